@@ -1,0 +1,19 @@
+# Compiler options shared by everything that is built here.
+
+# Warnings for our own code; consumers of the library never see them.
+add_library(sigpak_warnings INTERFACE)
+target_compile_options(sigpak_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wdouble-promotion -Wconversion
+  $<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast>
+  $<$<BOOL:${SIGPAK_WERROR}>:-Werror>)
+
+# Every result is defined to the last bit, so no contraction; guarded selects vectorise without errno and traps.
+add_library(sigpak_arithmetic INTERFACE)
+target_compile_options(sigpak_arithmetic INTERFACE
+  $<$<CONFIG:Release,RelWithDebInfo>:-O3>
+  -ffp-contract=off -fno-math-errno -fno-trapping-math)
+
+if(SIGPAK_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()

@@ -1,0 +1,289 @@
+/* sigpak: digital signal processing on sampled vectors, in double and single precision.
+
+   This header is the whole interface and its reference manual. A signal is a small record that the caller owns:
+   the spacing between samples, the samples, how many there are, and whether they are complex. Some 170 operations
+   work on it, each in two precisions.
+
+       dsp_vec v;
+       dsp_init(&v);
+       v.points = 1024;
+       v.delta = 1.0 / 48000.0;
+       if (dsp_alloc(&v) != 0) return -1;
+       ... fill v.data[0 .. 1023] ...
+       dspi_window(&v, DSP_WINDOW_HANN, DSP_WINDOW_FLAG_NO_ROTATE);
+       dspi_fft(&v, 0);
+       dspi_magsq(&v);
+       dsp_destroy(&v);
+
+   Conventions, said once; the functions below state only what differs.
+
+   Twins        Every operation exists for dsp_vec (prefix dsp) and for dspf_vec (prefix dspf). The twins behave
+                alike and differ in the scalar type and in H. File operations add f after the precision:
+                dspf_fread fills a dsp_vec, dspff_fread a dspf_vec.
+   Families     dspi_ in place, dspb_ two operands, dspbs_ two operands to one number, dspc_ generate, dspd_ filter
+                to another length, dsph_ with history, dsps_ statistic or search, dspu_ one record into another;
+                dsp_ without a letter is the core.
+   Status       0 on success, -1 on failure. A refused argument leaves every record as it was. There are no
+                messages and no error state. Null record pointers are not tested for.
+   Empty        points is read as signed: a negative count means no points. Operations accept empty records.
+   Results      Operations size their results themselves. The result of a statistic is a record of one point.
+   Aliasing     A result may be one of the operands.
+   Complex      Complex samples are interleaved: re, im, re, im. A polar record is a complex record that holds
+                (magnitude, phase); nothing marks it.
+   H            The huge value that stands for infinity: 1e100, in single precision 1e15. Division by zero gives H,
+                0/0 gives 0. T is the smallest normal number, the floor of logarithms. Comparisons with the guards
+                are strict, and NaN passes through them.
+   delta        The spacing of samples, a time or a frequency step in the unit that the caller chooses. Kept unless
+                an operation says otherwise. Transforms turn it into 1 / (points * delta), H when delta is 0.
+   Frequency    Generators: cycles per unit of delta. FIR design: cycles per sample, 0.5 is the Nyquist frequency.
+   Ownership    The caller owns the record. With alloc > 0 the library owns data and grows it to the exact need,
+                never shrinking it before dsp_destroy. With alloc <= 0 and data set, data is lent by the caller:
+                used, never freed, and left behind when the record must grow.
+   Concurrency  No locks and no thread-local state. Hooks, the scratch caches of transforms, windows and filters,
+                and the random state are process-wide: calls of one precision that use them must not overlap.
+   Sizes        A need above 2^31 - 1 scalars is a failed allocation. */
+#ifndef SIGPAK_H
+#define SIGPAK_H
+
+#include <stdint.h>
+#include <stdio.h>
+
+#if defined(__GNUC__)
+#define SIGPAK_API __attribute__((visibility("default")))
+#else
+#define SIGPAK_API
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* The version of the interface, as dsp_version returns it. */
+#define DSP_VERSION 201
+
+/* <complex.h> makes complex a macro, which would turn the field of that name into none at all. */
+#pragma push_macro("complex")
+#undef complex
+
+/* ---- Records ---------------------------------------------------------------------------------------------- */
+
+typedef struct dsp_vec {
+  double delta;      /* spacing between samples */
+  double *data;      /* points scalars, or points pairs when complex */
+  int32_t alloc;     /* capacity of data in scalars; 0 or less when data is not the library's */
+  uint32_t points;   /* number of points; a complex point counts once */
+  int32_t complex;   /* 0 real, anything else complex */
+  uint32_t reserved; /* never read by the library */
+} dsp_vec;
+
+typedef struct dspf_vec {
+  float delta;
+  float *data;
+  int32_t alloc;
+  uint32_t points;
+  int32_t complex;
+  uint32_t reserved;
+} dspf_vec;
+
+#pragma pop_macro("complex")
+
+/* ---- Windows: the catalogue -------------------------------------------------------------------------------- */
+
+/* Names on one line are one window. In a P name the first digit is the number of cosine terms less one. */
+enum {
+  DSP_WINDOW_UNIFORM = 0, DSP_WINDOW_RECTANGULAR = 0, DSP_WINDOW_NONE = 0, DSP_WINDOW_P000 = 0,
+  DSP_WINDOW_BARTLETT = 1, DSP_WINDOW_TRIANGULAR = 1,
+  DSP_WINDOW_HANN = 2, DSP_WINDOW_P110 = 2,
+  DSP_WINDOW_HAMMING = 3, DSP_WINDOW_P100 = 3,
+  DSP_WINDOW_BLACKMAN = 4,
+  DSP_WINDOW_BLACKMAN_HARRIS3 = 5, DSP_WINDOW_P200 = 5,
+  DSP_WINDOW_BLACKMAN_HARRIS4 = 6, DSP_WINDOW_P310 = 6, DSP_WINDOW_LOWLEAK = 6,
+  DSP_WINDOW_GAUSSTOP = 7, DSP_WINDOW_P400 = 7,
+  DSP_WINDOW_FLAT4 = 8, DSP_WINDOW_P301 = 8,
+  DSP_WINDOW_FLATTOP = 9, DSP_WINDOW_FLAT5 = 9, DSP_WINDOW_P401 = 9,
+  DSP_WINDOW_FLAT6 = 10, DSP_WINDOW_P511 = 10,
+  DSP_WINDOW_FLAT7 = 11, DSP_WINDOW_P611 = 11,
+  DSP_WINDOW_P501 = 12,
+  DSP_WINDOW_P601 = 13,
+  DSP_WINDOW_KAISER70 = 14,
+  DSP_WINDOW_KAISER80 = 15,
+  DSP_WINDOW_KAISER90 = 16,
+  DSP_WINDOW_KAISER100 = 17,
+  DSP_WINDOW_KAISER110 = 18,
+  DSP_WINDOW_KAISER120 = 19,
+  DSP_WINDOW_GAUSS60 = 20,
+  DSP_WINDOW_GAUSS70 = 21,
+  DSP_WINDOW_GAUSS80 = 22,
+  DSP_WINDOW_RIEMANN = 23, DSP_WINDOW_SINC_LOBE = 23
+};
+
+/* The flags word of every window operation: one normalisation, and any of the rest. */
+enum {
+  DSP_WINDOW_FLAG_MEAN = 0,       /* mean of the window 1: amplitudes of lines stay */
+  DSP_WINDOW_FLAG_RMS = 1,        /* mean square of the window 1: powers of noise stay */
+  DSP_WINDOW_FLAG_PEAK = 2,       /* not normalised: peak 1 for cosine sums and triangle */
+  DSP_WINDOW_FLAG_SYMMETRIC = 4,  /* symmetric form; Kaiser and Gaussian windows only */
+  DSP_WINDOW_FLAG_WIDTH = 8,      /* a width in samples is given */
+  DSP_WINDOW_FLAG_ROTATE = 16,    /* rotate the data by half its length after a uniform window */
+  DSP_WINDOW_FLAG_NO_ROTATE = 32  /* do not rotate the data after any other window */
+};
+
+/* ---- Core: storage of a record ----------------------------------------------------------------------------- */
+
+/* delta 1, everything else zero. Frees nothing: for a fresh record, or one that owns no storage. Always 0. */
+SIGPAK_API int32_t dsp_init (dsp_vec  *v);
+SIGPAK_API int32_t dspf_init(dspf_vec *v);
+
+/* Releases storage that the library owns and leaves the record as dsp_init does. Always 0. */
+SIGPAK_API int32_t dsp_destroy (dsp_vec  *v);
+SIGPAK_API int32_t dspf_destroy(dspf_vec *v);
+
+/* Makes the capacity at least what points and complex ask for; contents are kept only when it already was.
+   On failure -1, alloc 0 and data null; points and complex stay as set. A lent buffer is replaced, not freed. */
+SIGPAK_API int32_t dsp_alloc (dsp_vec  *v);
+SIGPAK_API int32_t dspf_alloc(dspf_vec *v);
+
+/* As dsp_alloc, keeping the contents. Set the new points and complex first and pass the old ones: they tell how
+   much to copy out of lent storage. On failure as dsp_alloc, the old contents are released. */
+SIGPAK_API int32_t dsp_realloc (dsp_vec  *v, uint32_t old_points, int32_t old_complex);
+SIGPAK_API int32_t dspf_realloc(dspf_vec *v, uint32_t old_points, int32_t old_complex);
+
+/* dst = dst followed by src. dst turns complex when src is, and keeps its delta; a real src appended to a complex
+   dst gets zero imaginary parts.
+   src  another record than dst, with its own storage; the same record is refused */
+SIGPAK_API int32_t dsp_append (dsp_vec  *dst, const dsp_vec  *src);
+SIGPAK_API int32_t dspf_append(dspf_vec *dst, const dspf_vec *src);
+
+/* dst = src, with its delta; the word reserved of dst stays. A record copied onto itself does not change. */
+SIGPAK_API int32_t dsp_copy (dsp_vec  *dst, const dsp_vec  *src);
+SIGPAK_API int32_t dspf_copy(dspf_vec *dst, const dspf_vec *src);
+
+/* dst = the first count points of src, fewer when src is shorter; a negative count gives an empty record. */
+SIGPAK_API int32_t dsp_copy_at_most (dsp_vec  *dst, const dsp_vec  *src, int32_t count);
+SIGPAK_API int32_t dspf_copy_at_most(dspf_vec *dst, const dspf_vec *src, int32_t count);
+
+/* *order = 1, -1 or 0: the sign of the first difference a - b above tolerance, of delta first, then of the
+   scalars in order; a real record counts as having zero imaginary parts, and a NaN difference as equal.
+   a, b  same points; otherwise -1 and *order is untouched */
+SIGPAK_API int32_t dsp_cmp (const dsp_vec  *a, const dsp_vec  *b, double tolerance, int32_t *order);
+SIGPAK_API int32_t dspf_cmp(const dspf_vec *a, const dspf_vec *b, float  tolerance, int32_t *order);
+
+/* ---- Core: allocation hooks, caches, version ---------------------------------------------------------------- */
+
+/* Functions that stand in for malloc, realloc and free where records are sized and destroyed. What they return is
+   ignored; null data afterwards means failure. The need is points, doubled when complex is set.
+   alloc    leaves in data storage for the need, and disposes of storage that the record owned (alloc > 0)
+   realloc  leaves in data storage for the need that holds the old contents; data is null when there are none
+   free     releases data; called only when alloc > 0 */
+typedef int32_t (*dsp_alloc_hook)(dsp_vec *v);
+typedef int32_t (*dspf_alloc_hook)(dspf_vec *v);
+typedef int32_t (*dsp_realloc_hook)(dsp_vec *v, uint32_t old_points, int32_t old_complex);
+typedef int32_t (*dspf_realloc_hook)(dspf_vec *v, uint32_t old_points, int32_t old_complex);
+typedef int32_t (*dsp_free_hook)(dsp_vec *v);
+typedef int32_t (*dspf_free_hook)(dspf_vec *v);
+
+/* Installs a hook, null for the heap, and stores the one that it replaces in *previous unless that is null.
+   Call dsp_free_internal first: the caches' records are sized through the hooks too. Always 0. */
+SIGPAK_API int32_t dsp_lib_alloc (dsp_alloc_hook  hook, dsp_alloc_hook  *previous);
+SIGPAK_API int32_t dspf_lib_alloc(dspf_alloc_hook hook, dspf_alloc_hook *previous);
+SIGPAK_API int32_t dsp_lib_realloc (dsp_realloc_hook  hook, dsp_realloc_hook  *previous);
+SIGPAK_API int32_t dspf_lib_realloc(dspf_realloc_hook hook, dspf_realloc_hook *previous);
+SIGPAK_API int32_t dsp_lib_free (dsp_free_hook  hook, dsp_free_hook  *previous);
+SIGPAK_API int32_t dspf_lib_free(dspf_free_hook hook, dspf_free_hook *previous);
+
+/* Does nothing; no call is needed before any other. Always 0. */
+SIGPAK_API int32_t dsp_lib_init(void);
+SIGPAK_API int32_t dspf_lib_init(void);
+
+/* DSP_VERSION of the library that runs. */
+SIGPAK_API int32_t dsp_version(void);
+SIGPAK_API int32_t dspf_version(void);
+
+/* Releases the scratch caches of one precision: filter spectra, bit-reversal lists, twiddle tables, windows. They
+   are built anew when needed. For any time between operations. */
+SIGPAK_API int32_t dsp_free_internal(void);
+SIGPAK_API int32_t dspf_free_internal(void);
+
+/* ---- Element-wise mathematics in place ---------------------------------------------------------------------- */
+
+/* x = factor * x, every scalar of real and complex records. */
+SIGPAK_API int32_t dspi_scale (dsp_vec  *v, double factor);
+SIGPAK_API int32_t dspfi_scale(dspf_vec *v, float  factor);
+
+/* ---- Special functions in place ----------------------------------------------------------------------------- */
+
+/* ---- Two records, point by point ---------------------------------------------------------------------------- */
+
+/* out[i] = a[i] * b[i].
+   a, b  same points, real or complex; otherwise -1 and out is untouched
+   out   complex when one of them is; delta is the mean of theirs */
+SIGPAK_API int32_t dspb_mul (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out);
+SIGPAK_API int32_t dspfb_mul(const dspf_vec *a, const dspf_vec *b, dspf_vec *out);
+
+/* ---- Complex forms ------------------------------------------------------------------------------------------- */
+
+/* ---- Generators ---------------------------------------------------------------------------------------------- */
+
+/* ---- Random sequences ---------------------------------------------------------------------------------------- */
+
+/* ---- Rearrangement and padding ------------------------------------------------------------------------------- */
+
+/* Rotates the points right by half their number, rounded down: the zero frequency of a spectrum goes to the
+   middle. The inverse of dspi_swap_halves2, and the same for an even number of points. */
+SIGPAK_API int32_t dspi_swap_halves (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_swap_halves(dspf_vec *v);
+
+/* Rotates the points left by half their number, rounded down: the middle point becomes the first. */
+SIGPAK_API int32_t dspi_swap_halves2 (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_swap_halves2(dspf_vec *v);
+
+/* Lengthens the record to points by appending zeros; never shortens. */
+SIGPAK_API int32_t dspi_zpad (dsp_vec  *v, int32_t points);
+SIGPAK_API int32_t dspfi_zpad(dspf_vec *v, int32_t points);
+
+/* Every scalar becomes 0; points and complex stay. */
+SIGPAK_API int32_t dspi_zero (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_zero(dspf_vec *v);
+
+/* ---- Differences, integral, level crossings ------------------------------------------------------------------ */
+
+/* ---- Descriptive statistics ----------------------------------------------------------------------------------- */
+
+/* result = the sum of the samples, complex when v is; 0 for an empty record. Summed in blocks of 2048 points, each
+   from zero in the order of the samples, then added to the total; single precision accumulates in double. */
+SIGPAK_API int32_t dsps_sum (const dsp_vec  *v, dsp_vec  *result);
+SIGPAK_API int32_t dspfs_sum(const dspf_vec *v, dspf_vec *result);
+
+/* result = (1 / points) * sum, complex when v is; 0 for an empty record. */
+SIGPAK_API int32_t dsps_mean (const dsp_vec  *v, dsp_vec  *result);
+SIGPAK_API int32_t dspfs_mean(const dspf_vec *v, dspf_vec *result);
+
+/* ---- Polynomials and roots ------------------------------------------------------------------------------------ */
+
+/* ---- Peaks, histogram, regression ----------------------------------------------------------------------------- */
+
+/* ---- Fourier and cosine transforms ---------------------------------------------------------------------------- */
+
+/* ---- Hilbert transform and analytic signal -------------------------------------------------------------------- */
+
+/* ---- Running average of records ------------------------------------------------------------------------------- */
+
+/* ---- Windows: application and names ---------------------------------------------------------------------------- */
+
+/* ---- Windows: scale and noise bandwidth ------------------------------------------------------------------------ */
+
+/* ---- Windows: Kaiser and Gaussian ------------------------------------------------------------------------------ */
+
+/* ---- Filters: design -------------------------------------------------------------------------------------------- */
+
+/* ---- Filters: filtering and decimation ------------------------------------------------------------------------- */
+
+/* ---- Filters: hwfilt --------------------------------------------------------------------------------------------- */
+
+/* ---- Vector files ------------------------------------------------------------------------------------------------ */
+
+#ifdef __cplusplus
+} /* extern "C" */
+#endif
+
+#endif /* SIGPAK_H */

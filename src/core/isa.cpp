@@ -1,0 +1,41 @@
+// The level of the processor, found once.
+#include "core/isa.h"
+
+#include <algorithm>
+#include <atomic>
+
+namespace sigpak::isa {
+namespace {
+
+constexpr int unknown = -1;
+constinit std::atomic<int> chosen = unknown;
+
+}  // namespace
+
+level widest() noexcept {
+#if SIGPAK_WIDE_LEVELS
+  __builtin_cpu_init();
+  const bool avx2 = __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma");
+  const bool avx512 = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") &&
+                      __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl") &&
+                      __builtin_cpu_supports("avx512vbmi2");
+  return avx2 && avx512 ? level::avx512 : avx2 ? level::avx2 : level::baseline;
+#else
+  return level::baseline;
+#endif
+}
+
+level current() noexcept {
+  int found = chosen.load(std::memory_order_relaxed);
+  if (found == unknown) {
+    found = static_cast<int>(widest());
+    chosen.store(found, std::memory_order_relaxed);
+  }
+  return static_cast<level>(found);
+}
+
+void force(level wanted) noexcept {
+  chosen.store(std::min(static_cast<int>(wanted), static_cast<int>(widest())), std::memory_order_relaxed);
+}
+
+}  // namespace sigpak::isa

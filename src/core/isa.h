@@ -1,0 +1,70 @@
+// Instruction-set levels: which one the processor offers, and plain loops compiled for each.
+#pragma once
+
+#if defined(__x86_64__) && defined(__GNUC__)
+#define SIGPAK_WIDE_LEVELS 1
+#else
+#define SIGPAK_WIDE_LEVELS 0
+#endif
+
+namespace sigpak::isa {
+
+// avx2 has FMA too; avx512 is F, DQ, BW, VL and VBMI2, the last to leave out the processors that slow down
+// under 512-bit work.
+enum class level : int { baseline, avx2, avx512 };
+
+// The widest level of the processor and the operating system, or the one forced.
+level current() noexcept;
+
+// The widest level that can run here.
+level widest() noexcept;
+
+// Makes `current` answer `wanted`, limited to the widest; for tests and measurements.
+void force(level wanted) noexcept;
+
+#if SIGPAK_WIDE_LEVELS
+
+namespace detail {
+
+// The lambda is inlined into the runner and vectorised for its level. Features are named one by one and FMA
+// is left out, so every level gives the same bits.
+template <class Loop> [[gnu::target("avx2"), gnu::flatten, gnu::noinline]] auto run_avx2(Loop& loop) {
+  return loop();
+}
+
+#if defined(__clang__)
+template <class Loop>
+[[gnu::target("avx512f,avx512dq,avx512bw,avx512vl"), gnu::flatten, gnu::noinline]] auto run_avx512(
+    Loop& loop) {
+  return loop();
+}
+#else
+template <class Loop>
+[[gnu::target("avx512f,avx512dq,avx512bw,avx512vl,prefer-vector-width=512"), gnu::flatten,
+  gnu::noinline]] auto
+run_avx512(Loop& loop) {
+  return loop();
+}
+#endif
+
+}  // namespace detail
+
+// Runs a plain loop at the current level. One call per operation, around the whole of its loop.
+template <class Loop> auto run(Loop&& loop) {
+  switch (current()) {
+    case level::avx512:
+      return detail::run_avx512(loop);
+    case level::avx2:
+      return detail::run_avx2(loop);
+    default:
+      return loop();
+  }
+}
+
+#else
+
+template <class Loop> auto run(Loop&& loop) { return loop(); }
+
+#endif
+
+}  // namespace sigpak::isa

@@ -1,0 +1,63 @@
+// Raw tables: storage that belongs to no record and bypasses the allocation hooks.
+#pragma once
+
+#include <cstdint>
+
+#include "core/record.h"
+
+namespace sigpak {
+
+// The one point that every raw table comes from. It is a variable so that a test can make any of them fail.
+// A null block asks for a fresh one; null comes back on failure, and the old block is then still valid.
+using table_source = void* (*)(void* block, std::size_t bytes);
+extern constinit table_source resize_table_bytes;
+
+void free_table(void* table) noexcept;
+
+template <class T> T* resize_table(T* table, index count) noexcept {
+  if (count < 0 || static_cast<std::uint64_t>(count) > PTRDIFF_MAX / sizeof(T)) return nullptr;
+  return static_cast<T*>(resize_table_bytes(table, static_cast<std::size_t>(count) * sizeof(T)));
+}
+
+template <class T> T* allocate_table(index count) noexcept { return resize_table<T>(nullptr, count); }
+
+// A growing list of tables, each found by its key; tables stay until the whole list is released.
+template <class T> class keyed_list {
+ public:
+  constexpr keyed_list() noexcept = default;
+
+  [[nodiscard]] T* find(index key) const noexcept {
+    for (index i = 0; i < count_; ++i) {
+      if (entries_[i].key == key) return entries_[i].table;
+    }
+    return nullptr;
+  }
+
+  // A fresh table of `count` elements under `key`, for the caller to fill; null leaves the list as it was.
+  [[nodiscard]] T* append(index key, index count) noexcept {
+    entry* grown = resize_table(entries_, count_ + 1);
+    if (grown == nullptr) return nullptr;
+    entries_ = grown;
+    T* table = allocate_table<T>(count);
+    if (table != nullptr) entries_[count_++] = {table, key};
+    return table;
+  }
+
+  status release() noexcept {
+    for (index i = 0; i < count_; ++i) free_table(entries_[i].table);
+    free_table(entries_);
+    entries_ = nullptr;
+    count_ = 0;
+    return ok;
+  }
+
+ private:
+  struct entry {
+    T* table;
+    index key;
+  };
+  entry* entries_ = nullptr;
+  index count_ = 0;
+};
+
+}  // namespace sigpak

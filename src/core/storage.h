@@ -1,0 +1,35 @@
+// A record's storage: creating, sizing, growing, releasing.
+#pragma once
+
+#include "core/record.h"
+
+namespace sigpak {
+
+template <record V> void initialise(V* v) noexcept;
+template <record V> status destroy(V* v) noexcept;
+
+// Capacity for points and complex as set; the old contents are not kept.
+template <record V> status allocate(V* v) noexcept;
+
+// Capacity for points and complex as set; keeps the contents of the shape given.
+template <record V> status reallocate(V* v, std::uint32_t old_points, std::int32_t old_complex) noexcept;
+
+// Sets the shape and grows the storage, keeping the contents of the shape that the record had.
+template <record V> status reshape(V* v, index points, bool complex) noexcept;
+
+// Lengthens to n points by appending zeros; never shortens.
+template <record V> status pad(V* v, index n) noexcept;
+
+// Real to complex in place, x to (x, 0); sets the flag of an empty record too.
+template <record V> status to_complex(V* v) noexcept;
+
+// A record that lives as long as its scope.
+template <record V> class temporary : public V {
+ public:
+  temporary() noexcept { initialise<V>(this); }
+  ~temporary() { destroy<V>(this); }
+  temporary(const temporary&) = delete;
+  temporary& operator=(const temporary&) = delete;
+};
+
+}  // namespace sigpak

@@ -1,0 +1,20 @@
+// Workers of rearrangement that other families call.
+#pragma once
+
+#include "core/record.h"
+
+namespace sigpak {
+
+// Every scalar becomes 0.
+template <record V> status zero(V* v) noexcept;
+
+template <record V> status reverse(V* v) noexcept;
+
+// Ascending; complex points by squared magnitude, then real part, then imaginary part.
+template <record V> status sort(V* v) noexcept;
+
+// Rotation by half the length, rounded down.
+template <record V> status rotate_right_half(V* v) noexcept;
+template <record V> status rotate_left_half(V* v) noexcept;
+
+}  // namespace sigpak

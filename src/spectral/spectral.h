@@ -1,0 +1,13 @@
+// Workers of the transforms that other families call. Direction 0 is forward, with the factor 1/N.
+#pragma once
+
+#include "core/record.h"
+
+namespace sigpak {
+
+template <record V> status fft(V* v, int direction) noexcept;
+template <record V> status dft(V* v, int direction) noexcept;
+template <record V> status real_fft(V* v) noexcept;
+template <record V> status inverse_real_fft(V* v) noexcept;
+
+}  // namespace sigpak
