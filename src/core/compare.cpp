@@ -18,7 +18,7 @@ template <class T> double component(const T* data, index point, index part, inde
 template <record V>
 status compare(const V* a, const V* b, scalar<V> tolerance, std::int32_t* order) noexcept {
   if (a->points != b->points) return failed;
-  const double tol = tolerance;
+  const auto tol = static_cast<double>(tolerance);
   *order = order_of(static_cast<double>(a->delta) - static_cast<double>(b->delta), tol);
   const index a_width = width(a);
   const index b_width = width(b);
