@@ -258,9 +258,54 @@ SIGPAK_API int32_t dspfs_sum(const dspf_vec *v, dspf_vec *result);
 SIGPAK_API int32_t dsps_mean (const dsp_vec  *v, dsp_vec  *result);
 SIGPAK_API int32_t dspfs_mean(const dspf_vec *v, dspf_vec *result);
 
+/* result = the smallest, or largest, sample, complex when v is; 0 for an empty record. Of a complex record the
+   point of smallest, or largest, squared magnitude, the first of equals; a point with a component beyond H counts
+   as H. NaN is never chosen. The search starts from H, or -H: a real record that lies wholly beyond gives that
+   start; a complex one whose points all count as H, or are NaN, gives the minimum (H, H), and one whose points are
+   all NaN the maximum (0, 0). */
+SIGPAK_API int32_t dsps_min (const dsp_vec  *v, dsp_vec  *result);
+SIGPAK_API int32_t dspfs_min(const dspf_vec *v, dspf_vec *result);
+SIGPAK_API int32_t dsps_max (const dsp_vec  *v, dsp_vec  *result);
+SIGPAK_API int32_t dspfs_max(const dspf_vec *v, dspf_vec *result);
+
+/* result = sum of |x|^2, every component limited to -H .. H before it is squared; blocks as in dsps_sum. */
+SIGPAK_API int32_t dsps_magsq_sum (const dsp_vec  *v, dsp_vec  *result);
+SIGPAK_API int32_t dspfs_magsq_sum(const dspf_vec *v, dspf_vec *result);
+
+/* result = sqrt(magsq_sum / points); 0 for an empty record. */
+SIGPAK_API int32_t dsps_rms (const dsp_vec  *v, dsp_vec  *result);
+SIGPAK_API int32_t dspfs_rms(const dspf_vec *v, dspf_vec *result);
+
 /* ---- Polynomials and roots ------------------------------------------------------------------------------------ */
 
+/* Half a spectrum becomes the whole: after the points 0 .. n - 1 come their mirror images, conjugated when the
+   record is complex: x[n - 2], x[n - 3], ... x[1], of length 2 (n - 1) in all; nothing is done below 3 points. */
+SIGPAK_API int32_t dspi_recon (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_recon(dspf_vec *v);
+
+/* With odd = 0 as dspi_recon; otherwise the mirror images start with x[n - 1], of length 2 n - 1 in all, and
+   nothing is done below 2 points. */
+SIGPAK_API int32_t dspi_orecon (dsp_vec  *v, int32_t odd);
+SIGPAK_API int32_t dspfi_orecon(dspf_vec *v, int32_t odd);
+
 /* ---- Peaks, histogram, regression ----------------------------------------------------------------------------- */
+
+/* result = (height, position), real, the position in samples; (0, 0) for an empty record. With y the samples, of a
+   complex record the squared magnitudes, and i the place of the extreme:
+     none        y[i] at i
+     parabola    p = (y[i+1] - y[i-1]) / 2, q = (y[i+1] - 2 y[i] + y[i-1]) / 2: y[i] - p^2 / (4 q) at i - p / (2 q);
+                 not interpolated at the ends of the record; a flat parabola divides by zero
+     log ratio   over the pair j, j + 1 of i and its larger neighbour: d = 0.79223 ln(y[j+1] / y[j]) + 0.5,
+                 y[j] exp(0.31556 d^2) at j + d; needs 2 points; -1 when d had to be limited to -0.5 .. 1.5, the
+                 record is written all the same
+   flags  0x1000 take index, limited to the record; otherwise search for the first maximum, with 0x2000 for the
+          first minimum, as dsps_max and dsps_min do; index 0 when those find none
+          0x0000 no interpolation, 0x0100 parabola, 0x0200 log ratio, 0x0300 log ratio with the first term
+          t = 0.79223 ln(...) of d replaced by t (1 - 0.02036 (t^2 - 0.25)); another value of the bits 0x0700 is
+          refused
+   result may be v; its delta is then 1 */
+SIGPAK_API int32_t dsps_peak (const dsp_vec  *v, dsp_vec  *result, int32_t flags, int32_t index);
+SIGPAK_API int32_t dspfs_peak(const dspf_vec *v, dspf_vec *result, int32_t flags, int32_t index);
 
 /* ---- Fourier and cosine transforms ---------------------------------------------------------------------------- */
 
