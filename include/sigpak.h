@@ -228,6 +228,21 @@ SIGPAK_API int32_t dspfb_mul(const dspf_vec *a, const dspf_vec *b, dspf_vec *out
 
 /* ---- Rearrangement and padding ------------------------------------------------------------------------------- */
 
+/* x[i] = x[points - 1 - i]: reverses the order of the points. Always 0. */
+SIGPAK_API int32_t dspi_rev (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_rev(dspf_vec *v);
+
+/* x[i] = x[i + n]: drops the first n points. None is left when the record has no more than n. */
+SIGPAK_API int32_t dspi_shift (dsp_vec  *v, uint32_t n);
+SIGPAK_API int32_t dspfi_shift(dspf_vec *v, uint32_t n);
+
+/* Sorts the points in ascending order. Real points by value, with -0 before +0 and NaN last. Complex points by
+   squared magnitude, in which a part outside [-H, H] or NaN counts as H; points of equal magnitude by real part,
+   then by imaginary part, where the zeros are equal and NaN come last. Equal points in no particular order.
+   Always 0. */
+SIGPAK_API int32_t dspi_sort (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_sort(dspf_vec *v);
+
 /* Rotates the points right by half their number, rounded down: the zero frequency of a spectrum goes to the
    middle. The inverse of dspi_swap_halves2, and the same for an even number of points. */
 SIGPAK_API int32_t dspi_swap_halves (dsp_vec  *v);
