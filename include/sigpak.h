@@ -324,6 +324,24 @@ SIGPAK_API int32_t dspfs_peak(const dspf_vec *v, dspf_vec *result, int32_t flags
 
 /* ---- Fourier and cosine transforms ---------------------------------------------------------------------------- */
 
+/* direction 0, forward:  X[k] = (1/N) sum over n of x[n] exp(-2 pi i n k / N)
+   otherwise, inverse:    x[n] =       sum over k of X[k] exp(+2 pi i n k / N)
+   v  N points, a power of two, real or complex; otherwise, and when empty, -1. Complex afterwards, but for a real
+      record of one point; bin 0 first, the bins above N/2 are the negative frequencies
+   delta becomes 1 / (N * delta), H when it was 0; NaN stays. The split-radix transform of Duhamel and Hollmann
+   (1984); relative error in the Euclidean norm at most 1.5 u sqrt(log2 N), u the unit roundoff. */
+SIGPAK_API int32_t dspi_fft (dsp_vec  *v, int32_t direction);
+SIGPAK_API int32_t dspfi_fft(dspf_vec *v, int32_t direction);
+
+/* Exchanges every point with the one whose index has the bits in reverse order; undoes itself.
+   v  real or complex, its points a power of two; otherwise, and when empty, -1 */
+SIGPAK_API int32_t dspi_bitrev (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_bitrev(dspf_vec *v);
+
+/* dspi_bitrev with every scalar times 1 / points. */
+SIGPAK_API int32_t dspi_bitrev_scale (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_bitrev_scale(dspf_vec *v);
+
 /* ---- Hilbert transform and analytic signal -------------------------------------------------------------------- */
 
 /* ---- Running average of records ------------------------------------------------------------------------------- */

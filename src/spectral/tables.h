@@ -1,0 +1,68 @@
+// Tables that the power-of-two transforms share, built once per length: twiddle triples, bit-reversal lists.
+#pragma once
+
+#include <bit>
+#include <type_traits>
+
+#include "core/record.h"
+
+namespace sigpak {
+
+template <class T> using record_of = std::conditional_t<std::is_same_v<T, double>, dsp_vec, dspf_vec>;
+
+constexpr bool is_power_of_two(index n) noexcept {
+  return n > 0 && std::has_single_bit(static_cast<std::uint64_t>(n));
+}
+
+constexpr int address_bits(index points) noexcept {
+  return std::countr_zero(static_cast<std::uint64_t>(points));
+}
+
+// The triple of an angle is (cos, -(cos + sin), sin - cos): with it a complex product takes three real ones.
+// A group is the triple of one angle followed by that of three times the angle.
+inline constexpr index triple = 3;
+inline constexpr index group = 2 * triple;
+
+// points / 4 groups, the k-th for the angle 2 pi k / points; points a power of two, at least 4. Null on
+// failure.
+template <class T> const T* twiddles(index points) noexcept;
+
+// Pairs (i, j) of indices that are each other's reversal, i != j, each pair once; ended by a single 0.
+template <class T> const std::uint32_t* swap_list(int bits) noexcept;
+
+// Indices that are their own reversal, 0 among them; ended by the marker.
+template <class T> const std::uint32_t* fixed_point_list(int bits) noexcept;
+inline constexpr std::uint32_t end_of_fixed_points = 0x12345678;  // reads differently backwards
+
+// The permutation that ends a transform, on points of `width` scalars.
+template <index width, class T> void reverse_bits(T* x, const std::uint32_t* swaps) noexcept {
+  for (; *swaps != 0; swaps += 2) {
+    T* const a = x + width * static_cast<index>(swaps[0]);
+    T* const b = x + width * static_cast<index>(swaps[1]);
+    for (index i = 0; i < width; ++i) {
+      const T t = a[i];
+      a[i] = b[i];
+      b[i] = t;
+    }
+  }
+}
+
+// The same with every scalar times `factor`, in one pass.
+template <index width, class T>
+void reverse_bits_scaled(T* x, const std::uint32_t* swaps, const std::uint32_t* fixed, T factor) noexcept {
+  for (; *swaps != 0; swaps += 2) {
+    T* const a = x + width * static_cast<index>(swaps[0]);
+    T* const b = x + width * static_cast<index>(swaps[1]);
+    for (index i = 0; i < width; ++i) {
+      const T t = a[i] * factor;
+      a[i] = b[i] * factor;
+      b[i] = t;
+    }
+  }
+  for (; *fixed != end_of_fixed_points; ++fixed) {
+    T* const a = x + width * static_cast<index>(*fixed);
+    for (index i = 0; i < width; ++i) a[i] *= factor;
+  }
+}
+
+}  // namespace sigpak
