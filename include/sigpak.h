@@ -220,7 +220,63 @@ SIGPAK_API int32_t dspfi_scale(dspf_vec *v, float  factor);
 SIGPAK_API int32_t dspb_mul (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out);
 SIGPAK_API int32_t dspfb_mul(const dspf_vec *a, const dspf_vec *b, dspf_vec *out);
 
+/* out[i] = a[i] * conj(b[i]); b real as dspb_mul. */
+SIGPAK_API int32_t dspb_conj_mul (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out);
+SIGPAK_API int32_t dspfb_conj_mul(const dspf_vec *a, const dspf_vec *b, dspf_vec *out);
+
+/* out[i] = b[i] + weight * (a[i] - b[i]) = weight * a[i] + (1 - weight) * b[i], each part by itself. Weight 1 copies
+   a and weight 0 copies b, exactly. The imaginary part of a real operand is 0 and enters as a product:
+   weight * a.im where b is real, (1 - weight) * b.im where a is. Operands and out as dspb_mul. */
+SIGPAK_API int32_t dspb_avg_add (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out, double weight);
+SIGPAK_API int32_t dspfb_avg_add(const dspf_vec *a, const dspf_vec *b, dspf_vec *out, float  weight);
+
+/* out[i] = the smaller, or the larger, of a[i] and b[i]; b[i] on ties and when either is NaN. Complex: the whole
+   point of smaller, or larger, squared magnitude, taken as H when a component lies outside [-H, H]; a real operand
+   beside a complex one has imaginary part 0. Operands and out as dspb_mul. */
+SIGPAK_API int32_t dspb_min (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out);
+SIGPAK_API int32_t dspfb_min(const dspf_vec *a, const dspf_vec *b, dspf_vec *out);
+SIGPAK_API int32_t dspb_max (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out);
+SIGPAK_API int32_t dspfb_max(const dspf_vec *a, const dspf_vec *b, dspf_vec *out);
+
 /* ---- Complex forms ------------------------------------------------------------------------------------------- */
+
+/* Real to complex, x to (x, 0). A complex record stays; an empty one turns complex too. */
+SIGPAK_API int32_t dspi_rtoc (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_rtoc(dspf_vec *v);
+
+/* The real part, the imaginary part, of a complex record, which becomes real. A real record is its own real part;
+   its imaginary part is 0 in every sample. */
+SIGPAK_API int32_t dspi_real (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_real(dspf_vec *v);
+SIGPAK_API int32_t dspi_imag (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_imag(dspf_vec *v);
+
+/* z = conj(z): the imaginary parts change sign. A real record stays. */
+SIGPAK_API int32_t dspi_conj (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_conj(dspf_vec *v);
+
+/* z = i * z: (re, im) becomes (-im, re). A real record becomes complex, x to (0, x). */
+SIGPAK_API int32_t dspi_timesi (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_timesi(dspf_vec *v);
+
+/* |z|; a complex record becomes real. Without overflow on the way. */
+SIGPAK_API int32_t dspi_mag (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_mag(dspf_vec *v);
+
+/* |z|^2 = re^2 + im^2; a complex record becomes real. The square of a part outside [-H, H] counts as H. */
+SIGPAK_API int32_t dspi_magsq (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_magsq(dspf_vec *v);
+
+/* out = |in|, out = |in|^2: as dspi_mag and dspi_magsq, into a second record, which is real and may be in. */
+SIGPAK_API int32_t dspu_mag (const dsp_vec  *in, dsp_vec  *out);
+SIGPAK_API int32_t dspfu_mag(const dspf_vec *in, dspf_vec *out);
+SIGPAK_API int32_t dspu_magsq (const dsp_vec  *in, dsp_vec  *out);
+SIGPAK_API int32_t dspfu_magsq(const dspf_vec *in, dspf_vec *out);
+
+/* out = the count points of in from point start, with its delta and form; out may be in. A negative count counts
+   as 0; start is limited to [0, points of in], and count to what follows it. */
+SIGPAK_API int32_t dspu_subvec (const dsp_vec  *in, dsp_vec  *out, int32_t start, int32_t count);
+SIGPAK_API int32_t dspfu_subvec(const dspf_vec *in, dspf_vec *out, int32_t start, int32_t count);
 
 /* ---- Generators ---------------------------------------------------------------------------------------------- */
 

@@ -12,6 +12,11 @@ template <record V> status reciprocate(V* v) noexcept;
 template <record V> status take_logarithm(V* v) noexcept;
 template <record V> status exponentiate(V* v) noexcept;
 template <record V> status keep_real(V* v) noexcept;
+template <record V> status keep_imaginary(V* v) noexcept;
+template <record V> status conjugate(V* v) noexcept;
+template <record V> status multiply_by_i(V* v) noexcept;
+template <record V> status take_magnitude(V* v) noexcept;
+template <record V> status square_magnitude(V* v) noexcept;
 
 // I0, the modified Bessel function of the first kind of order 0; finite for |x| <= 700 in double.
 double bessel_i0(double x) noexcept;
@@ -19,11 +24,13 @@ float bessel_i0(float x) noexcept;
 
 // Two records into a third, which may be one of them.
 template <record V> status multiply(const V* a, const V* b, V* out) noexcept;
+template <record V> status multiply_conjugate(const V* a, const V* b, V* out) noexcept;
 template <record V> status add_weighted(const V* a, const V* b, V* out, scalar<V> weight) noexcept;
 template <record V> status take_minimum(const V* a, const V* b, V* out) noexcept;
 template <record V> status take_maximum(const V* a, const V* b, V* out) noexcept;
 
 // One record into another.
+template <record V> status take_magnitudes(const V* in, V* out) noexcept;
 template <record V> status square_magnitudes(const V* in, V* out) noexcept;
 
 }  // namespace sigpak

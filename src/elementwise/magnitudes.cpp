@@ -1,0 +1,74 @@
+// Magnitudes and squared magnitudes, in place and into a second record.
+#include <cmath>
+
+#include "core/guard.h"
+#include "elementwise/elementwise.h"
+#include "elementwise/pack.h"
+#include "elementwise/prepare.h"
+
+namespace sigpak {
+namespace {
+
+struct magnitude {
+  template <class T> T operator()(T x) const noexcept { return std::abs(x); }
+  template <class T> T operator()(point<T> z) const noexcept { return std::hypot(z.re, z.im); }
+};
+
+// Each square on its own becomes H when its component lies outside [-H, H].
+struct squared_magnitude {
+  template <class T> T operator()(T x) const noexcept {
+    return std::abs(x) > guard<T>::huge ? guard<T>::huge : x * x;
+  }
+  template <class T> T operator()(point<T> z) const noexcept { return (*this)(z.re) + (*this)(z.im); }
+};
+
+// The magnitudes' storage is sized in the form of the input and read back in place, so a complex one packs.
+template <record V, class F> status fill_real(const operands<V>& in, V* out, F f) noexcept {
+  if (in.a_complex) {
+    pack(in.a, out->data, in.points, f);
+  } else {
+    map_reals(in.a, out->data, in.points, f);
+  }
+  out->complex = 0;
+  return ok;
+}
+
+}  // namespace
+
+template <record V> status take_magnitude(V* v) noexcept { return turn_real(v, magnitude{}); }
+template <record V> status square_magnitude(V* v) noexcept { return turn_real(v, squared_magnitude{}); }
+
+template <record V> status take_magnitudes(const V* in, V* out) noexcept {
+  const auto from = prepare(in, in, out, is_complex(in));
+  return from ? fill_real(*from, out, magnitude{}) : failed;
+}
+
+template <record V> status square_magnitudes(const V* in, V* out) noexcept {
+  const auto from = prepare(in, in, out, false);
+  return from ? fill_real(*from, out, squared_magnitude{}) : failed;
+}
+
+template status take_magnitude(dsp_vec*) noexcept;
+template status take_magnitude(dspf_vec*) noexcept;
+template status square_magnitude(dsp_vec*) noexcept;
+template status square_magnitude(dspf_vec*) noexcept;
+template status take_magnitudes(const dsp_vec*, dsp_vec*) noexcept;
+template status take_magnitudes(const dspf_vec*, dspf_vec*) noexcept;
+template status square_magnitudes(const dsp_vec*, dsp_vec*) noexcept;
+template status square_magnitudes(const dspf_vec*, dspf_vec*) noexcept;
+
+}  // namespace sigpak
+
+using namespace sigpak;
+
+int32_t dspi_mag(dsp_vec* v) { return take_magnitude(v); }
+int32_t dspfi_mag(dspf_vec* v) { return take_magnitude(v); }
+
+int32_t dspi_magsq(dsp_vec* v) { return square_magnitude(v); }
+int32_t dspfi_magsq(dspf_vec* v) { return square_magnitude(v); }
+
+int32_t dspu_mag(const dsp_vec* in, dsp_vec* out) { return take_magnitudes(in, out); }
+int32_t dspfu_mag(const dspf_vec* in, dspf_vec* out) { return take_magnitudes(in, out); }
+
+int32_t dspu_magsq(const dsp_vec* in, dsp_vec* out) { return square_magnitudes(in, out); }
+int32_t dspfu_magsq(const dspf_vec* in, dspf_vec* out) { return square_magnitudes(in, out); }
