@@ -28,9 +28,7 @@ template <record V> status keep_imaginary(V* v) noexcept { return turn_real(v, i
 
 template <record V> status conjugate(V* v) noexcept {
   if (!is_complex(v)) return ok;
-  isa::run([z = v->data, n = scalars(v)] {
-    for (index i = 1; i < n; i += 2) z[i] = -z[i];
-  });
+  map_points(v->data, v->data, length(v), [](auto z) { return sigpak::conjugate(z); });
   return ok;
 }
 
