@@ -389,6 +389,20 @@ SIGPAK_API int32_t dspfs_peak(const dspf_vec *v, dspf_vec *result, int32_t flags
 SIGPAK_API int32_t dspi_fft (dsp_vec  *v, int32_t direction);
 SIGPAK_API int32_t dspfi_fft(dspf_vec *v, int32_t direction);
 
+/* The bins 0 .. N/2 of dspi_fft(v, 0) of a real record; those above are the conjugates of the ones below.
+   v  real, N points, a power of two; otherwise, and when empty, -1. Complex with N/2 + 1 points afterwards, but
+      for one point, which stays as it is
+   delta becomes 1 / (N * delta), H when it was 0 or NaN. Error bound as dspi_fft. */
+SIGPAK_API int32_t dspi_rfft (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_rfft(dspf_vec *v);
+
+/* The inverse of dspi_rfft: the real parts of the inverse transform of the whole spectrum.
+   v  P points, the lower half with the bin in the middle; real with N = 2 (P - 1) points afterwards, one for
+      P = 1. -1 unless N is a power of two, and when empty
+   delta as dspi_fft */
+SIGPAK_API int32_t dspi_irfft (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_irfft(dspf_vec *v);
+
 /* Exchanges every point with the one whose index has the bits in reverse order; undoes itself.
    v  real or complex, its points a power of two; otherwise, and when empty, -1 */
 SIGPAK_API int32_t dspi_bitrev (dsp_vec  *v);

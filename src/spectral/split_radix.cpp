@@ -3,48 +3,12 @@
 // P. Duhamel, H. Hollmann, "Split radix FFT algorithm", Electronics Letters 20 (1984); three real products
 // per twiddle by precombined terms as in H. V. Sorensen et al., "On computing the split-radix FFT", IEEE
 // Trans. ASSP 34 (1986).
+#include "spectral/split_radix.h"
+
 #include "spectral/kernel.h"
-#include "spectral/tables.h"
 
 namespace sigpak {
 namespace {
-
-// Where a block of one length finds its twiddles: every stride-th group of a table.
-template <class T> struct rung {
-  const T* groups = nullptr;
-  index stride = 0;
-};
-
-// One rung per block length of a transform. Blocks that fit the first cache share one table; larger ones have
-// a table each, because a large table at a large stride would miss the cache at every group.
-template <class T> class ladder {
- public:
-  status climb(index points) noexcept {
-    const index shared = points < cached ? points : cached;
-    if (points < 4) return ok;
-    const T* const common = twiddles<T>(shared);
-    if (common == nullptr) return failed;
-    for (index block = shared; block >= 4; block /= 2) rungs_[address_bits(block)] = {common, shared / block};
-    for (index block = 2 * shared; block <= points; block *= 2) {
-      const T* const own = twiddles<T>(block);
-      if (own == nullptr) return failed;
-      rungs_[address_bits(block)] = {own, 1};
-    }
-    return ok;
-  }
-  rung<T> at(index block) const noexcept { return rungs_[address_bits(block)]; }
-
- private:
-  static constexpr index cached = 1024;
-  rung<T> rungs_[32];
-};
-
-// (p + iq)(cos - i sin) by the triple of the angle.
-template <class T> void store_product(T* re, T* im, T p, T q, const T* of) noexcept {
-  const T t = of[0] * (p + q);
-  *re = t + q * of[2];
-  *im = t + p * of[1];
-}
 
 template <class T> void exchange_sums(T& a, T& b) noexcept {
   const T difference = a - b;
@@ -104,20 +68,32 @@ template <bool inverse, class T> struct network {
 
 }  // namespace
 
-template <class T> status transform(T* data, index points, bool inverse) noexcept {
-  ladder<T> twiddle;
-  if (twiddle.climb(points) != ok) return failed;
-  const std::uint32_t* const swaps = swap_list<T>(address_bits(points));
-  if (swaps == nullptr) return failed;
-  if (inverse) {
-    network<true, T>::run(data, points, twiddle);
-    reverse_bits<2>(data, swaps);
-    return ok;
+template <class T> status split_radix<T>::prepare(index points, bool inverse) noexcept {
+  points_ = points;
+  swaps_ = swap_list<T>(address_bits(points));
+  if (swaps_ == nullptr || twiddle_.climb(points) != ok) return failed;
+  if (inverse) return ok;
+  fixed_points_ = fixed_point_list<T>(address_bits(points));
+  return fixed_points_ != nullptr ? ok : failed;
+}
+
+template <class T> void split_radix<T>::run(T* data) const noexcept {
+  if (fixed_points_ == nullptr) {
+    network<true, T>::run(data, points_, twiddle_);
+    reverse_bits<2>(data, swaps_);
+  } else {
+    network<false, T>::run(data, points_, twiddle_);
+    reverse_bits_scaled<2>(data, swaps_, fixed_points_, T(1) / static_cast<T>(points_));
   }
-  const std::uint32_t* const fixed = fixed_point_list<T>(address_bits(points));
-  if (fixed == nullptr) return failed;
-  network<false, T>::run(data, points, twiddle);
-  reverse_bits_scaled<2>(data, swaps, fixed, T(1) / static_cast<T>(points));
+}
+
+template class split_radix<double>;
+template class split_radix<float>;
+
+template <class T> status transform(T* data, index points, bool inverse) noexcept {
+  split_radix<T> plan;
+  if (plan.prepare(points, inverse) != ok) return failed;
+  plan.run(data);
   return ok;
 }
 

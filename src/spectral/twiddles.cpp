@@ -1,9 +1,7 @@
 // Twiddle tables of the power-of-two transforms.
-#include <cmath>
-#include <numbers>
-
 #include "core/frame.h"
 #include "core/memory.h"
+#include "spectral/roots.h"
 #include "spectral/tables.h"
 
 namespace sigpak {
@@ -11,28 +9,21 @@ namespace {
 
 template <class T> constinit keyed_list<T> tables;
 
-// Values come from the next wider type and are rounded once, so that nearly every one is the nearest.
-template <class T> using wider = std::conditional_t<std::is_same_v<T, float>, double, long double>;
-
-template <class T> void store_triple(T* out, wider<T> c, wider<T> s) noexcept {
-  out[0] = static_cast<T>(c);
-  out[1] = static_cast<T>(-(c + s));
-  out[2] = static_cast<T>(s - c);
+template <class T> void store_triple(T* out, unit_root<wider<T>> w) noexcept {
+  out[0] = static_cast<T>(w.cosine);
+  out[1] = static_cast<T>(-(w.cosine + w.sine));
+  out[2] = static_cast<T>(w.sine - w.cosine);
 }
 
-// The first triples: angles below an eighth of a turn directly, those above by exchanging sine and cosine.
+// The first triples: angles to an eighth of a turn directly, those above by exchanging sine and cosine.
 template <class T> void fill_first_triples(T* table, index points) noexcept {
-  using W = wider<T>;
   const index quarter = points / 4;
-  store_triple<T>(table, 1, 0);
-  for (index k = 1; 2 * k < quarter; ++k) {
-    const W angle = 2 * std::numbers::pi_v<W> * static_cast<W>(k) / static_cast<W>(points);
-    const W c = std::cos(angle);
-    const W s = std::sin(angle);
-    store_triple<T>(table + group * k, c, s);
-    store_triple<T>(table + group * (quarter - k), s, c);
+  store_triple<T>(table, {1, 0});
+  for (index k = 1; 2 * k <= quarter; ++k) {
+    const unit_root<wider<T>> w = root_of_unity<wider<T>>(k, points);
+    store_triple<T>(table + group * k, w);
+    store_triple<T>(table + group * (quarter - k), {w.sine, w.cosine});
   }
-  if (quarter > 1) store_triple<T>(table + group * (quarter / 2), std::sqrt(W(0.5)), std::sqrt(W(0.5)));
 }
 
 // The second triples, of three times the angle: half a turn less the angle gives (-cos, sin), half a turn
