@@ -418,6 +418,37 @@ SIGPAK_API int32_t dspfi_bitrev_scale(dspf_vec *v);
 
 /* ---- Windows: application and names ---------------------------------------------------------------------------- */
 
+/* v = v * window, complex points as a whole; then, except for the uniform window, v is rotated left by half its
+   points, rounded down, so that the window's peak becomes the first point. Windows are kept: the 16 made last are
+   found again by points, window, flags and width.
+       Sums of cosines   w[c + m] = w[c - m] = sum over k of a[k] cos(2 pi k m / width), c = points / 2 rounded down
+       Triangle          falls from its peak in c to 0 at the distance points / 2
+       Riemann           sin(x) / x with x = 2 pi m / width, the main lobe; normalised over all points
+   These forms are periodic: an even number of points has its end on the left only. The angles advance by addition
+   and are exact every 1024 points. In DSP_WINDOW_FLAG_MEAN and _RMS the coefficients are stored ones.
+   v       a lent record may end in storage of the library's own; the lent buffer is then left as it was
+   window  DSP_WINDOW_*; others give -1
+   flags   DSP_WINDOW_FLAG_*: two of the normalisations together, SYMMETRIC except for Kaiser and Gaussian, and
+           WIDTH in dspi_window give -1. ROTATE is for the uniform window, NO_ROTATE for all others
+   width   in points, with DSP_WINDOW_FLAG_WIDTH; whole numbers are met within 4.4e-15. Points farther than half
+           of it from c are 0; the uniform window starts at the first point instead. NaN, and any width for
+           triangle, Kaiser and Gaussian, give -1 */
+SIGPAK_API int32_t dspi_window (dsp_vec  *v, int32_t window, int32_t flags);
+SIGPAK_API int32_t dspfi_window(dspf_vec *v, int32_t window, int32_t flags);
+SIGPAK_API int32_t dspi_window2 (dsp_vec  *v, int32_t window, int32_t flags, double width);
+SIGPAK_API int32_t dspfi_window2(dspf_vec *v, int32_t window, int32_t flags, float  width);
+
+/* buffer = the short name of a window, such as "Hann", cut to size - 1 characters.
+   window  an unknown one gives an empty text and -1
+   size    of the buffer; below 1, or without a buffer, -1 */
+SIGPAK_API int32_t dsp_window_to_str (int32_t window, char *buffer, int32_t size);
+SIGPAK_API int32_t dspf_window_to_str(int32_t window, char *buffer, int32_t size);
+
+/* *window = the window of a name, which is any name of the enumeration, with or without DSP_WINDOW_, in capitals or
+   not. An unknown name gives 0 and -1; a null pointer -1. */
+SIGPAK_API int32_t dsp_window_from_str (const char *name, int32_t *window);
+SIGPAK_API int32_t dspf_window_from_str(const char *name, int32_t *window);
+
 /* ---- Windows: scale and noise bandwidth ------------------------------------------------------------------------ */
 
 /* ---- Windows: Kaiser and Gaussian ------------------------------------------------------------------------------ */

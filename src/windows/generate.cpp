@@ -1,0 +1,79 @@
+// The windows of the catalogue, point by point. They are computed in double and rounded once, at the store.
+#include <algorithm>
+#include <cmath>
+
+#include "windows/catalogue.h"
+#include "windows/shapes.h"
+#include "windows/windows.h"
+
+namespace sigpak {
+namespace {
+
+// sum of a[k] cos(k x) by Clenshaw's recurrence in c = cos(x).
+double cosine_sum(std::span<const double> a, double c) noexcept {
+  double next = 0;
+  double after = 0;
+  for (std::size_t k = a.size() - 1; k > 0; --k) {
+    const double term = a[k] + 2 * c * next - after;
+    after = next;
+    next = term;
+  }
+  return a[0] + c * next - after;
+}
+
+// Unlike the other shapes a narrow constant begins at the first point.
+template <class T> void fill_constant(T* w, index n, double width, double level) noexcept {
+  const index filled = std::clamp<index>(tolerant_ceiling(width), 0, n);
+  std::fill(w, w + filled, static_cast<T>(level));
+  std::fill(w + filled, w + n, T(0));
+}
+
+// From the peak at the middle point down by 2 peak / n per point.
+template <class T> void fill_triangle(T* w, index n, double peak) noexcept {
+  const index centre = n / 2;
+  for_ramp((n - 1) / 2 + 1, peak, -(2 * peak / static_cast<double>(n)),
+           [&](index m, double x) { w[centre - m] = w[centre + m] = static_cast<T>(x); });
+  if (n % 2 == 0) w[0] = 0;
+}
+
+template <class T> void fill_cosine_sum(T* w, index n, double width, std::span<const double> a) noexcept {
+  fill_centred(w, n, width, [=](double angle) { return cosine_sum(a, std::cos(angle)); });
+}
+
+}  // namespace
+
+double triangle_peak(index n, int mode) noexcept {
+  const auto points = static_cast<double>(n);
+  const double square = points * points;
+  if (mode == DSP_WINDOW_FLAG_RMS) return std::sqrt(3 * square / (square + 2));
+  if (mode == DSP_WINDOW_FLAG_PEAK) return 1;
+  return n % 2 == 0 ? 2 : 2 * square / (1 + square);
+}
+
+template <record V> status generate_window(V* v, int window, int flags, double width) noexcept {
+  const int mode = mode_of(flags);
+  const bool narrowed = has(flags, DSP_WINDOW_FLAG_WIDTH);
+  if (is_complex(v) || mode == refused_mode) return failed;
+  if (has(flags, DSP_WINDOW_FLAG_SYMMETRIC) || (narrowed && std::isnan(width))) return failed;
+  const index n = length(v);
+  const double span = narrowed ? width : static_cast<double>(n);
+  if (window == DSP_WINDOW_TRIANGULAR) {
+    if (narrowed) return failed;
+    if (n > 0) fill_triangle(v->data, n, triangle_peak(n, mode));
+    return ok;
+  }
+  const std::span<const double> terms = cosine_terms(window, mode);
+  if (terms.empty()) return failed;
+  if (n == 0) return ok;
+  if (window == DSP_WINDOW_UNIFORM) {
+    fill_constant(v->data, n, span, terms[0]);
+  } else {
+    fill_cosine_sum(v->data, n, span, terms);
+  }
+  return ok;
+}
+
+template status generate_window(dsp_vec*, int, int, double) noexcept;
+template status generate_window(dspf_vec*, int, int, double) noexcept;
+
+}  // namespace sigpak
