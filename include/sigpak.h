@@ -461,6 +461,60 @@ SIGPAK_API int32_t dspf_window_from_str(const char *name, int32_t *window);
 
 /* ---- Vector files ------------------------------------------------------------------------------------------------ */
 
+/* A stream holds any number of vectors, one after the other, in either of two forms; the reader takes both, and
+   either precision into either record.
+
+   Binary  magic 0xEB0330BE, type word 0x408 (doubles) or 0x404 (floats), points, complex: four bytes each, in
+           the writer's byte order; then delta and the scalars, 8 or 4 bytes each. Exact. The reader takes the
+           other byte order too, and the older headers without a type word: 0xEB0110BE (doubles), 0xEB0220BE
+           (floats).
+   ASCII   five comment lines, then one line per point: the value, or re and im.
+               #DSP ASCII data from sigpak package
+               #DSP points = 2
+               #DSP complex = 0
+               #DSP type = 8
+               #DSP delta = 0.5
+               1
+               2.5
+           The reader takes numbers between any white space, "0x1A" (32 bits in two's complement: 0xffffffff
+           is -1), "inf" and "nan"; whatever begins with # is a comment to the end of its line. Of the header it
+           needs nothing: without points the vector runs to the end of the stream, without complex it is real,
+           without delta that is 1. The decimal point is a point in every locale.
+
+   Open binary vectors with "rb" and "wb". */
+
+/* fopen(name, mode); the name "-" is standard input when mode begins with r, standard output when it begins
+   with w, and otherwise null. */
+SIGPAK_API FILE *dspf_fopen (const char *name, const char *mode);
+SIGPAK_API FILE *dspff_fopen(const char *name, const char *mode);
+
+/* fclose(f); standard input and output are left open, and 0 comes back. */
+SIGPAK_API int32_t dspf_fclose (FILE *f);
+SIGPAK_API int32_t dspff_fclose(FILE *f);
+
+/* v = the next vector of the stream, with delta, points and complex. 1 when there was one; 0 at the end of the
+   stream, v is then empty; -1 when it is malformed or cut short, or when storage is wanting: v is then partly
+   filled. Storage grows with what has arrived, so that a header alone cannot ask for it.
+   A binary vector ends after its scalars, an ASCII one after the points that it declares; white space and
+   comments alone are a vector of no points. */
+SIGPAK_API int32_t dspf_fread (dsp_vec  *v, FILE *f);
+SIGPAK_API int32_t dspff_fread(dspf_vec *v, FILE *f);
+
+/* Writes v in binary form; -1 on a short write. */
+SIGPAK_API int32_t dspf_fwrite (const dsp_vec  *v, FILE *f);
+SIGPAK_API int32_t dspff_fwrite(const dspf_vec *v, FILE *f);
+
+/* Writes v in ASCII form, with 16 significant digits, in single precision 7. Always 0: ask ferror. */
+SIGPAK_API int32_t dspf_fwrite_ascii (const dsp_vec  *v, FILE *f);
+SIGPAK_API int32_t dspff_fwrite_ascii(const dspf_vec *v, FILE *f);
+
+/* Writes v as flags tell. -1 on a short binary write, or for an unknown form.
+   flags  0 binary, 1 ASCII, 2 summary; plus 0x100 without the header, 0x200 the header alone
+   The summary is a line for people, "[40/0.5] 1 2 3 ...": points and delta, then at most 32 points with 4
+   significant digits, whole from 9999 to 999999999; a complex point is re,im. */
+SIGPAK_API int32_t dspf_fwrite2 (const dsp_vec  *v, FILE *f, int32_t flags);
+SIGPAK_API int32_t dspff_fwrite2(const dspf_vec *v, FILE *f, int32_t flags);
+
 #ifdef __cplusplus
 } /* extern "C" */
 #endif

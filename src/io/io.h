@@ -1,0 +1,31 @@
+// The forms of a vector in a file.
+#pragma once
+
+#include <cstdio>
+
+#include "core/record.h"
+
+namespace sigpak {
+
+inline constexpr status vector_read = 1;  // what reading returns beside failed
+inline constexpr status end_of_vectors = 0;
+
+// What a vector is written as, and which parts of it.
+enum class form : std::int32_t { binary, ascii, summary };
+struct parts {
+  bool header;
+  bool body;
+};
+
+// The next vector of the stream; the record may be partly filled on failure.
+template <record V> status read_binary(V* v, std::FILE* f) noexcept;
+template <record V> status read_ascii(V* v, std::FILE* f) noexcept;
+
+// Fails on a short write.
+template <record V> status write_binary(const V* v, std::FILE* f, parts wanted) noexcept;
+
+// Text is written unchecked.
+template <record V> void write_ascii(const V* v, std::FILE* f, parts wanted) noexcept;
+template <record V> void write_summary(const V* v, std::FILE* f, parts wanted) noexcept;
+
+}  // namespace sigpak
