@@ -457,7 +457,53 @@ SIGPAK_API int32_t dspf_window_from_str(const char *name, int32_t *window);
 
 /* ---- Filters: filtering and decimation ------------------------------------------------------------------------- */
 
+/* out[n] = sum over k of taps[k] * in[n - k]; no conjugation.
+   in, taps  real or complex, any lengths; without taps the call is dsp_copy(out, in)
+   out       points and delta of in, complex when in or the taps are; may be in
+   history   the taps - 1 samples before the block, the oldest first, or null for zeros. It is brought to the form of
+             in, zero-padded or cut to its first taps - 1 points, and leaves holding the last taps - 1 samples of the
+             stream: the next call goes on where this one ended. An empty record starts a stream.
+   Real blocks of at least taps - 1 samples go through the transform from 46 taps on (overlap-save; the spectrum of
+   the taps is kept for the next call), everything else is summed directly, from the oldest sample to the newest. Any
+   split of a stream into blocks gives the same output, to the last bit where it is summed directly. A failure may
+   leave out and history partly updated. */
+SIGPAK_API int32_t dspd_fir (const dsp_vec  *in, dsp_vec  *out, const dsp_vec  *taps, dsp_vec  *history);
+SIGPAK_API int32_t dspfd_fir(const dspf_vec *in, dspf_vec *out, const dspf_vec *taps, dspf_vec *history);
+
+/* dspd_fir with a linear-phase filter given by its leading half.
+   half           the taps h[0] ... h[N - 1]; the whole filter goes on with their mirror image
+   odd            0 for 2 N taps; otherwise 2 N - 1 taps, h[N - 1] being the centre
+   antisymmetric  nonzero negates the mirrored taps
+   history        as in dspd_fir, for the whole filter */
+SIGPAK_API int32_t dspd_sfir (const dsp_vec  *in, dsp_vec  *out, const dsp_vec  *half, int32_t odd,
+                              int32_t antisymmetric, dsp_vec  *history);
+SIGPAK_API int32_t dspfd_sfir(const dspf_vec *in, dspf_vec *out, const dspf_vec *half, int32_t odd,
+                              int32_t antisymmetric, dspf_vec *history);
+
+/* out[i] = in[s + i * factor]: every factor-th point, unfiltered; delta is factor times that of in.
+   factor  below 1 counts as 1
+   out     may be in
+   state   null starts with s = 0. Otherwise a record of one real point: its value, rounded, is s, and it leaves
+           holding the start in the next block, which may lie beyond it. An empty record starts at 0. */
+SIGPAK_API int32_t dspd_deci (const dsp_vec  *in, dsp_vec  *out, int32_t factor, dsp_vec  *state);
+SIGPAK_API int32_t dspfd_deci(const dspf_vec *in, dspf_vec *out, int32_t factor, dspf_vec *state);
+
 /* ---- Filters: hwfilt --------------------------------------------------------------------------------------------- */
+
+/* A fixed recursive low-pass: four equal sections (1 + 1/z) (1 + 1/z + 1/z^2) / (4 + 2/z^2), one after the other. The
+   gain is 1 at zero frequency and 0 at the Nyquist frequency. The real and the imaginary parts of complex samples are
+   filtered as two signals. In single precision what passes from section to section is rounded.
+   out       points, complex and delta of in; may be in
+   reserved  0; otherwise -1
+   state     12 points of delays in the form of in, kept from block to block; brought to that form on entry, the
+             first points kept. An empty record starts at rest. Null uses one state that all such calls of a precision
+             share, and that dsp_free_internal resets: they continue one stream. */
+SIGPAK_API int32_t dspd_hwfilt (const dsp_vec  *in, dsp_vec  *out, int32_t reserved, dsp_vec  *state);
+SIGPAK_API int32_t dspfd_hwfilt(const dspf_vec *in, dspf_vec *out, int32_t reserved, dspf_vec *state);
+
+/* dspd_hwfilt(v, v, reserved, null): in place, on the shared state. */
+SIGPAK_API int32_t dspi_hwfilt (dsp_vec  *v, int32_t reserved);
+SIGPAK_API int32_t dspfi_hwfilt(dspf_vec *v, int32_t reserved);
 
 /* ---- Vector files ------------------------------------------------------------------------------------------------ */
 

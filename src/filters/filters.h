@@ -1,0 +1,14 @@
+// Workers of the filters.
+#pragma once
+
+#include "core/record.h"
+
+namespace sigpak {
+
+// out[n] = sum over k of taps[k] * in[n - k]; samples before the block come from the history, or are 0.
+template <record V> status filter(const V* in, V* out, const V* taps, V* history) noexcept;
+
+// The same, summed directly whatever the lengths.
+template <record V> status filter_directly(const V* in, V* out, const V* taps, V* history) noexcept;
+
+}  // namespace sigpak

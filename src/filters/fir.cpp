@@ -1,0 +1,106 @@
+// FIR filtering of a block, with the samples before it kept in the caller's record.
+#include <algorithm>
+#include <limits>
+
+#include "core/copy.h"
+#include "core/memory.h"
+#include "filters/convolution.h"
+#include "filters/direct.h"
+#include "filters/filters.h"
+#include "filters/stream.h"
+
+namespace sigpak {
+namespace {
+
+// The first outputs reach back before the block, so they are formed from a copy of the history and the
+// block's first samples; the others straight from the block.
+template <record V>
+status filter_start(const V* in, V* out, const V* taps, const V* history, index count) noexcept {
+  using T = scalar<V>;
+  const index w = width(in);
+  const index before = length(taps) - 1;
+  T* const edge = allocate_table<T>((before + count) * w);
+  if (edge == nullptr) return failed;
+  if (history != nullptr) {
+    std::copy_n(history->data, before * w, edge);
+  } else {
+    std::fill_n(edge, before * w, T(0));
+  }
+  std::copy_n(in->data, count * w, edge + before * w);
+  sum_directly(taps, edge, w, out->data, count);
+  free_table(edge);
+  return ok;
+}
+
+template <record V> status filter_by_sums(const V* in, V* out, const V* taps, const V* history) noexcept {
+  const index count = std::min(length(taps) - 1, length(in));
+  if (count > 0 && filter_start(in, out, taps, history, count) != ok) return failed;
+  sum_directly(taps, in->data, width(in), out->data + count * width(out), length(in) - count);
+  return ok;
+}
+
+template <record V> status filter_fast(const V* in, V* out, const V* taps, const V* history) noexcept {
+  const index left = convolve_fast(in, out, taps, history);
+  if (left > 0) return filter_start(in, out, taps, history, left);
+  return left == 0 ? ok : failed;
+}
+
+// The last samples before the next block: what of the history is still recent enough, then the block's.
+template <record V> void update_history(V* history, const V* in) noexcept {
+  const index w = width(in);
+  const index kept = std::max<index>(length(history) - length(in), 0) * w;
+  const index total = scalars(history);
+  std::copy(history->data + total - kept, history->data + total, history->data);
+  const index taken = total - kept;
+  std::copy_n(in->data + scalars(in) - taken, taken, history->data + kept);
+}
+
+template <record V> status prepare_output(V* out, const V* in, const V* taps) noexcept {
+  out->points = in->points;
+  out->complex = is_complex(in) || is_complex(taps) ? 1 : 0;
+  out->delta = in->delta;
+  return allocate(out);
+}
+
+template <record V>
+status run(const V* in, V* out, const V* taps, V* history, index least_fast_taps) noexcept {
+  const index count = length(taps);
+  if (count == 0) return copy(out, in);
+  if (history != nullptr && fit_state(history, in, count - 1) != ok) return failed;
+  const bool shared = out->data == in->data || out->data == taps->data;
+  V* const result = shared ? substitute_output<V>() : out;
+  if (prepare_output(result, in, taps) != ok) return failed;
+  const bool fast =
+      !is_complex(in) && !is_complex(taps) && count >= least_fast_taps && length(in) >= count - 1;
+  if ((fast ? filter_fast(in, result, taps, history) : filter_by_sums(in, result, taps, history)) != ok) {
+    return failed;
+  }
+  if (history != nullptr) update_history(history, in);
+  return shared ? copy(out, result) : ok;
+}
+
+}  // namespace
+
+template <record V> status filter(const V* in, V* out, const V* taps, V* history) noexcept {
+  return run(in, out, taps, history, fast_taps);
+}
+
+template <record V> status filter_directly(const V* in, V* out, const V* taps, V* history) noexcept {
+  return run(in, out, taps, history, std::numeric_limits<index>::max());
+}
+
+template status filter(const dsp_vec*, dsp_vec*, const dsp_vec*, dsp_vec*) noexcept;
+template status filter(const dspf_vec*, dspf_vec*, const dspf_vec*, dspf_vec*) noexcept;
+template status filter_directly(const dsp_vec*, dsp_vec*, const dsp_vec*, dsp_vec*) noexcept;
+template status filter_directly(const dspf_vec*, dspf_vec*, const dspf_vec*, dspf_vec*) noexcept;
+
+}  // namespace sigpak
+
+using namespace sigpak;
+
+int32_t dspd_fir(const dsp_vec* in, dsp_vec* out, const dsp_vec* taps, dsp_vec* history) {
+  return filter(in, out, taps, history);
+}
+int32_t dspfd_fir(const dspf_vec* in, dspf_vec* out, const dspf_vec* taps, dspf_vec* history) {
+  return filter(in, out, taps, history);
+}
