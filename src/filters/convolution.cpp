@@ -32,27 +32,29 @@ template <record V> status release() noexcept {
   return destroy(&kept_spectrum<V>);
 }
 
-// A NaN tap never matches: its difference from anything passes for equal.
+template <record V> bool holds_nan(const V* taps) noexcept {
+  return std::any_of(taps->data, taps->data + length(taps), [](auto h) { return std::isnan(h); });
+}
+
 template <record V> bool spectrum_fits(const V* taps, index transform) noexcept {
   if (kept_length<V> != transform) return false;
+  const scalar<V> tolerance = std::abs(taps->data[0]) * same_taps<scalar<V>>;
   std::int32_t order = 0;
-  if (compare(taps, &kept_taps<V>, std::abs(taps->data[0]) * same_taps<scalar<V>>, &order) != ok)
-    return false;
-  return order == 0 &&
-         std::none_of(taps->data, taps->data + length(taps), [](auto h) { return std::isnan(h); });
+  return compare(taps, &kept_taps<V>, tolerance, &order) == ok && order == 0;
 }
 
 // The spectrum of the taps, scaled so that it makes up for the factor of the forward transform; null on
 // failure.
 template <record V> const V* spectrum_of(const V* taps, index transform) noexcept {
   register_cache<V>(cache::fir, release<V>);
-  if (spectrum_fits(taps, transform)) return &kept_spectrum<V>;
+  const bool comparable = !holds_nan(taps);  // a NaN would pass for equal to any tap
+  if (comparable && spectrum_fits(taps, transform)) return &kept_spectrum<V>;
   V* const spectrum = &kept_spectrum<V>;
   kept_length<V> = 0;
   if (copy(&kept_taps<V>, taps) != ok || copy(spectrum, taps) != ok) return nullptr;
   scale(spectrum, static_cast<scalar<V>>(transform));
   if (pad(spectrum, transform) != ok || real_fft(spectrum) != ok) return nullptr;
-  kept_length<V> = transform;
+  if (comparable) kept_length<V> = transform;
   return spectrum;
 }
 
