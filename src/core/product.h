@@ -10,6 +10,9 @@ template <class T> struct point {
   T im;
 };
 
+template <class T> constexpr point<T> as_point(T x) noexcept { return {x, 0}; }
+template <class T> constexpr point<T> as_point(point<T> z) noexcept { return z; }
+
 template <class T> constexpr point<T> point_at(const T* z, index i) noexcept {
   return {z[2 * i], z[2 * i + 1]};
 }
@@ -17,6 +20,10 @@ template <class T> constexpr point<T> point_at(const T* z, index i) noexcept {
 template <class T> constexpr void put_point(T* z, index i, point<T> value) noexcept {
   z[2 * i] = value.re;
   z[2 * i + 1] = value.im;
+}
+
+template <class T> constexpr point<T> operator+(point<T> a, point<T> b) noexcept {
+  return {a.re + b.re, a.im + b.im};
 }
 
 template <class T> constexpr point<T> conjugate(point<T> a) noexcept { return {a.re, -a.im}; }

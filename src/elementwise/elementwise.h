@@ -15,6 +15,10 @@ template <record V> status keep_real(V* v) noexcept;
 template <record V> status keep_imaginary(V* v) noexcept;
 template <record V> status conjugate(V* v) noexcept;
 template <record V> status multiply_by_i(V* v) noexcept;
+template <record V> status take_phase(V* v) noexcept;
+template <record V> status to_polar(V* v) noexcept;
+template <record V> status to_rectangular(V* v) noexcept;
+template <record V> status unwrap(V* v) noexcept;
 template <record V> status take_magnitude(V* v) noexcept;
 template <record V> status square_magnitude(V* v) noexcept;
 
@@ -23,11 +27,18 @@ double bessel_i0(double x) noexcept;
 float bessel_i0(float x) noexcept;
 
 // Two records into a third, which may be one of them.
+template <record V> status add(const V* a, const V* b, V* out) noexcept;
+template <record V> status subtract(const V* a, const V* b, V* out) noexcept;
 template <record V> status multiply(const V* a, const V* b, V* out) noexcept;
 template <record V> status multiply_conjugate(const V* a, const V* b, V* out) noexcept;
+template <record V> status divide(const V* a, const V* b, V* out) noexcept;
 template <record V> status add_weighted(const V* a, const V* b, V* out, scalar<V> weight) noexcept;
 template <record V> status take_minimum(const V* a, const V* b, V* out) noexcept;
 template <record V> status take_maximum(const V* a, const V* b, V* out) noexcept;
+template <record V> status join_parts(const V* re, const V* im, V* out) noexcept;
+template <record V> status interleave(const V* a, const V* b, V* out) noexcept;
+template <record V> status dot(const V* a, const V* b, V* out) noexcept;
+template <record V> status multiply_polynomials(const V* a, const V* b, V* out) noexcept;
 
 // One record into another.
 template <record V> status take_magnitudes(const V* in, V* out) noexcept;

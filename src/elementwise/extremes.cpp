@@ -24,21 +24,15 @@ template <class T> constexpr point<T> chosen(bool first, point<T> a, point<T> b)
 // b on ties and wherever a NaN is compared.
 struct smaller {
   template <class P> P operator()(P a, P b) const noexcept { return chosen(rank(a) < rank(b), a, b); }
-  template <class T> point<T> operator()(point<T> a, T b) const noexcept {
-    return (*this)(a, point<T>{b, 0});
-  }
-  template <class T> point<T> operator()(T a, point<T> b) const noexcept {
-    return (*this)(point<T>{a, 0}, b);
+  template <class A, class B> auto operator()(A a, B b) const noexcept {
+    return (*this)(as_point(a), as_point(b));
   }
 };
 
 struct larger {
   template <class P> P operator()(P a, P b) const noexcept { return chosen(rank(a) > rank(b), a, b); }
-  template <class T> point<T> operator()(point<T> a, T b) const noexcept {
-    return (*this)(a, point<T>{b, 0});
-  }
-  template <class T> point<T> operator()(T a, point<T> b) const noexcept {
-    return (*this)(point<T>{a, 0}, b);
+  template <class A, class B> auto operator()(A a, B b) const noexcept {
+    return (*this)(as_point(a), as_point(b));
   }
 };
 

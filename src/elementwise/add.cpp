@@ -1,0 +1,68 @@
+// Sum and difference, the shorter operand padded with zeros.
+#include <algorithm>
+
+#include "core/copy.h"
+#include "elementwise/combine.h"
+#include "elementwise/elementwise.h"
+
+namespace sigpak {
+namespace {
+
+// A real operand contributes to the real part alone.
+struct plus {
+  template <class P> constexpr P operator()(P a, P b) const noexcept { return a + b; }
+  template <class T> constexpr point<T> operator()(point<T> a, T b) const noexcept {
+    return {a.re + b, a.im};
+  }
+  template <class T> constexpr point<T> operator()(T a, point<T> b) const noexcept {
+    return {a + b.re, b.im};
+  }
+};
+
+struct minus {
+  template <class T> constexpr T operator()(T a, T b) const noexcept { return a - b; }
+  template <class T> constexpr point<T> operator()(point<T> a, point<T> b) const noexcept {
+    return {a.re - b.re, a.im - b.im};
+  }
+  template <class T> constexpr point<T> operator()(point<T> a, T b) const noexcept {
+    return {a.re - b, a.im};
+  }
+  template <class T> constexpr point<T> operator()(T a, point<T> b) const noexcept {
+    return {a - b.re, -b.im};
+  }
+};
+
+template <record V, class F> status combine_padded(const V* a, const V* b, V* out, F f) noexcept {
+  if (a->points == b->points) return combine(a, b, out, f);
+  const bool a_shorter = length(a) < length(b);
+  temporary<V> storage;
+  V* const padded = &storage;
+  if (copy(padded, a_shorter ? a : b) != ok) return failed;
+  if (pad(padded, std::max(length(a), length(b))) != ok) return failed;
+  return a_shorter ? combine<V>(padded, b, out, f) : combine<V>(a, padded, out, f);
+}
+
+}  // namespace
+
+template <record V> status add(const V* a, const V* b, V* out) noexcept {
+  return combine_padded(a, b, out, plus{});
+}
+
+template <record V> status subtract(const V* a, const V* b, V* out) noexcept {
+  return combine_padded(a, b, out, minus{});
+}
+
+template status add(const dsp_vec*, const dsp_vec*, dsp_vec*) noexcept;
+template status add(const dspf_vec*, const dspf_vec*, dspf_vec*) noexcept;
+template status subtract(const dsp_vec*, const dsp_vec*, dsp_vec*) noexcept;
+template status subtract(const dspf_vec*, const dspf_vec*, dspf_vec*) noexcept;
+
+}  // namespace sigpak
+
+using namespace sigpak;
+
+int32_t dspb_add(const dsp_vec* a, const dsp_vec* b, dsp_vec* out) { return add(a, b, out); }
+int32_t dspfb_add(const dspf_vec* a, const dspf_vec* b, dspf_vec* out) { return add(a, b, out); }
+
+int32_t dspb_sub(const dsp_vec* a, const dsp_vec* b, dsp_vec* out) { return subtract(a, b, out); }
+int32_t dspfb_sub(const dspf_vec* a, const dspf_vec* b, dspf_vec* out) { return subtract(a, b, out); }

@@ -1,0 +1,50 @@
+// The guarded quotient: 0/0 is 0, and anything else over 0 is +H in every part.
+#include "core/guard.h"
+#include "elementwise/combine.h"
+#include "elementwise/elementwise.h"
+
+namespace sigpak {
+namespace {
+
+// Selects instead of branches, so that the loops vectorise.
+struct over {
+  template <class T> constexpr T operator()(T a, T b) const noexcept {
+    return b != 0 ? a / b : a != 0 ? guard<T>::huge : T(0);
+  }
+
+  template <class T> constexpr point<T> operator()(point<T> a, T b) const noexcept {
+    return guarded(product(a, 1 / b), b, a.re == 0 && a.im == 0);
+  }
+
+  template <class T> constexpr point<T> operator()(point<T> a, point<T> b) const noexcept {
+    const T d = b.re * b.re + b.im * b.im;  // may underflow to 0 where b is not
+    const bool nothing = a.re == 0 && a.im == 0 && b.re == 0 && b.im == 0;
+    return guarded(product(product(a, conjugate(b)), 1 / d), d, nothing);
+  }
+
+  template <class T> constexpr point<T> operator()(T a, point<T> b) const noexcept {
+    return (*this)(as_point(a), b);
+  }
+
+ private:
+  template <class T> static constexpr point<T> guarded(point<T> value, T divisor, bool nothing) noexcept {
+    const T instead = nothing ? T(0) : guard<T>::huge;
+    return {divisor != 0 ? value.re : instead, divisor != 0 ? value.im : instead};
+  }
+};
+
+}  // namespace
+
+template <record V> status divide(const V* a, const V* b, V* out) noexcept {
+  return combine(a, b, out, over{});
+}
+
+template status divide(const dsp_vec*, const dsp_vec*, dsp_vec*) noexcept;
+template status divide(const dspf_vec*, const dspf_vec*, dspf_vec*) noexcept;
+
+}  // namespace sigpak
+
+using namespace sigpak;
+
+int32_t dspb_div(const dsp_vec* a, const dsp_vec* b, dsp_vec* out) { return divide(a, b, out); }
+int32_t dspfb_div(const dspf_vec* a, const dspf_vec* b, dspf_vec* out) { return divide(a, b, out); }

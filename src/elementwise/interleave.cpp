@@ -1,0 +1,86 @@
+// Two records side by side: as the parts of one complex record, or point after point.
+#include "elementwise/combine.h"
+#include "elementwise/elementwise.h"
+
+namespace sigpak {
+namespace {
+
+struct side_by_side {
+  template <class T> constexpr point<T> operator()(T a, T b) const noexcept { return {a, b}; }
+};
+
+template <class T> struct two_points {
+  point<T> first;
+  point<T> second;
+};
+
+struct one_after_the_other {
+  template <class A, class B> constexpr auto operator()(A a, B b) const noexcept {
+    return two_points{as_point(a), as_point(b)};
+  }
+};
+
+// Complex points written two at a time.
+template <class T> struct double_points {
+  T* data;
+  void put(index i, two_points<T> value) const noexcept {
+    put_point(data, 2 * i, value.first);
+    put_point(data, 2 * i + 1, value.second);
+  }
+};
+
+template <class T> two_points(point<T>, point<T>) -> two_points<T>;
+template <class T> double_points(T*) -> double_points<T>;
+
+// Every result is wider than its operands, so a shared one is filled from its end.
+template <record V, class A, class B, class Out, class F>
+void fill(const operands<V>& in, A a, B b, Out out, F f) noexcept {
+  if (in.a == out.data || in.b == out.data) {
+    combine_backwards(a, b, out, in.points, f);
+  } else {
+    combine_forwards(a, b, out, in.points, f);
+  }
+}
+
+}  // namespace
+
+template <record V> status join_parts(const V* re, const V* im, V* out) noexcept {
+  if (is_complex(re) || is_complex(im)) return failed;
+  const auto in = prepare(re, im, out, true);
+  if (!in) return failed;
+  fill(*in, real_points{in->a}, real_points{in->b}, complex_points{out->data}, side_by_side{});
+  return ok;
+}
+
+template <record V> status interleave(const V* a, const V* b, V* out) noexcept {
+  if (a->points != b->points) return failed;
+  out->delta = (a->delta + b->delta) * scalar<V>(0.25);
+  const auto in = resize_result(a, b, out, 2 * length(a), is_complex(a) || is_complex(b));
+  if (!in) return failed;
+  const double_points pairs{out->data};
+  if (in->a_complex && in->b_complex) {
+    fill(*in, complex_points{in->a}, complex_points{in->b}, pairs, one_after_the_other{});
+  } else if (in->a_complex) {
+    fill(*in, complex_points{in->a}, real_points{in->b}, pairs, one_after_the_other{});
+  } else if (in->b_complex) {
+    fill(*in, real_points{in->a}, complex_points{in->b}, pairs, one_after_the_other{});
+  } else {
+    fill(*in, real_points{in->a}, real_points{in->b}, complex_points{out->data}, side_by_side{});
+  }
+  return ok;
+}
+
+template status join_parts(const dsp_vec*, const dsp_vec*, dsp_vec*) noexcept;
+template status join_parts(const dspf_vec*, const dspf_vec*, dspf_vec*) noexcept;
+template status interleave(const dsp_vec*, const dsp_vec*, dsp_vec*) noexcept;
+template status interleave(const dspf_vec*, const dspf_vec*, dspf_vec*) noexcept;
+
+}  // namespace sigpak
+
+using namespace sigpak;
+
+int32_t dspb_ritoc(const dsp_vec* re, const dsp_vec* im, dsp_vec* out) { return join_parts(re, im, out); }
+int32_t dspfb_ritoc(const dspf_vec* re, const dspf_vec* im, dspf_vec* out) { return join_parts(re, im, out); }
+
+int32_t dspb_inter(const dsp_vec* a, const dsp_vec* b, dsp_vec* out) { return interleave(a, b, out); }
+int32_t dspfb_inter(const dspf_vec* a, const dspf_vec* b, dspf_vec* out) { return interleave(a, b, out); }

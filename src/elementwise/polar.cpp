@@ -1,0 +1,65 @@
+// Phases, polar form and back. Float records are computed in double and rounded once.
+#include <cmath>
+#include <numbers>
+
+#include "elementwise/elementwise.h"
+#include "elementwise/pack.h"
+
+namespace sigpak {
+namespace {
+
+// The zero point has phase 0 whatever the signs of its zeros.
+struct phase_of {
+  template <class T> constexpr T operator()(T x) const noexcept {
+    return x < 0 ? std::numbers::pi_v<T> : T(0);
+  }
+  template <class T> T operator()(point<T> z) const noexcept {
+    if (z.re == 0 && z.im == 0) return 0;
+    return static_cast<T>(std::atan2(static_cast<double>(z.im), static_cast<double>(z.re)));
+  }
+};
+
+struct polar_of {
+  template <class T> point<T> operator()(T x) const noexcept { return {std::abs(x), phase_of{}(x)}; }
+  template <class T> point<T> operator()(point<T> z) const noexcept {
+    return {std::hypot(z.re, z.im), phase_of{}(z)};
+  }
+};
+
+struct rectangular_of {
+  template <class T> point<T> operator()(point<T> polar) const noexcept {
+    const double magnitude = static_cast<double>(polar.re);
+    const double phase = static_cast<double>(polar.im);
+    return {static_cast<T>(magnitude * std::cos(phase)), static_cast<T>(magnitude * std::sin(phase))};
+  }
+};
+
+}  // namespace
+
+template <record V> status take_phase(V* v) noexcept { return turn_real(v, phase_of{}); }
+template <record V> status to_polar(V* v) noexcept { return turn_complex(v, polar_of{}); }
+
+template <record V> status to_rectangular(V* v) noexcept {
+  if (is_complex(v)) map_points(v->data, v->data, length(v), rectangular_of{});
+  return ok;
+}
+
+template status take_phase(dsp_vec*) noexcept;
+template status take_phase(dspf_vec*) noexcept;
+template status to_polar(dsp_vec*) noexcept;
+template status to_polar(dspf_vec*) noexcept;
+template status to_rectangular(dsp_vec*) noexcept;
+template status to_rectangular(dspf_vec*) noexcept;
+
+}  // namespace sigpak
+
+using namespace sigpak;
+
+int32_t dspi_phase(dsp_vec* v) { return take_phase(v); }
+int32_t dspfi_phase(dspf_vec* v) { return take_phase(v); }
+
+int32_t dspi_rtop(dsp_vec* v) { return to_polar(v); }
+int32_t dspfi_rtop(dspf_vec* v) { return to_polar(v); }
+
+int32_t dspi_ptor(dsp_vec* v) { return to_rectangular(v); }
+int32_t dspfi_ptor(dspf_vec* v) { return to_rectangular(v); }
