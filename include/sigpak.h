@@ -216,9 +216,10 @@ SIGPAK_API int32_t dspfi_scale(dspf_vec *v, float  factor);
 
 /* Common to this section, unless an operation says otherwise:
    a, b  same points, real or complex; otherwise -1 and out is untouched
-   out   sized here: complex when a or b is, delta the mean of theirs. It may be a, b, or both, and may as well be
-         another record whose data is that of a or b; storage that overlaps them in any other way is not supported.
-         When out must grow, a record that shares data which out owns is left with a stale pointer. */
+   out   sized here: complex when a or b is, delta the mean of theirs. It may be a, b, or both, and may as
+         well be another record whose data is that of a or b; storage that overlaps them in any other way is
+         not supported. When out must grow, a record that shares data which out owns is left with a stale
+         pointer. */
 
 /* out[i] = a[i] + b[i], out[i] = a[i] - b[i]. A real operand contributes to the real part alone.
    a, b  any points: the shorter one counts as padded with zeros to the length of the longer one */
@@ -235,21 +236,22 @@ SIGPAK_API int32_t dspfb_mul(const dspf_vec *a, const dspf_vec *b, dspf_vec *out
 SIGPAK_API int32_t dspb_conj_mul (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out);
 SIGPAK_API int32_t dspfb_conj_mul(const dspf_vec *a, const dspf_vec *b, dspf_vec *out);
 
-/* out[i] = a[i] / b[i]; 0/0 gives 0. Over 0, any other value gives H, whatever its sign, in complex results (H, H).
-   Complex / real is a product with 1 / b. Over a complex b, d = re^2 + im^2 decides: with d = 0, underflow included,
-   the result is (0, 0) when a and b are zero in every part, otherwise (H, H); else a * conj(b) * (1 / d). */
+/* out[i] = a[i] / b[i]; 0/0 gives 0. Over 0, any other value gives H, whatever its sign, in complex results
+   (H, H). Complex / real is a product with 1 / b. Over a complex b, d = re^2 + im^2 decides: with d = 0,
+   underflow included, the result is (0, 0) when a and b are zero in every part, otherwise (H, H); else a *
+   conj(b) * (1 / d). */
 SIGPAK_API int32_t dspb_div (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out);
 SIGPAK_API int32_t dspfb_div(const dspf_vec *a, const dspf_vec *b, dspf_vec *out);
 
-/* out[i] = b[i] + weight * (a[i] - b[i]) = weight * a[i] + (1 - weight) * b[i], each part by itself. Weight 1 copies
-   a and weight 0 copies b, exactly. The missing imaginary part of a real operand enters as a product: weight * a.im
-   where b is real, (1 - weight) * b.im where a is. */
+/* out[i] = b[i] + weight * (a[i] - b[i]) = weight * a[i] + (1 - weight) * b[i], each part by itself. Weight
+   1 copies a and weight 0 copies b, exactly. The missing imaginary part of a real operand enters as a
+   product: weight * a.im where b is real, (1 - weight) * b.im where a is. */
 SIGPAK_API int32_t dspb_avg_add (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out, double weight);
 SIGPAK_API int32_t dspfb_avg_add(const dspf_vec *a, const dspf_vec *b, dspf_vec *out, float  weight);
 
-/* out[i] = the smaller, or the larger, of a[i] and b[i]; b[i] on ties and where a NaN is compared. Complex: the whole
-   point of smaller, or larger, squared magnitude, which counts as H when a part lies outside [-H, H]; a real operand
-   beside a complex one has imaginary part 0. */
+/* out[i] = the smaller, or the larger, of a[i] and b[i]; b[i] on ties and where a NaN is compared. Complex:
+   the whole point of smaller, or larger, squared magnitude, which counts as H when a part lies outside [-H,
+   H]; a real operand beside a complex one has imaginary part 0. */
 SIGPAK_API int32_t dspb_min (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out);
 SIGPAK_API int32_t dspfb_min(const dspf_vec *a, const dspf_vec *b, dspf_vec *out);
 SIGPAK_API int32_t dspb_max (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out);
@@ -264,14 +266,14 @@ SIGPAK_API int32_t dspfb_ritoc(const dspf_vec *re, const dspf_vec *im, dspf_vec 
 SIGPAK_API int32_t dspb_inter (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out);
 SIGPAK_API int32_t dspfb_inter(const dspf_vec *a, const dspf_vec *b, dspf_vec *out);
 
-/* out = one point, the sum of a[i] * b[i], without conjugation; complex when a or b is. Summed in blocks of 2048
-   points, each from zero in order, then added to the total; single precision multiplies and accumulates in double.
-   delta of out stays. With out an operand, its old contents are summed. */
+/* out = one point, the sum of a[i] * b[i], without conjugation; complex when a or b is. Summed in blocks of
+   2048 points, each from zero in order, then added to the total; single precision multiplies and accumulates
+   in double. delta of out stays. With out an operand, its old contents are summed. */
 SIGPAK_API int32_t dspbs_dot (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out);
 SIGPAK_API int32_t dspfbs_dot(const dspf_vec *a, const dspf_vec *b, dspf_vec *out);
 
-/* out[k] = the sum of a[i] * b[k - i] over i: the product of two polynomials with coefficients a and b, the full
-   linear convolution, from zero by rising i. a.points + b.points - 1 points, none when either is empty.
+/* out[k] = the sum of a[i] * b[k - i] over i: the product of two polynomials with coefficients a and b, the
+   full linear convolution, from zero by rising i. a.points + b.points - 1 points, none when either is empty.
    a, b  any points */
 SIGPAK_API int32_t dspb_pmul (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out);
 SIGPAK_API int32_t dspfb_pmul(const dspf_vec *a, const dspf_vec *b, dspf_vec *out);
@@ -282,8 +284,8 @@ SIGPAK_API int32_t dspfb_pmul(const dspf_vec *a, const dspf_vec *b, dspf_vec *ou
 SIGPAK_API int32_t dspi_rtoc (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_rtoc(dspf_vec *v);
 
-/* The real part, the imaginary part, of a complex record, which becomes real. A real record is its own real part;
-   its imaginary part is 0 in every sample. */
+/* The real part, the imaginary part, of a complex record, which becomes real. A real record is its own real
+   part; its imaginary part is 0 in every sample. */
 SIGPAK_API int32_t dspi_real (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_real(dspf_vec *v);
 SIGPAK_API int32_t dspi_imag (dsp_vec  *v);
@@ -305,8 +307,8 @@ SIGPAK_API int32_t dspfi_mag(dspf_vec *v);
 SIGPAK_API int32_t dspi_magsq (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_magsq(dspf_vec *v);
 
-/* The phase in radians; a complex record becomes real: atan2(im, re) in [-pi, pi], 0 for the point (0, 0) whatever
-   the signs of its zeros. A real record: pi where x < 0, else 0. */
+/* The phase in radians; a complex record becomes real: atan2(im, re) in [-pi, pi], 0 for the point (0, 0)
+   whatever the signs of its zeros. A real record: pi where x < 0, else 0. */
 SIGPAK_API int32_t dspi_phase (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_phase(dspf_vec *v);
 
@@ -319,9 +321,9 @@ SIGPAK_API int32_t dspfi_rtop(dspf_vec *v);
 SIGPAK_API int32_t dspi_ptor (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_ptor(dspf_vec *v);
 
-/* Unwraps phases, in radians: every output follows its predecessor by the step to the input reduced into [-pi, pi],
-   a step of exactly pi as it is. The predecessor of the first is 0, so the first output is the first input reduced
-   too.
+/* Unwraps phases, in radians: every output follows its predecessor by the step to the input reduced into
+   [-pi, pi], a step of exactly pi as it is. The predecessor of the first is 0, so the first output is the
+   first input reduced too.
    v  real; otherwise -1 */
 SIGPAK_API int32_t dspi_unwrap (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_unwrap(dspf_vec *v);
@@ -332,8 +334,8 @@ SIGPAK_API int32_t dspfu_mag(const dspf_vec *in, dspf_vec *out);
 SIGPAK_API int32_t dspu_magsq (const dsp_vec  *in, dsp_vec  *out);
 SIGPAK_API int32_t dspfu_magsq(const dspf_vec *in, dspf_vec *out);
 
-/* out = the count points of in from point start, with its delta and form; out may be in. A negative count counts
-   as 0; start is limited to [0, points of in], and count to what follows it. */
+/* out = the count points of in from point start, with its delta and form; out may be in. A negative count
+   counts as 0; start is limited to [0, points of in], and count to what follows it. */
 SIGPAK_API int32_t dspu_subvec (const dsp_vec  *in, dsp_vec  *out, int32_t start, int32_t count);
 SIGPAK_API int32_t dspfu_subvec(const dspf_vec *in, dspf_vec *out, int32_t start, int32_t count);
 
