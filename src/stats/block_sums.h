@@ -4,18 +4,12 @@
 #include <array>
 
 #include "core/blocks.h"
-#include "core/guard.h"
 #include "core/isa.h"
+#include "stats/wide.h"
 
 namespace sigpak {
 
 template <std::size_t count> using sums = std::array<double, count>;
-
-// Limits a term to the range of the record's scalars; NaN passes.
-template <class T> constexpr double limited(double x) noexcept {
-  constexpr double most = guard<T>::huge;
-  return x > most ? most : x < -most ? -most : x;
-}
 
 // Blocks are independent of each other: `lanes` of them, `count` points each, run side by side to hide the
 // latency of the additions; every block sees the plain order.

@@ -8,7 +8,7 @@ namespace {
 
 // What stands for the extreme when no point lies inside the range of the search.
 template <record V> status store_missing(V* result, bool complex, extreme wanted) noexcept {
-  constexpr double most = guard<scalar<V>>::huge;
+  constexpr double most = wide_huge<scalar<V>>;
   if (!complex) return store(result, wanted == extreme::largest ? -most : most);
   const double part = wanted == extreme::largest ? 0.0 : most;
   return store(result, part, part);
@@ -21,7 +21,7 @@ template <record V> status extract_extreme(const V* v, V* result, extreme wanted
   const index place = find_extreme(v->data, points, complex, wanted);
   if (place == nowhere) return store_missing(result, complex, wanted);
   const scalar<V>* const point = v->data + place * width(v);
-  return complex ? store(result, point[0], point[1]) : store(result, point[0]);
+  return complex ? store(result, wide(point[0]), wide(point[1])) : store(result, wide(point[0]));
 }
 
 }  // namespace

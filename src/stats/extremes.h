@@ -7,6 +7,7 @@
 #include "core/blocks.h"
 #include "core/guard.h"
 #include "core/isa.h"
+#include "stats/wide.h"
 
 namespace sigpak {
 
@@ -15,9 +16,9 @@ inline constexpr index nowhere = -1;
 // Squared magnitude of a complex point, or H when a component is beyond H, so that it never overflows. Float
 // records are scored in double, where their squares neither underflow nor tie by rounding.
 template <class T> constexpr double squared_magnitude_or_huge(const T* point) noexcept {
-  const double re = point[0];
-  const double im = point[1];
-  constexpr double most = guard<T>::huge;
+  const double re = wide(point[0]);
+  const double im = wide(point[1]);
+  constexpr double most = wide_huge<T>;
   const bool beyond = re > most || re < -most || im > most || im < -most;
   return beyond ? most : re * re + im * im;
 }
@@ -66,8 +67,8 @@ template <class T> index find_extreme(const T* x, index points, bool complex, ex
         points, [x, sign](index i) { return sign * x[i]; }, -guard<T>::huge);
   }
   return find_largest(
-      points, [x, sign](index i) { return double{sign} * squared_magnitude_or_huge(x + 2 * i); },
-      -double{guard<T>::huge});
+      points, [x, sign](index i) { return wide(sign) * squared_magnitude_or_huge(x + 2 * i); },
+      -wide_huge<T>);
 }
 
 }  // namespace sigpak

@@ -34,9 +34,9 @@ template <record V> index peak_index(const V* v, std::int32_t flags, std::int32_
 // The heights that peaks are measured in: samples, of a complex record squared magnitudes.
 template <record V> double height(const V* v, index i) noexcept {
   const scalar<V>* const x = v->data + i * width(v);
-  const double re = x[0];
+  const double re = wide(x[0]);
   if (!is_complex(v)) return re;
-  const double im = x[1];
+  const double im = wide(x[1]);
   return re * re + im * im;
 }
 

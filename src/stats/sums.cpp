@@ -11,16 +11,18 @@ namespace {
 template <record V> status scaled_sum(const V* v, V* result, double factor) noexcept {
   const scalar<V>* const x = v->data;
   if (is_complex(v)) {
-    const auto [re, im] = blocked_sums(length(v), [x](index i) { return sums<2>{x[2 * i], x[2 * i + 1]}; });
+    const auto [re, im] = blocked_sums(length(v), [x](index i) {
+      return sums<2>{wide(x[2 * i]), wide(x[2 * i + 1])};
+    });
     return store(result, re * factor, im * factor);
   }
-  const auto [total] = blocked_sums(length(v), [x](index i) { return sums<1>{x[i]}; });
+  const auto [total] = blocked_sums(length(v), [x](index i) { return sums<1>{wide(x[i])}; });
   return store(result, total * factor);
 }
 
 template <class T> constexpr double clamped_square(T x) noexcept {
-  const double limited = clamp_huge(x);
-  return limited * limited;
+  const double part = limited<T>(wide(x));
+  return part * part;
 }
 
 template <record V> double sum_of_squares(const V* v) noexcept {

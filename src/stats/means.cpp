@@ -1,0 +1,118 @@
+// Geometric mean, harmonic mean, median.
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <limits>
+
+#include "shape/shape.h"
+#include "stats/block_sums.h"
+#include "stats/result.h"
+
+namespace sigpak {
+namespace {
+
+// The product itself, no logarithms: it runs out of range where the product of the samples does.
+template <record V> double product_of_real(const V* v) noexcept {
+  double product = 1;
+  for (index i = 0; i < length(v); ++i) product *= wide(v->data[i]);
+  return product;
+}
+
+template <record V> std::complex<double> product_of_complex(const V* v) noexcept {
+  double re = 1;
+  double im = 0;
+  for (index i = 0; i < length(v); ++i) {
+    const double x = wide(v->data[2 * i]);
+    const double y = wide(v->data[2 * i + 1]);
+    const double next_re = re * x - im * y;
+    im = re * y + im * x;
+    re = next_re;
+  }
+  return {re, im};
+}
+
+// The principal n-th root of the product; 0 where the squared magnitude of the product is below T.
+template <record V> status geometric_mean(const V* v, V* result) noexcept {
+  const auto n = static_cast<double>(length(v));
+  constexpr double tiny = wide_tiny<scalar<V>>;
+  if (!is_complex(v)) {
+    const double product = product_of_real(v);
+    return store(result, n >= 1 && product >= tiny ? std::exp(std::log(product) / n) : 0.0);
+  }
+  const std::complex<double> product = product_of_complex(v);
+  const double q = product.real() * product.real() + product.imag() * product.imag();
+  if (!(n >= 1 && q >= tiny)) return store(result, 0.0, 0.0);
+  const double magnitude = std::exp(std::log(q) / (2 * n));
+  const double angle = std::atan2(product.imag(), product.real()) / n;
+  return store(result, magnitude * std::cos(angle), magnitude * std::sin(angle));
+}
+
+template <class T> bool contains_zero(const T* x, index points) noexcept {
+  return isa::run([=] {
+    index zeros = 0;
+    for (index i = 0; i < points; ++i) zeros += x[i] == 0 ? 1 : 0;
+    return zeros != 0;
+  });
+}
+
+template <record V> double harmonic_mean_of_real(const V* v) noexcept {
+  const scalar<V>* const x = v->data;
+  const index points = length(v);
+  if (points == 0 || contains_zero(x, points)) return 0;
+  const auto [s] = blocked_sums(points, [x](index i) { return sums<1>{1.0 / wide(x[i])}; });
+  return s != 0 ? static_cast<double>(points) / s : wide_huge<scalar<V>>;
+}
+
+// 1 / q, kept finite; H for 0.
+template <class T> constexpr double reciprocal_of_square(double q) noexcept {
+  return q <= 0 ? wide_huge<T> : std::min(1.0 / q, std::numeric_limits<double>::max());
+}
+
+template <record V> status store_harmonic_mean_of_complex(const V* v, V* result) noexcept {
+  using T = scalar<V>;
+  const T* const z = v->data;
+  const auto [re, im] = blocked_sums(length(v), [z](index i) {
+    const double x = limited<T>(wide(z[2 * i]));
+    const double y = limited<T>(wide(z[2 * i + 1]));
+    const double r = reciprocal_of_square<T>(x * x + y * y);
+    return sums<2>{x * r, -(y * r)};
+  });
+  const double factor = static_cast<double>(length(v)) * reciprocal_of_square<T>(re * re + im * im);
+  return store(result, factor * re, -(factor * im));
+}
+
+template <record V> status harmonic_mean(const V* v, V* result) noexcept {
+  if (is_complex(v)) return store_harmonic_mean_of_complex(v, result);
+  return store(result, harmonic_mean_of_real(v));
+}
+
+// The middle of one component of sorted points, or the mean of the two in the middle.
+template <class T> double middle(const T* x, index points, index stride) noexcept {
+  const double upper = wide(x[points / 2 * stride]);
+  if (points % 2 != 0) return upper;
+  return (wide(x[(points / 2 - 1) * stride]) + upper) * 0.5;
+}
+
+template <record V> status median(const V* v, V* result) noexcept {
+  const index points = length(v);
+  const bool complex = is_complex(v);
+  if (points == 0) return complex ? store(result, 0.0, 0.0) : store(result, 0.0);
+  temporary<V> sorted;
+  if (copy<V>(&sorted, v) != ok || sort<V>(&sorted) != ok) return failed;
+  if (!complex) return store(result, middle(sorted.data, points, 1));
+  return store(result, middle(sorted.data, points, 2), middle(sorted.data + 1, points, 2));
+}
+
+}  // namespace
+}  // namespace sigpak
+
+using namespace sigpak;
+
+int32_t dsps_gmean(const dsp_vec* v, dsp_vec* result) { return geometric_mean(v, result); }
+int32_t dspfs_gmean(const dspf_vec* v, dspf_vec* result) { return geometric_mean(v, result); }
+
+int32_t dsps_hmean(const dsp_vec* v, dsp_vec* result) { return harmonic_mean(v, result); }
+int32_t dspfs_hmean(const dspf_vec* v, dspf_vec* result) { return harmonic_mean(v, result); }
+
+int32_t dsps_median(const dsp_vec* v, dsp_vec* result) { return median(v, result); }
+int32_t dspfs_median(const dspf_vec* v, dspf_vec* result) { return median(v, result); }

@@ -1,0 +1,131 @@
+// Straight lines of least squares, of y on x and of x on y, with the variances of their parameters.
+#include <algorithm>
+#include <cmath>
+
+#include "stats/block_sums.h"
+#include "stats/centre.h"
+#include "stats/result.h"
+
+namespace sigpak {
+namespace {
+
+using table = std::array<double, 20>;
+
+// Sums of the deviations of n pairs from a centre.
+struct pair_sums {
+  double n, x_centre, y_centre;
+  double x, y, xx, yy, xy;
+};
+
+template <class T, class Pair>
+pair_sums sum_pairs(index points, double x_centre, double y_centre, Pair pair) noexcept {
+  const auto [x, y, xx, yy, xy] = blocked_sums(points, [=](index i) {
+    const auto [px, py] = pair(i);
+    const double dx = limited<T>(px - x_centre);
+    const double dy = limited<T>(py - y_centre);
+    return sums<5>{dx, dy, dx * dx, dy * dy, dx * dy};
+  });
+  return {static_cast<double>(points), x_centre, y_centre, x, y, xx, yy, xy};
+}
+
+// Samples against their times, or a list of (x, y).
+template <record V> pair_sums sum_record(const V* v) noexcept {
+  using T = scalar<V>;
+  const T* const data = v->data;
+  const index points = length(v);
+  if (points == 0) return {};
+  if (is_complex(v)) {
+    return sum_pairs<T>(points, wide(centre(data, points, 2)), wide(centre(data + 1, points, 2)),
+                        [data](index i) { return sums<2>{wide(data[2 * i]), wide(data[2 * i + 1])}; });
+  }
+  const double step = v->delta != 0 ? wide(v->delta) : 1.0;
+  return sum_pairs<T>(
+      points, static_cast<double>(points - 1) * step * 0.5, wide(centre(data, points, 1)),
+      [data, step](index i) { return sums<2>{static_cast<double>(i) * step, wide(data[i])}; });
+}
+
+// Mean square less squared mean, of deviations from a centre that is the mean of three of the values or of all:
+// a true variance is then at least 1.5 mean^2 / n, and less, or negative, is rounding.
+double spread(double mean_square, double mean, double n) noexcept {
+  const double variance = mean_square - mean * mean;
+  return variance <= mean * mean / n ? 0.0 : variance;
+}
+
+double correlation(double covariance, double vx, double vy) noexcept {
+  if (vx == 0 || vy == 0) return 0;
+  const double product = vy * vx;
+  const bool in_range = std::isnormal(product);
+  const double r = covariance / (in_range ? std::sqrt(product) : std::sqrt(vy) * std::sqrt(vx));
+  return std::clamp(r, -1.0, 1.0);
+}
+
+struct variable {
+  double mean, variance;
+};
+
+// The seven numbers of the line of `response` on `predictor`.
+template <class T>
+void describe_line(variable predictor, variable response, double covariance, double r, double n,
+                   double* out) noexcept {
+  constexpr double most = wide_huge<T>;
+  const auto [mean, variance] = predictor;
+  const bool vertical = variance == 0;
+  const double freedom = n < 3 ? 0.0 : n / (n - 2);
+  const double slope = 1 / variance * covariance;
+  const double unexplained = response.variance * (1 - r * r);
+  const double residual = freedom * (unexplained < 0 ? 0.0 : unexplained);
+  const double slope_variance = vertical ? freedom * most : residual / (n * variance);
+  const double mean_square = mean * mean + variance;
+  out[0] = vertical ? most : slope;
+  out[1] = vertical ? most : response.mean - slope * mean;
+  out[2] = residual;
+  out[3] = slope_variance;
+  out[4] = slope_variance * mean_square;
+  out[5] = -(slope_variance * mean);
+  out[6] = mean_square != 0 ? std::clamp(-(mean / std::sqrt(mean_square)), -1.0, 1.0) : 0.0;
+}
+
+template <class T> table describe(const pair_sums& s) noexcept {
+  table out{};
+  if (s.n < 2) {
+    out[1] = out[15] = s.y + s.y_centre;
+    out[8] = out[14] = s.x + s.x_centre;
+    return out;
+  }
+  const double reciprocal = 1 / s.n;
+  const double u = s.x * reciprocal;
+  const double w = s.y * reciprocal;
+  const variable x{u + s.x_centre, spread(s.xx * reciprocal, u, s.n)};
+  const variable y{w + s.y_centre, spread(s.yy * reciprocal, w, s.n)};
+  const double covariance = s.xy * reciprocal - u * w;
+  const double r = correlation(covariance, x.variance, y.variance);
+  const double sample_factor = s.n / (s.n - 1);
+  describe_line<T>(x, y, covariance, r, s.n, &out[0]);
+  describe_line<T>(y, x, covariance, r, s.n, &out[7]);
+  out[14] = x.mean;
+  out[15] = y.mean;
+  out[16] = sample_factor * x.variance;
+  out[17] = sample_factor * y.variance;
+  out[18] = sample_factor * covariance;
+  out[19] = r;
+  return out;
+}
+
+template <record V> status regress(const V* v, V* result, index entries) noexcept {
+  const table found = describe<scalar<V>>(sum_record(v));
+  if (prepare_result(result, entries, false) != ok) return failed;
+  std::transform(found.begin(), found.begin() + entries, result->data,
+                 [](double x) { return static_cast<scalar<V>>(x); });
+  return ok;
+}
+
+}  // namespace
+}  // namespace sigpak
+
+using namespace sigpak;
+
+int32_t dsps_lin_regres(const dsp_vec* v, dsp_vec* result) { return regress(v, result, 2); }
+int32_t dspfs_lin_regres(const dspf_vec* v, dspf_vec* result) { return regress(v, result, 2); }
+
+int32_t dsps_lin_regres2(const dsp_vec* v, dsp_vec* result) { return regress(v, result, 20); }
+int32_t dspfs_lin_regres2(const dspf_vec* v, dspf_vec* result) { return regress(v, result, 20); }

@@ -1,0 +1,20 @@
+// Samples of either precision carried in double, with the limits of their own precision.
+#pragma once
+
+#include "core/guard.h"
+
+namespace sigpak {
+
+constexpr double wide(double x) noexcept { return x; }
+constexpr double wide(float x) noexcept { return static_cast<double>(x); }
+
+// H and T of the precision T.
+template <class T> inline constexpr double wide_huge = wide(guard<T>::huge);
+template <class T> inline constexpr double wide_tiny = wide(guard<T>::tiny);
+
+// Limits x to -H .. H; NaN passes.
+template <class T> constexpr double limited(double x) noexcept {
+  return x > wide_huge<T> ? wide_huge<T> : x < -wide_huge<T> ? -wide_huge<T> : x;
+}
+
+}  // namespace sigpak
