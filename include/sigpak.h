@@ -408,6 +408,52 @@ SIGPAK_API int32_t dspfs_magsq_sum(const dspf_vec *v, dspf_vec *result);
 SIGPAK_API int32_t dsps_rms (const dsp_vec  *v, dsp_vec  *result);
 SIGPAK_API int32_t dspfs_rms(const dspf_vec *v, dspf_vec *result);
 
+/* result = the population variance, divisor n = points; of a complex record the variances of both parts added; 0
+   for an empty record. With d = x - c the deviations from a centre c = (x[n-1] + x[n/2] + x[0]) / 3, each limited
+   to -H .. H: sum(d^2) / n - (sum(d) / n)^2, blocks as in dsps_sum. Rounding may leave a variance of nearly 0
+   slightly negative. Source: Chan, Golub, LeVeque, The American Statistician 37 (1983). */
+SIGPAK_API int32_t dsps_pop_var (const dsp_vec  *v, dsp_vec  *result);
+SIGPAK_API int32_t dspfs_pop_var(const dspf_vec *v, dspf_vec *result);
+
+/* result = the sample variance, pop_var * n / (n - 1); the population variance below 2 points. */
+SIGPAK_API int32_t dsps_samp_var (const dsp_vec  *v, dsp_vec  *result);
+SIGPAK_API int32_t dspfs_samp_var(const dspf_vec *v, dspf_vec *result);
+
+/* result = the square root of pop_var, of samp_var; NaN when the variance has been rounded below 0. */
+SIGPAK_API int32_t dsps_pop_stddev (const dsp_vec  *v, dsp_vec  *result);
+SIGPAK_API int32_t dspfs_pop_stddev(const dspf_vec *v, dspf_vec *result);
+SIGPAK_API int32_t dsps_samp_stddev (const dsp_vec  *v, dsp_vec  *result);
+SIGPAK_API int32_t dspfs_samp_stddev(const dspf_vec *v, dspf_vec *result);
+
+/* result = the skewness, third central moment / pop_var^(3/2), from deviations as in dsps_pop_var. H when only the
+   divisor is 0, 0 when both are, and for an empty record.
+   v  real; otherwise -1 */
+SIGPAK_API int32_t dsps_skew (const dsp_vec  *v, dsp_vec  *result);
+SIGPAK_API int32_t dspfs_skew(const dspf_vec *v, dspf_vec *result);
+
+/* result = the excess kurtosis, fourth central moment / pop_var^2 - 3, from deviations from the mean. H when only
+   the divisor is 0, -3 when both are, and for an empty record.
+   v  real; otherwise -1 */
+SIGPAK_API int32_t dsps_excess (const dsp_vec  *v, dsp_vec  *result);
+SIGPAK_API int32_t dspfs_excess(const dspf_vec *v, dspf_vec *result);
+
+/* result = (x[0] x[1] ... x[n-1])^(1/n), of a complex record the principal root. The product is formed as it
+   stands and may leave the range of double. 0 when it is below T, of a complex record when its squared magnitude
+   is, and for an empty record. */
+SIGPAK_API int32_t dsps_gmean (const dsp_vec  *v, dsp_vec  *result);
+SIGPAK_API int32_t dspfs_gmean(const dspf_vec *v, dspf_vec *result);
+
+/* result = n / sum(1 / x), blocks as in dsps_sum; 0 when a sample is 0 or the record is empty, H when the
+   reciprocals cancel. In a complex record parts are limited to -H .. H, the reciprocal of 0 counts as 0, and the
+   result is 0 when the reciprocals cancel. */
+SIGPAK_API int32_t dsps_hmean (const dsp_vec  *v, dsp_vec  *result);
+SIGPAK_API int32_t dspfs_hmean(const dspf_vec *v, dspf_vec *result);
+
+/* result = the middle sample in the order of dspi_sort, the mean of the two middle ones when points is even,
+   complex when v is; 0 for an empty record. */
+SIGPAK_API int32_t dsps_median (const dsp_vec  *v, dsp_vec  *result);
+SIGPAK_API int32_t dspfs_median(const dspf_vec *v, dspf_vec *result);
+
 /* ---- Polynomials and roots ------------------------------------------------------------------------------------ */
 
 /* Half a spectrum becomes the whole: after the points 0 .. n - 1 come their mirror images, conjugated when the
@@ -438,6 +484,36 @@ SIGPAK_API int32_t dspfi_orecon(dspf_vec *v, int32_t odd);
    result may be v; its delta is then 1 */
 SIGPAK_API int32_t dsps_peak (const dsp_vec  *v, dsp_vec  *result, int32_t flags, int32_t index);
 SIGPAK_API int32_t dspfs_peak(const dspf_vec *v, dspf_vec *result, int32_t flags, int32_t index);
+
+/* result[k] = how many samples, of a complex record magnitudes, lie in lo + k width <= x < lo + (k + 1) width;
+   real, and its delta is width. The upper edge lo + bins * width belongs to the last bin, within a relative
+   tolerance of 10 epsilons; other samples outside, and NaN, are not counted. In single precision a count stops
+   at 2^24.
+   width  0 counts the samples equal to lo, in bin 0
+   bins   the points of the result; negative counts as 0
+   result may be v */
+SIGPAK_API int32_t dsps_hist (const dsp_vec  *v, dsp_vec  *result, double lo, double width, int32_t bins);
+SIGPAK_API int32_t dspfs_hist(const dspf_vec *v, dspf_vec *result, float  lo, float  width, int32_t bins);
+
+/* result = (slope, intercept) of the least-squares line of y on x: the first two numbers of dsps_lin_regres2. */
+SIGPAK_API int32_t dsps_lin_regres (const dsp_vec  *v, dsp_vec  *result);
+SIGPAK_API int32_t dspfs_lin_regres(const dspf_vec *v, dspf_vec *result);
+
+/* The straight lines of least squares through n = points pairs (x, y), real, of 20 points. A complex record is the
+   list of pairs (re, im); a real one holds y over x = k * delta, with 1 for a delta of 0. With the means mx and my,
+   the population variances vx and vy and the covariance c, r = c / sqrt(vx vy) and f = n / (n - 2), 0 below n = 3:
+      0  slope c / vx of y on x            1  intercept my - slope * mx
+      2  residual variance f vy (1 - r^2)  3  variance of the slope, that / (n vx)
+      4  variance of the intercept         5  covariance of slope and intercept
+      6  their correlation              7-13  the same seven for the line of x on y
+     14  mx                               15  my
+     16  n / (n - 1) * vx                 17  n / (n - 1) * vy
+     18  n / (n - 1) * c                  19  r
+   Slope and intercept are H when vx is 0, the variance of the slope then f H; r is 0 when vx or vy is 0, and
+   variances are never negative. Deviations from the centre of the data are limited to -H .. H. Below 2 points all
+   are 0 but 1 and 15, which are y, and 8 and 14, which are x. Source: Draper, Smith, Applied Regression Analysis. */
+SIGPAK_API int32_t dsps_lin_regres2 (const dsp_vec  *v, dsp_vec  *result);
+SIGPAK_API int32_t dspfs_lin_regres2(const dspf_vec *v, dspf_vec *result);
 
 /* ---- Fourier and cosine transforms ---------------------------------------------------------------------------- */
 

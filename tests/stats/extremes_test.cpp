@@ -1,6 +1,7 @@
 // Minimum, maximum and peaks.
 #include <gtest/gtest.h>
 
+#include "stats/wide.h"
 #include "support/signal.h"
 
 namespace sigpak::test {
@@ -13,7 +14,7 @@ constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
 TYPED_TEST(Extremes, RealSearchStartsFromTheHugeValues) {
   using V = TypeParam;
-  constexpr double h = huge<V>;
+  constexpr double h = wide(huge<V>);
   struct {
     std::initializer_list<double> x;
     double smallest, largest;
@@ -39,7 +40,7 @@ TYPED_TEST(Extremes, RealSearchStartsFromTheHugeValues) {
 
 TYPED_TEST(Extremes, ComplexSearchTakesTheFirstPointByMagnitude) {
   using V = TypeParam;
-  constexpr double h = huge<V>;
+  constexpr double h = wide(huge<V>);
   struct {
     std::initializer_list<double> x;
     double smallest[2], largest[2];
@@ -112,7 +113,7 @@ struct peak_case {
 
 TYPED_TEST(Extremes, PeakByHand) {
   using V = TypeParam;
-  constexpr double h = huge<V>;
+  constexpr double h = wide(huge<V>);
   constexpr double slope = 0.792233201343665;
   constexpr double lobe = 0.315563649157834;
   const double d = std::log(2.0 / 3.0) * slope;

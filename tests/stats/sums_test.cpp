@@ -1,6 +1,7 @@
 // Sums in blocks, to the last bit, and what is made of them.
 #include <gtest/gtest.h>
 
+#include "stats/wide.h"
 #include "support/signal.h"
 
 namespace sigpak::test {
@@ -43,9 +44,9 @@ TYPED_TEST(Sums, EveryBlockIsSummedInOrder) {
     const signal<V> real(samples<V>(x.begin(), x.begin() + n));
     const signal<V> pairs(x, true);
     signal<V> out;
-    const auto re = [&](index i) { return double{pairs.data[2 * i]}; };
-    const auto im = [&](index i) { return double{pairs.data[2 * i + 1]}; };
-    const auto value = [&](index i) { return double{real.data[i]}; };
+    const auto re = [&](index i) { return wide(pairs.data[2 * i]); };
+    const auto im = [&](index i) { return wide(pairs.data[2 * i + 1]); };
+    const auto value = [&](index i) { return wide(real.data[i]); };
     const double reciprocal = n > 0 ? 1.0 / static_cast<double>(n) : 1.0;
 
     ASSERT_EQ(TWIN(s_sum)(&real, &out), 0);
@@ -87,15 +88,15 @@ TYPED_TEST(Sums, ResultKeepsItsSpacingAndMayBeTheInput) {
 TYPED_TEST(Sums, SquaresAreLimitedSumsAreNot) {
   using V = TypeParam;
   using T = scalar<V>;
-  constexpr T h = huge<V>;
-  const signal<V> v{3.0 * double{h}, -2.0 * double{h}};
+  constexpr double h = wide(huge<V>);
+  const signal<V> v{3.0 * h, -2.0 * h};
   signal<V> out;
   ASSERT_EQ(TWIN(s_sum)(&v, &out), 0);
   EXPECT_EQ(out.data[0], static_cast<T>(static_cast<double>(v.data[0]) + static_cast<double>(v.data[1])));
   ASSERT_EQ(TWIN(s_magsq_sum)(&v, &out), 0);
-  EXPECT_EQ(out.data[0], static_cast<T>(2.0 * double{h} * double{h}));
+  EXPECT_EQ(out.data[0], static_cast<T>(2.0 * h * h));
   ASSERT_EQ(TWIN(s_rms)(&v, &out), 0);
-  EXPECT_EQ(out.data[0], static_cast<T>(std::sqrt(2.0 * double{h} * double{h} / 2.0)));
+  EXPECT_EQ(out.data[0], static_cast<T>(std::sqrt(2.0 * h * h / 2.0)));
   const signal<V> broken({0, std::nan("")}, true);
   ASSERT_EQ(TWIN(s_magsq_sum)(&broken, &out), 0);
   EXPECT_TRUE(std::isnan(out.data[0]));
