@@ -540,6 +540,26 @@ SIGPAK_API int32_t dspfi_rfft(dspf_vec *v);
 SIGPAK_API int32_t dspi_irfft (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_irfft(dspf_vec *v);
 
+/* dspi_fft for every length: by Bluestein's chirp transform (1970) where N is not a power of two.
+   v  real or complex; complex afterwards when N is at least 2
+   delta becomes 1 / (N * delta), with N = 1 for an empty record; H when it was 0, or NaN and N no power of two
+   above 1. Relative error in the Euclidean norm at most 4 u sqrt(log2 N). */
+SIGPAK_API int32_t dspi_dft (dsp_vec  *v, int32_t direction);
+SIGPAK_API int32_t dspfi_dft(dspf_vec *v, int32_t direction);
+
+/* The bins 0 .. N/2, rounded down, of dspi_dft(v, 0) of a real record.
+   v  real, otherwise -1; complex with N/2 + 1 points afterwards when N is at least 2
+   delta becomes 1 / (N * delta), H when it was 0 or NaN */
+SIGPAK_API int32_t dspi_rdft (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_rdft(dspf_vec *v);
+
+/* The inverse of dspi_rdft: the real parts of the inverse transform of the whole spectrum.
+   v    P points; real afterwards, with 2 (P - 1) points, or 2 P - 1 when odd, but one for P = 1
+   odd  nonzero when the length of the signal is
+   delta as dspi_dft */
+SIGPAK_API int32_t dspi_irdft (dsp_vec  *v, int32_t odd);
+SIGPAK_API int32_t dspfi_irdft(dspf_vec *v, int32_t odd);
+
 /* Exchanges every point with the one whose index has the bits in reverse order; undoes itself.
    v  real or complex, its points a power of two; otherwise, and when empty, -1 */
 SIGPAK_API int32_t dspi_bitrev (dsp_vec  *v);

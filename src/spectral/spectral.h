@@ -7,6 +7,10 @@ namespace sigpak {
 
 template <record V> status fft(V* v, int direction) noexcept;
 template <record V> status dft(V* v, int direction) noexcept;
+// The lower half of the spectrum of a real record of any length, and back.
+template <record V> status real_dft(V* v) noexcept;
+template <record V> status inverse_real_dft(V* v, bool odd) noexcept;
+
 template <record V> status real_fft(V* v) noexcept;
 template <record V> status inverse_real_fft(V* v) noexcept;
 
