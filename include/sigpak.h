@@ -560,6 +560,15 @@ SIGPAK_API int32_t dspfi_rdft(dspf_vec *v);
 SIGPAK_API int32_t dspi_irdft (dsp_vec  *v, int32_t odd);
 SIGPAK_API int32_t dspfi_irdft(dspf_vec *v, int32_t odd);
 
+/* Forward: C[k] = (1/N) sum over n of x[n] cos(pi (2n + 1) k / 2N), the cosine transform of type 2.
+   Inverse: x[n] = C[0] + 2 sum over k = 1 .. N-1 of C[k] cos(pi (2n + 1) k / 2N).
+   v      real, otherwise -1; N points, any number
+   flags  bit 0 selects the inverse
+   delta becomes 1 / (N * delta), H when it was 0 or NaN. By one real transform of the reordered samples (Makhoul
+   1980). */
+SIGPAK_API int32_t dspi_dct (dsp_vec  *v, int32_t flags);
+SIGPAK_API int32_t dspfi_dct(dspf_vec *v, int32_t flags);
+
 /* Exchanges every point with the one whose index has the bits in reverse order; undoes itself.
    v  real or complex, its points a power of two; otherwise, and when empty, -1 */
 SIGPAK_API int32_t dspi_bitrev (dsp_vec  *v);
@@ -571,7 +580,42 @@ SIGPAK_API int32_t dspfi_bitrev_scale(dspf_vec *v);
 
 /* ---- Hilbert transform and analytic signal -------------------------------------------------------------------- */
 
+/* The Hilbert transform: every positive frequency times -i, every negative one times i, and none at 0 and, for an
+   even number of points, in the middle. cos becomes sin.
+   v  real or complex, and stays so
+   delta becomes what two transforms by dspi_dft leave: itself up to rounding, 1 / (N * H) when it was 0. */
+SIGPAK_API int32_t dspi_hilbert (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_hilbert(dspf_vec *v);
+
+/* The analytic signal: positive frequencies doubled, negative ones removed. Of a real record the real part is the
+   record and the imaginary part its Hilbert transform, but for the frequency in the middle, which is kept.
+   v  real or complex; complex afterwards unless empty
+   delta as dspi_hilbert */
+SIGPAK_API int32_t dspi_analytic (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_analytic(dspf_vec *v);
+
 /* ---- Running average of records ------------------------------------------------------------------------------- */
+
+/* Folds a record into the running result that the caller keeps. The first one, count <= 1, is copied whatever the
+   mode.
+   in        the new record; other lengths than that of avg are refused by the modes that combine the two
+   avg       the running result, in the form and with the spacing that the operations on two records give it
+   scratch   for intermediate results, or null; may be avg
+   flags     bits 0 to 3 the mode, one of
+               0  avg = in                                   4  harmonic mean: of the reciprocals, inverted
+               1  avg = w in + (1 - w) avg                   5  geometric mean: of the logarithms, raised
+               2  avg = max(in, avg), peak hold              6  avg = in at counts 1, 1 + every, 1 + 2 every, ...
+               3  avg = min(in, avg), minimum hold           7 to 15  avg stays
+             16: exponential averaging from maxcount records on; 32: squared magnitudes of in instead of in
+   count     records so far, this one included
+   every     interval of mode 6; 0 or less never replaces after the first record
+   weight    w of modes 1, 4 and 5; a negative one asks for 1/count, the mean of all records
+   maxcount  with flag 16 and when above 0, the count at which that weight stops falling
+   In modes 4 and 5 the steps after one that failed still run where they can, and avg may be partly updated. */
+SIGPAK_API int32_t dsph_avg (const dsp_vec  *in, dsp_vec  *avg, dsp_vec  *scratch, int32_t flags, int32_t count,
+                             int32_t every, double weight, double maxcount);
+SIGPAK_API int32_t dspfh_avg(const dspf_vec *in, dspf_vec *avg, dspf_vec *scratch, int32_t flags, int32_t count,
+                             int32_t every, float  weight, float  maxcount);
 
 /* ---- Windows: application and names ---------------------------------------------------------------------------- */
 

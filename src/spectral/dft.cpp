@@ -13,7 +13,7 @@ template <record V> status dft(V* v, int direction) noexcept {
   if (is_power_of_two(points) && points > 1) return fft(v, direction);
   const scalar<V> delta = v->delta;
   if (points > 1 && chirp_transform(v, direction != 0) != ok) return failed;
-  v->delta = transformed_spacing(delta, points > 1 ? points : 1);
+  v->delta = dft_spacing(delta, points);
   return ok;
 }
 
