@@ -334,6 +334,11 @@ SIGPAK_API int32_t dspfu_mag(const dspf_vec *in, dspf_vec *out);
 SIGPAK_API int32_t dspu_magsq (const dsp_vec  *in, dsp_vec  *out);
 SIGPAK_API int32_t dspfu_magsq(const dspf_vec *in, dspf_vec *out);
 
+/* out = the square root of in, which out may be. Real: 0 for negative values. Complex: the principal root;
+   the magnitude counts as H when a part lies outside [-H, H]. */
+SIGPAK_API int32_t dspu_sqrt (const dsp_vec  *in, dsp_vec  *out);
+SIGPAK_API int32_t dspfu_sqrt(const dspf_vec *in, dspf_vec *out);
+
 /* out = the count points of in from point start, with its delta and form; out may be in. A negative count
    counts as 0; start is limited to [0, points of in], and count to what follows it. */
 SIGPAK_API int32_t dspu_subvec (const dsp_vec  *in, dsp_vec  *out, int32_t start, int32_t count);

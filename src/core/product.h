@@ -9,6 +9,7 @@ template <class T> struct point {
   T re;
   T im;
 };
+template <class T> point(T, T) -> point<T>;
 
 template <class T> constexpr point<T> as_point(T x) noexcept { return {x, 0}; }
 template <class T> constexpr point<T> as_point(point<T> z) noexcept { return z; }

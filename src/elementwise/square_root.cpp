@@ -1,0 +1,30 @@
+// Square roots into a second record.
+#include "elementwise/square_root.h"
+
+#include "elementwise/elementwise.h"
+#include "elementwise/pack.h"
+#include "elementwise/prepare.h"
+
+namespace sigpak {
+
+template <record V> status take_square_roots(const V* in, V* out) noexcept {
+  const auto from = prepare(in, in, out, is_complex(in));
+  if (!from) return failed;
+  const auto root = [](auto x) { return square_root(x); };
+  if (from->a_complex) {
+    map_points(from->a, out->data, from->points, root);
+  } else {
+    map_reals(from->a, out->data, from->points, root);
+  }
+  return ok;
+}
+
+template status take_square_roots(const dsp_vec*, dsp_vec*) noexcept;
+template status take_square_roots(const dspf_vec*, dspf_vec*) noexcept;
+
+}  // namespace sigpak
+
+using namespace sigpak;
+
+int32_t dspu_sqrt(const dsp_vec* in, dsp_vec* out) { return take_square_roots(in, out); }
+int32_t dspfu_sqrt(const dspf_vec* in, dspf_vec* out) { return take_square_roots(in, out); }
