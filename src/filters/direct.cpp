@@ -34,11 +34,11 @@ template <class T> kernels::fir_sum<T> current_sum() noexcept {
 #if SIGPAK_WIDE_LEVELS
   const isa::level level = isa::current();
   if constexpr (std::same_as<T, double>) {
-    if (level == isa::level::avx512) return kernels::fir_sum_double_avx512;
-    if (level == isa::level::avx2) return kernels::fir_sum_double_avx2;
+    if (level == isa::level::avx512) return avx512::fir_sum_double;
+    if (level == isa::level::avx2) return avx2::fir_sum_double;
   } else {
-    if (level == isa::level::avx512) return kernels::fir_sum_float_avx512;
-    if (level == isa::level::avx2) return kernels::fir_sum_float_avx2;
+    if (level == isa::level::avx512) return avx512::fir_sum_float;
+    if (level == isa::level::avx2) return avx2::fir_sum_float;
   }
 #endif
   return sum_plainly<T>;

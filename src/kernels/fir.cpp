@@ -95,16 +95,13 @@ void sum(const T* taps, index count, index tap_stride, const T* x, index x_strid
 }
 
 }  // namespace
-}  // namespace sigpak::SIGPAK_LEVEL
-
-namespace sigpak::kernels {
 
 #if SIGPAK_VECTOR_BYTES == 64
-constexpr fir_sum<double> fir_sum_double_avx512 = avx512::sum<avx512::d8, 8>;
-constexpr fir_sum<float> fir_sum_float_avx512 = avx512::sum<avx512::f16, 8>;
+constexpr kernels::fir_sum<double> fir_sum_double = sum<d8, 8>;
+constexpr kernels::fir_sum<float> fir_sum_float = sum<f16, 8>;
 #else
-constexpr fir_sum<double> fir_sum_double_avx2 = avx2::sum<avx2::d4, 8>;
-constexpr fir_sum<float> fir_sum_float_avx2 = avx2::sum<avx2::f8, 8>;
+constexpr kernels::fir_sum<double> fir_sum_double = sum<d4, 8>;
+constexpr kernels::fir_sum<float> fir_sum_float = sum<f8, 8>;
 #endif
 
-}  // namespace sigpak::kernels
+}  // namespace sigpak::SIGPAK_LEVEL

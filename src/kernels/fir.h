@@ -11,9 +11,14 @@ template <class T>
 using fir_sum = void (*)(const T* taps, std::ptrdiff_t count, std::ptrdiff_t tap_stride, const T* x,
                          std::ptrdiff_t x_stride, T* out, std::ptrdiff_t n);
 
-extern const fir_sum<double> fir_sum_double_avx2;
-extern const fir_sum<float> fir_sum_float_avx2;
-extern const fir_sum<double> fir_sum_double_avx512;
-extern const fir_sum<float> fir_sum_float_avx512;
-
 }  // namespace sigpak::kernels
+
+namespace sigpak::avx2 {
+extern const kernels::fir_sum<double> fir_sum_double;
+extern const kernels::fir_sum<float> fir_sum_float;
+}  // namespace sigpak::avx2
+
+namespace sigpak::avx512 {
+extern const kernels::fir_sum<double> fir_sum_double;
+extern const kernels::fir_sum<float> fir_sum_float;
+}  // namespace sigpak::avx512
