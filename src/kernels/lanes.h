@@ -34,13 +34,17 @@ template <class P> SIGPAK_INLINE void store(typename P::scalar* to, P a) {
   *reinterpret_cast<typename P::loose*>(to) = a.v;
 }
 // x - 0 is x for every x, signed zeros included, so this is a broadcast and nothing else.
-template <class P> SIGPAK_INLINE P splat(typename P::scalar x) {
-  return {x - typename P::vector{}};
-}
+template <class P> SIGPAK_INLINE P splat(typename P::scalar x) { return {x - typename P::vector{}}; }
 
-template <class T, int W> SIGPAK_INLINE pack<T, W> operator+(pack<T, W> a, pack<T, W> b) { return {a.v + b.v}; }
-template <class T, int W> SIGPAK_INLINE pack<T, W> operator-(pack<T, W> a, pack<T, W> b) { return {a.v - b.v}; }
-template <class T, int W> SIGPAK_INLINE pack<T, W> operator*(pack<T, W> a, pack<T, W> b) { return {a.v * b.v}; }
+template <class T, int W> SIGPAK_INLINE pack<T, W> operator+(pack<T, W> a, pack<T, W> b) {
+  return {a.v + b.v};
+}
+template <class T, int W> SIGPAK_INLINE pack<T, W> operator-(pack<T, W> a, pack<T, W> b) {
+  return {a.v - b.v};
+}
+template <class T, int W> SIGPAK_INLINE pack<T, W> operator*(pack<T, W> a, pack<T, W> b) {
+  return {a.v * b.v};
+}
 template <class T, int W> SIGPAK_INLINE pack<T, W> operator-(pack<T, W> a) { return {-a.v}; }
 
 using d2 = pack<double, 2>;
@@ -136,9 +140,7 @@ template <int value> struct constant {
 };
 template <int... values> struct sequence {};
 template <int count, int... values> struct counting : counting<count - 1, count - 1, values...> {};
-template <int... values> struct counting<0, values...> {
-  using type = sequence<values...>;
-};
+template <int... values> struct counting<0, values...> { using type = sequence<values...>; };
 template <class Body, int... values> SIGPAK_INLINE void unrolled(Body& body, sequence<values...>) {
   (body(constant<values>{}), ...);
 }

@@ -5,8 +5,6 @@
 // Trans. ASSP 34 (1986).
 #include "spectral/split_radix.h"
 
-#include "spectral/kernel.h"
-
 namespace sigpak {
 namespace {
 
@@ -89,15 +87,5 @@ template <class T> void split_radix<T>::run(T* data) const noexcept {
 
 template class split_radix<double>;
 template class split_radix<float>;
-
-template <class T> status transform(T* data, index points, bool inverse) noexcept {
-  split_radix<T> plan;
-  if (plan.prepare(points, inverse) != ok) return failed;
-  plan.run(data);
-  return ok;
-}
-
-template status transform(double*, index, bool) noexcept;
-template status transform(float*, index, bool) noexcept;
 
 }  // namespace sigpak

@@ -31,6 +31,10 @@ template <class T> void store_product(T* re, T* im, T p, T q, const T* of) noexc
   *im = t + p * of[1];
 }
 
+// To be called by every user of tables that the release of this cache frees: the triples, the wide kernels'
+// own.
+template <class T> void own_twiddle_cache() noexcept;
+
 // points / 4 groups, the k-th for the angle 2 pi k / points; points a power of two, at least 4. Null on
 // failure.
 template <class T> const T* twiddles(index points) noexcept;

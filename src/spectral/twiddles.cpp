@@ -1,6 +1,7 @@
 // Twiddle tables of the power-of-two transforms.
 #include "core/frame.h"
 #include "core/memory.h"
+#include "kernels/fft.h"
 #include "spectral/roots.h"
 #include "spectral/tables.h"
 
@@ -49,10 +50,17 @@ template <class T> void fill_second_triples(T* table, index points) noexcept {
 
 }  // namespace
 
+template <class T> void own_twiddle_cache() noexcept {
+  register_cache<record_of<T>>(cache::twiddles, []() noexcept {
+    const status wide = kernels::release_wide_fft<T>();
+    return tables<T>.release() == ok ? wide : failed;
+  });
+}
+
 template <class T> const T* twiddles(index points) noexcept {
   const index key = points / 4 * group;
   if (const T* known = tables<T>.find(key); known != nullptr) return known;
-  register_cache<record_of<T>>(cache::twiddles, []() noexcept { return tables<T>.release(); });
+  own_twiddle_cache<T>();
   T* const table = tables<T>.append(key, key);
   if (table == nullptr) return nullptr;
   fill_first_triples(table, points);
@@ -60,6 +68,8 @@ template <class T> const T* twiddles(index points) noexcept {
   return table;
 }
 
+template void own_twiddle_cache<double>() noexcept;
+template void own_twiddle_cache<float>() noexcept;
 template const double* twiddles(index) noexcept;
 template const float* twiddles(index) noexcept;
 

@@ -1,0 +1,106 @@
+// Which wide transform runs, and the memory it works in.
+#include "kernels/fft.h"
+
+#include <bit>
+
+#include "core/isa.h"
+#include "core/memory.h"
+#include "kernels/fft_kernels.h"
+#include "kernels/fft_tables.h"
+
+namespace sigpak::kernels {
+
+#if SIGPAK_WIDE_LEVELS
+
+namespace {
+
+constexpr index least_points = 16;
+constexpr index alignment = 64;
+
+template <class T> const fft_kernels<T>& kernels_of(isa::level level) noexcept {
+  if constexpr (sizeof(T) == sizeof(double)) {
+    return level == isa::level::avx512 ? avx512::double_fft : avx2::double_fft;
+  } else {
+    return level == isa::level::avx512 ? avx512::float_fft : avx2::float_fft;
+  }
+}
+
+// Scratch memory of the longest transform so far.
+template <class T> class workspace {
+ public:
+  T* at_least(index count) noexcept {
+    if (count <= count_) return start_;
+    void* const grown = allocate_table<std::byte>(count * static_cast<index>(sizeof(T)) + alignment);
+    if (grown == nullptr) return nullptr;
+    release();
+    block_ = grown;
+    const auto address = reinterpret_cast<std::uintptr_t>(grown);
+    start_ = reinterpret_cast<T*>((address + alignment - 1) / alignment * alignment);
+    count_ = count;
+    return start_;
+  }
+  void release() noexcept {
+    free_table(block_);
+    block_ = nullptr;
+    start_ = nullptr;
+    count_ = 0;
+  }
+
+ private:
+  void* block_ = nullptr;
+  T* start_ = nullptr;
+  index count_ = 0;
+};
+
+template <class T> constinit workspace<T> scratch;
+
+// Fewer lanes where N < lanes^2.
+int lanes_for(index points, int widest) noexcept {
+  int lanes = widest;
+  while (static_cast<index>(lanes) * lanes > points) lanes /= 2;
+  return lanes;
+}
+
+}  // namespace
+
+template <class T> bool has_wide_fft(index points) noexcept {
+  return points >= least_points && isa::current() != isa::level::baseline;
+}
+
+template <class T> status wide_fft(T* data, index points, bool inverse) noexcept {
+  const fft_kernels<T>& kernels = kernels_of<T>(isa::current());
+  const int bits = std::countr_zero(static_cast<std::uint64_t>(points));
+  if (bits < small_sizes) {
+    kernels.small[bits][inverse](data);
+    return ok;
+  }
+  const fft_plan<T>* const plan = find_plan<T>(points, lanes_for(points, kernels.widest_lanes));
+  if (plan == nullptr) return failed;
+  T* const work = scratch<T>.at_least(2 * plan->lanes * plan->stride * plan->radix[0]);
+  if (work == nullptr) return failed;
+  kernels.run(*plan, data, work, inverse);
+  return ok;
+}
+
+template <class T> status release_wide_fft() noexcept {
+  release_plans<T>();
+  scratch<T>.release();
+  return ok;
+}
+
+#else
+
+template <class T> bool has_wide_fft(index) noexcept { return false; }
+template <class T> status wide_fft(T*, index, bool) noexcept { return failed; }
+template <class T> status release_wide_fft() noexcept { return ok; }
+
+#endif
+
+template bool has_wide_fft<double>(index) noexcept;
+template bool has_wide_fft<float>(index) noexcept;
+template status wide_fft(double*, index, bool) noexcept;
+template status wide_fft(float*, index, bool) noexcept;
+template status release_wide_fft<double>() noexcept;
+template status release_wide_fft<float>() noexcept;
+
+}  // namespace sigpak::kernels

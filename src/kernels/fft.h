@@ -1,0 +1,19 @@
+// The wide power-of-two transforms on plain memory, where this processor has them.
+#pragma once
+
+#include "core/record.h"
+
+namespace sigpak::kernels {
+
+// True where `wide_fft` does the transform of this many points, a power of two.
+template <class T> bool has_wide_fft(index points) noexcept;
+
+// In place on interleaved complex data, natural order in and out. Forward with exponent -, times 1/points;
+// inverse with exponent +, unscaled. The first call of a length builds its tables; a failure leaves the data
+// untouched.
+template <class T> status wide_fft(T* data, index points, bool inverse) noexcept;
+
+// Frees the tables and the scratch memory of one precision.
+template <class T> status release_wide_fft() noexcept;
+
+}  // namespace sigpak::kernels

@@ -1,0 +1,26 @@
+// The wide transforms of one instruction-set level, behind pointers.
+#pragma once
+
+#include "kernels/fft_plan.h"
+
+namespace sigpak::kernels {
+
+inline constexpr int small_sizes = 7;  // log2 N below this may have a transform without a plan
+
+template <class T> struct fft_kernels {
+  int widest_lanes;
+  void (*small[small_sizes][2])(T* x);  // by log2 N and direction; null where there is none
+  void (*run)(const fft_plan<T>& plan, T* x, T* scratch, bool inverse);
+};
+
+}  // namespace sigpak::kernels
+
+namespace sigpak::avx2 {
+extern const kernels::fft_kernels<double> double_fft;
+extern const kernels::fft_kernels<float> float_fft;
+}  // namespace sigpak::avx2
+
+namespace sigpak::avx512 {
+extern const kernels::fft_kernels<double> double_fft;
+extern const kernels::fft_kernels<float> float_fft;
+}  // namespace sigpak::avx512

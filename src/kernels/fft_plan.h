@@ -1,0 +1,40 @@
+// What a wide transform of one length knows in advance; built once, read by the kernels of every level.
+//
+// With W lanes and M = N / W, n = W i + l and k = kb + M k':
+//   X[k] = sum over l of w_W^(l k') w_N^(l kb) Y_l[kb],  Y_l = the M-point transform over i of lane l,
+// w_R = exp(-2 pi i / R). The M-point transforms run side by side in the lanes, by decimation in frequency.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace sigpak::kernels {
+
+inline constexpr int most_passes = 16;
+inline constexpr int most_lanes = 16;
+
+template <class T> struct fft_plan {
+  std::ptrdiff_t points;   // N
+  std::ptrdiff_t vectors;  // M
+  int lanes;               // W
+  int passes;              // over the lanes; the first reads the data, the last transform is not counted
+  int radix[most_passes];  // their product is M
+  std::ptrdiff_t block[most_passes];  // vectors in one block of the pass
+  std::ptrdiff_t stride;           // vectors from one block of the second pass to the next, padding included
+  const T* first[2];               // broadcast twiddles of the first pass: forward (times 1/N), inverse
+  const T* twiddles[most_passes];  // broadcast twiddles of the other passes
+  const T* last;                   // vectors of twiddles of the last transform, group by group
+  std::ptrdiff_t offset[most_lanes];  // of the vector of kb + p from that of kb, kb a multiple of W
+  const std::uint32_t* start;         // place of the vector of kb, for every kb that is a multiple of W
+};
+
+// Deinterleaving two vectors of complex points leaves the points of a group in this order, p the place in the
+// vector: all shuffles stay within 128 bits.
+template <class T> constexpr int point_at(int p, int lanes) noexcept {
+  constexpr int half = 8 / static_cast<int>(sizeof(T));
+  const int block = p / (2 * half);
+  const int inside = p % (2 * half);
+  return inside < half ? half * block + inside : lanes / 2 + half * block + inside - half;
+}
+
+}  // namespace sigpak::kernels

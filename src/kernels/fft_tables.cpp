@@ -1,0 +1,174 @@
+// The tables of the wide transforms, one set per length and number of lanes.
+#include "kernels/fft_tables.h"
+
+#include <bit>
+
+#include "core/memory.h"
+#include "kernels/roots.h"
+
+namespace sigpak::kernels {
+namespace {
+
+template <class T> constinit keyed_list<std::byte> plans;
+
+constexpr index alignment = 64;
+constexpr index aligned(index bytes) noexcept { return (bytes + alignment - 1) / alignment * alignment; }
+
+// Hands out the parts of one block of memory; without a block it only adds up what is needed.
+class carver {
+ public:
+  explicit carver(std::byte* block) noexcept : block_(block) {}
+  template <class E> E* take(index count) noexcept {
+    std::byte* const at = block_ == nullptr ? nullptr : block_ + taken_;
+    taken_ += aligned(count * static_cast<index>(sizeof(E)));
+    return reinterpret_cast<E*>(at);
+  }
+  index taken() const noexcept { return taken_; }
+
+ private:
+  std::byte* block_;
+  index taken_ = 0;
+};
+
+// M as a product of radices: eights, then fours.
+template <class T> void choose_radices(fft_plan<T>& plan) noexcept {
+  int bits = std::countr_zero(static_cast<std::uint64_t>(plan.vectors));
+  plan.passes = 0;
+  if (bits == 4) {
+    plan.radix[plan.passes++] = 16;
+    bits = 0;
+  }
+  for (; bits > 0; bits -= bits == 4 || bits == 2 ? 2 : 3) {
+    plan.radix[plan.passes++] = bits == 4 || bits == 2 ? 4 : 8;
+  }
+  index block = plan.vectors;
+  for (int pass = 0; pass < plan.passes; ++pass) {
+    plan.block[pass] = block;
+    block /= plan.radix[pass];
+  }
+}
+
+template <class T> index place(const fft_plan<T>& plan, index kb) noexcept {
+  index at = kb % plan.radix[0] * plan.stride;
+  kb /= plan.radix[0];
+  for (int pass = 1; pass < plan.passes; ++pass) {
+    at += kb % plan.radix[pass] * (plan.block[pass] / plan.radix[pass]);
+    kb /= plan.radix[pass];
+  }
+  return at;
+}
+
+template <class T> index broadcasts(const fft_plan<T>& plan, int pass) noexcept {
+  return plan.block[pass] / plan.radix[pass] * (plan.radix[pass] - 1);
+}
+
+// w_L^(i j), i the butterfly and j its output, as cosine and sine.
+template <class T>
+void fill_pass(T* out, const fft_plan<T>& plan, int pass, const roots& w, T scale) noexcept {
+  const index step = plan.points / plan.block[pass];
+  const index count = plan.block[pass] / plan.radix[pass];
+  for (index i = 0; i < count; ++i) {
+    for (index j = 1; j < plan.radix[pass]; ++j) {
+      const root r = w[i * j * step];
+      *out++ = static_cast<T>(r.c) * scale;
+      *out++ = static_cast<T>(r.s) * scale;
+    }
+  }
+}
+
+template <class T> void fill_first(T* out, const fft_plan<T>& plan, const roots& w, T scale) noexcept {
+  out[0] = scale;
+  fill_pass(out + 1, plan, 0, w, scale);
+}
+
+template <class T> void fill_last(T* out, const fft_plan<T>& plan, const roots& w) noexcept {
+  const int lanes = plan.lanes;
+  for (index kb = 0; kb < plan.vectors; kb += lanes) {
+    for (index l = 1; l < lanes; ++l, out += 2 * lanes) {
+      for (int p = 0; p < lanes; ++p) {
+        const root r = w[l * (kb + point_at<T>(p, lanes))];
+        out[p] = static_cast<T>(r.c);
+        out[lanes + p] = static_cast<T>(r.s);
+      }
+    }
+  }
+}
+
+template <class T> void fill_places(std::uint32_t* start, fft_plan<T>& plan) noexcept {
+  for (int p = 0; p < plan.lanes; ++p) plan.offset[p] = place(plan, p);
+  for (index kb = 0; kb < plan.vectors; kb += plan.lanes) {
+    start[kb / plan.lanes] = static_cast<std::uint32_t>(place(plan, kb));
+  }
+}
+
+template <class T> struct plan_tables {
+  T* first[2];
+  T* passes[most_passes];
+  T* last;
+  std::uint32_t* start;
+};
+
+template <class T> plan_tables<T> carve(const fft_plan<T>& plan, carver& memory) noexcept {
+  plan_tables<T> tables = {};
+  for (T*& table : tables.first) table = memory.take<T>(1 + 2 * broadcasts(plan, 0));
+  for (int pass = 1; pass < plan.passes - 1; ++pass) {
+    tables.passes[pass] = memory.take<T>(2 * broadcasts(plan, pass));
+  }
+  tables.last = memory.take<T>(2 * (plan.lanes - 1) * plan.vectors);
+  tables.start = memory.take<std::uint32_t>(plan.vectors / plan.lanes);
+  return tables;
+}
+
+template <class T> void fill(fft_plan<T>& plan, const plan_tables<T>& tables, const roots& w) noexcept {
+  fill_first(tables.first[0], plan, w, T(1) / static_cast<T>(plan.points));
+  fill_first(tables.first[1], plan, w, T(1));
+  for (int pass = 1; pass < plan.passes - 1; ++pass) fill_pass(tables.passes[pass], plan, pass, w, T(1));
+  fill_last(tables.last, plan, w);
+  fill_places(tables.start, plan);
+  for (int i = 0; i < 2; ++i) plan.first[i] = tables.first[i];
+  for (int pass = 0; pass < most_passes; ++pass) plan.twiddles[pass] = tables.passes[pass];
+  plan.last = tables.last;
+  plan.start = tables.start;
+}
+
+constexpr index padding_from = 4096;
+
+std::byte* align(std::byte* block) noexcept {
+  return reinterpret_cast<std::byte*>(aligned(reinterpret_cast<index>(block)));
+}
+
+}  // namespace
+
+template <class T> const fft_plan<T>* find_plan(index points, int lanes) noexcept {
+  const index key = points * most_lanes + lanes - 1;
+  if (std::byte* const known = plans<T>.find(key); known != nullptr) {
+    return reinterpret_cast<const fft_plan<T>*>(align(known));
+  }
+  fft_plan<T> plan = {};
+  plan.points = points;
+  plan.lanes = lanes;
+  plan.vectors = points / lanes;
+  choose_radices(plan);
+  plan.stride = plan.vectors / plan.radix[0] + (points >= padding_from ? 1 : 0);
+  carver needed(nullptr);
+  needed.take<fft_plan<T>>(1);
+  carve(plan, needed);
+  const roots w(points);
+  if (!w.good()) return nullptr;
+  std::byte* const block = plans<T>.append(key, needed.taken() + alignment);
+  if (block == nullptr) return nullptr;
+  carver memory(align(block));
+  auto* const kept = memory.take<fft_plan<T>>(1);
+  fill(plan, carve(plan, memory), w);
+  *kept = plan;
+  return kept;
+}
+
+template <class T> void release_plans() noexcept { plans<T>.release(); }
+
+template const fft_plan<double>* find_plan(index, int) noexcept;
+template const fft_plan<float>* find_plan(index, int) noexcept;
+template void release_plans<double>() noexcept;
+template void release_plans<float>() noexcept;
+
+}  // namespace sigpak::kernels

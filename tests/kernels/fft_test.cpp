@@ -1,0 +1,93 @@
+// The wide transforms on plain memory, at whatever level the suite runs.
+#include <gtest/gtest.h>
+#include <malloc.h>
+
+#include "kernels/fft.h"
+#include "spectral/reference.h"
+#include "spectral/split_radix.h"
+
+namespace sigpak::test {
+namespace {
+
+template <class V> class WideFft : public testing::Test {
+ protected:
+  // Fresh memory is full of huge numbers: what is read before it is written shows.
+  void SetUp() override {
+    mallopt(M_PERTURB, 0x80);
+    kernels::release_wide_fft<scalar<V>>();
+  }
+  void TearDown() override { mallopt(M_PERTURB, 0); }
+};
+TYPED_TEST_SUITE(WideFft, records, record_names);
+
+constexpr double error_limit = 1.0;
+constexpr index longest = 1 << 17;
+
+// The data start `offset` scalars behind the start of a block.
+template <record V> samples<V> wide(const samples<V>& in, bool inverse, index offset) {
+  samples<V> padded(in.size() + static_cast<std::size_t>(offset) + 1, scalar<V>(42));
+  const auto first = padded.begin() + offset;
+  std::copy(in.begin(), in.end(), first);
+  EXPECT_EQ(kernels::wide_fft(padded.data() + offset, static_cast<index>(in.size() / 2), inverse), ok);
+  for (auto at = padded.begin(); at != first; ++at) EXPECT_EQ(*at, 42);
+  EXPECT_EQ(padded.back(), 42) << "nothing is written outside the data";
+  return {first, padded.end() - 1};
+}
+
+TYPED_TEST(WideFft, FollowsTheDefinition) {
+  using V = TypeParam;
+  for (index n = 1; n <= longest; n *= 2) {
+    if (!kernels::has_wide_fft<scalar<V>>(n)) continue;
+    for (const bool inverse : {false, true}) {
+      const auto in = noise<V>(2 * n, static_cast<unsigned>(n));
+      const signal<V> v(in, true);
+      const auto wanted = exact_transform(exact_points<V>(v), inverse);
+      const signal<V> got(wide<V>(in, inverse, 0), true);
+      EXPECT_LT(transform_error<V>(got, wanted, n), error_limit) << n << " inverse " << inverse;
+    }
+  }
+}
+
+TYPED_TEST(WideFft, AgreesWithTheSplitRadixTransform) {
+  using V = TypeParam;
+  using T = scalar<V>;
+  for (index n = 16; n <= longest; n *= 2) {
+    if (!kernels::has_wide_fft<T>(n)) continue;
+    for (const bool inverse : {false, true}) {
+      const auto in = noise<V>(2 * n, 5);
+      auto plain = in;
+      split_radix<T> plan;
+      ASSERT_EQ(plan.prepare(n, inverse), ok);
+      plan.run(plain.data());
+      EXPECT_LT(relative_l2(wide<V>(in, inverse, 0), plain), 10 * unit_roundoff<V>) << n;
+    }
+  }
+}
+
+TYPED_TEST(WideFft, BitsDependNeitherOnThePlaceNorOnRebuiltTables) {
+  using V = TypeParam;
+  for (index n = 16; n <= longest; n *= 2) {
+    if (!kernels::has_wide_fft<scalar<V>>(n)) continue;
+    for (const bool inverse : {false, true}) {
+      const auto in = noise<V>(2 * n, 9);
+      const auto wanted = wide<V>(in, inverse, 0);
+      for (const index offset : {1, 2, 3, 5}) EXPECT_EQ(wide<V>(in, inverse, offset), wanted) << n;
+      ASSERT_EQ(kernels::release_wide_fft<scalar<V>>(), ok);
+      EXPECT_EQ(wide<V>(in, inverse, 0), wanted) << n;
+    }
+  }
+}
+
+TYPED_TEST(WideFft, ShortAndLongSizesMayAlternate) {
+  using V = TypeParam;
+  if (!kernels::has_wide_fft<scalar<V>>(4096)) GTEST_SKIP();
+  const auto small = noise<V>(2 * 256);
+  const auto large = noise<V>(2 * 4096);
+  const auto first = wide<V>(small, false, 0);
+  const auto second = wide<V>(large, false, 0);
+  EXPECT_EQ(wide<V>(small, false, 0), first);
+  EXPECT_EQ(wide<V>(large, false, 0), second);
+}
+
+}  // namespace
+}  // namespace sigpak::test
