@@ -346,7 +346,42 @@ SIGPAK_API int32_t dspfu_subvec(const dspf_vec *in, dspf_vec *out, int32_t start
 
 /* ---- Generators ---------------------------------------------------------------------------------------------- */
 
+/* x[n] = cos(2 pi f delta n + phase), for the points preset in v.
+   f      cycles per unit of delta
+   phase  radians
+   A complex record gets zero imaginary parts. By rotation from an exact angle at every 256th point, in double for
+   both precisions; the error is below 2^-52 (256 + |angle|), plus the rounding to single precision. */
+SIGPAK_API int32_t dspc_cos (dsp_vec  *v, double f, double phase);
+SIGPAK_API int32_t dspfc_cos(dspf_vec *v, float  f, float  phase);
+
+/* z[n] = exp(i (2 pi f delta n + phase)), for the points preset in v; a real record as dspc_cos. */
+SIGPAK_API int32_t dspc_cexp (dsp_vec  *v, double f, double phase);
+SIGPAK_API int32_t dspfc_cexp(dspf_vec *v, float  f, float  phase);
+
+/* x[0] = start, x[n] = x[n-1] + slope * delta, by repeated addition, for the points preset in v. A complex record
+   gets zero imaginary parts. */
+SIGPAK_API int32_t dspc_line (dsp_vec  *v, double slope, double start);
+SIGPAK_API int32_t dspfc_line(dspf_vec *v, float  slope, float  start);
+
+/* x[n] += amp * cos(2 pi f delta n + phase), to the real parts of a complex record; with mode bit 0 set,
+   z[n] += amp * exp(i (2 pi f delta n + phase)) when it is complex. Always 0. */
+SIGPAK_API int32_t dspi_addcos (dsp_vec  *v, int32_t mode, double f, double amp, double phase);
+SIGPAK_API int32_t dspfi_addcos(dspf_vec *v, int32_t mode, float  f, float  amp, float  phase);
+
 /* ---- Random sequences ---------------------------------------------------------------------------------------- */
+
+/* Fills the points preset in v with random numbers.
+   distribution  0  uniform in [-1, 1); complex: uniform in the open unit disc
+                 1  normal, mean 0 and variance 1; complex: each part so
+                 2  exponential with mean 1; complex: -1
+                 3  Laplace with mean 0 and scale 1; complex: -1
+                 any other: -1
+   A refusal comes after v has been sized. The source is rand(), seeded from the time before the first draw of the
+   process, by this function or dspi_shuffle; call srand after that for a sequence that repeats. Real normal
+   numbers are drawn in pairs by the polar method (Marsaglia and Bray, SIAM Review 6, 1964), and the second one is
+   kept for the next call in either precision; complex ones as Box and Muller (Ann. Math. Stat. 29, 1958). */
+SIGPAK_API int32_t dspc_rand (dsp_vec  *v, int32_t distribution);
+SIGPAK_API int32_t dspfc_rand(dspf_vec *v, int32_t distribution);
 
 /* ---- Rearrangement and padding ------------------------------------------------------------------------------- */
 
@@ -357,6 +392,10 @@ SIGPAK_API int32_t dspfi_rev(dspf_vec *v);
 /* x[i] = x[i + n]: drops the first n points. None is left when the record has no more than n. */
 SIGPAK_API int32_t dspi_shift (dsp_vec  *v, uint32_t n);
 SIGPAK_API int32_t dspfi_shift(dspf_vec *v, uint32_t n);
+
+/* Permutes the points at random (Fisher and Yates), with the source of dspc_rand. Always 0. */
+SIGPAK_API int32_t dspi_shuffle (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_shuffle(dspf_vec *v);
 
 /* Sorts the points in ascending order. Real points by value, with -0 before +0 and NaN last. Complex points by
    squared magnitude, in which a part outside [-H, H] or NaN counts as H; points of equal magnitude by real part,
@@ -382,7 +421,50 @@ SIGPAK_API int32_t dspfi_zpad(dspf_vec *v, int32_t points);
 SIGPAK_API int32_t dspi_zero (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_zero(dspf_vec *v);
 
+/* x[2i] = x[i], x[2i+1] = 0: inserts a zero after every point. points doubles, delta halves. */
+SIGPAK_API int32_t dspi_zinter (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_zinter(dspf_vec *v);
+
+/* Lengthens the record from N to n points, zeros among them; never shortens.
+   flags  what the old points are multiplied by: 0 n / N, 1 sqrt(n / N), 2 nothing; 3 is refused
+          plus where they go: 0x000 to the start; 0x100 to the centre, point N/2 to point n/2, both rounded down;
+          0x200 to the end; 0x300 the first half, rounded up, to the start and the other to the end, as the bins
+          of a spectrum need it; any other in 0x700 is refused
+   A refusal comes after the growth: the record has n points, those beyond N undefined. */
+SIGPAK_API int32_t dspi_zpad2 (dsp_vec  *v, int32_t n, int32_t flags);
+SIGPAK_API int32_t dspfi_zpad2(dspf_vec *v, int32_t n, int32_t flags);
+
+/* Shortens the record from N to n points; never lengthens. The inverse of dspi_zpad2 with the same flags. With n not
+   below N the flags are not looked at.
+   n      a negative one counts as 0
+   flags  what the points are multiplied by, as dspi_zpad2, plus which are kept: 0x000 the first; 0x100 those
+          around the centre; 0x200 the last; 0x300 the first half, rounded up, and the last */
+SIGPAK_API int32_t dspi_unzpad (dsp_vec  *v, int32_t n, int32_t flags);
+SIGPAK_API int32_t dspfi_unzpad(dspf_vec *v, int32_t n, int32_t flags);
+
 /* ---- Differences, integral, level crossings ------------------------------------------------------------------ */
+
+/* x[n] = (x[n] - x[n-1]) / delta, as a product with 1 / delta, or with H when delta is 0; x[-1] is 0. Both parts of
+   complex points. Always 0. */
+SIGPAK_API int32_t dspi_differ (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_differ(dspf_vec *v);
+
+/* x[n] = delta * (x[0] + ... + x[n]), added in this order, in double for both precisions; the inverse of
+   dspi_differ. Both parts of complex points. Always 0. */
+SIGPAK_API int32_t dspi_integ (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_integ(dspf_vec *v);
+
+/* x[n] = (n + 1) * x[n+1]: the derivative of the polynomial with the coefficients x, lowest power first. points
+   becomes one less. Always 0. */
+SIGPAK_API int32_t dspi_pdiffer (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_pdiffer(dspf_vec *v);
+
+/* The times at which a real signal crosses a level, interpolated linearly, become the points of v, in order; delta
+   becomes 1.
+   flags  1 rising crossings, x[n] <= level < x[n+1]; 2 falling ones, x[n] >= level > x[n+1]; 3 both
+   A complex record is refused; an empty one stays as it is. */
+SIGPAK_API int32_t dspi_edge (dsp_vec  *v, int32_t flags, double level);
+SIGPAK_API int32_t dspfi_edge(dspf_vec *v, int32_t flags, float  level);
 
 /* ---- Descriptive statistics ----------------------------------------------------------------------------------- */
 

@@ -4,6 +4,7 @@
 
 #include "core/copy.h"
 #include "core/isa.h"
+#include "generate/generate.h"
 #include "shape/shape.h"
 
 namespace sigpak {
@@ -24,6 +25,18 @@ template <index width, class T> void mirror(T* __restrict front, T* __restrict e
 template <record V> status shift(V* v, std::uint32_t n) noexcept {
   constexpr std::uint32_t most = std::numeric_limits<std::int32_t>::max();
   return copy_run(v, v, static_cast<std::int32_t>(std::min(n, most)), static_cast<std::int32_t>(most));
+}
+
+// R. A. Fisher, F. Yates: every point changes places with one drawn from itself and those after it.
+template <record V> status shuffle(V* v) noexcept {
+  const index points = length(v);
+  const index width = sigpak::width(v);
+  for (index i = 0; i + 1 < points; ++i) {
+    scalar<V>* const x = v->data + i * width;
+    const index j = random_integer() % (points - i);
+    if (j != 0) std::swap_ranges(x, x + width, x + j * width);
+  }
+  return ok;
 }
 
 }  // namespace
@@ -51,3 +64,6 @@ int32_t dspfi_rev(dspf_vec* v) { return reverse(v); }
 
 int32_t dspi_shift(dsp_vec* v, uint32_t n) { return shift(v, n); }
 int32_t dspfi_shift(dspf_vec* v, uint32_t n) { return shift(v, n); }
+
+int32_t dspi_shuffle(dsp_vec* v) { return shuffle(v); }
+int32_t dspfi_shuffle(dspf_vec* v) { return shuffle(v); }

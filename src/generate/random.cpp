@@ -1,0 +1,142 @@
+// Random numbers from the standard library's generator, and records filled with them.
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <ctime>
+#include <numbers>
+
+#include "core/guard.h"
+#include "core/storage.h"
+#include "generate/generate.h"
+
+namespace sigpak {
+namespace {
+
+constexpr std::uint32_t seed_word = 0xEB0330BE;
+
+constinit bool seeded = false;
+
+// The second value of a polar pair, for the next draw of either precision.
+struct spare_value {
+  bool present;
+  double value;
+};
+constinit spare_value spare{false, 0};
+
+// The place of the stack differs from run to run where the system lays memory out at random, the processor
+// time from start to start.
+void seed() noexcept {
+  std::uint32_t word = seed_word;
+  word ^= static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(&word) >> 4);
+  word += static_cast<std::uint32_t>(std::clock());
+  std::srand(static_cast<unsigned>(word ^ static_cast<std::uint32_t>(std::time(nullptr))));
+  seeded = true;
+}
+
+// The 15 bits that rand() gives at least, whatever it gives here.
+std::int32_t draw_bits() noexcept {
+  if (!seeded) seed();
+  return std::rand() & 0x7FFF;
+}
+
+// 60 bits, the last ones drawn the most significant, rounded to a double in [0, 1].
+double uniform() noexcept {
+  double u = 0;
+  for (int i = 0; i < 4; ++i) u = (draw_bits() + u) * 0x1p-15;
+  return u;
+}
+
+double symmetric() noexcept { return 2 * uniform() - 1; }
+
+double floored_logarithm(double u) noexcept { return std::log(std::fmax(u, guard<double>::tiny)); }
+
+double exponential() noexcept { return -floored_logarithm(uniform()); }
+
+double laplace() noexcept {
+  const bool negative = (random_integer() & 1) != 0;
+  const double magnitude = exponential();
+  return negative ? -magnitude : magnitude;
+}
+
+struct pair {
+  double x;
+  double y;
+};
+
+// Uniform in the open unit disc.
+pair disc() noexcept {
+  for (;;) {
+    const double x = symmetric();
+    const double y = symmetric();
+    if (x * x + y * y < 1) return {x, y};
+  }
+}
+
+// G. Marsaglia, T. A. Bray, A convenient method for generating normal variables, SIAM Review 6 (1964). At the
+// very centre of the disc the stretch would overflow; the pair there is (0, 0).
+double normal() noexcept {
+  if (spare.present) {
+    spare.present = false;
+    return spare.value;
+  }
+  const auto [x, y] = disc();
+  const double s = x * x + y * y;
+  const double stretch = s > guard<double>::tiny ? std::sqrt(-2 * std::log(s) / s) : 0.0;
+  spare = {true, x * stretch};
+  return y * stretch;
+}
+
+// G. E. P. Box, M. E. Muller, A note on the generation of random normal deviates, Ann. Math. Stat. 29 (1958).
+pair normal_pair() noexcept {
+  const double radius = std::sqrt(-2 * floored_logarithm(uniform()));
+  const double angle = 2 * std::numbers::pi * uniform();
+  return {radius * std::cos(angle), radius * std::sin(angle)};
+}
+
+template <record V> status fill(V* v, double (*draw)()) noexcept {
+  for (index i = 0; i < length(v); ++i) v->data[i] = static_cast<scalar<V>>(draw());
+  return ok;
+}
+
+template <record V> status fill(V* v, pair (*draw)()) noexcept {
+  for (index i = 0; i < length(v); ++i) {
+    const auto [re, im] = draw();
+    v->data[2 * i] = static_cast<scalar<V>>(re);
+    v->data[2 * i + 1] = static_cast<scalar<V>>(im);
+  }
+  return ok;
+}
+
+enum distribution : std::int32_t { uniform_draw, normal_draw, exponential_draw, laplace_draw };
+
+template <record V> status generate_random(V* v, std::int32_t code) noexcept {
+  if (allocate(v) != ok) return failed;
+  switch (code) {
+    case uniform_draw:
+      return is_complex(v) ? fill(v, disc) : fill(v, symmetric);
+    case normal_draw:
+      return is_complex(v) ? fill(v, normal_pair) : fill(v, normal);
+    case exponential_draw:
+      return is_complex(v) ? failed : fill(v, exponential);
+    case laplace_draw:
+      return is_complex(v) ? failed : fill(v, laplace);
+    default:
+      return failed;
+  }
+}
+
+}  // namespace
+
+std::int32_t random_integer() noexcept {
+  const std::int32_t high = draw_bits();
+  const std::int32_t middle = draw_bits();
+  const std::int32_t low = draw_bits();
+  return (high << 16) | ((middle & 1) << 15) | low;
+}
+
+}  // namespace sigpak
+
+using namespace sigpak;
+
+int32_t dspc_rand(dsp_vec* v, int32_t distribution) { return generate_random(v, distribution); }
+int32_t dspfc_rand(dspf_vec* v, int32_t distribution) { return generate_random(v, distribution); }
