@@ -19,8 +19,9 @@ struct sweep {
   double phase;
 };
 
-template <record V> sweep sweep_of(const V* v, double frequency, double phase) noexcept {
-  return {2 * std::numbers::pi * frequency * static_cast<double>(v->delta), phase};
+template <record V> sweep sweep_of(const V* v, scalar<V> frequency, scalar<V> phase) noexcept {
+  return {2 * std::numbers::pi * static_cast<double>(frequency) * static_cast<double>(v->delta),
+          static_cast<double>(phase)};
 }
 
 // One block of the record in each lane, at the same place of each.
@@ -113,12 +114,12 @@ template <record V, class Write> status generate_real(V* v, Write write) noexcep
   return complex ? to_complex(v) : ok;
 }
 
-template <record V> status generate_cosine(V* v, double frequency, double phase) noexcept {
+template <record V> status generate_cosine(V* v, scalar<V> frequency, scalar<V> phase) noexcept {
   const sweep angle = sweep_of(v, frequency, phase);
   return generate_real(v, [=](scalar<V>* x, index n) { write_cosine(x, n, angle); });
 }
 
-template <record V> status generate_exponential(V* v, double frequency, double phase) noexcept {
+template <record V> status generate_exponential(V* v, scalar<V> frequency, scalar<V> phase) noexcept {
   if (!is_complex(v)) return generate_cosine(v, frequency, phase);
   if (allocate(v) != ok) return failed;
   write_exponential(v->data, length(v), sweep_of(v, frequency, phase));
@@ -135,15 +136,16 @@ template <record V> status generate_line(V* v, scalar<V> slope, scalar<V> start)
   });
 }
 
-constexpr int exponential_mode = 1;
+constexpr std::int32_t exponential_mode = 1;
 
 template <record V>
-status add_sinusoid(V* v, int mode, double frequency, double amplitude, double phase) noexcept {
+status add_sinusoid(V* v, std::int32_t mode, scalar<V> frequency, scalar<V> amplitude,
+                    scalar<V> phase) noexcept {
   const sweep angle = sweep_of(v, frequency, phase);
   if (is_complex(v) && (mode & exponential_mode) != 0) {
-    add_exponential(v->data, length(v), angle, amplitude);
+    add_exponential(v->data, length(v), angle, static_cast<double>(amplitude));
   } else {
-    add_cosine(v->data, length(v), width(v), angle, amplitude);
+    add_cosine(v->data, length(v), width(v), angle, static_cast<double>(amplitude));
   }
   return ok;
 }
@@ -154,10 +156,10 @@ status add_sinusoid(V* v, int mode, double frequency, double amplitude, double p
 using namespace sigpak;
 
 int32_t dspc_cos(dsp_vec* v, double f, double phase) { return generate_cosine(v, f, phase); }
-int32_t dspfc_cos(dspf_vec* v, float f, float phase) { return generate_cosine<dspf_vec>(v, f, phase); }
+int32_t dspfc_cos(dspf_vec* v, float f, float phase) { return generate_cosine(v, f, phase); }
 
 int32_t dspc_cexp(dsp_vec* v, double f, double phase) { return generate_exponential(v, f, phase); }
-int32_t dspfc_cexp(dspf_vec* v, float f, float phase) { return generate_exponential<dspf_vec>(v, f, phase); }
+int32_t dspfc_cexp(dspf_vec* v, float f, float phase) { return generate_exponential(v, f, phase); }
 
 int32_t dspc_line(dsp_vec* v, double slope, double start) { return generate_line(v, slope, start); }
 int32_t dspfc_line(dspf_vec* v, float slope, float start) { return generate_line(v, slope, start); }
@@ -166,5 +168,5 @@ int32_t dspi_addcos(dsp_vec* v, int32_t mode, double f, double amp, double phase
   return add_sinusoid(v, mode, f, amp, phase);
 }
 int32_t dspfi_addcos(dspf_vec* v, int32_t mode, float f, float amp, float phase) {
-  return add_sinusoid<dspf_vec>(v, mode, f, amp, phase);
+  return add_sinusoid(v, mode, f, amp, phase);
 }

@@ -17,7 +17,7 @@ template <index width, class T> void differentiate(T* x, index points, double fa
 }
 
 template <record V> status differentiate(V* v) noexcept {
-  const double delta = v->delta;
+  const auto delta = static_cast<double>(v->delta);
   const double factor = delta != 0 ? 1 / delta : static_cast<double>(guard<scalar<V>>::huge);
   isa::run([x = v->data, points = length(v), complex = is_complex(v), factor] {
     if (complex) {
@@ -41,7 +41,7 @@ template <index width, class T> void integrate(T* x, index points, double delta)
 }
 
 template <record V> status integrate(V* v) noexcept {
-  const double delta = v->delta;
+  const auto delta = static_cast<double>(v->delta);
   if (is_complex(v)) {
     integrate<2>(v->data, length(v), delta);
   } else {
@@ -88,7 +88,7 @@ index find_crossings(T* x, index points, std::int32_t flags, T level, double del
     const bool rises = a <= level && level < b && (flags & rising) != 0;
     const bool falls = a >= level && level > b && (flags & falling) != 0;
     if (rises || falls) {
-      const double before = a;
+      const auto before = static_cast<double>(a);
       const double fraction = (static_cast<double>(level) - before) / (static_cast<double>(b) - before);
       x[count++] = static_cast<T>((fraction + static_cast<double>(i)) * delta);
     }

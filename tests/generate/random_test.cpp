@@ -240,7 +240,7 @@ TYPED_TEST(Random, MomentsAreThoseOfTheDistributions) {
       double sum = 0;
       double squares = 0;
       for (index i = part; i < n * width; i += width) {
-        const double value = x[static_cast<std::size_t>(i)];
+        const auto value = static_cast<double>(x[static_cast<std::size_t>(i)]);
         sum += value;
         squares += value * value;
       }

@@ -97,12 +97,13 @@ TYPED_TEST(Waveforms, SinusoidsStayCloseToTheTrueOnes) {
     const auto f = static_cast<T>(w.frequency);
     const auto phase = static_cast<T>(w.phase);
     ASSERT_EQ(TWIN(c_cexp)(&v, f, phase), 0);
-    const long double step = 2 * std::numbers::pi_v<long double> * f * v.delta;
-    long double worst = 0;
+    using wide = long double;
+    const wide step = 2 * std::numbers::pi_v<wide> * static_cast<wide>(f) * static_cast<wide>(v.delta);
+    wide worst = 0;
     for (index i = 0; i < n; ++i) {
-      const long double angle = static_cast<long double>(i) * step + phase;
-      worst = std::max(
-          {worst, std::abs(v.data[2 * i] - std::cos(angle)), std::abs(v.data[2 * i + 1] - std::sin(angle))});
+      const wide angle = static_cast<wide>(i) * step + static_cast<wide>(phase);
+      worst = std::max(worst, std::abs(static_cast<wide>(v.data[2 * i]) - std::cos(angle)));
+      worst = std::max(worst, std::abs(static_cast<wide>(v.data[2 * i + 1]) - std::sin(angle)));
     }
     const double largest = static_cast<double>(n * std::abs(step)) + std::abs(w.phase);
     const double bound = 0x1p-52 * (256 + largest) + (is_double<V> ? 0 : unit_roundoff<V>);

@@ -30,7 +30,9 @@ index place(int placement, index longer, index shorter, index i) {
 TYPED_TEST(Padding, ZeroClearsEveryScalarAndKeepsTheShape) {
   using V = TypeParam;
   for (const bool complex : {false, true}) {
-    signal<V> v(awkward<V>(), complex);
+    auto values = awkward<V>();
+    values.resize(16);
+    signal<V> v(values, complex);
     const auto points = v.points;
     v.delta = 3;
     ASSERT_EQ(TWIN(i_zero)(&v), 0);
