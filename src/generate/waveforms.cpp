@@ -25,45 +25,34 @@ template <record V> sweep sweep_of(const V* v, scalar<V> frequency, scalar<V> ph
 }
 
 // One block of the record in each lane, at the same place of each.
+using side_by_side [[gnu::vector_size(lanes * sizeof(double))]] = double;
+
 struct phasors {
-  double re[lanes];
-  double im[lanes];
+  side_by_side re;
+  side_by_side im;
 };
 
-// The exact angles of the first points of up to `lanes` blocks; unused lanes stay zero.
-inline phasors anchors(sweep angle, index first, index n) noexcept {
-  phasors z{};
-  for (index lane = 0; lane < lanes && first + lane * rotation_block < n; ++lane) {
-    const double a = static_cast<double>(first + lane * rotation_block) * angle.step + angle.phase;
-    z.re[lane] = std::cos(a);
-    z.im[lane] = std::sin(a);
-  }
-  return z;
-}
-
-// z' = z * (re + i im) in every lane.
-inline void turn(phasors& z, double re, double im) noexcept {
-  for (index lane = 0; lane < lanes; ++lane) {
-    const double c = z.re[lane];
-    const double s = z.im[lane];
-    z.re[lane] = c * re - s * im;
-    z.im[lane] = c * im + s * re;
-  }
-}
-
-// put(i, cos, sin) for every point of n, by rotation from an exact angle at the head of every block. Calls
-// come in the order of the points inside a stretch only.
+// put(i, cos, sin) for every point of n, by rotation from an exact angle at the head of every block:
+// z' = z * exp(i step). Calls come in the order of the points inside a stretch only.
 template <class Put> void sweep_points(sweep angle, index n, Put put) noexcept {
-  const double re = std::cos(angle.step);
-  const double im = std::sin(angle.step);
+  const double c = std::cos(angle.step);
+  const double s = std::sin(angle.step);
   for (index first = 0; first < n; first += lanes * rotation_block) {
-    phasors z = anchors(angle, first, n);
+    side_by_side re{};
+    side_by_side im{};
+    for (index lane = 0; lane < lanes && first + lane * rotation_block < n; ++lane) {
+      const double anchor = static_cast<double>(first + lane * rotation_block) * angle.step + angle.phase;
+      re[lane] = std::cos(anchor);
+      im[lane] = std::sin(anchor);
+    }
     const index longest = std::min(rotation_block, n - first);
     for (index begin = 0; begin < longest; begin += stretch) {
       phasors turned[stretch];
-      for (phasors& point : turned) {
-        point = z;
-        turn(z, re, im);
+      for (phasors& z : turned) {
+        z = {re, im};
+        const side_by_side next = re * c - im * s;
+        im = re * s + im * c;
+        re = next;
       }
       for (index lane = 0; lane < lanes; ++lane) {
         const index at = first + lane * rotation_block + begin;
