@@ -1,8 +1,7 @@
 // Ascending order of real and complex points. Every order here is total enough for NaN: a comparison that
 // calls NaN equal to everything is no weak order, and sorting by it may run out of the record.
 #include <algorithm>
-#include <bit>
-#include <limits>
+#include <cmath>
 
 #include "core/guard.h"
 #include "shape/shape.h"
@@ -10,20 +9,13 @@
 namespace sigpak {
 namespace {
 
-template <class T> using key = std::conditional_t<sizeof(T) == 8, std::int64_t, std::int32_t>;
-
-// The bits of x as an integer in the order of the numbers, -0 before +0: negative numbers have their
-// magnitude bits turned over.
-template <class T> constexpr key<T> order_key(T x) noexcept {
-  using K = key<T>;
-  const K bits = std::bit_cast<K>(x);
-  return bits ^ ((bits >> (std::numeric_limits<K>::digits)) & std::numeric_limits<K>::max());
-}
-
-// NaN go to the end first, whatever their sign; the rest has a strict order by keys.
+// NaN go to the end first, whatever their sign; the rest compares as numbers do, and the zeros, equal so far,
+// are put in order where they lie.
 template <class T> void sort_real(T* x, index n) noexcept {
   T* const numbers_end = std::partition(x, x + n, [](T a) { return a == a; });
-  std::sort(x, numbers_end, [](T a, T b) { return order_key(a) < order_key(b); });
+  std::sort(x, numbers_end);
+  const auto [zeros, zeros_end] = std::equal_range(x, numbers_end, T(0));
+  std::partition(zeros, zeros_end, [](T a) { return std::signbit(a); });
 }
 
 template <class T> struct point {
