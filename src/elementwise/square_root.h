@@ -20,8 +20,8 @@ template <class T> T square_root(T x) noexcept { return x < 0 ? T(0) : std::sqrt
 // outside [-H, H] keeps its direction and counts as |z| = H.
 template <class T> point<T> square_root(point<T> z) noexcept {
   using W = typename square_root_precision<T>::type;
-  const W a = z.re;
-  const W b = z.im;
+  const W a = static_cast<W>(z.re);
+  const W b = static_cast<W>(z.im);
   if (std::abs(z.re) > guard<T>::huge || std::abs(z.im) > guard<T>::huge) {
     const W root = std::sqrt(static_cast<W>(guard<T>::huge));
     const W angle = std::atan2(b, a) / 2;
