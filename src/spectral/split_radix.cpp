@@ -53,14 +53,37 @@ template <bool inverse, class T> struct network {
     }
   }
 
+  // A block of a length known to the compiler, which unrolls it whole.
+  template <index points> static void leaf(T* x, const ladder<T>& twiddle) noexcept {
+    if constexpr (points == 2) {
+      pair(x);
+    } else {
+      split(x, points, twiddle.at(points));
+      leaf<points / 2>(x, twiddle);
+      if constexpr (points > 4) {
+        leaf<points / 4>(x + points, twiddle);
+        leaf<points / 4>(x + points + points / 2, twiddle);
+      }
+    }
+  }
+
   // Depth first: a block is finished while it is in the cache.
   static void run(T* x, index points, const ladder<T>& twiddle) noexcept {
-    if (points == 2) return pair(x);
-    split(x, points, twiddle.at(points));
-    if (points == 4) return pair(x);
-    run(x, points / 2, twiddle);
-    run(x + points, points / 4, twiddle);
-    run(x + points + points / 2, points / 4, twiddle);
+    switch (points) {
+      case 2:
+        return leaf<2>(x, twiddle);
+      case 4:
+        return leaf<4>(x, twiddle);
+      case 8:
+        return leaf<8>(x, twiddle);
+      case 16:
+        return leaf<16>(x, twiddle);
+      default:
+        split(x, points, twiddle.at(points));
+        run(x, points / 2, twiddle);
+        run(x + points, points / 4, twiddle);
+        run(x + points + points / 2, points / 4, twiddle);
+    }
   }
 };
 
