@@ -143,18 +143,19 @@ TYPED_TEST(Dft, LentInputIsReadWhole) {
 
 TYPED_TEST(Dft, RecoversFromEveryFailedAllocation) {
   using V = TypeParam;
-  signal<V> wanted(noise<V>(12));
+  constexpr index n = 1000;  // long enough for tables at every level
+  signal<V> wanted(noise<V>(n));
   ASSERT_EQ(TWIN(i_dft)(&wanted, 0), 0);
   const auto attempts = [&](auto fail) {
     int allowed = 0;
     for (bool done = false; !done; ++allowed) {
       EXPECT_EQ(TWIN(_free_internal)(), 0);
-      signal<V> v(noise<V>(12));
+      signal<V> v(noise<V>(n));
       v.delta = 5;
       done = fail(allowed, &v) == 0;
       EXPECT_EQ(v.delta == 5, !done);
       if (v.data == nullptr) v.points = 0;
-      signal<V> next(noise<V>(12));
+      signal<V> next(noise<V>(n));
       EXPECT_EQ(TWIN(i_dft)(&next, 0), 0);
       EXPECT_EQ(next.values(), wanted.values());
     }
