@@ -206,11 +206,142 @@ SIGPAK_API int32_t dspf_free_internal(void);
 
 /* ---- Element-wise mathematics in place ---------------------------------------------------------------------- */
 
+/* None of these changes points or delta. A real-only function returns -1 for a complex record and leaves it as it
+   was. z = a + ib is a complex sample, a "point beyond H" one with |a| or |b| above H. Single precision computes in
+   double and rounds each result once. Where no other bound is given, results in double precision are within 1 ulp of
+   the exact value, in single precision within 0.501. */
+
 /* x = factor * x, every scalar of real and complex records. */
 SIGPAK_API int32_t dspi_scale (dsp_vec  *v, double factor);
 SIGPAK_API int32_t dspfi_scale(dspf_vec *v, float  factor);
 
+/* x = x + amount; of complex samples the real part alone. */
+SIGPAK_API int32_t dspi_offset (dsp_vec  *v, double amount);
+SIGPAK_API int32_t dspfi_offset(dspf_vec *v, float  amount);
+
+/* x = (re + i im) * x. A real record becomes complex, unless it is empty; -1 when it cannot grow, and the record is
+   then left without storage and flagged complex. */
+SIGPAK_API int32_t dspi_cscale (dsp_vec  *v, double re, double im);
+SIGPAK_API int32_t dspfi_cscale(dspf_vec *v, float  re, float  im);
+
+/* x = -x, every scalar of real and complex records. */
+SIGPAK_API int32_t dspi_neg (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_neg(dspf_vec *v);
+
+/* x = |x|. Real only; dspi_mag gives the magnitude of complex samples. */
+SIGPAK_API int32_t dspi_abs (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_abs(dspf_vec *v);
+
+/* x = x^2; H when |x| > H. Complex: z^2, with a and b limited to [-H, H] first. */
+SIGPAK_API int32_t dspi_square (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_square(dspf_vec *v);
+
+/* x = 1 / x; H for 0 of either sign. Complex: (s a, -s b) with s = 1 / (a^2 + b^2), H when that sum is 0, and 1 / H
+   for a point beyond H. A complex zero becomes (0, -0). */
+SIGPAK_API int32_t dspi_recip (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_recip(dspf_vec *v);
+
+/* x = sqrt(x); 0 when x < 0. Complex: the principal root, re >= 0 and im with the sign of b. A point beyond H keeps
+   its direction, and its root gets the magnitude sqrt(H). */
+SIGPAK_API int32_t dspi_sqrt (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_sqrt(dspf_vec *v);
+
+/* x = e^x; H when x > ln H. Complex: (e^a cos b, e^a sin b), each a rounded product; e^a limited as for real x. */
+SIGPAK_API int32_t dspi_exp (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_exp(dspf_vec *v);
+
+/* x = 10^x; H when x > log10 H. A sample below -H stops the pass: it and all that follow stay as they are.
+   Complex: (e cos(b ln 10), e sin(b ln 10)) with e = 10^a, limited as for real x above, and -H when a < -H; the
+   products are rounded, ln 10 is a constant of the precision. */
+SIGPAK_API int32_t dspi_exp10 (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_exp10(dspf_vec *v);
+
+/* x = ln x; ln T when x < T, zero and negative x included. Complex: (ln(a^2 + b^2) / 2, atan2(b, a)); (ln T, 0) when
+   a^2 + b^2 < T, and (ln(H) / 2, atan2(b, a)) for a point beyond H, a and b limited to [-H, H]. */
+SIGPAK_API int32_t dspi_log (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_log(dspf_vec *v);
+
+/* x = log10 x; log10 T when x < T. Complex, a and b limited to [-H, H]: (log10(a^2 + b^2) / 2, log10(e) atan2(b, a)),
+   the second a rounded product; (log10 T, 0) when a^2 + b^2 < T. */
+SIGPAK_API int32_t dspi_log10 (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_log10(dspf_vec *v);
+
+/* x = factor * log10 x, rounded once; real and complex limits as for dspi_log10, factor times its results.
+   factor  10 for decibels of powers, 20 of amplitudes, both relative to 1; any number */
+SIGPAK_API int32_t dspi_db (dsp_vec  *v, double factor);
+SIGPAK_API int32_t dspfi_db(dspf_vec *v, float  factor);
+
+/* Limits every scalar, real and imaginary parts alike, to the interval between a and b; NaN stays.
+   mode     ignored
+   a, b     the bounds, in either order
+   clipped  1 when any scalar was replaced, otherwise 0; may be null */
+SIGPAK_API int32_t dspi_limit (dsp_vec  *v, int32_t mode, double a, double b, int32_t *clipped);
+SIGPAK_API int32_t dspfi_limit(dspf_vec *v, int32_t mode, float  a, float  b, int32_t *clipped);
+
+/* x = sin x, cos x, tan x, in radians, for every finite x. Real only. */
+SIGPAK_API int32_t dspi_sin (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_sin(dspf_vec *v);
+SIGPAK_API int32_t dspi_cos (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_cos(dspf_vec *v);
+SIGPAK_API int32_t dspi_tan (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_tan(dspf_vec *v);
+
+/* x = sin(x) / x, without the factor pi of the normalised sinc; 1 for 0. Real only. */
+SIGPAK_API int32_t dspi_sinc (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_sinc(dspf_vec *v);
+
+/* x = arctangent of x, in (-pi/2, pi/2). Real only. */
+SIGPAK_API int32_t dspi_atan (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_atan(dspf_vec *v);
+
+/* x = arcsine, arccosine of x; 0 when |x| > 1. Real only. */
+SIGPAK_API int32_t dspi_asin (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_asin(dspf_vec *v);
+SIGPAK_API int32_t dspi_acos (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_acos(dspf_vec *v);
+
+/* x = sinh x, cosh x; H with the sign of the function when |x| > ln H. Real only. */
+SIGPAK_API int32_t dspi_sinh (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_sinh(dspf_vec *v);
+SIGPAK_API int32_t dspi_cosh (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_cosh(dspf_vec *v);
+
+/* x = tanh x. Real only. */
+SIGPAK_API int32_t dspi_tanh (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_tanh(dspf_vec *v);
+
 /* ---- Special functions in place ----------------------------------------------------------------------------- */
+
+/* All of these are real only: -1 for a complex record. */
+
+/* x = I0(x), the modified Bessel function of the first kind of order 0; H when |x| > 700. A power series up to
+   |x| = 20 (34 terms; single precision 16 and 21 terms), the asymptotic series beyond (22 terms; single precision 6);
+   Abramowitz and Stegun 9.6.12 and 9.7.1. Relative error below 2e-15, single precision 2e-7. In single precision the
+   result overflows to infinity between about 91.9 and 700. */
+SIGPAK_API int32_t dspi_besi0 (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_besi0(dspf_vec *v);
+
+/* x = J0(x), J1(x), the Bessel functions of the first kind, as the platform's j0 and j1 give them. */
+SIGPAK_API int32_t dspi_besj0 (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_besj0(dspf_vec *v);
+SIGPAK_API int32_t dspi_besj1 (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_besj1(dspf_vec *v);
+
+/* x = Y0(x), Y1(x), the Bessel functions of the second kind, as the platform's y0 and y1 give them; 0 when x <= 0. */
+SIGPAK_API int32_t dspi_besy0 (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_besy0(dspf_vec *v);
+SIGPAK_API int32_t dspi_besy1 (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_besy1(dspf_vec *v);
+
+/* Not provided: the names are kept, and every call returns -1 without looking at the record. */
+SIGPAK_API int32_t dspi_erf (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_erf(dspf_vec *v);
+SIGPAK_API int32_t dspi_erfc (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_erfc(dspf_vec *v);
+SIGPAK_API int32_t dspi_gamma (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_gamma(dspf_vec *v);
+SIGPAK_API int32_t dspi_lgamma (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_lgamma(dspf_vec *v);
 
 /* ---- Two records, point by point ---------------------------------------------------------------------------- */
 

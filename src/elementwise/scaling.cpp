@@ -1,8 +1,63 @@
-// Arithmetic with a scalar, in place.
+// Arithmetic with a scalar, and signs, in place.
+#include <cmath>
+
 #include "core/isa.h"
+#include "core/storage.h"
 #include "elementwise/elementwise.h"
+#include "elementwise/in_place.h"
 
 namespace sigpak {
+namespace {
+
+template <record V> status offset(V* v, scalar<V> amount) noexcept {
+  const index step = width(v);  // the real part of a complex point moves, the imaginary part stays
+  isa::run([x = v->data, n = scalars(v), step, amount] {
+    if (step == 1) {
+      for (index i = 0; i < n; ++i) x[i] += amount;
+    } else {
+      for (index i = 0; i < n; i += 2) x[i] += amount;
+    }
+  });
+  return ok;
+}
+
+template <record V> status take_absolute(V* v) noexcept {
+  return apply(v, [](auto* x, index n) {
+    isa::run([=] {
+      for (index i = 0; i < n; ++i) x[i] = std::abs(x[i]);
+    });
+  });
+}
+
+template <class T> void rotate_points(T* z, index points, point<double> factor) noexcept {
+  isa::run([=] {
+    map_pairs(z, points, [=](double a, double b) { return product(point<double>{a, b}, factor); });
+  });
+}
+
+// Backwards: the real samples stand at the start of the storage that the points fill.
+template <class T> void spread_points(T* x, index points, T re, T im) noexcept {
+  for (index i = points - 1; i >= 0; --i) {
+    const T sample = x[i];
+    x[2 * i] = re * sample;
+    x[2 * i + 1] = im * sample;
+  }
+}
+
+template <record V> status scale_complex(V* v, scalar<V> re, scalar<V> im) noexcept {
+  const index points = length(v);
+  if (points == 0) return ok;
+  if (is_complex(v)) {
+    rotate_points(v->data, points, {static_cast<double>(re), static_cast<double>(im)});
+    return ok;
+  }
+  v->complex = 1;
+  if (reallocate(v, v->points, 0) != ok) return failed;
+  spread_points(v->data, points, re, im);
+  return ok;
+}
+
+}  // namespace
 
 template <record V> status scale(V* v, scalar<V> factor) noexcept {
   isa::run([x = v->data, n = scalars(v), factor] {
@@ -11,8 +66,17 @@ template <record V> status scale(V* v, scalar<V> factor) noexcept {
   return ok;
 }
 
+template <record V> status negate(V* v) noexcept {
+  isa::run([x = v->data, n = scalars(v)] {
+    for (index i = 0; i < n; ++i) x[i] = -x[i];
+  });
+  return ok;
+}
+
 template status scale(dsp_vec*, double) noexcept;
 template status scale(dspf_vec*, float) noexcept;
+template status negate(dsp_vec*) noexcept;
+template status negate(dspf_vec*) noexcept;
 
 }  // namespace sigpak
 
@@ -20,3 +84,11 @@ using namespace sigpak;
 
 int32_t dspi_scale(dsp_vec* v, double factor) { return scale(v, factor); }
 int32_t dspfi_scale(dspf_vec* v, float factor) { return scale(v, factor); }
+int32_t dspi_offset(dsp_vec* v, double amount) { return offset(v, amount); }
+int32_t dspfi_offset(dspf_vec* v, float amount) { return offset(v, amount); }
+int32_t dspi_cscale(dsp_vec* v, double re, double im) { return scale_complex(v, re, im); }
+int32_t dspfi_cscale(dspf_vec* v, float re, float im) { return scale_complex(v, re, im); }
+int32_t dspi_neg(dsp_vec* v) { return negate(v); }
+int32_t dspfi_neg(dspf_vec* v) { return negate(v); }
+int32_t dspi_abs(dsp_vec* v) { return take_absolute(v); }
+int32_t dspfi_abs(dspf_vec* v) { return take_absolute(v); }

@@ -1,0 +1,64 @@
+// Powers of e and of ten, in place.
+#include <algorithm>
+#include <cmath>
+
+#include "elementwise/elementwise.h"
+#include "elementwise/exponential_parts.h"
+#include "elementwise/in_place.h"
+#include "elementwise/wide_guard.h"
+
+namespace sigpak {
+namespace {
+
+template <class T> double guarded_exp(double x) noexcept {
+  return x > wide_guard<T>::log_huge ? wide_guard<T>::huge : std::exp(x);
+}
+
+template <class T> double guarded_exp10(double x) noexcept {
+  return x > wide_guard<T>::log10_huge ? wide_guard<T>::huge : power_of_ten(x);
+}
+
+template <class T> void exponential(T* x, index n) noexcept { map(x, n, guarded_exp<T>); }
+
+template <class T> void exponential_points(T* z, index points) noexcept {
+  map_pairs(z, points, [](double a, double b) {
+    const double e = guarded_exp<T>(a);
+    return point<double>{e * std::cos(b), e * std::sin(b)};
+  });
+}
+
+// A sample below -H stops the pass: it and everything after it stay as they are.
+template <class T> void exponential10(T* x, index n) noexcept {
+  const T* stop = std::find_if(x, x + n, [](T sample) { return sample < -guard<T>::huge; });
+  map(x, stop - x, guarded_exp10<T>);
+}
+
+template <class T> void exponential10_points(T* z, index points) noexcept {
+  map_pairs(z, points, [](double a, double b) {
+    constexpr double ln10 = wide_guard<T>::ln10;
+    const double e = a < -wide_guard<T>::huge ? -wide_guard<T>::huge : guarded_exp10<T>(a);
+    return point<double>{e * std::cos(b * ln10), e * std::sin(b * ln10)};
+  });
+}
+
+template <record V> status exponentiate10(V* v) noexcept {
+  return apply(v, exponential10<scalar<V>>, exponential10_points<scalar<V>>);
+}
+
+}  // namespace
+
+template <record V> status exponentiate(V* v) noexcept {
+  return apply(v, exponential<scalar<V>>, exponential_points<scalar<V>>);
+}
+
+template status exponentiate(dsp_vec*) noexcept;
+template status exponentiate(dspf_vec*) noexcept;
+
+}  // namespace sigpak
+
+using namespace sigpak;
+
+int32_t dspi_exp(dsp_vec* v) { return exponentiate(v); }
+int32_t dspfi_exp(dspf_vec* v) { return exponentiate(v); }
+int32_t dspi_exp10(dsp_vec* v) { return exponentiate10(v); }
+int32_t dspfi_exp10(dspf_vec* v) { return exponentiate10(v); }
