@@ -1,0 +1,112 @@
+// The real functions of the library beside their exact definitions, with the arguments worth trying.
+#pragma once
+
+#include <cmath>
+#include <random>
+#include <vector>
+
+#include "elementwise/exact.h"
+#include "support/signal.h"
+
+namespace sigpak::test {
+
+using exact_function = int (*)(mpfr_ptr, mpfr_srcptr, mpfr_rnd_t);
+
+// One function of both records, the interval on which it follows its definition, and how arguments are drawn
+// there: evenly, or with even exponents.
+struct unary_function {
+  const char* name;
+  std::int32_t (*in_double)(dsp_vec*);
+  std::int32_t (*in_single)(dspf_vec*);
+  exact_function definition;
+  double low, high;
+  double low_single, high_single;
+  bool by_exponent;
+};
+
+inline int exact_sinc(mpfr_ptr y, mpfr_srcptr x, mpfr_rnd_t mode) {
+  if (mpfr_zero_p(x)) return mpfr_set_si(y, 1, mode);
+  mpfr_sin(y, x, mode);
+  return mpfr_div(y, y, x, mode);
+}
+
+inline int exact_decibels(mpfr_ptr y, mpfr_srcptr x, mpfr_rnd_t mode) {
+  mpfr_log10(y, x, mode);
+  return mpfr_mul_si(y, y, 20, mode);
+}
+
+inline std::int32_t decibels(dsp_vec* v) { return dspi_db(v, 20); }
+inline std::int32_t decibels(dspf_vec* v) { return dspfi_db(v, 20); }
+
+inline constexpr double most = std::numeric_limits<double>::max();
+inline constexpr double least = std::numeric_limits<double>::min();
+inline constexpr double most_single = double(std::numeric_limits<float>::max());
+inline constexpr double least_single = double(std::numeric_limits<float>::min());
+
+inline const std::vector<unary_function>& unary_functions() {
+  static const std::vector<unary_function> all = {
+      {"sqrt", dspi_sqrt, dspfi_sqrt, mpfr_sqrt, 0, most, 0, most_single, true},
+      {"exp", dspi_exp, dspfi_exp, mpfr_exp, -750, 230.2585, -110, 34.5387, false},
+      {"exp10", dspi_exp10, dspfi_exp10, mpfr_exp10, -325, 100, -46, 15, false},
+      {"log", dspi_log, dspfi_log, mpfr_log, least, most, least_single, most_single, true},
+      {"log10", dspi_log10, dspfi_log10, mpfr_log10, least, most, least_single, most_single, true},
+      {"db, factor 20", decibels, decibels, exact_decibels, least, most, least_single, most_single, true},
+      {"sin", dspi_sin, dspfi_sin, mpfr_sin, -most, most, -most_single, most_single, true},
+      {"cos", dspi_cos, dspfi_cos, mpfr_cos, -most, most, -most_single, most_single, true},
+      {"tan", dspi_tan, dspfi_tan, mpfr_tan, -most, most, -most_single, most_single, true},
+      {"sinc", dspi_sinc, dspfi_sinc, exact_sinc, -most, most, -most_single, most_single, true},
+      {"atan", dspi_atan, dspfi_atan, mpfr_atan, -most, most, -most_single, most_single, true},
+      {"asin", dspi_asin, dspfi_asin, mpfr_asin, -1, 1, -1, 1, true},
+      {"acos", dspi_acos, dspfi_acos, mpfr_acos, -1, 1, -1, 1, true},
+      {"sinh", dspi_sinh, dspfi_sinh, mpfr_sinh, -230.2585, 230.2585, -34.5387, 34.5387, true},
+      {"cosh", dspi_cosh, dspfi_cosh, mpfr_cosh, -230.2585, 230.2585, -34.5387, 34.5387, true},
+      {"tanh", dspi_tanh, dspfi_tanh, mpfr_tanh, -most, most, -most_single, most_single, true},
+  };
+  return all;
+}
+
+template <record V> std::int32_t call(const unary_function& f, V* v) {
+  return twin<V>(f.in_double, f.in_single)(v);
+}
+
+// `count` arguments of f: the ends, points around 1, halves, and multiples of pi / 2, then random ones, a
+// third of them evenly spread over a moderate range when the rest have even exponents.
+template <record V> samples<V> arguments(const unary_function& f, index count, unsigned seed) {
+  using T = scalar<V>;
+  const T low = static_cast<T>(is_double<V> ? f.low : f.low_single);
+  const T high = static_cast<T>(is_double<V> ? f.high : f.high_single);
+  samples<V> out = {low, high};
+  const auto add = [&](T x) {
+    if (x >= low && x <= high) out.push_back(x);
+  };
+  for (const double centre : {1.0, 0.5, 0.3, 2.0, 20.0, 1e-8, 0.6875, 1.375, 100.0}) {
+    T up = static_cast<T>(centre);
+    T down = up;
+    for (int step = 0; step < 20; ++step, up = std::nextafter(up, high), down = std::nextafter(down, low)) {
+      for (const T x : {up, -up, down, -down}) add(x);
+    }
+  }
+  for (int k = 1; k <= 400; ++k) {
+    const T multiple = static_cast<T>(k * 1.5707963267948966);
+    for (const T x : {std::nextafter(multiple, T(0)), multiple, std::nextafter(multiple, high)})
+      add(x), add(-x);
+  }
+  std::mt19937_64 engine(seed);
+  std::uniform_real_distribution<double> unit(0, 1);
+  const double top = std::min(std::log2(static_cast<double>(high)), is_double<V> ? 1023.999 : 127.999);
+  const double bottom = is_double<V> ? -1074 : -149;
+  while (std::ssize(out) < count) {
+    const double u = unit(engine);
+    const bool even = !f.by_exponent || engine() % 3 == 0;
+    const double range = std::min(static_cast<double>(high), 40.0);
+    const double even_low =
+        f.by_exponent ? std::max(static_cast<double>(low), -range) : static_cast<double>(low);
+    const double even_high = f.by_exponent ? range : static_cast<double>(high);
+    const double x = even ? even_low + u * (even_high - even_low)
+                          : std::exp2(bottom + u * (top - bottom)) * (engine() % 2 != 0 ? 1 : -1);
+    add(static_cast<T>(x));
+  }
+  return out;
+}
+
+}  // namespace sigpak::test
