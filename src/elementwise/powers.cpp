@@ -1,18 +1,12 @@
 // Squares, reciprocals and square roots, in place.
-#include <cmath>
-
 #include "core/isa.h"
 #include "elementwise/elementwise.h"
 #include "elementwise/in_place.h"
+#include "elementwise/square_root.h"
 #include "elementwise/wide_guard.h"
 
 namespace sigpak {
 namespace {
-
-// Squares and differences of squares of T fit here without overflow, underflow or visible rounding.
-template <class T> struct wider;
-template <> struct wider<double> { using type = long double; };
-template <> struct wider<float> { using type = double; };
 
 template <class T> void square(T* x, index n) noexcept {
   isa::run([=] {
@@ -49,34 +43,14 @@ template <class T> void reciprocal_points(T* z, index points) noexcept {
   });
 }
 
-template <class T> void square_root(T* x, index n) noexcept {
+template <class T> void square_roots(T* x, index n) noexcept {
   isa::run([=] {
-    for (index i = 0; i < n; ++i) x[i] = x[i] < 0 ? T(0) : std::sqrt(x[i]);
+    for (index i = 0; i < n; ++i) x[i] = square_root(x[i]);
   });
 }
 
-// The principal root by half angles: with r = |z|, re = sqrt((r + a) / 2) and im = b / (2 re) in the right
-// half plane, the two exchanged in the left one. No cancellation, and exact signs.
-template <class W> point<double> half_angle_root(W a, W b) noexcept {
-  const W r = std::sqrt(a * a + b * b);
-  if (r == 0) return {0, 0};
-  const W major = std::sqrt((r + std::abs(a)) / 2);
-  const W minor = std::abs(b) / (2 * major);
-  const W re = a < 0 ? minor : major;
-  const W im = a < 0 ? major : minor;
-  return {static_cast<double>(re), static_cast<double>(std::copysign(im, b))};
-}
-
-// A point beyond H keeps its direction and counts as |z| = H.
 template <class T> void square_root_points(T* z, index points) noexcept {
-  using W = typename wider<T>::type;
-  map_pairs(z, points, [root = std::sqrt(wide_guard<T>::huge)](double a, double b) {
-    if (wide_guard<T>::excludes(a, b)) {
-      const double angle = std::atan2(b, a) / 2;
-      return point<double>{root * std::cos(angle), root * std::sin(angle)};
-    }
-    return half_angle_root(static_cast<W>(a), static_cast<W>(b));
-  });
+  for (index i = 0; i < points; ++i) put_point(z, i, square_root(point_at(z, i)));
 }
 
 template <record V> status take_square(V* v) noexcept {
@@ -84,7 +58,7 @@ template <record V> status take_square(V* v) noexcept {
 }
 
 template <record V> status take_square_root(V* v) noexcept {
-  return apply(v, square_root<scalar<V>>, square_root_points<scalar<V>>);
+  return apply(v, square_roots<scalar<V>>, square_root_points<scalar<V>>);
 }
 
 }  // namespace
