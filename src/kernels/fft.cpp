@@ -54,6 +54,10 @@ template <class T> class workspace {
 
 template <class T> constinit workspace<T> scratch;
 
+template <class T> T* workspace_of(const fft_plan<T>& plan) noexcept {
+  return scratch<T>.at_least(2 * plan.lanes * plan.stride * plan.radix[0]);
+}
+
 // Fewer lanes where N < lanes^2.
 int lanes_for(index points, int widest) noexcept {
   int lanes = widest;
@@ -67,6 +71,13 @@ template <class T> bool has_wide_fft(index points) noexcept {
   return points >= least_points && isa::current() != isa::level::baseline;
 }
 
+template <class T> status prepare_wide_fft(index points) noexcept {
+  if (std::countr_zero(static_cast<std::uint64_t>(points)) < small_sizes) return ok;
+  const fft_plan<T>* const plan =
+      find_plan<T>(points, lanes_for(points, kernels_of<T>(isa::current()).widest_lanes));
+  return plan != nullptr && workspace_of(*plan) != nullptr ? ok : failed;
+}
+
 template <class T> status wide_fft(T* data, index points, bool inverse) noexcept {
   const fft_kernels<T>& kernels = kernels_of<T>(isa::current());
   const int bits = std::countr_zero(static_cast<std::uint64_t>(points));
@@ -76,7 +87,7 @@ template <class T> status wide_fft(T* data, index points, bool inverse) noexcept
   }
   const fft_plan<T>* const plan = find_plan<T>(points, lanes_for(points, kernels.widest_lanes));
   if (plan == nullptr) return failed;
-  T* const work = scratch<T>.at_least(2 * plan->lanes * plan->stride * plan->radix[0]);
+  T* const work = workspace_of(*plan);
   if (work == nullptr) return failed;
   kernels.run(*plan, data, work, inverse);
   return ok;
@@ -92,6 +103,7 @@ template <class T> status release_wide_fft() noexcept {
 
 template <class T> bool has_wide_fft(index) noexcept { return false; }
 template <class T> status wide_fft(T*, index, bool) noexcept { return failed; }
+template <class T> status prepare_wide_fft(index) noexcept { return failed; }
 template <class T> status release_wide_fft() noexcept { return ok; }
 
 #endif
@@ -100,6 +112,8 @@ template bool has_wide_fft<double>(index) noexcept;
 template bool has_wide_fft<float>(index) noexcept;
 template status wide_fft(double*, index, bool) noexcept;
 template status wide_fft(float*, index, bool) noexcept;
+template status prepare_wide_fft<double>(index) noexcept;
+template status prepare_wide_fft<float>(index) noexcept;
 template status release_wide_fft<double>() noexcept;
 template status release_wide_fft<float>() noexcept;
 

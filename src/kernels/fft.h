@@ -13,6 +13,9 @@ template <class T> bool has_wide_fft(index points) noexcept;
 // untouched.
 template <class T> status wide_fft(T* data, index points, bool inverse) noexcept;
 
+// Builds the tables of a length beforehand.
+template <class T> status prepare_wide_fft(index points) noexcept;
+
 // Frees the tables and the scratch memory of one precision.
 template <class T> status release_wide_fft() noexcept;
 

@@ -4,7 +4,7 @@
 // J. W. Cooley, P. A. W. Lewis, P. D. Welch, "The fast Fourier transform algorithm: programming
 // considerations in the calculation of sine, cosine and Laplace transforms", J. Sound Vib. 12 (1970).
 #include "spectral/kernel.h"
-#include "spectral/split_radix.h"
+#include "spectral/tables.h"
 
 namespace sigpak {
 namespace {
@@ -65,21 +65,17 @@ template <class T> void pack(T* x, index h, const T* groups) noexcept {
 }  // namespace
 
 template <class T> status forward_real(T* data, index points) noexcept {
-  split_radix<T> packed;
   const T* const groups = twiddles<T>(points);
-  if (groups == nullptr || packed.prepare(points / 2, false) != ok) return failed;
-  packed.run(data);
+  if (groups == nullptr || transform(data, points / 2, false) != ok) return failed;
   unpack(data, points / 2, groups);
   return ok;
 }
 
 template <class T> status inverse_real(T* data, index points) noexcept {
-  split_radix<T> packed;
   const T* const groups = twiddles<T>(points);
-  if (groups == nullptr || packed.prepare(points / 2, true) != ok) return failed;
+  if (groups == nullptr || prepare_transform<T>(points / 2, true) != ok) return failed;
   pack(data, points / 2, groups);
-  packed.run(data);
-  return ok;
+  return transform(data, points / 2, true);
 }
 
 template status forward_real(double*, index) noexcept;
