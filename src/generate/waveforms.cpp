@@ -32,11 +32,24 @@ struct phasors {
   side_by_side im;
 };
 
+// A block alone, whose chain of steps nothing runs beside.
+template <class Put> void sweep_block(sweep angle, double c, double s, index n, Put put) noexcept {
+  double re = std::cos(angle.phase);
+  double im = std::sin(angle.phase);
+  for (index i = 0; i < n; ++i) {
+    put(i, re, im);
+    const double next = re * c - im * s;
+    im = re * s + im * c;
+    re = next;
+  }
+}
+
 // put(i, cos, sin) for every point of n, by rotation from an exact angle at the head of every block:
 // z' = z * exp(i step). Calls come in the order of the points inside a stretch only.
 template <class Put> void sweep_points(sweep angle, index n, Put put) noexcept {
   const double c = std::cos(angle.step);
   const double s = std::sin(angle.step);
+  if (n <= rotation_block) return sweep_block(angle, c, s, n, put);
   for (index first = 0; first < n; first += lanes * rotation_block) {
     side_by_side re{};
     side_by_side im{};
