@@ -870,7 +870,41 @@ SIGPAK_API int32_t dspf_window_from_str(const char *name, int32_t *window);
 
 /* ---- Windows: scale and noise bandwidth ------------------------------------------------------------------------ */
 
+/* *scale = what a normalised window exceeds its unnormalised form u by: 1 / mean(u) with DSP_WINDOW_FLAG_MEAN,
+   1 / rms(u) with _RMS, and 1 with _PEAK or without points, for whatever window. From the stored coefficients where
+   the window is a sum of cosines, from its points for a width, Kaiser, Gaussian and Riemann; H for a window of zeros.
+   window  an unknown one gives -1
+   flags   DSP_WINDOW_FLAG_*, those that shape the window; the rest is ignored. Combinations that the window refuses
+           give -1, and so does WIDTH in dsp_window_scale
+   width   in points, with DSP_WINDOW_FLAG_WIDTH */
+SIGPAK_API int32_t dsp_window_scale (double *scale, int32_t window, int32_t flags, int32_t points);
+SIGPAK_API int32_t dspf_window_scale(float  *scale, int32_t window, int32_t flags, int32_t points);
+SIGPAK_API int32_t dsp_window2_scale (double *scale, int32_t window, int32_t flags, int32_t points, double width);
+SIGPAK_API int32_t dspf_window2_scale(float  *scale, int32_t window, int32_t flags, int32_t points, float  width);
+
+/* *bins = mean(u^2) / mean(u)^2, the equivalent noise bandwidth of a window in units of 1 / (points * delta), as the
+   square of the ratio of its two scales. Errors as above. */
+SIGPAK_API int32_t dsp_window_enbw (double *bins, int32_t window, int32_t points);
+SIGPAK_API int32_t dspf_window_enbw(float  *bins, int32_t window, int32_t points);
+SIGPAK_API int32_t dsp_window2_enbw (double *bins, int32_t window, int32_t points, double width);
+SIGPAK_API int32_t dspf_window2_enbw(float  *bins, int32_t window, int32_t points, float  width);
+
 /* ---- Windows: Kaiser and Gaussian ------------------------------------------------------------------------------ */
+
+/* v = v * window, rotated as by dspi_window. x is the distance from the point c = points / 2, rounded down. With
+   DSP_WINDOW_FLAG_SYMMETRIC and an even number of points it is the distance from the middle between c - 1 and c.
+       Kaiser     I0(beta sqrt(1 - (2 x / d)^2)), d = points, points - 1 with SYMMETRIC; 1 at the distance d / 2
+       Gaussian   exp(-x^2 / (2 (a points)^2))
+   Normalised by the mean, the root mean square or the peak of their points.
+   beta   its magnitude is limited to ln 1e200, to ln 1e100 with DSP_WINDOW_FLAG_RMS; a larger one, and NaN, count as
+          the limit. The same in single precision, whose windows are computed in double
+   a      the standard deviation as a part of the length; with 0 the innermost points alone are left. NaN gives -1
+   flags  as in dspi_window; WIDTH, and two of the normalisations together, give -1
+   J. F. Kaiser, "Nonrecursive digital filter design using the I0-sinh window function", ISCAS 1974. */
+SIGPAK_API int32_t dspi_window_kaiser (dsp_vec  *v, double beta, int32_t flags);
+SIGPAK_API int32_t dspfi_window_kaiser(dspf_vec *v, float  beta, int32_t flags);
+SIGPAK_API int32_t dspi_window_gauss (dsp_vec  *v, double a, int32_t flags);
+SIGPAK_API int32_t dspfi_window_gauss(dspf_vec *v, float  a, int32_t flags);
 
 /* ---- Filters: design -------------------------------------------------------------------------------------------- */
 

@@ -1,13 +1,29 @@
 // The windows of the catalogue, point by point. They are computed in double and rounded once, at the store.
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 #include "windows/catalogue.h"
+#include "windows/normalise.h"
 #include "windows/shapes.h"
 #include "windows/windows.h"
 
 namespace sigpak {
+
+double triangle_peak(index n, int mode) noexcept {
+  const auto points = static_cast<double>(n);
+  const double square = points * points;
+  if (mode == DSP_WINDOW_FLAG_RMS) return std::sqrt(3 * square / (square + 2));
+  if (mode == DSP_WINDOW_FLAG_PEAK) return 1;
+  return n % 2 == 0 ? 2 : 2 * square / (1 + square);
+}
+
 namespace {
+
+// The side lobes of KaiserNN stay below -NN dB, those of GaussNN likewise.
+constexpr double kaiser_betas[] = {9.473960131326246,  10.751776690564654, 12.014077292090791,
+                                   13.264372446115681, 14.505082414495599, 15.73795091271457};
+constexpr double gaussian_deviations[] = {0.1583722, 0.1442161, 0.1328102};  // of the length
 
 // sum of a[k] cos(k x) by Clenshaw's recurrence in c = cos(x).
 double cosine_sum(std::span<const double> a, double c) noexcept {
@@ -36,41 +52,52 @@ template <class T> void fill_triangle(T* w, index n, double peak) noexcept {
   if (n % 2 == 0) w[0] = 0;
 }
 
+// One main lobe of sin(x) / x, 0 at its ends.
+template <class T> void fill_sinc_lobe(T* w, index n, double width) noexcept {
+  fill_centred(w, n, width, [](double, double turn) {
+    if (turn >= 0.5) return 0.0;
+    const double x = 2 * std::numbers::pi * turn;
+    return x != 0 ? std::sin(x) / x : 1.0;
+  });
+}
+
 template <class T> void fill_cosine_sum(T* w, index n, double width, std::span<const double> a) noexcept {
-  fill_centred(w, n, width, [=](double angle) { return cosine_sum(a, std::cos(angle)); });
+  fill_centred(w, n, width, [=](double angle, double) { return cosine_sum(a, std::cos(angle)); });
+}
+
+template <record V> status generate_periodic(V* v, int window, int flags, double width) noexcept {
+  const int mode = mode_of(flags);
+  const bool narrowed = has(flags, DSP_WINDOW_FLAG_WIDTH);
+  if (narrowed && (std::isnan(width) || window == DSP_WINDOW_TRIANGULAR)) return failed;
+  const std::span<const double> terms = cosine_terms(window, mode);
+  if (terms.empty() && window != DSP_WINDOW_TRIANGULAR && window != DSP_WINDOW_RIEMANN) return failed;
+  const index n = length(v);
+  if (n == 0) return ok;
+  const double span = narrowed ? width : static_cast<double>(n);
+  switch (window) {
+    case DSP_WINDOW_UNIFORM:
+      return fill_constant(v->data, n, span, terms[0]), ok;
+    case DSP_WINDOW_TRIANGULAR:
+      return fill_triangle(v->data, n, triangle_peak(n, mode)), ok;
+    case DSP_WINDOW_RIEMANN:
+      return fill_sinc_lobe(v->data, n, span), normalise(v, mode, 1);
+    default:
+      return fill_cosine_sum(v->data, n, span, terms), ok;
+  }
 }
 
 }  // namespace
 
-double triangle_peak(index n, int mode) noexcept {
-  const auto points = static_cast<double>(n);
-  const double square = points * points;
-  if (mode == DSP_WINDOW_FLAG_RMS) return std::sqrt(3 * square / (square + 2));
-  if (mode == DSP_WINDOW_FLAG_PEAK) return 1;
-  return n % 2 == 0 ? 2 : 2 * square / (1 + square);
-}
-
 template <record V> status generate_window(V* v, int window, int flags, double width) noexcept {
-  const int mode = mode_of(flags);
-  const bool narrowed = has(flags, DSP_WINDOW_FLAG_WIDTH);
-  if (is_complex(v) || mode == refused_mode) return failed;
-  if (has(flags, DSP_WINDOW_FLAG_SYMMETRIC) || (narrowed && std::isnan(width))) return failed;
-  const index n = length(v);
-  const double span = narrowed ? width : static_cast<double>(n);
-  if (window == DSP_WINDOW_TRIANGULAR) {
-    if (narrowed) return failed;
-    if (n > 0) fill_triangle(v->data, n, triangle_peak(n, mode));
-    return ok;
+  if (is_complex(v) || mode_of(flags) == refused_mode) return failed;
+  if (window >= DSP_WINDOW_KAISER70 && window <= DSP_WINDOW_KAISER120) {
+    return kaiser(v, kaiser_betas[window - DSP_WINDOW_KAISER70], flags);
   }
-  const std::span<const double> terms = cosine_terms(window, mode);
-  if (terms.empty()) return failed;
-  if (n == 0) return ok;
-  if (window == DSP_WINDOW_UNIFORM) {
-    fill_constant(v->data, n, span, terms[0]);
-  } else {
-    fill_cosine_sum(v->data, n, span, terms);
+  if (window >= DSP_WINDOW_GAUSS60 && window <= DSP_WINDOW_GAUSS80) {
+    return gaussian(v, gaussian_deviations[window - DSP_WINDOW_GAUSS60], flags);
   }
-  return ok;
+  if (has(flags, DSP_WINDOW_FLAG_SYMMETRIC)) return failed;
+  return generate_periodic(v, window, flags, width);
 }
 
 template status generate_window(dsp_vec*, int, int, double) noexcept;

@@ -38,8 +38,8 @@ template <class T> void blank(T* w, index n, index pairs, double width) noexcept
   std::fill(w + centre + pairs + (even ? 0 : 1), w + n, T(0));
 }
 
-// A shape of the angle 2 pi m / width at the distance m from the middle point n / 2: periodic with the width,
-// which may differ from the n >= 1 points.
+// shape(2 pi turn, turn) with turn = m / width at the distance m from the middle point n / 2: periodic with
+// the width, which may differ from the n >= 1 points. The angle advances by addition.
 template <class T, class Shape> void fill_centred(T* w, index n, double width, Shape shape) noexcept {
   if (width <= 0) {
     std::fill(w, w + n, T(0));
@@ -49,13 +49,15 @@ template <class T, class Shape> void fill_centred(T* w, index n, double width, S
   const index centre = n / 2;
   const index pairs = std::min(index{tolerant_floor(width)} / 2, (n - 1) / 2);
   const double step = 2 * std::numbers::pi / width;
-  for_ramp(pairs + 1, 0, step,
-           [&](index m, double angle) { w[centre - m] = w[centre + m] = static_cast<T>(shape(angle)); });
+  for_ramp(pairs + 1, 0, step, [&](index m, double angle) {
+    w[centre - m] = w[centre + m] = static_cast<T>(shape(angle, static_cast<double>(m) / width));
+  });
   const auto points = static_cast<double>(n);
   if (width < points) {
     blank(w, n, pairs, width);
   } else if (n % 2 == 0) {
-    w[0] = static_cast<T>(shape(width == points ? std::numbers::pi : static_cast<double>(centre) * step));
+    const double turn = static_cast<double>(centre) / width;
+    w[0] = static_cast<T>(shape(2 * std::numbers::pi * turn, turn));
   }
 }
 

@@ -8,4 +8,8 @@ namespace sigpak {
 // Any window of the catalogue; the width counts when the flags say that one is given.
 template <record V> status generate_window(V* v, int window, int flags, double width) noexcept;
 
+// Standard deviation a * points samples.
+template <record V> status gaussian(V* v, double a, int flags) noexcept;
+template <record V> status kaiser(V* v, double beta, int flags) noexcept;
+
 }  // namespace sigpak
