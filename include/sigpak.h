@@ -908,6 +908,36 @@ SIGPAK_API int32_t dspfi_window_gauss(dspf_vec *v, float  a, int32_t flags);
 
 /* ---- Filters: design -------------------------------------------------------------------------------------------- */
 
+/* v = the taps of a linear-phase filter; points is their number N, delta is neither read nor changed, and a complex
+   v gets zero imaginary parts. Tap n lies at t = n - (N - 1) / 2 from the middle. Frequencies are in cycles per
+   sample. x = 2 pi fc t, advanced by addition from the middle outwards; sinc(x) = sin(x) / x. No window is applied.
+
+   kind                    param1      param2      taps
+    0  band pass           centre f    width w     those of 3 with fc = w / 2, times 2 cos(2 pi f t)
+    1  band stop           centre f    width w     a unit pulse less 0; odd N only
+    2  high pass           cut-off fc              a unit pulse less 3; odd N only
+    3  low pass            cut-off fc              2 fc sinc(x)
+    4  cosine-sum kernel   shape b                 sinh(r), r^2 = b^2 (1 - (2 t / (N + 1))^2), sum 1
+    5  delayed low pass    cut-off fc  delay d     2 fc sinc(2 pi fc (t - d)), sum 1
+    6  differentiator      cut-off fc              2 fc 2 pi fc (cos(x) - sinc(x)) / x, antisymmetric
+    7  Gaussian            cut-off fc              exp(-(x^2) / (2 ln 2)), 3 dB down at fc, sum 1
+    8  Hilbert             cut-off fc              2 fc (cos(x) - 1) / x, antisymmetric
+    9  Kaiser kernel       shape b                 sinh(r) / r, r^2 = b^2 - (b^2 + pi^2) (2 t / (N + 1))^2, sum 1
+   10  ramp 2 |f|          cut-off fc              (2 fc)^2 (sinc(x) + (cos(x) - 1) / x^2)
+
+   4 and 9 smooth with spectra like the windows that they are named for; b = 0 takes a shape that suits N, imaginary
+   r counts as sin instead of sinh, and 4 has stored taps for N = 5, 7 and 9 (A. H. Nuttall, "Some windows with very
+   good sidelobe behavior", IEEE Trans. ASSP 29, 1981). Taps whose sum is 0 stay as they are.
+   Other kinds, an even N for 1 and 2, and parameters that lead to taps that are not finite give -1; v is then real
+   and its taps are partly written. */
+SIGPAK_API int32_t dspc_fir (dsp_vec  *v, int32_t kind, double param1, double param2);
+SIGPAK_API int32_t dspfc_fir(dspf_vec *v, int32_t kind, float  param1, float  param2);
+
+/* v = one of two stored filters: code 100 has 12 taps, 101 has 20; neither is symmetric. Sets points; a complex v
+   gets zero imaginary parts. Another code gives -1. */
+SIGPAK_API int32_t dspc_fir2 (dsp_vec  *v, int32_t code);
+SIGPAK_API int32_t dspfc_fir2(dspf_vec *v, int32_t code);
+
 /* ---- Filters: filtering and decimation ------------------------------------------------------------------------- */
 
 /* out[n] = sum over k of taps[k] * in[n - k]; no conjugation.
