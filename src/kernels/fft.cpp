@@ -15,6 +15,7 @@ namespace sigpak::kernels {
 namespace {
 
 constexpr index least_points = 16;
+constexpr index least_real_points = 32;
 constexpr index alignment = 64;
 
 template <class T> const fft_kernels<T>& kernels_of(isa::level level) noexcept {
@@ -54,10 +55,6 @@ template <class T> class workspace {
 
 template <class T> constinit workspace<T> scratch;
 
-template <class T> T* workspace_of(const fft_plan<T>& plan) noexcept {
-  return scratch<T>.at_least(2 * plan.lanes * plan.stride * plan.radix[0]);
-}
-
 // Fewer lanes where N < lanes^2.
 int lanes_for(index points, int widest) noexcept {
   int lanes = widest;
@@ -71,25 +68,35 @@ template <class T> bool has_wide_fft(index points) noexcept {
   return points >= least_points && isa::current() != isa::level::baseline;
 }
 
-template <class T> status prepare_wide_fft(index points) noexcept {
-  if (std::countr_zero(static_cast<std::uint64_t>(points)) < small_sizes) return ok;
-  const fft_plan<T>* const plan =
-      find_plan<T>(points, lanes_for(points, kernels_of<T>(isa::current()).widest_lanes));
-  return plan != nullptr && workspace_of(*plan) != nullptr ? ok : failed;
-}
-
-template <class T> status wide_fft(T* data, index points, bool inverse) noexcept {
+template <class T> status wide_fft(T* x, index points, bool inverse) noexcept {
   const fft_kernels<T>& kernels = kernels_of<T>(isa::current());
   const int bits = std::countr_zero(static_cast<std::uint64_t>(points));
   if (bits < small_sizes) {
-    kernels.small[bits][inverse](data);
+    kernels.small[bits][inverse](x);
     return ok;
   }
-  const fft_plan<T>* const plan = find_plan<T>(points, lanes_for(points, kernels.widest_lanes));
+  const fft_plan<T>* const plan =
+      find_plan<T>(points, lanes_for(points, kernels.widest_lanes), data::complex);
   if (plan == nullptr) return failed;
-  T* const work = workspace_of(*plan);
+  T* const work = scratch<T>.at_least(2 * plan->lanes * plan->stride * plan->radix[0]);
   if (work == nullptr) return failed;
-  kernels.run(*plan, data, work, inverse);
+  kernels.run(*plan, x, work, inverse);
+  return ok;
+}
+
+template <class T> bool has_wide_real_fft(index points) noexcept {
+  return points >= least_real_points && isa::current() != isa::level::baseline;
+}
+
+template <class T> status wide_real_fft(T* x, index points, bool inverse) noexcept {
+  const fft_kernels<T>& kernels = kernels_of<T>(isa::current());
+  const int lanes = lanes_for(points / 2, kernels.widest_lanes);
+  const fft_plan<T>* const plan = find_plan<T>(points, lanes, data::real);
+  if (plan == nullptr) return failed;
+  const index spectrum = inverse ? plan->vectors + 1 : 0;
+  T* const work = scratch<T>.at_least(2 * lanes * (plan->stride * plan->radix[0] + spectrum));
+  if (work == nullptr) return failed;
+  kernels.run_real(*plan, x, work, inverse);
   return ok;
 }
 
@@ -103,7 +110,8 @@ template <class T> status release_wide_fft() noexcept {
 
 template <class T> bool has_wide_fft(index) noexcept { return false; }
 template <class T> status wide_fft(T*, index, bool) noexcept { return failed; }
-template <class T> status prepare_wide_fft(index) noexcept { return failed; }
+template <class T> bool has_wide_real_fft(index) noexcept { return false; }
+template <class T> status wide_real_fft(T*, index, bool) noexcept { return failed; }
 template <class T> status release_wide_fft() noexcept { return ok; }
 
 #endif
@@ -112,8 +120,10 @@ template bool has_wide_fft<double>(index) noexcept;
 template bool has_wide_fft<float>(index) noexcept;
 template status wide_fft(double*, index, bool) noexcept;
 template status wide_fft(float*, index, bool) noexcept;
-template status prepare_wide_fft<double>(index) noexcept;
-template status prepare_wide_fft<float>(index) noexcept;
+template bool has_wide_real_fft<double>(index) noexcept;
+template bool has_wide_real_fft<float>(index) noexcept;
+template status wide_real_fft(double*, index, bool) noexcept;
+template status wide_real_fft(float*, index, bool) noexcept;
 template status release_wide_fft<double>() noexcept;
 template status release_wide_fft<float>() noexcept;
 

@@ -13,8 +13,10 @@ template <class T> bool has_wide_fft(index points) noexcept;
 // untouched.
 template <class T> status wide_fft(T* data, index points, bool inverse) noexcept;
 
-// Builds the tables of a length beforehand.
-template <class T> status prepare_wide_fft(index points) noexcept;
+// The same for real data: `points` reals to points / 2 + 1 pairs, and back from the pairs without a look at
+// the imaginary parts of the two outer ones; data has room for points + 2 scalars.
+template <class T> bool has_wide_real_fft(index points) noexcept;
+template <class T> status wide_real_fft(T* data, index points, bool inverse) noexcept;
 
 // Frees the tables and the scratch memory of one precision.
 template <class T> status release_wide_fft() noexcept;

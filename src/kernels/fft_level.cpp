@@ -1,34 +1,43 @@
 // The table of transforms of one level.
 #include "kernels/fft_kernels.h"
 #include "kernels/fft_passes.h"
+#include "kernels/fft_real.h"
 #include "kernels/fft_small.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
 template <class P>
-void run_plan(const fft_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* scratch,
-              bool inverse) {
+void run_either(const fft_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* scratch,
+                bool inverse) {
   inverse ? run<P, true>(plan, x, scratch) : run<P, false>(plan, x, scratch);
+}
+template <class P>
+void run_either_real(const fft_plan<typename P::scalar>& plan, typename P::scalar* x,
+                     typename P::scalar* scratch, bool inverse) {
+  inverse ? run_real_inverse<P>(plan, x, scratch) : run_real<P>(plan, x, scratch);
 }
 
 #if SIGPAK_VECTOR_BYTES == 64
-void run_double(const fft_plan<double>& plan, double* x, double* scratch, bool inverse) {
-  run_plan<d8>(plan, x, scratch, inverse);
-}
-void run_float(const fft_plan<float>& plan, float* x, float* scratch, bool inverse) {
-  plan.lanes == 8 ? run_plan<f8>(plan, x, scratch, inverse) : run_plan<f16>(plan, x, scratch, inverse);
-}
-using d64 = d8;
+using widest_d = d8;
+using widest_f = f16;
 #else
-void run_double(const fft_plan<double>& plan, double* x, double* scratch, bool inverse) {
-  run_plan<d4>(plan, x, scratch, inverse);
-}
-void run_float(const fft_plan<float>& plan, float* x, float* scratch, bool inverse) {
-  run_plan<f8>(plan, x, scratch, inverse);
-}
-using d64 = d4;
+using widest_d = d4;
+using widest_f = f8;
 #endif
+
+// Plans come with the widest lanes that their length allows.
+template <class Wide, class Narrow, class T>
+void run_lanes(const fft_plan<T>& plan, T* x, T* scratch, bool inverse) {
+  if (plan.lanes == Wide::width) return run_either<Wide>(plan, x, scratch, inverse);
+  run_either<Narrow>(plan, x, scratch, inverse);
+}
+template <class Wide, class Narrow, class Narrowest, class T>
+void run_real_lanes(const fft_plan<T>& plan, T* x, T* scratch, bool inverse) {
+  if (plan.lanes == Wide::width) return run_either_real<Wide>(plan, x, scratch, inverse);
+  if (plan.lanes == Narrow::width) return run_either_real<Narrow>(plan, x, scratch, inverse);
+  run_either_real<Narrowest>(plan, x, scratch, inverse);
+}
 
 }  // namespace
 
@@ -40,8 +49,9 @@ const kernels::fft_kernels<double> double_fft = {
      {},
      {run_small<d4, 4, false>, run_small<d4, 4, true>},
      {run_small<d4, 8, false>, run_small<d4, 8, true>},
-     {run_small<d64, 64 / d64::width, false>, run_small<d64, 64 / d64::width, true>}},
-    run_double};
+     {run_small<widest_d, 64 / widest_d::width, false>, run_small<widest_d, 64 / widest_d::width, true>}},
+    run_lanes<widest_d, widest_d>,
+    run_real_lanes<widest_d, d4, d4>};
 
 const kernels::fft_kernels<float> float_fft = {SIGPAK_VECTOR_BYTES / 4,
                                                {{},
@@ -51,6 +61,7 @@ const kernels::fft_kernels<float> float_fft = {SIGPAK_VECTOR_BYTES / 4,
                                                 {run_small<f4, 4, false>, run_small<f4, 4, true>},
                                                 {run_small<f4, 8, false>, run_small<f4, 8, true>},
                                                 {run_small<f8, 8, false>, run_small<f8, 8, true>}},
-                                               run_float};
+                                               run_lanes<widest_f, f8>,
+                                               run_real_lanes<widest_f, f8, f4>};
 
 }  // namespace sigpak::SIGPAK_LEVEL

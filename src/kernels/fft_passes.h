@@ -23,9 +23,7 @@ template <class P> SIGPAK_INLINE void store_pair(typename P::scalar* s, index ve
 }
 
 // W interleaved points, in the order of point_at.
-template <class P, bool inverse> SIGPAK_INLINE cplx<P> load_points(const typename P::scalar* x) {
-  const P a = load<P>(x);
-  const P b = load<P>(x + P::width);
+template <class P, bool inverse> SIGPAK_INLINE cplx<P> separated(P a, P b) {
   P re, im;
   if constexpr (sizeof(typename P::scalar) == 8) {
     re = low_parts(a, b);
@@ -36,6 +34,9 @@ template <class P, bool inverse> SIGPAK_INLINE cplx<P> load_points(const typenam
   }
   if constexpr (inverse) return {im, re};
   return {re, im};
+}
+template <class P, bool inverse> SIGPAK_INLINE cplx<P> load_points(const typename P::scalar* x) {
+  return separated<P, inverse>(load<P>(x), load<P>(x + P::width));
 }
 template <class P, bool inverse> SIGPAK_INLINE void store_points(typename P::scalar* x, cplx<P> a) {
   const P re = inverse ? a.im : a.re;
@@ -48,22 +49,19 @@ template <class P> SIGPAK_INLINE cplx<P> turned(cplx<P> a, const typename P::sca
   return turned(a, splat<P>(twiddle[0]), splat<P>(twiddle[1]));
 }
 
-// All M vectors of the data, butterflies of R vectors that are M / R apart; each first twiddle is the scale.
-template <class P, int R, bool inverse>
-void first_pass(const fft_plan<typename P::scalar>& plan, const typename P::scalar* x,
-                typename P::scalar* s) {
+// All M vectors, which `source` gives by their place, in butterflies of R that are M / R apart.
+template <class P, int R, bool scaled, class Source>
+void first_pass(const fft_plan<typename P::scalar>& plan, const Source& source, typename P::scalar* s) {
   const index count = plan.vectors / R;
   const index stride = plan.stride;
-  const auto* w = plan.first[inverse];
+  const auto* w = plan.first[!scaled];
   const P scale = splat<P>(w[0]);
   ++w;
   for (index i = 0; i < count; ++i, w += 2 * (R - 1)) {
     cplx<P> a[R];
-    unroll<R>([&](auto j) __attribute__((always_inline)) {
-      a[j] = load_points<P, inverse>(x + 2 * P::width * (i + j * count));
-    });
+    unroll<R>([&](auto j) __attribute__((always_inline)) { a[j] = source(i + j * count); });
     transform(a);
-    if constexpr (!inverse) a[0] = a[0] * scale;
+    if constexpr (scaled) a[0] = a[0] * scale;
     store_pair(s, i, a[0]);
     unroll<R - 1>([&](auto k) __attribute__((always_inline)) {
       store_pair(s, i + (k + 1) * stride, turned(a[k + 1], w + 2 * k));
@@ -95,18 +93,25 @@ template <class P, int R> void leaf_pass(typename P::scalar* s, index length) {
   }
 }
 
-// Lanes and vectors change places; then the rows of y are the lanes l, for a group of W consecutive kb.
-template <class P> SIGPAK_INLINE void lanes_to_rows(cplx<P> (&y)[P::width]) {
+// Lanes and vectors change places.
+template <class P> SIGPAK_INLINE void transpose(cplx<P> (&y)[P::width]) {
   constexpr int W = P::width;
   P re[W], im[W];
   unroll<W>([&](auto p) __attribute__((always_inline)) { re[p] = y[p].re; });
   transpose(re);
   unroll<W>([&](auto p) __attribute__((always_inline)) { im[p] = y[p].im; });
   transpose(im);
-  unroll<W>([&](auto p) __attribute__((always_inline)) {
-    constexpr int l = point_at<typename P::scalar>(p, W);
-    y[l] = {re[p], im[p]};
-  });
+  unroll<W>([&](auto p) __attribute__((always_inline)) { y[p] = {re[p], im[p]}; });
+}
+
+// The same where the lanes are in the order of point_at: row l is then lane l, of a group of W consecutive
+// kb.
+template <class P> SIGPAK_INLINE void lanes_to_rows(cplx<P> (&y)[P::width]) {
+  constexpr int W = P::width;
+  transpose(y);
+  cplx<P> t[W];
+  unroll<W>([&](auto p) __attribute__((always_inline)) { t[point_at<typename P::scalar>(p, W)] = y[p]; });
+  unroll<W>([&](auto l) __attribute__((always_inline)) { y[l] = t[l]; });
 }
 
 // Transposition, twiddles, and the transform over the lanes; natural order out.
@@ -158,42 +163,55 @@ template <class P> void leaf_pass(int radix, typename P::scalar* s, index length
   }
 }
 
-template <class P, bool inverse>
-void first_pass(const fft_plan<typename P::scalar>& plan, const typename P::scalar* x,
-                typename P::scalar* s) {
+template <class P, bool scaled, class Source>
+void first_pass(const fft_plan<typename P::scalar>& plan, const Source& source, typename P::scalar* s) {
   switch (plan.radix[0]) {
     case 4:
-      return first_pass<P, 4, inverse>(plan, x, s);
+      return first_pass<P, 4, scaled>(plan, source, s);
     case 8:
-      return first_pass<P, 8, inverse>(plan, x, s);
+      return first_pass<P, 8, scaled>(plan, source, s);
     default:
-      return first_pass<P, 16, inverse>(plan, x, s);
+      return first_pass<P, 16, scaled>(plan, source, s);
   }
 }
 
 // Blocks that fit the first cache are finished level by level, larger ones block by block.
 inline constexpr index cached_bytes = 24 * 1024;
 
-template <class P>
-void middle_passes(const fft_plan<typename P::scalar>& plan, int pass, typename P::scalar* s, index length) {
+template <class P, class Leaf>
+void middle_passes(const fft_plan<typename P::scalar>& plan, int pass, typename P::scalar* s, index length,
+                   const Leaf& leaf) {
   constexpr index bytes = 2 * P::width * static_cast<index>(sizeof(typename P::scalar));
   const index block = plan.block[pass];
-  if (pass == plan.passes - 1) return leaf_pass<P>(plan.radix[pass], s, length);
+  if (pass == plan.passes - 1) return leaf(s, length);
   for (index i = 0; i < length; i += block) {
     middle_pass<P>(plan.radix[pass], s + 2 * P::width * i, block, plan.twiddles[pass]);
-    if (block * bytes > cached_bytes) middle_passes<P>(plan, pass + 1, s + 2 * P::width * i, block);
+    if (block * bytes > cached_bytes) middle_passes<P>(plan, pass + 1, s + 2 * P::width * i, block, leaf);
   }
-  if (block * bytes <= cached_bytes) middle_passes<P>(plan, pass + 1, s, length);
+  if (block * bytes <= cached_bytes) middle_passes<P>(plan, pass + 1, s, length, leaf);
+}
+
+// All passes but the first, and within the lanes, on what the first left in the blocks of the scratch memory.
+template <class P, class Leaf>
+void all_middle_passes(const fft_plan<typename P::scalar>& plan, typename P::scalar* s, const Leaf& leaf) {
+  if (plan.passes == 1) return;
+  for (int block = 0; block < plan.radix[0]; ++block) {
+    middle_passes<P>(plan, 1, s + 2 * P::width * plan.stride * block, plan.block[1], leaf);
+  }
+}
+template <class P> void all_middle_passes(const fft_plan<typename P::scalar>& plan, typename P::scalar* s) {
+  const int radix = plan.radix[plan.passes - 1];
+  all_middle_passes<P>(plan, s,
+                       [radix](typename P::scalar* at, index length) { leaf_pass<P>(radix, at, length); });
 }
 
 template <class P, bool inverse>
 void run(const fft_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
-  first_pass<P, inverse>(plan, x, s);
-  if (plan.passes > 1) {
-    for (int block = 0; block < plan.radix[0]; ++block) {
-      middle_passes<P>(plan, 1, s + 2 * P::width * plan.stride * block, plan.block[1]);
-    }
-  }
+  first_pass<P, !inverse>(
+      plan,
+      [x](index i) __attribute__((always_inline)) { return load_points<P, inverse>(x + 2 * P::width * i); },
+      s);
+  all_middle_passes<P>(plan, s);
   last_pass<P, inverse>(plan, s, x);
 }
 

@@ -26,6 +26,10 @@ template <class T> struct fft_plan {
   const T* last;                   // vectors of twiddles of the last transform, group by group
   std::ptrdiff_t offset[most_lanes];  // of the vector of kb + p from that of kb, kb a multiple of W
   const std::uint32_t* start;         // place of the vector of kb, for every kb that is a multiple of W
+
+  // Of real transforms only, where the lanes hold M-point transforms of real data, packed into M / 2 vectors:
+  const T* unpack;              // broadcast w_M^k, k < M / 2
+  const std::uint32_t* result;  // by place of a butterfly of the last pass: the number of its first output
 };
 
 // Deinterleaving two vectors of complex points leaves the points of a group in this order, p the place in the

@@ -27,12 +27,30 @@ template <class P, int M, bool inverse> struct small_twiddles {
 };
 template <class P, int M, bool inverse> constinit const small_twiddles<P, M, inverse> twiddles_of{};
 
+template <class P, int M, bool inverse> SIGPAK_INLINE cplx<P> load_small(const typename P::scalar* x) {
+  if constexpr (M == 4 && sizeof(typename P::scalar) == 8) {
+    return separated<P, inverse>(load_pieces(x), load_pieces(x + P::width));
+  } else {
+    return load_points<P, inverse>(x);
+  }
+}
+template <class P, int M, bool inverse> SIGPAK_INLINE void store_small(typename P::scalar* x, cplx<P> a) {
+  if constexpr (M == 4 && sizeof(typename P::scalar) == 8) {
+    const P re = inverse ? a.im : a.re;
+    const P im = inverse ? a.re : a.im;
+    store_pieces(x, low_parts(re, im));
+    store_pieces(x + P::width, high_parts(re, im));
+  } else {
+    store_points<P, inverse>(x, a);
+  }
+}
+
 // N = M W points, M a multiple of W.
 template <class P, int M, bool inverse> void run_small(typename P::scalar* x) {
   using T = typename P::scalar;
   constexpr int W = P::width;
   cplx<P> a[M];
-  unroll<M>([&](auto i) __attribute__((always_inline)) { a[i] = load_points<P, inverse>(x + 2 * W * i); });
+  unroll<M>([&](auto i) __attribute__((always_inline)) { a[i] = load_small<P, M, inverse>(x + 2 * W * i); });
   transform(a);
   unroll<M / W>([&](auto group) __attribute__((always_inline)) {
     cplx<P> y[W];
@@ -45,7 +63,7 @@ template <class P, int M, bool inverse> void run_small(typename P::scalar* x) {
     });
     transform(y);
     unroll<W>([&](auto k) __attribute__((always_inline)) {
-      store_points<P, inverse>(x + 2 * (W * group + k * M), y[k]);
+      store_small<P, M, inverse>(x + 2 * (W * group + k * M), y[k]);
     });
   });
 }

@@ -101,14 +101,43 @@ template <class T> void fill_places(std::uint32_t* start, fft_plan<T>& plan) noe
   }
 }
 
+// The place of an output before the blocks are put apart, backwards: the output at a place.
+template <class T> index output(const fft_plan<T>& plan, index at) noexcept {
+  index out = 0;
+  index weight = 1;
+  for (int pass = 0; pass < plan.passes; ++pass) {
+    const index block = plan.block[pass] / plan.radix[pass];
+    out += at / block * weight;
+    at %= block;
+    weight *= plan.radix[pass];
+  }
+  return out;
+}
+
+template <class T> void fill_unpack(T* out, const fft_plan<T>& plan, const roots& w) noexcept {
+  for (index k = 0; k < plan.vectors; ++k) {
+    const root r = w[k * plan.lanes];
+    *out++ = static_cast<T>(r.c);
+    *out++ = static_cast<T>(r.s);
+  }
+}
+
+template <class T> void fill_results(std::uint32_t* out, const fft_plan<T>& plan) noexcept {
+  for (index at = 0; at < plan.vectors; at += plan.radix[plan.passes - 1]) {
+    *out++ = static_cast<std::uint32_t>(output(plan, at));
+  }
+}
+
 template <class T> struct plan_tables {
+  T* unpack;
+  std::uint32_t* result;
   T* first[2];
   T* passes[most_passes];
   T* last;
   std::uint32_t* start;
 };
 
-template <class T> plan_tables<T> carve(const fft_plan<T>& plan, carver& memory) noexcept {
+template <class T> plan_tables<T> carve(const fft_plan<T>& plan, data kind, carver& memory) noexcept {
   plan_tables<T> tables = {};
   for (T*& table : tables.first) table = memory.take<T>(1 + 2 * broadcasts(plan, 0));
   for (int pass = 1; pass < plan.passes - 1; ++pass) {
@@ -116,15 +145,27 @@ template <class T> plan_tables<T> carve(const fft_plan<T>& plan, carver& memory)
   }
   tables.last = memory.take<T>(2 * (plan.lanes - 1) * plan.vectors);
   tables.start = memory.take<std::uint32_t>(plan.vectors / plan.lanes);
+  if (kind == data::real) {
+    tables.unpack = memory.take<T>(2 * plan.vectors);
+    tables.result = memory.take<std::uint32_t>(plan.vectors / plan.radix[plan.passes - 1]);
+  }
   return tables;
 }
 
-template <class T> void fill(fft_plan<T>& plan, const plan_tables<T>& tables, const roots& w) noexcept {
-  fill_first(tables.first[0], plan, w, T(1) / static_cast<T>(plan.points));
+template <class T>
+void fill(fft_plan<T>& plan, data kind, const plan_tables<T>& tables, const roots& w) noexcept {
+  const T scale = kind == data::real ? T(0.5) : T(1);
+  fill_first(tables.first[0], plan, w, scale / static_cast<T>(plan.points));
   fill_first(tables.first[1], plan, w, T(1));
   for (int pass = 1; pass < plan.passes - 1; ++pass) fill_pass(tables.passes[pass], plan, pass, w, T(1));
   fill_last(tables.last, plan, w);
   fill_places(tables.start, plan);
+  if (kind == data::real) {
+    fill_unpack(tables.unpack, plan, w);
+    fill_results(tables.result, plan);
+  }
+  plan.unpack = tables.unpack;
+  plan.result = tables.result;
   for (int i = 0; i < 2; ++i) plan.first[i] = tables.first[i];
   for (int pass = 0; pass < most_passes; ++pass) plan.twiddles[pass] = tables.passes[pass];
   plan.last = tables.last;
@@ -139,35 +180,35 @@ std::byte* align(std::byte* block) noexcept {
 
 }  // namespace
 
-template <class T> const fft_plan<T>* find_plan(index points, int lanes) noexcept {
-  const index key = points * most_lanes + lanes - 1;
+template <class T> const fft_plan<T>* find_plan(index points, int lanes, data kind) noexcept {
+  const index key = (points * most_lanes + lanes - 1) * 2 + static_cast<int>(kind);
   if (std::byte* const known = plans<T>.find(key); known != nullptr) {
     return reinterpret_cast<const fft_plan<T>*>(align(known));
   }
   fft_plan<T> plan = {};
   plan.points = points;
   plan.lanes = lanes;
-  plan.vectors = points / lanes;
+  plan.vectors = kind == data::real ? points / lanes / 2 : points / lanes;
   choose_radices(plan);
   plan.stride = plan.vectors / plan.radix[0] + (points >= padding_from ? 1 : 0);
   carver needed(nullptr);
   needed.take<fft_plan<T>>(1);
-  carve(plan, needed);
+  carve(plan, kind, needed);
   const roots w(points);
   if (!w.good()) return nullptr;
   std::byte* const block = plans<T>.append(key, needed.taken() + alignment);
   if (block == nullptr) return nullptr;
   carver memory(align(block));
   auto* const kept = memory.take<fft_plan<T>>(1);
-  fill(plan, carve(plan, memory), w);
+  fill(plan, kind, carve(plan, kind, memory), w);
   *kept = plan;
   return kept;
 }
 
 template <class T> void release_plans() noexcept { plans<T>.release(); }
 
-template const fft_plan<double>* find_plan(index, int) noexcept;
-template const fft_plan<float>* find_plan(index, int) noexcept;
+template const fft_plan<double>* find_plan(index, int, data) noexcept;
+template const fft_plan<float>* find_plan(index, int, data) noexcept;
 template void release_plans<double>() noexcept;
 template void release_plans<float>() noexcept;
 

@@ -6,8 +6,12 @@
 
 namespace sigpak::kernels {
 
-// The plan of N = points, N >= lanes^2, both powers of two; kept until the release. Null on failure.
-template <class T> const fft_plan<T>* find_plan(index points, int lanes) noexcept;
+// What a plan is for.
+enum class data : int { complex, real };
+
+// The plan of N = points, both powers of two, N at least lanes^2 and twice that for real data; kept until the
+// release. Null on failure.
+template <class T> const fft_plan<T>* find_plan(index points, int lanes, data kind) noexcept;
 template <class T> void release_plans() noexcept;
 
 }  // namespace sigpak::kernels

@@ -36,6 +36,16 @@ template <class P> SIGPAK_INLINE void store(typename P::scalar* to, P a) {
 // x - 0 is x for every x, signed zeros included, so this is a broadcast and nothing else.
 template <class P> SIGPAK_INLINE P splat(typename P::scalar x) { return {x - typename P::vector{}}; }
 
+// The same in pieces of 16 bytes, which never cross a cache line in memory from malloc: a store that crosses
+// one cannot be forwarded to the load that follows soon after.
+SIGPAK_INLINE pack<double, 4> load_pieces(const double* from) {
+  return {_mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadu_pd(from)), _mm_loadu_pd(from + 2), 1)};
+}
+SIGPAK_INLINE void store_pieces(double* to, pack<double, 4> a) {
+  _mm_storeu_pd(to, _mm256_castpd256_pd128(a.v));
+  _mm_storeu_pd(to + 2, _mm256_extractf128_pd(a.v, 1));
+}
+
 template <class T, int W> SIGPAK_INLINE pack<T, W> operator+(pack<T, W> a, pack<T, W> b) {
   return {a.v + b.v};
 }
@@ -94,6 +104,14 @@ SIGPAK_INLINE void transpose_blocks(f8& a, f8& b) {
   a = low;
 }
 
+// Complex points, interleaved, in the opposite order.
+SIGPAK_INLINE d2 backwards(d2 a) { return a; }
+SIGPAK_INLINE f4 backwards(f4 a) { return {_mm_shuffle_ps(a.v, a.v, 0x4e)}; }
+SIGPAK_INLINE d4 backwards(d4 a) { return {_mm256_permute2f128_pd(a.v, a.v, 0x01)}; }
+SIGPAK_INLINE f8 backwards(f8 a) {
+  return {_mm256_castpd_ps(_mm256_permute4x64_pd(_mm256_castps_pd(a.v), 0x1b))};
+}
+
 #if SIGPAK_VECTOR_BYTES == 64
 
 using d8 = pack<double, 8>;
@@ -110,6 +128,12 @@ SIGPAK_INLINE f16 low_parts(f16 a, f16 b) { return {_mm512_unpacklo_ps(a.v, b.v)
 SIGPAK_INLINE d8 high_parts(d8 a, d8 b) { return {_mm512_unpackhi_pd(a.v, b.v)}; }
 SIGPAK_INLINE f16 high_parts(f16 a, f16 b) { return {_mm512_unpackhi_ps(a.v, b.v)}; }
 template <int choice> SIGPAK_INLINE f16 choose(f16 a, f16 b) { return {_mm512_shuffle_ps(a.v, b.v, choice)}; }
+
+SIGPAK_INLINE d8 backwards(d8 a) { return {_mm512_shuffle_f64x2(a.v, a.v, 0x1b)}; }
+SIGPAK_INLINE f16 backwards(f16 a) {
+  const __m512i order = _mm512_setr_epi64(7, 6, 5, 4, 3, 2, 1, 0);
+  return {_mm512_castpd_ps(_mm512_permutexvar_pd(order, _mm512_castps_pd(a.v)))};
+}
 
 SIGPAK_INLINE void transpose_blocks(d8& a, d8& b, d8& c, d8& d) {
   const __m512d ab_low = _mm512_shuffle_f64x2(a.v, b.v, 0x44);

@@ -10,9 +10,6 @@ namespace sigpak {
 // data are touched: a failure leaves them as they were.
 template <class T> status transform(T* data, index points, bool inverse) noexcept;
 
-// Builds what `transform` needs, which then cannot fail.
-template <class T> status prepare_transform(index points, bool inverse) noexcept;
-
 // In place: `points` reals to the points / 2 + 1 pairs of their half spectrum, and back from the pairs to the
 // reals, which ignores the imaginary parts of the two outer bins. points a power of two, at least 4; data has
 // room for points + 2 scalars. Scaling and failure as above.

@@ -3,8 +3,9 @@
 //
 // J. W. Cooley, P. A. W. Lewis, P. D. Welch, "The fast Fourier transform algorithm: programming
 // considerations in the calculation of sine, cosine and Laplace transforms", J. Sound Vib. 12 (1970).
+#include "kernels/fft.h"
 #include "spectral/kernel.h"
-#include "spectral/tables.h"
+#include "spectral/split_radix.h"
 
 namespace sigpak {
 namespace {
@@ -65,17 +66,29 @@ template <class T> void pack(T* x, index h, const T* groups) noexcept {
 }  // namespace
 
 template <class T> status forward_real(T* data, index points) noexcept {
+  if (kernels::has_wide_real_fft<T>(points)) {
+    own_twiddle_cache<T>();
+    return kernels::wide_real_fft(data, points, false);
+  }
+  split_radix<T> packed;
   const T* const groups = twiddles<T>(points);
-  if (groups == nullptr || transform(data, points / 2, false) != ok) return failed;
+  if (groups == nullptr || packed.prepare(points / 2, false) != ok) return failed;
+  packed.run(data);
   unpack(data, points / 2, groups);
   return ok;
 }
 
 template <class T> status inverse_real(T* data, index points) noexcept {
+  if (kernels::has_wide_real_fft<T>(points)) {
+    own_twiddle_cache<T>();
+    return kernels::wide_real_fft(data, points, true);
+  }
+  split_radix<T> packed;
   const T* const groups = twiddles<T>(points);
-  if (groups == nullptr || prepare_transform<T>(points / 2, true) != ok) return failed;
+  if (groups == nullptr || packed.prepare(points / 2, true) != ok) return failed;
   pack(data, points / 2, groups);
-  return transform(data, points / 2, true);
+  packed.run(data);
+  return ok;
 }
 
 template status forward_real(double*, index) noexcept;

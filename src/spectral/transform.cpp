@@ -5,15 +5,6 @@
 
 namespace sigpak {
 
-template <class T> status prepare_transform(index points, bool inverse) noexcept {
-  if (kernels::has_wide_fft<T>(points)) {
-    own_twiddle_cache<T>();
-    return kernels::prepare_wide_fft<T>(points);
-  }
-  split_radix<T> plan;
-  return plan.prepare(points, inverse);
-}
-
 template <class T> status transform(T* data, index points, bool inverse) noexcept {
   if (kernels::has_wide_fft<T>(points)) {
     own_twiddle_cache<T>();
@@ -25,8 +16,6 @@ template <class T> status transform(T* data, index points, bool inverse) noexcep
   return ok;
 }
 
-template status prepare_transform<double>(index, bool) noexcept;
-template status prepare_transform<float>(index, bool) noexcept;
 template status transform(double*, index, bool) noexcept;
 template status transform(float*, index, bool) noexcept;
 

@@ -48,6 +48,39 @@ TYPED_TEST(WideFft, FollowsTheDefinition) {
   }
 }
 
+template <record V> samples<V> wide_real(const samples<V>& in, index n, bool inverse, index offset) {
+  samples<V> padded(static_cast<std::size_t>(offset + n + 3), scalar<V>(42));
+  const auto first = padded.begin() + offset;
+  std::copy(in.begin(), in.end(), first);
+  EXPECT_EQ(kernels::wide_real_fft(padded.data() + offset, n, inverse), ok);
+  for (auto at = padded.begin(); at != first; ++at) EXPECT_EQ(*at, 42);
+  EXPECT_EQ(padded.back(), 42) << "nothing is written outside the data";
+  return {first, first + (inverse ? n : n + 2)};
+}
+
+TYPED_TEST(WideFft, RealDataGiveTheirHalfSpectrumAndComeBack) {
+  using V = TypeParam;
+  for (index n = 16; n <= longest; n *= 2) {
+    if (!kernels::has_wide_real_fft<scalar<V>>(n)) continue;
+    const auto in = noise<V>(n, static_cast<unsigned>(n));
+    auto wanted = exact_transform(exact_points<V>(signal<V>(in)), false);
+    wanted.resize(static_cast<std::size_t>(n / 2 + 1));
+    auto half = wide_real<V>(in, n, false, 0);
+    EXPECT_LT(transform_error<V>(signal<V>(half, true), wanted, n), error_limit) << n;
+    EXPECT_EQ(half[1], 0);
+    EXPECT_EQ(half.back(), 0);
+    half[1] = half.back() = 7;  // which the way back ignores
+    const auto back = wide_real<V>(half, n, true, 0);
+    EXPECT_LT(relative_l2(back, in), 8 * unit_roundoff<V>) << n;
+    for (const index offset : {1, 2, 3, 5}) {
+      EXPECT_EQ(wide_real<V>(half, n, true, offset), back) << n;
+      ASSERT_EQ(kernels::release_wide_fft<scalar<V>>(), ok);
+      half[1] = half.back() = 0;
+      EXPECT_EQ(wide_real<V>(in, n, false, offset), half) << n;
+    }
+  }
+}
+
 TYPED_TEST(WideFft, AgreesWithTheSplitRadixTransform) {
   using V = TypeParam;
   using T = scalar<V>;
