@@ -674,6 +674,54 @@ SIGPAK_API int32_t dspfs_median(const dspf_vec *v, dspf_vec *result);
 
 /* ---- Polynomials and roots ------------------------------------------------------------------------------------ */
 
+/* A polynomial is a real record of its coefficients a[0] + a[1] x + a[2] x^2 + ..., the constant term first; a complex
+   one is refused. All computation is in double, in single precision too. */
+
+/* result = p(x), real, by Horner's rule; 0 for an empty polynomial. */
+SIGPAK_API int32_t dsps_peval (const dsp_vec  *p, dsp_vec  *result, double x);
+SIGPAK_API int32_t dspfs_peval(const dspf_vec *p, dspf_vec *result, float  x);
+
+/* result = the roots of a polynomial of up to six coefficients, in closed form but for one root of the fifth degree,
+   which is searched for (see dsps_psolve). Leading coefficients that are exactly 0 do not count; a constant has no
+   roots. Real when all roots are; otherwise complex, conjugates side by side, negative imaginary part first. Order:
+     degree 2  the smaller real root first
+     degree 3  one real root: that, then the pair; three: the smallest, the middle one, the largest, by Cardano's
+               method, which loses digits where roots lie close together
+     degree 4  Ferrari's method: the roots of one real quadratic factor, then of the other
+     degree 5  ascending when all are real; otherwise as degree 4, with the real root before a leading pair, or at its
+               place among two leading real roots
+   p       more than six coefficients are refused
+   result  may be p; its delta is then 1 */
+SIGPAK_API int32_t dsps_proots (const dsp_vec  *p, dsp_vec  *result);
+SIGPAK_API int32_t dspfs_proots(const dspf_vec *p, dspf_vec *result);
+
+/* result = one real root, searched for from guess by Laguerre's iteration, and by Newton's when that fails, between
+   Lagrange's bounds of the real roots; also from the middle of the bounds and from both. -1 when nothing converges to
+   a point where |p(x)| is within the rounding errors of its evaluation; result is then the last point.
+   result  may be p; its delta is then 1 */
+SIGPAK_API int32_t dsps_psolve (const dsp_vec  *p, dsp_vec  *result, double guess);
+SIGPAK_API int32_t dspfs_psolve(const dspf_vec *p, dspf_vec *result, float  guess);
+
+/* result = one root, searched for from the point (re, im) by Laguerre's iteration and polished by Newton's; from
+   three other points when that fails. Complex when the imaginary part is significant, otherwise real. -1 and (0, 0)
+   when nothing converges to a point where |p(z)| is within the rounding errors of its evaluation.
+   result  may be p; its delta is then 1 */
+SIGPAK_API int32_t dsps_pcsolve (const dsp_vec  *p, dsp_vec  *result, double re, double im);
+SIGPAK_API int32_t dspfs_pcsolve(const dspf_vec *p, dspf_vec *result, float  re, float  im);
+
+/* The polynomial becomes the list of its roots, complex, as many as its degree, in the order of dspi_sort, with the
+   delta 1; empty when its degree is 0. Roots are searched for as dsps_pcsolve does, from 0, and divided out one after
+   the other, a pair of conjugates at a time; leading coefficients of 0 do not count. -1 when a search does not
+   converge, and the record stays. Coefficients that are known to an error e give roots that are the exact ones of
+   coefficients changed by a few times e, and the more uncertain the closer they lie. */
+SIGPAK_API int32_t dspi_proots (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_proots(dspf_vec *v);
+
+/* The list of roots becomes the monic polynomial (x - r[0]) (x - r[1]) ..., one point more; complex when the list
+   is. An empty list gives 1. */
+SIGPAK_API int32_t dspi_pztoc (dsp_vec  *v);
+SIGPAK_API int32_t dspfi_pztoc(dspf_vec *v);
+
 /* Half a spectrum becomes the whole: after the points 0 .. n - 1 come their mirror images, conjugated when the
    record is complex: x[n - 2], x[n - 3], ... x[1], of length 2 (n - 1) in all; nothing is done below 3 points. */
 SIGPAK_API int32_t dspi_recon (dsp_vec  *v);

@@ -1,4 +1,5 @@
-// A value near the middle of the data: sums of deviations from it lose far fewer digits than sums of the data.
+// A value near the middle of the data: sums of deviations from it lose far fewer digits than sums of the
+// data.
 #pragma once
 
 #include "core/record.h"

@@ -1,7 +1,7 @@
 // Variance, standard deviation, skewness and excess kurtosis.
 //
-// One pass over the deviations from a centre near the data: T. F. Chan, G. H. Golub, R. J. LeVeque, Algorithms
-// for computing the sample variance, The American Statistician 37 (1983).
+// One pass over the deviations from a centre near the data: T. F. Chan, G. H. Golub, R. J. LeVeque,
+// Algorithms for computing the sample variance, The American Statistician 37 (1983).
 #include <cmath>
 
 #include "stats/block_sums.h"

@@ -36,16 +36,19 @@ template <record V> pair_sums sum_record(const V* v) noexcept {
   if (points == 0) return {};
   if (is_complex(v)) {
     return sum_pairs<T>(points, wide(centre(data, points, 2)), wide(centre(data + 1, points, 2)),
-                        [data](index i) { return sums<2>{wide(data[2 * i]), wide(data[2 * i + 1])}; });
+                        [data](index i) {
+                          return sums<2>{wide(data[2 * i]), wide(data[2 * i + 1])};
+                        });
   }
   const double step = v->delta != 0 ? wide(v->delta) : 1.0;
-  return sum_pairs<T>(
-      points, static_cast<double>(points - 1) * step * 0.5, wide(centre(data, points, 1)),
-      [data, step](index i) { return sums<2>{static_cast<double>(i) * step, wide(data[i])}; });
+  return sum_pairs<T>(points, static_cast<double>(points - 1) * step * 0.5, wide(centre(data, points, 1)),
+                      [data, step](index i) {
+                        return sums<2>{static_cast<double>(i) * step, wide(data[i])};
+                      });
 }
 
-// Mean square less squared mean, of deviations from a centre that is the mean of three of the values or of all:
-// a true variance is then at least 1.5 mean^2 / n, and less, or negative, is rounding.
+// Mean square less squared mean, of deviations from a centre that is the mean of three of the values or of
+// all: a true variance is then at least 1.5 mean^2 / n, and less, or negative, is rounding.
 double spread(double mean_square, double mean, double n) noexcept {
   const double variance = mean_square - mean * mean;
   return variance <= mean * mean / n ? 0.0 : variance;
