@@ -4,6 +4,7 @@
 
 #include "elementwise/elementwise.h"
 #include "elementwise/pack.h"
+#include "kernels/elementary.h"
 
 namespace sigpak {
 namespace {
@@ -40,7 +41,12 @@ template <record V> status take_phase(V* v) noexcept { return turn_real(v, phase
 template <record V> status to_polar(V* v) noexcept { return turn_complex(v, polar_of{}); }
 
 template <record V> status to_rectangular(V* v) noexcept {
-  if (is_complex(v)) map_points(v->data, v->data, length(v), rectangular_of{});
+  if (!is_complex(v)) return ok;
+  if (const auto* wide = kernels::circular<scalar<V>>()) {
+    wide->rectangular(v->data, length(v));
+  } else {
+    map_points(v->data, v->data, length(v), rectangular_of{});
+  }
   return ok;
 }
 

@@ -3,19 +3,23 @@
 
 #include "elementwise/in_place.h"
 #include "elementwise/sine_parts.h"
+#include "kernels/elementary.h"
 
 namespace sigpak {
 namespace {
 
 template <class T> void sine(T* x, index n) noexcept {
+  if (const auto* wide = kernels::circular<T>()) return wide->sine(x, n);
   map(x, n, [](double u) { return std::sin(u); });
 }
 
 template <class T> void cosine(T* x, index n) noexcept {
+  if (const auto* wide = kernels::circular<T>()) return wide->cosine(x, n);
   map(x, n, [](double u) { return std::cos(u); });
 }
 
 template <class T> void tangent(T* x, index n) noexcept {
+  if (const auto* wide = kernels::circular<T>()) return wide->tangent(x, n);
   map(x, n, [](double u) { return std::tan(u); });
 }
 
@@ -32,6 +36,7 @@ template <class T> double unnormalised_sinc(double x) noexcept {
 }
 
 template <class T> void sine_quotient(T* x, index n) noexcept {
+  if (const auto* wide = kernels::circular<T>()) return wide->sine_quotient(x, n);
   map(x, n, [](double u) { return unnormalised_sinc<T>(u); });
 }
 

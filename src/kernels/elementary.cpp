@@ -1,0 +1,32 @@
+// The tables of the level that runs.
+#include "kernels/elementary.h"
+
+namespace sigpak::kernels {
+namespace {
+
+template <class Table> const Table* choose(const Table* avx2, const Table* avx512) noexcept {
+  switch (isa::current()) {
+    case isa::level::avx512:
+      return avx512;
+    case isa::level::avx2:
+      return avx2;
+    default:
+      return nullptr;
+  }
+}
+
+}  // namespace
+
+#if SIGPAK_WIDE_LEVELS
+template <> const circular_functions<double>* circular() noexcept {
+  return choose(&avx2::circular_double, &avx512::circular_double);
+}
+template <> const circular_functions<float>* circular() noexcept {
+  return choose(&avx2::circular_float, &avx512::circular_float);
+}
+#else
+template <> const circular_functions<double>* circular() noexcept { return nullptr; }
+template <> const circular_functions<float>* circular() noexcept { return nullptr; }
+#endif
+
+}  // namespace sigpak::kernels

@@ -1,0 +1,11 @@
+// The elementary functions at the wide levels; null where the library runs at the baseline.
+#pragma once
+
+#include "core/isa.h"
+#include "kernels/elementary_tables.h"
+
+namespace sigpak::kernels {
+
+template <class T> const circular_functions<T>* circular() noexcept;
+
+}  // namespace sigpak::kernels

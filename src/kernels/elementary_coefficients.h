@@ -1,0 +1,81 @@
+// Coefficients of the elementary functions, highest first, fitted by scripts/elementary-fits.sollya; the
+// bound beside each is the relative error of the function that it gives.
+#pragma once
+
+namespace sigpak::SIGPAK_LEVEL {
+namespace {
+
+// |x| <= pi/4: sin x = x + x z S(z), z = x^2; 2^-56
+constexpr double sine_terms[] = {0x1.5e0f5b038162cp-33,  -0x1.ae601abfcaec3p-26, 0x1.71de37abab66fp-19,
+                                 -0x1.a01a019e9c7bbp-13, 0x1.1111111110c71p-7,   -0x1.5555555555555p-3};
+
+// |x| <= pi/4: cos x = 1 - z / 2 + z^2 C(z); 2^-61
+constexpr double cosine_terms[] = {-0x1.90723be93fac3p-37, 0x1.1eeb5614f1114p-29,  -0x1.27e4fa01485d2p-22,
+                                   0x1.a01a019f3712bp-16,  -0x1.6c16c16c168c6p-10, 0x1.5555555555555p-5};
+
+// |x| <= pi/2: sin x = x + x z S(z); 2^-51
+constexpr double sine_single_terms[] = {
+    -0x1.a0f3dd4ce1944p-41, 0x1.60f655251eda3p-33, -0x1.ae63baaa48569p-26, 0x1.71de39460148ap-19,
+    -0x1.a01a019e567fbp-13, 0x1.111111110ff63p-7,  -0x1.555555555554ep-3};
+
+// |x| <= pi/4; 2^-46
+constexpr double sine_quarter_single_terms[] = {-0x1.aa24b5f227855p-26, 0x1.71d9a1a010508p-19,
+                                                -0x1.a019fd8f563bep-13, 0x1.1111110fce70fp-7,
+                                                -0x1.5555555555153p-3};
+
+// |x| <= pi/4; 2^-50
+constexpr double cosine_quarter_single_terms[] = {0x1.1c7ffb148c55cp-29, -0x1.27e25b420617p-22,
+                                                  0x1.a019ff4df8c7dp-16, -0x1.6c16c16b5ec4cp-10,
+                                                  0x1.5555555555431p-5};
+
+// |x| <= ln 2 / 16: e^x = 1 + x + x^2 E(x); 2^-56
+constexpr double exponential_terms[] = {0x1.a01b607a921fep-13, 0x1.6c1b728fabcf4p-10, 0x1.11111114cce55p-7,
+                                        0x1.5555554e91219p-5,  0x1.555555555549ap-3,  0x1.000000000002ep-1};
+
+// the same; 2^-48
+constexpr double exponential_single_terms[] = {0x1.6c180fa6b364ap-10, 0x1.1114fa9d7f4dep-7,
+                                               0x1.5555555b9a9c2p-5, 0x1.5555554dccd67p-3,
+                                               0x1.ffffffffffecbp-2};
+
+// ln(1 + f) = 2 s + s z L(z), s = f / (2 + f), z = s^2, 1 + f in [sqrt(1/2), sqrt 2]; 2^-58
+constexpr double logarithm_terms[] = {0x1.2b5abd7efaac3p-3, 0x1.39fe311fa9809p-3, 0x1.7462b5e9116a8p-3,
+                                      0x1.c71c62e251b08p-3, 0x1.2492492df1d4cp-2, 0x1.999999999530cp-2,
+                                      0x1.5555555555558p-1};
+
+// the same; 2^-50
+constexpr double logarithm_single_terms[] = {0x1.546ef7e74ed35p-3, 0x1.738285ac98e3bp-3,
+                                             0x1.c71fcefbc127ep-3, 0x1.2492462832c3ep-2,
+                                             0x1.9999999b89092p-2, 0x1.55555555553b5p-1};
+
+// |t| <= tan(pi/8): atan t = t + t z A(z), z = t^2; 2^-57
+constexpr double arctangent_terms[] = {-0x1.3ad31d6e67221p-6, 0x1.41ab2dc6f1894p-5,  -0x1.a0b56759de27dp-5,
+                                       0x1.dfec3d6344216p-5,  -0x1.10fadb6b230bfp-4, 0x1.3b126b3b6c084p-4,
+                                       -0x1.745d0b947905dp-4, 0x1.c71c71888b0cdp-4,  -0x1.249249243d2dep-3,
+                                       0x1.9999999999426p-3,  -0x1.5555555555555p-2};
+
+// the same; 2^-48
+constexpr double arctangent_single_terms[] = {
+    -0x1.be73f88e3c841p-6, 0x1.a786b503b37d5p-5,  -0x1.0c56bde975373p-4,
+    0x1.3a9e1ea17d0a5p-4,  -0x1.7456491a94192p-4, 0x1.c71c38aa281bep-4,
+    -0x1.249248abe2d03p-3, 0x1.99999998d47fdp-3,  -0x1.55555555553acp-2};
+
+// |t| <= 1/2: asin t = t + t z A(z), z = t^2; 2^-58
+constexpr double arcsine_terms[] = {0x1.da67239b4f9dfp-6, -0x1.f07d5fcb7a0f8p-7, 0x1.205de9daa89b4p-6,
+                                    0x1.60a48f48e715dp-8, 0x1.52df0b1422609p-7,  0x1.780cd84b0090ep-7,
+                                    0x1.c9d1cec712103p-7, 0x1.1c4d1bfa15fd1p-6,  0x1.6e8bb2fe208p-6,
+                                    0x1.f1c71c14da185p-6, 0x1.6db6db6e4397bp-5,  0x1.3333333332dcdp-4,
+                                    0x1.5555555555556p-3};
+
+// the same; 2^-46
+constexpr double arcsine_single_terms[] = {0x1.cb1170cda919cp-6, -0x1.91d0e38faea26p-9, 0x1.01cad04327261p-6,
+                                           0x1.afa854de0dbb3p-7, 0x1.1dcc036a6e3abp-6,  0x1.6e714c98d9943p-6,
+                                           0x1.f1c825fe7de2fp-6, 0x1.6db6d8c946cabp-5,  0x1.33333335cd373p-4,
+                                           0x1.5555555554e96p-3};
+
+// |x| <= 1: sinh x = x + x z S(z); 2^-60
+constexpr double sinh_terms[] = {0x1.b2502d89eacf4p-41, 0x1.612265e4b9794p-33, 0x1.ae6452c7cecbep-26,
+                                 0x1.71de3a5f0db9dp-19, 0x1.a01a01a00b33ep-13, 0x1.111111111119ap-7,
+                                 0x1.5555555555555p-3};
+
+}  // namespace
+}  // namespace sigpak::SIGPAK_LEVEL

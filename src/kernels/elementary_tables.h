@@ -1,0 +1,30 @@
+// What the elementary functions of a level offer: arrays in place, with the limits of the element-wise
+// operations folded in.
+#pragma once
+
+#include <cstddef>
+
+namespace sigpak::kernels {
+
+template <class T> using unary = void (*)(T* x, std::ptrdiff_t n);
+
+template <class T> struct circular_functions {
+  unary<T> sine;
+  unary<T> cosine;
+  unary<T> tangent;
+  unary<T> sine_quotient;
+  unary<T> rectangular;  // points (magnitude, phase) to (re, im)
+};
+
+}  // namespace sigpak::kernels
+
+namespace sigpak {
+namespace avx2 {
+extern const kernels::circular_functions<double> circular_double;
+extern const kernels::circular_functions<float> circular_float;
+}  // namespace avx2
+namespace avx512 {
+extern const kernels::circular_functions<double> circular_double;
+extern const kernels::circular_functions<float> circular_float;
+}  // namespace avx512
+}  // namespace sigpak
