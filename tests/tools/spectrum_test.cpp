@@ -1,0 +1,170 @@
+// The lines that the program finds: in every form of file, under every window, at every frequency.
+#include <gtest/gtest.h>
+#include <sigpak.h>
+#include <sndfile.h>
+
+#include <cmath>
+#include <numbers>
+#include <random>
+
+#include "tools/program.h"
+
+using namespace program;
+
+namespace {
+
+constexpr double pi = std::numbers::pi;
+
+waveform sine(double amplitude, double frequency, double rate, double phase = 0.3, double offset = 0) {
+  return [=](int i) { return offset + amplitude * std::sin(2 * pi * frequency / rate * i + phase); };
+}
+
+// One line, where the sine is and as high.
+void expect_sine(const result& r, double frequency, double amplitude, double resolution, double tolerance) {
+  ASSERT_EQ(r.status, 0) << r.err;
+  const auto lines = lines_of(r.out);
+  ASSERT_EQ(lines.size(), 1U) << r.out;
+  EXPECT_NEAR(lines[0].frequency, frequency, 0.01 * resolution) << r.out;
+  EXPECT_NEAR(lines[0].amplitude, amplitude, tolerance * amplitude) << r.out;
+  EXPECT_NEAR(lines[0].level, 20 * std::log10(amplitude), 8.7 * tolerance + 0.006);
+}
+
+}  // namespace
+
+TEST(Spectrum, EveryFormOfFile) {
+  constexpr double rate = 8000;
+  const auto x = samples(sine(0.5, 1234.5, rate), 30000);
+  std::string timed = "\"time in s\";\"value, in V\"\n";
+  std::string table = "# t a b\nt a b\n\n";
+  for (int i = 0; i < 30000; ++i) {
+    std::string value = std::to_string(x[static_cast<std::size_t>(i)]);
+    table += std::to_string(i / rate) + "\t7  " + value + " # remark\r\n";
+    value.replace(value.find('.'), 1, ",");
+    timed += std::to_string(5 + i / rate) + "; " + value + ";\n";
+  }
+  const auto pair = [&x](bool swap) {
+    const waveform wanted = [&x](int i) { return x[static_cast<std::size_t>(i)]; };
+    const waveform other = sine(0.3, 100, rate);
+    return swap ? std::vector{other, wanted} : std::vector{wanted, other};
+  };
+  struct {
+    std::string name;
+    std::string options;
+  } const files[] = {
+      {write_vector("binary", x, 1 / rate, 0), ""},
+      {write_vector("floats", x, 1 / rate, 0, false, true), ""},
+      {write_vector("ascii", x, 1 / rate, 1), ""},
+      {write_file("column", column(x)), "--rate 8000"},
+      {write_file("timed.csv", timed), ""},
+      {write_file("table", table), "-c 2"},
+      {write_sound("mono.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 8000, 30000, {pair(false)[0]}), ""},
+      {write_sound("float.wav", SF_FORMAT_WAV | SF_FORMAT_FLOAT, 8000, 30000, pair(true)), "--channel 2"},
+      {write_sound("stereo.flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_24, 8000, 30000, pair(false)), ""},
+  };
+  for (const auto& f : files) {
+    SCOPED_TRACE(f.name);
+    const std::string common = " -n 1 " + f.options;
+    expect_sine(run("spectrum " + f.name + common), 1234.5, 0.5, rate / 8192, 5e-4);
+    expect_sine(run("spectrum - " + common + " <" + f.name), 1234.5, 0.5, rate / 8192, 5e-4);
+    expect_sine(run("spectrum - " + common + " -s 4096 -w lowleak <" + f.name), 1234.5, 0.5, rate / 4096,
+                5e-4);
+  }
+}
+
+TEST(Spectrum, EveryWindowAtAnyFrequency) {
+  std::mt19937 engine(3);
+  for (int window = DSP_WINDOW_UNIFORM; window <= DSP_WINDOW_P601; ++window) {
+    char name[32];
+    ASSERT_EQ(dsp_window_to_str(window, name, sizeof name), 0);
+    for (int i = 0; i < 3; ++i) {
+      const double frequency = 100 + 300 * static_cast<double>(engine()) / 4294967296.0;
+      const double amplitude = 0.01 + static_cast<double>(engine()) / 4294967296.0;
+      SCOPED_TRACE(std::string(name) + " at " + std::to_string(frequency));
+      const auto file = write_vector("sine", samples(sine(amplitude, frequency, 1000), 5000), 1e-3, 0);
+      expect_sine(run("spectrum -s 1024 -n 1 " + file + " -w " + name), frequency, amplitude, 1000.0 / 1024,
+                  2e-3);
+    }
+  }
+}
+
+TEST(Spectrum, TheMeanIsNoLineAndLeakageNeither) {
+  const waveform two = [](int i) { return sine(2, 130.3, 1000, 1, -7)(i) + sine(0.5, 317.77, 1000)(i); };
+  const auto file = write_vector("two", samples(two, 20000), 1e-3, 0);
+  for (const char* window : {"Hann", "Uniform", "Bartlett", "DSP_WINDOW_FLATTOP", "p310"}) {
+    const auto r = run("spectrum -n 50 " + file + " -w " + window);
+    const auto lines = lines_of(r.out);
+    ASSERT_EQ(lines.size(), 2U) << r.out;
+    EXPECT_NEAR(lines[0].frequency, 130.3, 2e-3);
+    EXPECT_NEAR(lines[0].amplitude, 2, 0.01);
+    EXPECT_NEAR(lines[1].frequency, 317.77, 2e-3);
+    EXPECT_NEAR(lines[1].amplitude, 0.5, 0.01);
+    EXPECT_NEAR(number_after(r.out, "\nmean "), -7, 2e-3);
+  }
+  const auto constant = run("spectrum " + write_file("constant", column(std::vector<double>(100, 4.0))));
+  EXPECT_EQ(constant.status, 0);
+  EXPECT_NE(constant.out.find("no lines"), std::string::npos) << constant.out;
+  EXPECT_EQ(number_after(constant.out, "\nmean "), 4);
+}
+
+TEST(Spectrum, ShortSignalsAreTakenWhole) {
+  for (const int count : {64, 100, 127, 1000, 8191}) {
+    const auto file = write_vector("short", samples(sine(1, 20.2, 64), count), 1.0 / 64, 0);
+    const auto r = run("spectrum -n 1 " + file);
+    EXPECT_NE(r.out.find("one segment of " + std::to_string(count) + " samples"), std::string::npos) << r.out;
+    expect_sine(r, 20.2, 1, 64.0 / count, 2e-3);
+  }
+}
+
+TEST(Spectrum, SegmentsOverlapByHalf) {
+  struct {
+    int count;
+    int segment;
+    const char* text;
+  } const cases[] = {{8192, 8192, "one segment of 8192"}, {12287, 8192, "one segment of 8192"},
+                     {12288, 8192, "2 segments of 8192"}, {16384, 8192, "3 segments of 8192"},
+                     {100, 33, "4 segments of 33"},       {101, 33, "5 segments of 33"}};
+  for (const auto& c : cases) {
+    const auto file = write_vector("count", samples(sine(1, 0.2, 1), c.count), 1, 0);
+    const auto r = run("spectrum " + file + " -s " + std::to_string(c.segment));
+    EXPECT_NE(r.out.find(c.text), std::string::npos) << c.count << ": " << r.out;
+    EXPECT_EQ(number_after(r.out, "vector, "), c.count);
+  }
+}
+
+TEST(Spectrum, NoisePowerIsAveraged) {
+  // Uniform noise of variance 1/12 in N/2 bins of a resolution: each line of the plot scatters around
+  // sqrt(4 * (1/12) * 1.5 / N), and the strongest of many averaged ones stays close to that.
+  std::mt19937 engine(1);
+  const waveform noise = [&engine](int) { return static_cast<double>(engine()) / 4294967296.0; };
+  const auto r = run("spectrum -n 1 -s 256 " + write_vector("noise", samples(noise, 200'000), 1, 0));
+  const auto lines = lines_of(r.out);
+  ASSERT_EQ(lines.size(), 1U) << r.out;
+  const double expected = std::sqrt(4.0 / 12 * 1.5 / 256);
+  EXPECT_GT(lines[0].amplitude, expected);
+  EXPECT_LT(lines[0].amplitude, 1.15 * expected);
+}
+
+TEST(Spectrum, HalfTheRateIsALineOfItsOwn) {
+  const waveform alternating = [](int i) { return i % 2 == 0 ? 0.75 : -0.75; };
+  expect_sine(run("spectrum -n 1 " + write_vector("nyquist", samples(alternating, 9000), 0.5, 0)), 1, 0.75,
+              1e-3, 1e-4);
+}
+
+TEST(Spectrum, ComplexVectorsHaveNegativeFrequencies) {
+  std::vector<double> pairs;
+  for (int i = 0; i < 9000; ++i) {
+    const double a = -2 * pi * 0.1234 * i;
+    pairs.push_back(3 * std::cos(a));
+    pairs.push_back(3 * std::sin(a));
+  }
+  const auto file = write_vector("complex", pairs, 1, 1, true);
+  expect_sine(run("spectrum -n 1 " + file), -0.1234, 3, 1.0 / 8192, 5e-4);
+}
+
+TEST(Spectrum, WithoutARateFrequenciesAreCyclesPerSample) {
+  const auto file = write_file("plain", column(samples(sine(1, 0.125, 1), 1000)));
+  const auto r = run("spectrum -n 1 " + file);
+  EXPECT_NE(r.out.find("cycles per sample"), std::string::npos);
+  EXPECT_EQ(r.out.find("Hz"), std::string::npos) << r.out;
+  expect_sine(r, 0.125, 1, 1e-3, 1e-3);
+}

@@ -1,0 +1,103 @@
+// The strongest lines of a spectrum, placed between its points.
+#include <algorithm>
+#include <cmath>
+
+#include "analysis.h"
+
+namespace tool {
+namespace {
+
+// What is weaker than this part of the strongest line's power is rounding.
+constexpr double range = 1e-12;
+
+// How many times the leakage of a stronger line the power of another has to be: several leak together.
+constexpr double margin = 10;
+
+std::vector<std::size_t> maxima(std::span<const double> power) {
+  std::vector<std::size_t> found;
+  for (std::size_t i = 0; i < power.size(); ++i) {
+    const bool rises = i == 0 || power[i] > power[i - 1];
+    const bool falls = i + 1 == power.size() || power[i] >= power[i + 1];
+    if (rises && falls && power[i] > 0) found.push_back(i);
+  }
+  std::ranges::sort(found, [power](std::size_t a, std::size_t b) { return power[a] > power[b]; });
+  return found;
+}
+
+// What the line at one point leaves at another, as a part of its power. A real line has its image at the
+// negative frequency.
+double leaked(const spectrum& s, std::size_t from, std::size_t to) {
+  const auto table = s.leakage.scalars();
+  const auto at = [&table](std::size_t distance) { return table[std::min(distance, table.size() - 1)]; };
+  const std::size_t apart = from < to ? to - from : from - to;
+  const std::size_t count = s.power.points;
+  if (s.two_sided) return at(std::min(apart, count - apart));
+  const std::size_t sum = from + to;
+  return std::max(at(apart), at(std::min(sum, 2 * (count - 1) - sum)));
+}
+
+struct extreme {
+  double amplitude;
+  double place;
+};
+
+// The parabola through the logarithms at a point and its neighbours.
+extreme parabola(const spectrum& s, std::size_t at) {
+  constexpr std::int32_t parabola_at_index = 0x1100;
+  constexpr double least = 1e-300;
+  const auto power = s.power.scalars();
+  if (at == 0 || at + 1 == power.size()) return {std::sqrt(power[at]), static_cast<double>(at)};
+  record levels(3);
+  for (std::size_t i = 0; i < 3; ++i) levels.data[i] = std::log(std::max(power[at - 1 + i], least));
+  record peak;
+  require(dsps_peak(&levels, &peak, parabola_at_index, 1));
+  return {std::exp(peak.data[0] / 2), static_cast<double>(at - 1) + peak.data[1]};
+}
+
+// Half a step of the resolution off its middle a flat-top window has hardly fallen.
+bool has_flat_top(const spectrum& s) {
+  constexpr double flat = 0.97;
+  const auto half = static_cast<std::size_t>(std::lround(s.resolution() / s.step / 2));
+  return s.leakage.scalars()[half] > flat;
+}
+
+// Where the power has fallen to half on the way from `at` in one direction; the end of the record otherwise.
+double half_power_place(std::span<const double> power, std::size_t at, std::ptrdiff_t step) {
+  const double half = power[at] / 2;
+  auto i = static_cast<std::ptrdiff_t>(at);
+  const auto value = [power](std::ptrdiff_t k) { return power[static_cast<std::size_t>(k)]; };
+  const auto end = step < 0 ? -1 : std::ssize(power);
+  while (i + step != end && value(i + step) > half) i += step;
+  if (i + step == end) return static_cast<double>(i);
+  const double part = std::log(value(i) / half) / std::log(value(i) / std::max(value(i + step), 1e-300));
+  return static_cast<double>(i) + static_cast<double>(step) * part;
+}
+
+// A flat top has ripples, so its line lies in the middle between its flanks.
+line interpolated(const spectrum& s, std::size_t at) {
+  auto [amplitude, place] = parabola(s, at);
+  const auto power = s.power.scalars();
+  if (!s.two_sided && at + 1 == power.size()) amplitude /= 2;  // line and image are one at half the rate
+  if (has_flat_top(s)) place = (half_power_place(power, at, -1) + half_power_place(power, at, 1)) / 2;
+  return {s.frequency(place), amplitude};
+}
+
+}  // namespace
+
+std::vector<line> strongest_lines(const spectrum& s, std::size_t count) {
+  const auto power = s.power.scalars();
+  std::vector<std::size_t> chosen;
+  for (const std::size_t i : maxima(power)) {
+    if (chosen.size() == count) break;
+    if (!chosen.empty() && power[i] < range * power[chosen.front()]) break;
+    const bool leakage = std::ranges::any_of(
+        chosen, [&](std::size_t j) { return power[i] < margin * power[j] * leaked(s, j, i); });
+    if (!leakage) chosen.push_back(i);
+  }
+  std::vector<line> lines;
+  for (const std::size_t i : chosen) lines.push_back(interpolated(s, i));
+  std::ranges::sort(lines, std::greater<>(), &line::amplitude);
+  return lines;
+}
+
+}  // namespace tool
