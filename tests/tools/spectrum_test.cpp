@@ -73,7 +73,7 @@ TEST(Spectrum, EveryFormOfFile) {
 
 TEST(Spectrum, EveryWindowAtAnyFrequency) {
   std::mt19937 engine(3);
-  for (int window = DSP_WINDOW_UNIFORM; window <= DSP_WINDOW_P601; ++window) {
+  for (int window = DSP_WINDOW_UNIFORM; window <= DSP_WINDOW_RIEMANN; ++window) {
     char name[32];
     ASSERT_EQ(dsp_window_to_str(window, name, sizeof name), 0);
     for (int i = 0; i < 3; ++i) {
