@@ -44,8 +44,8 @@ double limited_beta(double beta, int mode) noexcept {
 
 // I0(beta sqrt(1 - (2 x / d)^2)) at the distance x from the middle; J. F. Kaiser, "Nonrecursive digital
 // filter design using the I0-sinh window function", ISCAS 1974. The samples carry a power of two that brings
-// the largest near 1, so that single precision holds them for every beta; the normalisation takes it out again,
-// exactly.
+// the largest near 1, so that single precision holds them for every beta; the normalisation takes it out
+// again, exactly.
 template <record V> status kaiser(V* v, double beta, int flags) noexcept {
   if (refused(v, flags)) return failed;
   const index n = length(v);

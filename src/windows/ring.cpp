@@ -11,7 +11,7 @@
 namespace sigpak {
 namespace {
 
-constexpr int slots = 16;
+constexpr int capacity = 16;
 constexpr int vacant = -1;
 
 template <record V> struct slot {
@@ -22,8 +22,8 @@ template <record V> struct slot {
 };
 
 template <record V> struct ring {
-  slot<V>* slots;
-  int next;  // the slot that the next new window takes
+  slot<V>* slots = nullptr;
+  int next = 0;  // the slot that the next new window takes
 };
 
 constinit ring<dsp_vec> double_ring;
@@ -40,7 +40,7 @@ template <record V> ring<V>& windows() noexcept {
 template <record V> status release() noexcept {
   ring<V>& all = windows<V>();
   if (all.slots == nullptr) return ok;
-  for (int i = 0; i < slots; ++i) {
+  for (int i = 0; i < capacity; ++i) {
     if (destroy(&all.slots[i].samples) != ok) return failed;
     all.slots[i].flags = vacant;
   }
@@ -52,9 +52,9 @@ template <record V> status release() noexcept {
 template <record V> status open() noexcept {
   ring<V>& all = windows<V>();
   if (all.slots != nullptr) return ok;
-  all.slots = allocate_table<slot<V>>(slots);
+  all.slots = allocate_table<slot<V>>(capacity);
   if (all.slots == nullptr) return failed;
-  for (int i = 0; i < slots; ++i) {
+  for (int i = 0; i < capacity; ++i) {
     initialise(&all.slots[i].samples);
     all.slots[i].flags = vacant;
   }
@@ -75,7 +75,7 @@ template <record V> V* cached_window(std::uint32_t points, int window, int flags
   if (open<V>() != ok) return nullptr;
   ring<V>& all = windows<V>();
   const int shape = flags & shape_mask;
-  for (int i = 0; i < slots; ++i) {
+  for (int i = 0; i < capacity; ++i) {
     if (holds(all.slots[i], points, window, shape, width)) return &all.slots[i].samples;
   }
   slot<V>& s = all.slots[all.next];
@@ -85,7 +85,7 @@ template <record V> V* cached_window(std::uint32_t points, int window, int flags
   s.window = window;
   s.flags = shape;
   s.width = width;
-  all.next = (all.next + 1) % slots;
+  all.next = (all.next + 1) % capacity;
   return &s.samples;
 }
 

@@ -43,6 +43,9 @@ template <record V> samples<V> taps_of(index n, int kind, double p1, double p2 =
   return v.values();
 }
 
+constexpr real exact(double x) { return static_cast<real>(x); }
+constexpr real exact(float x) { return static_cast<real>(x); }
+
 real sinc(real x) { return x == 0 ? 1 : std::sin(x) / x; }
 real versed(real x) { return x * x > 1e-18L ? (std::cos(x) - 1) / (x * x) : -0.5L; }
 
@@ -189,7 +192,7 @@ TYPED_TEST(Design, StoredTaps) {
     EXPECT_EQ(h.front(), static_cast<T>(first[i][2]));
     EXPECT_EQ(h.back(), static_cast<T>(last[i]));
     real sum = 0;
-    for (std::size_t k = 0; k < h.size(); ++k) sum += static_cast<real>(k + 1) * h[k];
+    for (std::size_t k = 0; k < h.size(); ++k) sum += static_cast<real>(k + 1) * exact(h[k]);
     EXPECT_NEAR(static_cast<double>(sum), sums[i], 32 * unit_roundoff<V>);
   }
 }
@@ -200,8 +203,8 @@ template <record V> std::pair<double, double> response(const samples<V>& h, doub
   real im = 0;
   for (std::size_t i = 0; i < h.size(); ++i) {
     const real t = static_cast<real>(i) - static_cast<real>(h.size() - 1) / 2;
-    re += h[i] * std::cos(2 * pi * f * t);
-    im -= h[i] * std::sin(2 * pi * f * t);
+    re += exact(h[i]) * std::cos(2 * pi * exact(f) * t);
+    im -= exact(h[i]) * std::sin(2 * pi * exact(f) * t);
   }
   return {static_cast<double>(re), static_cast<double>(im)};
 }
@@ -245,7 +248,7 @@ TYPED_TEST(Design, SmoothersHaveUnitSumAndMirroredTaps) {
       for (std::size_t i = 0; i < h.size(); ++i)
         EXPECT_EQ(h[i], sign * h[h.size() - 1 - i]) << kind << " of " << n;
       real sum = 0;
-      for (const auto x : h) sum += x;
+      for (const auto x : h) sum += exact(x);
       if (of_unit_sum(kind)) {
         EXPECT_NEAR(static_cast<double>(sum), 1, 2e-7 + 16 * unit_roundoff<V>) << kind << " of " << n;
       }
@@ -259,9 +262,10 @@ TYPED_TEST(Design, WithoutDelayTheDelayedLowPassIsTheNormalisedLowPass) {
   const samples<V> still = taps_of<V>(21, delayed, 0.1, 0);
   const samples<V> whole = taps_of<V>(21, delayed, 0.1, 3);
   real sum = 0;
-  for (const auto x : low) sum += x;
+  for (const auto x : low) sum += exact(x);
   for (std::size_t i = 0; i < 21; ++i) {
-    EXPECT_NEAR(static_cast<double>(still[i]), static_cast<double>(low[i] / sum), 64 * unit_roundoff<V>);
+    EXPECT_NEAR(static_cast<double>(still[i]), static_cast<double>(exact(low[i]) / sum),
+                64 * unit_roundoff<V>);
   }
   const auto at = [&](std::size_t i) { return static_cast<double>(whole[i] / whole[13]); };
   for (std::size_t i = 3; i < 21; ++i) {

@@ -91,7 +91,7 @@ TYPED_TEST(Parametric, KaiserFollowsItsFormula) {
         }
         SCOPED_TRACE(testing::Message() << n << " points, beta " << beta << ", flags " << flags);
         expect_points<V>(applied<V>(n, TWIN(i_window_kaiser), beta, flags),
-                         points_of(kaiser_shape(beta), n, flags),
+                         points_of(kaiser_shape(exact(beta)), n, flags),
                          4 * unit_roundoff<V> + (20 + std::abs(beta)) * 0x1p-52);
       }
     }
@@ -105,7 +105,7 @@ TYPED_TEST(Parametric, GaussianFollowsItsFormula) {
       for (const int flags : {0, 1, 2, 0 | symmetric, 1 | symmetric, 2 | symmetric}) {
         SCOPED_TRACE(testing::Message() << n << " points, a " << a << ", flags " << flags);
         expect_points<V>(applied<V>(n, TWIN(i_window_gauss), a, flags),
-                         points_of(gaussian_shape(a), n, flags), 4 * unit_roundoff<V> + 16 * 0x1p-52);
+                         points_of(gaussian_shape(exact(a)), n, flags), 4 * unit_roundoff<V> + 16 * 0x1p-52);
       }
     }
   }

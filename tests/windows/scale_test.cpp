@@ -33,8 +33,8 @@ template <record V> level level_of(const samples<V>& u) {
   long double sum = 0;
   long double square = 0;
   for (const auto x : u) {
-    sum += x;
-    square += static_cast<long double>(x) * x;
+    sum += exact(x);
+    square += exact(x) * exact(x);
   }
   const auto n = static_cast<long double>(u.size());
   return {static_cast<double>(sum / n), static_cast<double>(std::sqrt(square / n))};

@@ -5,6 +5,9 @@
 
 namespace sigpak::test {
 
+constexpr long double exact(double x) { return static_cast<long double>(x); }
+constexpr long double exact(float x) { return static_cast<long double>(x); }
+
 template <record V> samples<V> ones(index n) { return samples<V>(static_cast<std::size_t>(n), scalar<V>(1)); }
 
 // The window of n points, its middle in place; empty when it is refused.
