@@ -6,6 +6,7 @@
 #include "elementwise/exponential_parts.h"
 #include "elementwise/in_place.h"
 #include "elementwise/wide_guard.h"
+#include "kernels/elementary.h"
 
 namespace sigpak {
 namespace {
@@ -18,9 +19,13 @@ template <class T> double guarded_exp10(double x) noexcept {
   return x > wide_guard<T>::log10_huge ? wide_guard<T>::huge : power_of_ten(x);
 }
 
-template <class T> void exponential(T* x, index n) noexcept { map(x, n, guarded_exp<T>); }
+template <class T> void exponential(T* x, index n) noexcept {
+  if (const auto* wide = kernels::exponential<T>()) return wide->exponential(x, n);
+  map(x, n, guarded_exp<T>);
+}
 
 template <class T> void exponential_points(T* z, index points) noexcept {
+  if (const auto* wide = kernels::exponential<T>()) return wide->exponential_points(z, points);
   map_pairs(z, points, [](double a, double b) {
     const double e = guarded_exp<T>(a);
     return point<double>{e * std::cos(b), e * std::sin(b)};
@@ -29,11 +34,13 @@ template <class T> void exponential_points(T* z, index points) noexcept {
 
 // A sample below -H stops the pass: it and everything after it stay as they are.
 template <class T> void exponential10(T* x, index n) noexcept {
+  if (const auto* wide = kernels::exponential<T>()) return wide->exponential10(x, n);
   const T* stop = std::find_if(x, x + n, [](T sample) { return sample < -guard<T>::huge; });
   map(x, stop - x, guarded_exp10<T>);
 }
 
 template <class T> void exponential10_points(T* z, index points) noexcept {
+  if (const auto* wide = kernels::exponential<T>()) return wide->exponential10_points(z, points);
   map_pairs(z, points, [](double a, double b) {
     constexpr double ln10 = wide_guard<T>::ln10;
     const double e = a < -wide_guard<T>::huge ? -wide_guard<T>::huge : guarded_exp10<T>(a);

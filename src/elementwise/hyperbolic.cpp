@@ -4,6 +4,7 @@
 #include "elementwise/exponential_parts.h"
 #include "elementwise/in_place.h"
 #include "elementwise/wide_guard.h"
+#include "kernels/elementary.h"
 
 namespace sigpak {
 namespace {
@@ -79,9 +80,18 @@ template <class T> double guarded_cosh(double x) noexcept {
   return a > wide_guard<T>::log_huge ? wide_guard<T>::huge : joined(cosh_parts(a));
 }
 
-template <class T> void hyperbolic_sine(T* x, index n) noexcept { map(x, n, guarded_sinh<T>); }
-template <class T> void hyperbolic_cosine(T* x, index n) noexcept { map(x, n, guarded_cosh<T>); }
+template <class T> void hyperbolic_sine(T* x, index n) noexcept {
+  if (const auto* wide = kernels::exponential<T>()) return wide->hyperbolic_sine(x, n);
+  map(x, n, guarded_sinh<T>);
+}
+
+template <class T> void hyperbolic_cosine(T* x, index n) noexcept {
+  if (const auto* wide = kernels::exponential<T>()) return wide->hyperbolic_cosine(x, n);
+  map(x, n, guarded_cosh<T>);
+}
+
 template <class T> void hyperbolic_tangent(T* x, index n) noexcept {
+  if (const auto* wide = kernels::exponential<T>()) return wide->hyperbolic_tangent(x, n);
   map(x, n, [](double u) { return std::copysign(tanh_above_zero(std::abs(u)), u); });
 }
 

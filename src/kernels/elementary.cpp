@@ -24,9 +24,17 @@ template <> const circular_functions<double>* circular() noexcept {
 template <> const circular_functions<float>* circular() noexcept {
   return choose(&avx2::circular_float, &avx512::circular_float);
 }
+template <> const exponential_functions<double>* exponential() noexcept {
+  return choose(&avx2::exponential_double, &avx512::exponential_double);
+}
+template <> const exponential_functions<float>* exponential() noexcept {
+  return choose(&avx2::exponential_float, &avx512::exponential_float);
+}
 #else
 template <> const circular_functions<double>* circular() noexcept { return nullptr; }
 template <> const circular_functions<float>* circular() noexcept { return nullptr; }
+template <> const exponential_functions<double>* exponential() noexcept { return nullptr; }
+template <> const exponential_functions<float>* exponential() noexcept { return nullptr; }
 #endif
 
 }  // namespace sigpak::kernels

@@ -7,5 +7,6 @@
 namespace sigpak::kernels {
 
 template <class T> const circular_functions<T>* circular() noexcept;
+template <class T> const exponential_functions<T>* exponential() noexcept;
 
 }  // namespace sigpak::kernels

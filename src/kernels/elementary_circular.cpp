@@ -5,8 +5,6 @@
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
-SIGPAK_INLINE mask is_far(real x) { return opposite(absolute(x) <= all(reduction_end)); }
-
 SIGPAK_INLINE real sine(real x) {
   const angle a = reduce(x);
   return except(turned_sine(a, a.quarter), is_far(x), x, [](double u) { return __builtin_sin(u); });
@@ -75,25 +73,19 @@ void sine_quotients(double* x, index n) { walk(x, n, sine_quotient); }
 void sine_quotients(float* x, index n) { walk(x, n, sine_quotient_short); }
 
 // Each part a rounded product, as the operation defines it.
-void rectangular(double* z, index points) {
+template <class T, class SineAndCosine> SIGPAK_INLINE void turn_points(T* z, index points, SineAndCosine f) {
   walk_points(
-      z, z, points, [](real & a, real & b) __attribute__((always_inline)) {
-        const real magnitude = a;
-        const real phase = b;
-        a = magnitude * cosine(phase);
-        b = magnitude * sine(phase);
+      z, z, points, [f](real & a, real & b) __attribute__((always_inline)) {
+        real sine;
+        real cosine;
+        f(b, sine, cosine);
+        b = a * sine;
+        a = a * cosine;
       });
 }
 
-void rectangular(float* z, index points) {
-  walk_points(
-      z, z, points, [](real & a, real & b) __attribute__((always_inline)) {
-        const real magnitude = a;
-        const real phase = b;
-        a = magnitude * cosine_short(phase);
-        b = magnitude * sine_short(phase);
-      });
-}
+void rectangular(double* z, index points) { turn_points(z, points, sine_and_cosine); }
+void rectangular(float* z, index points) { turn_points(z, points, sine_and_cosine_single); }
 
 }  // namespace
 

@@ -72,10 +72,15 @@ constexpr double arcsine_single_terms[] = {0x1.cb1170cda919cp-6, -0x1.91d0e38fae
                                            0x1.f1c825fe7de2fp-6, 0x1.6db6d8c946cabp-5,  0x1.33333335cd373p-4,
                                            0x1.5555555554e96p-3};
 
-// |x| <= 1: sinh x = x + x z S(z); 2^-60
-constexpr double sinh_terms[] = {0x1.b2502d89eacf4p-41, 0x1.612265e4b9794p-33, 0x1.ae6452c7cecbep-26,
-                                 0x1.71de3a5f0db9dp-19, 0x1.a01a01a00b33ep-13, 0x1.111111111119ap-7,
-                                 0x1.5555555555555p-3};
+// |x| <= 0.55: tanh x = x + x z P(z); 2^-62
+constexpr double tanh_terms[] = {0x1.a26629d65b57ap-18,  -0x1.02e3c5157fc54p-15, 0x1.837c4c689c62fp-14,
+                                 -0x1.f225fd26c6918p-13, 0x1.35259956edd89p-11,  -0x1.7d9f579002c81p-10,
+                                 0x1.d6d3990e247d2p-9,   -0x1.226e34631cd28p-7,  0x1.664f487d49cedp-6,
+                                 -0x1.ba1ba1ba0a91ap-5,  0x1.111111111104bp-3,   -0x1.5555555555555p-2};
+
+// |x| <= 1/2: sinh x = x + x z S(z); 2^-62
+constexpr double sinh_terms[] = {0x1.645500821bf55p-33, 0x1.ae60faa64a746p-26, 0x1.71de3bd757e7p-19,
+                                 0x1.a01a019f7adb3p-13, 0x1.11111111112c7p-7,  0x1.5555555555555p-3};
 
 }  // namespace
 }  // namespace sigpak::SIGPAK_LEVEL

@@ -29,6 +29,7 @@ SIGPAK_INLINE real take_sign(real a, real sign) {
 
 SIGPAK_INLINE real operator/(real a, real b) { return {a.v / b.v}; }
 
+// at_least and at_most keep NaN.
 #if SIGPAK_VECTOR_BYTES == 64
 
 using mask = __mmask8;
@@ -45,6 +46,8 @@ SIGPAK_INLINE mask has_bit(ints a, long long bit) {
 }
 SIGPAK_INLINE real choose(mask m, real yes, real no) { return {_mm512_mask_blend_pd(m, no.v, yes.v)}; }
 SIGPAK_INLINE real sqrt(real a) { return {_mm512_sqrt_pd(a.v)}; }
+SIGPAK_INLINE real at_least(real x, double limit) { return {_mm512_max_pd(all(limit).v, x.v)}; }
+SIGPAK_INLINE real at_most(real x, double limit) { return {_mm512_min_pd(all(limit).v, x.v)}; }
 
 // table[position & 7] for eight entries.
 SIGPAK_INLINE real look_up(const double* table, ints position) {
@@ -89,6 +92,8 @@ SIGPAK_INLINE mask has_bit(ints a, long long bit) {
 }
 SIGPAK_INLINE real choose(mask m, real yes, real no) { return {_mm256_blendv_pd(no.v, yes.v, m.v)}; }
 SIGPAK_INLINE real sqrt(real a) { return {_mm256_sqrt_pd(a.v)}; }
+SIGPAK_INLINE real at_least(real x, double limit) { return {_mm256_max_pd(all(limit).v, x.v)}; }
+SIGPAK_INLINE real at_most(real x, double limit) { return {_mm256_min_pd(all(limit).v, x.v)}; }
 
 // Each half of the table is found as pairs of 32-bit words; bit 2 of the position chooses between them.
 SIGPAK_INLINE real look_up(const double* table, ints position) {
@@ -128,6 +133,11 @@ SIGPAK_INLINE void join_pairs(real even, real odd, real& a, real& b) {
 }
 
 #endif
+
+// 2^floor(n / 8), -8000 < n < 8000; shifted is n + to_integer.
+SIGPAK_INLINE real power_of_two_eighths(real shifted) {
+  return from_bits(((bits(shifted) & ~7LL) << 49) + all_bits(1023LL << 52));
+}
 
 // Highest coefficient first.
 template <int terms> SIGPAK_INLINE real polynomial(const double (&coefficients)[terms], real x) {

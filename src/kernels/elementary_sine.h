@@ -97,5 +97,34 @@ SIGPAK_INLINE real cosine_single(real x) {
   return short_sine(r, bits(shifted));
 }
 
+// Both functions of one reduced angle.
+SIGPAK_INLINE void place(const angle& a, real s, real c, real& sine, real& cosine) {
+  const mask odd = has_bit(a.quarter, 1);
+  sine = flip_sign(choose(odd, c, s), a.quarter << 62);
+  cosine = flip_sign(choose(odd, s, c), (a.quarter + 1) << 62);
+}
+
+SIGPAK_INLINE mask is_far(real x) { return opposite(absolute(x) <= all(reduction_end)); }
+
+SIGPAK_INLINE void sine_and_cosine(real x, real& sine, real& cosine) {
+  const angle a = reduce(x);
+  const sine_cosine y = both_parts(a);
+  place(a, take_sign(y.sine.hi, a.hi), y.cosine.hi, sine, cosine);
+  const mask far = is_far(x);
+  sine = except(sine, far, x, [](double u) { return __builtin_sin(u); });
+  cosine = except(cosine, far, x, [](double u) { return __builtin_cos(u); });
+}
+
+SIGPAK_INLINE void sine_and_cosine_single(real x, real& sine, real& cosine) {
+  const angle a = reduce(x);
+  const real z = a.hi * a.hi;
+  const real s = fma(a.hi * z, polynomial(sine_quarter_single_terms, z), a.hi);
+  const real c = fma(z * z, polynomial(cosine_quarter_single_terms, z), fnma(all(0.5), z, all(1)));
+  place(a, take_sign(s, a.hi), c, sine, cosine);
+  const mask far = is_far(x);
+  sine = except(sine, far, x, [](double u) { return __builtin_sin(u); });
+  cosine = except(cosine, far, x, [](double u) { return __builtin_cos(u); });
+}
+
 }  // namespace
 }  // namespace sigpak::SIGPAK_LEVEL

@@ -16,15 +16,29 @@ template <class T> struct circular_functions {
   unary<T> rectangular;  // points (magnitude, phase) to (re, im)
 };
 
+template <class T> struct exponential_functions {
+  unary<T> exponential;
+  unary<T> exponential10;
+  unary<T> exponential_points;
+  unary<T> exponential10_points;
+  unary<T> hyperbolic_sine;
+  unary<T> hyperbolic_cosine;
+  unary<T> hyperbolic_tangent;
+};
+
 }  // namespace sigpak::kernels
 
 namespace sigpak {
 namespace avx2 {
 extern const kernels::circular_functions<double> circular_double;
 extern const kernels::circular_functions<float> circular_float;
+extern const kernels::exponential_functions<double> exponential_double;
+extern const kernels::exponential_functions<float> exponential_float;
 }  // namespace avx2
 namespace avx512 {
 extern const kernels::circular_functions<double> circular_double;
 extern const kernels::circular_functions<float> circular_float;
+extern const kernels::exponential_functions<double> exponential_double;
+extern const kernels::exponential_functions<float> exponential_float;
 }  // namespace avx512
 }  // namespace sigpak

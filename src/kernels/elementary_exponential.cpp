@@ -1,0 +1,142 @@
+// Powers of e and of ten, real and complex, and the hyperbolic functions.
+#include "core/guard.h"
+#include "kernels/elementary_power.h"
+#include "kernels/elementary_sine.h"
+#include "kernels/elementary_tables.h"
+
+namespace sigpak::SIGPAK_LEVEL {
+namespace {
+
+// The limits of a precision, in every lane.
+template <class T> SIGPAK_INLINE real huge() { return all(static_cast<double>(guard<T>::huge)); }
+template <class T> SIGPAK_INLINE real log_huge() { return all(static_cast<double>(guard<T>::log_huge)); }
+template <class T> SIGPAK_INLINE real log10_huge() { return all(static_cast<double>(guard<T>::log10_huge)); }
+
+template <class T> constexpr bool is_single = sizeof(T) == sizeof(float);
+
+template <class T> SIGPAK_INLINE real guarded_exp(real x) {
+  real y;
+  if constexpr (is_single<T>) {
+    y = exponential_single(x);
+  } else {
+    y = exponential(x);
+  }
+  return choose(x > log_huge<T>(), huge<T>(), y);
+}
+
+template <class T> SIGPAK_INLINE real guarded_exp10(real x) {
+  real y;
+  if constexpr (is_single<T>) {
+    y = exponential10_single(x);
+  } else {
+    y = exponential10(x);
+  }
+  return choose(x > log10_huge<T>(), huge<T>(), y);
+}
+
+template <class T> void exponentials(T* x, index n) { walk(x, n, guarded_exp<T>); }
+
+// The first vector that holds a sample below -H; n when there is none.
+template <class T> index first_vector_below(const T* x, index n) {
+  index i = 0;
+  while (i + lane_count <= n && lanes_of(read(x + i) < -huge<T>()) == 0) i += lane_count;
+  return i + lane_count <= n ? i : n;
+}
+
+// A sample below -H stops the pass: it and everything after it stay as they are.
+template <class T> void exponentials10(T* x, index n) {
+  index stop = first_vector_below(x, n);
+  if (stop == n) stop = n / lane_count * lane_count;
+  while (stop < n && !(x[stop] < -guard<T>::huge)) ++stop;
+  walk(x, stop, guarded_exp10<T>);
+}
+
+template <class T> SIGPAK_INLINE void turn(real size, real phase, real& a, real& b) {
+  real sine;
+  real cosine;
+  if constexpr (is_single<T>) {
+    sine_and_cosine_single(phase, sine, cosine);
+  } else {
+    sine_and_cosine(phase, sine, cosine);
+  }
+  a = size * cosine;
+  b = size * sine;
+}
+
+template <class T> void exponential_points(T* z, index points) {
+  walk_points(
+      z, z, points,
+      [](real & a, real & b) __attribute__((always_inline)) { turn<T>(guarded_exp<T>(a), b, a, b); });
+}
+
+template <class T> void exponential10_points(T* z, index points) {
+  walk_points(
+      z, z, points, [](real & a, real & b) __attribute__((always_inline)) {
+        constexpr double ln10 = is_single<T> ? static_cast<double>(2.3025851F) : 2.302585092994046;
+        const real size = choose(a < -huge<T>(), -huge<T>(), guarded_exp10<T>(a));
+        turn<T>(size, b * all(ln10), a, b);
+      });
+}
+
+// e^a / 2 and e^-a / 2 side by side, a >= 0.
+struct exponential_pair {
+  parts up;
+  parts down;
+};
+
+SIGPAK_INLINE exponential_pair half_exponentials(real a) {
+  const eighths x = reduce_power(a);
+  parts up = power_parts(x);
+  parts down = power_parts({all(2 * to_integer) - x.shifted, -x.r});
+  const real half = all(0.5);
+  return {{up.hi * half, up.lo * half}, {down.hi * half, down.lo * half}};
+}
+
+// Up to 1/2 a polynomial: the difference of the exponentials would lose digits.
+template <class T> SIGPAK_INLINE real guarded_sinh(real x) {
+  const real a = absolute(x);
+  const real z = x * x;
+  const real near = fma(x * z, polynomial(sinh_terms, z), x);
+  const exponential_pair e = half_exponentials(at_most(a, guard<double>::log_huge));
+  const parts top = fast_sum(e.up.hi, -e.down.hi);
+  const real far = top.hi + (top.lo + (e.up.lo - e.down.lo));
+  const real limited = choose(a > log_huge<T>(), huge<T>(), far);
+  return take_sign(choose(a <= all(0.5), near, limited), x);
+}
+
+template <class T> SIGPAK_INLINE real guarded_cosh(real x) {
+  const real a = absolute(x);
+  const exponential_pair e = half_exponentials(at_most(a, guard<double>::log_huge));
+  const parts top = fast_sum(e.up.hi, e.down.hi);
+  return choose(a > log_huge<T>(), huge<T>(), top.hi + (top.lo + (e.up.lo + e.down.lo)));
+}
+
+// Up to 0.55 a polynomial, then 1 - 2 / (e^2x + 1), which is 1 from 20 on.
+template <class T> SIGPAK_INLINE real hyperbolic_tangent(real x) {
+  const real a = absolute(x);
+  const real z = x * x;
+  const real near = fma(x * z, polynomial(tanh_terms, z), x);
+  const parts e = power_parts(reduce_power(all(2) * at_most(a, 22)));
+  const parts top = fast_sum(e.hi, all(1));
+  const parts sum = fast_sum(top.hi, top.lo + e.lo);
+  const real rest = all(2) / sum.hi;
+  const real correction = (rest * all(0.5)) * fnma(rest, sum.lo, fnma(rest, sum.hi, all(2)));
+  const parts y = fast_sum(all(1), -rest);
+  return take_sign(choose(a <= all(0.55), near, y.hi + (y.lo - correction)), x);
+}
+
+template <class T> void hyperbolic_sines(T* x, index n) { walk(x, n, guarded_sinh<T>); }
+template <class T> void hyperbolic_cosines(T* x, index n) { walk(x, n, guarded_cosh<T>); }
+template <class T> void hyperbolic_tangents(T* x, index n) { walk(x, n, hyperbolic_tangent<T>); }
+
+template <class T>
+constexpr kernels::exponential_functions<T> functions = {
+    exponentials<T>,     exponentials10<T>,     exponential_points<T>, exponential10_points<T>,
+    hyperbolic_sines<T>, hyperbolic_cosines<T>, hyperbolic_tangents<T>};
+
+}  // namespace
+
+const kernels::exponential_functions<double> exponential_double = functions<double>;
+const kernels::exponential_functions<float> exponential_float = functions<float>;
+
+}  // namespace sigpak::SIGPAK_LEVEL
