@@ -32,10 +32,12 @@ class window_spectrum {
   }
 
   double at(double bins) const {
-    constexpr int middle = figure_points / 2;
+    constexpr std::size_t middle = figure_points / 2;
     const double step = 2 * std::numbers::pi * bins / figure_points;
-    double sum = points_[middle] + points_[0] * std::cos(middle * step);
-    for (int m = 1; m < middle; ++m) sum += 2 * points_[middle + m] * std::cos(m * step);
+    double sum = points_[middle] + points_[0] * std::cos(static_cast<double>(middle) * step);
+    for (std::size_t m = 1; m < middle; ++m) {
+      sum += 2 * points_[middle + m] * std::cos(static_cast<double>(m) * step);
+    }
     return sum;
   }
 
