@@ -175,7 +175,7 @@ TYPED_TEST(Windowing, AFailedWindowIsNotFoundLater) {
   }
   for (int used = 0; used <= 20; ++used) {
     TWIN(_free_internal)();
-    for (int i = 0; i < used; ++i) storage_of<V>(8 + i, DSP_WINDOW_HANN);
+    for (int i = 0; i < used; ++i) storage_of<V>(8 + i, DSP_WINDOW_HANN, DSP_WINDOW_FLAG_PEAK);
     signal<V> v(ones<V>(64));
     {
       const failing_records<V> scope(0);
