@@ -5,6 +5,7 @@
 #include "elementwise/elementwise.h"
 #include "elementwise/pack.h"
 #include "elementwise/prepare.h"
+#include "kernels/elementary.h"
 
 namespace sigpak {
 namespace {
@@ -35,12 +36,23 @@ template <record V, class F> status fill_real(const operands<V>& in, V* out, F f
 
 }  // namespace
 
-template <record V> status take_magnitude(V* v) noexcept { return turn_real(v, magnitude{}); }
+template <record V> status take_magnitude(V* v) noexcept {
+  const auto* wide = kernels::inverse<scalar<V>>();
+  if (wide == nullptr || !is_complex(v)) return turn_real(v, magnitude{});
+  wide->magnitude(v->data, v->data, length(v));
+  v->complex = 0;
+  return ok;
+}
 template <record V> status square_magnitude(V* v) noexcept { return turn_real(v, squared_magnitude{}); }
 
 template <record V> status take_magnitudes(const V* in, V* out) noexcept {
   const auto from = prepare(in, in, out, is_complex(in));
-  return from ? fill_real(*from, out, magnitude{}) : failed;
+  if (!from) return failed;
+  const auto* wide = kernels::inverse<scalar<V>>();
+  if (wide == nullptr || !from->a_complex) return fill_real(*from, out, magnitude{});
+  wide->magnitude(from->a, out->data, from->points);
+  out->complex = 0;
+  return ok;
 }
 
 template <record V> status square_magnitudes(const V* in, V* out) noexcept {

@@ -37,8 +37,20 @@ struct rectangular_of {
 
 }  // namespace
 
-template <record V> status take_phase(V* v) noexcept { return turn_real(v, phase_of{}); }
-template <record V> status to_polar(V* v) noexcept { return turn_complex(v, polar_of{}); }
+template <record V> status take_phase(V* v) noexcept {
+  const auto* wide = kernels::inverse<scalar<V>>();
+  if (wide == nullptr || !is_complex(v)) return turn_real(v, phase_of{});
+  wide->phase(v->data, v->data, length(v));
+  v->complex = 0;
+  return ok;
+}
+
+template <record V> status to_polar(V* v) noexcept {
+  const auto* wide = kernels::inverse<scalar<V>>();
+  if (wide == nullptr || !is_complex(v)) return turn_complex(v, polar_of{});
+  wide->polar(v->data, length(v));
+  return ok;
+}
 
 template <record V> status to_rectangular(V* v) noexcept {
   if (!is_complex(v)) return ok;

@@ -41,14 +41,17 @@ template <class T> void sine_quotient(T* x, index n) noexcept {
 }
 
 template <class T> void arctangent(T* x, index n) noexcept {
+  if (const auto* wide = kernels::inverse<T>()) return wide->arctangent(x, n);
   map(x, n, [](double u) { return std::atan(u); });
 }
 
 template <class T> void arcsine(T* x, index n) noexcept {
+  if (const auto* wide = kernels::inverse<T>()) return wide->arcsine(x, n);
   map(x, n, [](double u) { return std::abs(u) > 1 ? 0.0 : std::asin(u); });
 }
 
 template <class T> void arccosine(T* x, index n) noexcept {
+  if (const auto* wide = kernels::inverse<T>()) return wide->arccosine(x, n);
   map(x, n, [](double u) { return std::abs(u) > 1 ? 0.0 : std::acos(u); });
 }
 

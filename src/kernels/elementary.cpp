@@ -30,11 +30,19 @@ template <> const exponential_functions<double>* exponential() noexcept {
 template <> const exponential_functions<float>* exponential() noexcept {
   return choose(&avx2::exponential_float, &avx512::exponential_float);
 }
+template <> const inverse_functions<double>* inverse() noexcept {
+  return choose(&avx2::inverse_double, &avx512::inverse_double);
+}
+template <> const inverse_functions<float>* inverse() noexcept {
+  return choose(&avx2::inverse_float, &avx512::inverse_float);
+}
 #else
 template <> const circular_functions<double>* circular() noexcept { return nullptr; }
 template <> const circular_functions<float>* circular() noexcept { return nullptr; }
 template <> const exponential_functions<double>* exponential() noexcept { return nullptr; }
 template <> const exponential_functions<float>* exponential() noexcept { return nullptr; }
+template <> const inverse_functions<double>* inverse() noexcept { return nullptr; }
+template <> const inverse_functions<float>* inverse() noexcept { return nullptr; }
 #endif
 
 }  // namespace sigpak::kernels

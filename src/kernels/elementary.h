@@ -8,5 +8,6 @@ namespace sigpak::kernels {
 
 template <class T> const circular_functions<T>* circular() noexcept;
 template <class T> const exponential_functions<T>* exponential() noexcept;
+template <class T> const inverse_functions<T>* inverse() noexcept;
 
 }  // namespace sigpak::kernels

@@ -82,5 +82,14 @@ constexpr double tanh_terms[] = {0x1.a26629d65b57ap-18,  -0x1.02e3c5157fc54p-15,
 constexpr double sinh_terms[] = {0x1.645500821bf55p-33, 0x1.ae60faa64a746p-26, 0x1.71de3bd757e7p-19,
                                  0x1.a01a019f7adb3p-13, 0x1.11111111112c7p-7,  0x1.5555555555555p-3};
 
+// the same; 2^-54
+constexpr double sinh_single_terms[] = {0x1.b01e10f66f289p-26, 0x1.71dd794ebece1p-19, 0x1.a01a01e4db958p-13,
+                                        0x1.1111111108859p-7, 0x1.555555555556p-3};
+
+// |x| <= 0.55; 2^-49
+constexpr double tanh_single_terms[] = {-0x1.27cc8e9be13b1p-13, 0x1.1b1f6eacac9dap-11, -0x1.79d55796c2712p-10,
+                                        0x1.d67f954fe4adap-9,   -0x1.226c0b65101aap-7, 0x1.664f3869d8a4dp-6,
+                                        -0x1.ba1ba17dda1afp-5,  0x1.11111110e5801p-3,  -0x1.55555555554afp-2};
+
 }  // namespace
 }  // namespace sigpak::SIGPAK_LEVEL

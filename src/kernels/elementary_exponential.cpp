@@ -93,26 +93,26 @@ SIGPAK_INLINE exponential_pair half_exponentials(real a) {
 }
 
 // Up to 1/2 a polynomial: the difference of the exponentials would lose digits.
-template <class T> SIGPAK_INLINE real guarded_sinh(real x) {
+SIGPAK_INLINE real sinh_in_full(real x) {
   const real a = absolute(x);
   const real z = x * x;
   const real near = fma(x * z, polynomial(sinh_terms, z), x);
   const exponential_pair e = half_exponentials(at_most(a, guard<double>::log_huge));
   const parts top = fast_sum(e.up.hi, -e.down.hi);
   const real far = top.hi + (top.lo + (e.up.lo - e.down.lo));
-  const real limited = choose(a > log_huge<T>(), huge<T>(), far);
+  const real limited = choose(a > log_huge<double>(), huge<double>(), far);
   return take_sign(choose(a <= all(0.5), near, limited), x);
 }
 
-template <class T> SIGPAK_INLINE real guarded_cosh(real x) {
+SIGPAK_INLINE real cosh_in_full(real x) {
   const real a = absolute(x);
   const exponential_pair e = half_exponentials(at_most(a, guard<double>::log_huge));
   const parts top = fast_sum(e.up.hi, e.down.hi);
-  return choose(a > log_huge<T>(), huge<T>(), top.hi + (top.lo + (e.up.lo + e.down.lo)));
+  return choose(a > log_huge<double>(), huge<double>(), top.hi + (top.lo + (e.up.lo + e.down.lo)));
 }
 
 // Up to 0.55 a polynomial, then 1 - 2 / (e^2x + 1), which is 1 from 20 on.
-template <class T> SIGPAK_INLINE real hyperbolic_tangent(real x) {
+SIGPAK_INLINE real tanh_in_full(real x) {
   const real a = absolute(x);
   const real z = x * x;
   const real near = fma(x * z, polynomial(tanh_terms, z), x);
@@ -125,14 +125,45 @@ template <class T> SIGPAK_INLINE real hyperbolic_tangent(real x) {
   return take_sign(choose(a <= all(0.55), near, y.hi + (y.lo - correction)), x);
 }
 
-template <class T> void hyperbolic_sines(T* x, index n) { walk(x, n, guarded_sinh<T>); }
-template <class T> void hyperbolic_cosines(T* x, index n) { walk(x, n, guarded_cosh<T>); }
-template <class T> void hyperbolic_tangents(T* x, index n) { walk(x, n, hyperbolic_tangent<T>); }
+// `near` up to the end of its interval, with the sign of x either way.
+SIGPAK_INLINE real near_or(real x, real near, real far, double end) {
+  return take_sign(choose(absolute(x) <= all(end), near, far), x);
+}
+
+// For single precision, from one exponential and its reciprocal.
+SIGPAK_INLINE real sinh_short(real x) {
+  const real a = absolute(x);
+  const real z = x * x;
+  const real near = fma(x * z, polynomial(sinh_single_terms, z), x);
+  const real e = exponential_single(at_most(a, guard<double>::log_huge));
+  const real far = all(0.5) * (e - all(1) / e);
+  return near_or(x, near, choose(a > log_huge<float>(), huge<float>(), far), 0.5);
+}
+
+SIGPAK_INLINE real cosh_short(real x) {
+  const real a = absolute(x);
+  const real e = exponential_single(at_most(a, guard<double>::log_huge));
+  return choose(a > log_huge<float>(), huge<float>(), all(0.5) * (e + all(1) / e));
+}
+
+SIGPAK_INLINE real tanh_short(real x) {
+  const real z = x * x;
+  const real near = fma(x * z, polynomial(tanh_single_terms, z), x);
+  const real e = exponential_single(all(2) * at_most(absolute(x), 22));
+  return near_or(x, near, all(1) - all(2) / (e + all(1)), 0.55);
+}
+
+void hyperbolic_sines(double* x, index n) { walk(x, n, sinh_in_full); }
+void hyperbolic_sines(float* x, index n) { walk(x, n, sinh_short); }
+void hyperbolic_cosines(double* x, index n) { walk(x, n, cosh_in_full); }
+void hyperbolic_cosines(float* x, index n) { walk(x, n, cosh_short); }
+void hyperbolic_tangents(double* x, index n) { walk(x, n, tanh_in_full); }
+void hyperbolic_tangents(float* x, index n) { walk(x, n, tanh_short); }
 
 template <class T>
 constexpr kernels::exponential_functions<T> functions = {
-    exponentials<T>,     exponentials10<T>,     exponential_points<T>, exponential10_points<T>,
-    hyperbolic_sines<T>, hyperbolic_cosines<T>, hyperbolic_tangents<T>};
+    exponentials<T>,  exponentials10<T>,  exponential_points<T>, exponential10_points<T>,
+    hyperbolic_sines, hyperbolic_cosines, hyperbolic_tangents};
 
 }  // namespace
 

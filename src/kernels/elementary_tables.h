@@ -26,6 +26,16 @@ template <class T> struct exponential_functions {
   unary<T> hyperbolic_tangent;
 };
 
+template <class T> struct inverse_functions {
+  using packing = void (*)(const T* z, T* out, std::ptrdiff_t points);  // out may be z
+  unary<T> arctangent;
+  unary<T> arcsine;
+  unary<T> arccosine;
+  packing magnitude;
+  packing phase;
+  unary<T> polar;  // points (re, im) to (magnitude, phase)
+};
+
 }  // namespace sigpak::kernels
 
 namespace sigpak {
@@ -34,11 +44,15 @@ extern const kernels::circular_functions<double> circular_double;
 extern const kernels::circular_functions<float> circular_float;
 extern const kernels::exponential_functions<double> exponential_double;
 extern const kernels::exponential_functions<float> exponential_float;
+extern const kernels::inverse_functions<double> inverse_double;
+extern const kernels::inverse_functions<float> inverse_float;
 }  // namespace avx2
 namespace avx512 {
 extern const kernels::circular_functions<double> circular_double;
 extern const kernels::circular_functions<float> circular_float;
 extern const kernels::exponential_functions<double> exponential_double;
 extern const kernels::exponential_functions<float> exponential_float;
+extern const kernels::inverse_functions<double> inverse_double;
+extern const kernels::inverse_functions<float> inverse_float;
 }  // namespace avx512
 }  // namespace sigpak
