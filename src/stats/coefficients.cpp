@@ -1,6 +1,4 @@
 // A polynomial evaluated, and put together from its roots.
-#include <algorithm>
-
 #include "core/memory.h"
 #include "stats/polynomial.h"
 #include "stats/result.h"

@@ -1,6 +1,5 @@
 // One complex root of a real polynomial: Laguerre's and Newton's iterations from several starts.
 #include <algorithm>
-#include <limits>
 
 #include "stats/polynomial.h"
 #include "stats/result.h"

@@ -1,6 +1,5 @@
 // One real root of a real polynomial: Laguerre's and Newton's iterations between bounds of the roots.
 #include <algorithm>
-#include <limits>
 
 #include "stats/polynomial.h"
 #include "stats/result.h"
