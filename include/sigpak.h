@@ -997,10 +997,10 @@ SIGPAK_API int32_t dspfc_fir2(dspf_vec *v, int32_t code);
    history   the taps - 1 samples before the block, the oldest first, or null for zeros. It is brought to the form of
              in, zero-padded or cut to its first taps - 1 points, and leaves holding the last taps - 1 samples of the
              stream: the next call goes on where this one ended. An empty record starts a stream.
-   Real blocks of at least taps - 1 samples go through the transform from 46 taps on (overlap-save; the spectrum of
-   the taps is kept for the next call), everything else is summed directly, from the oldest sample to the newest. Any
-   split of a stream into blocks gives the same output, to the last bit where it is summed directly. A failure may
-   leave out and history partly updated. */
+   Real blocks of at least taps - 1 samples go through the transform from 46 taps on, with wide vectors from 112 on
+   (overlap-save; the spectrum of the taps is kept for the next call). Everything else is summed directly. Any split
+   of a stream into blocks gives the same output, to the last bit where it is summed directly. A failure may leave
+   out and history partly updated. */
 SIGPAK_API int32_t dspd_fir (const dsp_vec  *in, dsp_vec  *out, const dsp_vec  *taps, dsp_vec  *history);
 SIGPAK_API int32_t dspfd_fir(const dspf_vec *in, dspf_vec *out, const dspf_vec *taps, dspf_vec *history);
 

@@ -10,6 +10,7 @@
 #include "core/compare.h"
 #include "core/copy.h"
 #include "core/frame.h"
+#include "core/isa.h"
 #include "core/storage.h"
 #include "elementwise/elementwise.h"
 #include "spectral/spectral.h"
@@ -109,6 +110,8 @@ constexpr index power_of_two(index n) noexcept {
 }
 
 }  // namespace
+
+index least_fast_taps() noexcept { return isa::current() == isa::level::baseline ? 46 : 112; }
 
 template <record V> index convolve_fast(const V* in, V* out, const V* taps, const V* history) noexcept {
   const index points = length(in);

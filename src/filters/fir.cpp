@@ -63,7 +63,7 @@ template <record V> status prepare_output(V* out, const V* in, const V* taps) no
 }
 
 template <record V>
-status run(const V* in, V* out, const V* taps, V* history, index least_fast_taps) noexcept {
+status run(const V* in, V* out, const V* taps, V* history, index from_taps) noexcept {
   const index count = length(taps);
   if (count == 0) return copy(out, in);
   if (history != nullptr && fit_state(history, in, count - 1) != ok) return failed;
@@ -71,7 +71,7 @@ status run(const V* in, V* out, const V* taps, V* history, index least_fast_taps
   V* const result = shared ? substitute_output<V>() : out;
   if (prepare_output(result, in, taps) != ok) return failed;
   const bool fast =
-      !is_complex(in) && !is_complex(taps) && count >= least_fast_taps && length(in) >= count - 1;
+      !is_complex(in) && !is_complex(taps) && count >= from_taps && length(in) >= count - 1;
   if ((fast ? filter_fast(in, result, taps, history) : filter_by_sums(in, result, taps, history)) != ok) {
     return failed;
   }
@@ -82,7 +82,7 @@ status run(const V* in, V* out, const V* taps, V* history, index least_fast_taps
 }  // namespace
 
 template <record V> status filter(const V* in, V* out, const V* taps, V* history) noexcept {
-  return run(in, out, taps, history, fast_taps);
+  return run(in, out, taps, history, least_fast_taps());
 }
 
 template <record V> status filter_directly(const V* in, V* out, const V* taps, V* history) noexcept {
