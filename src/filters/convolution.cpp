@@ -121,13 +121,15 @@ template <record V> index convolve_fast(const V* in, V* out, const V* taps, cons
   if (points > 2 * (transform - before)) {
     return convolve_sections(in, out, taps, history, before, transform) == ok ? 0 : failed;
   }
-  // Repairing the outputs that a circular transform of the block alone wraps onto costs count^2 products; it
-  // pays while that is below the work that a transform of twice the length would add, about 9 n log2 n.
+  // A transform of the block alone wraps onto its first outputs, unless there is room for them anyhow.
+  // Repairing them costs count^2 products, which pays while that is below what a transform of twice the
+  // length would add, about 9 n log2 n.
   const index circle = power_of_two(points);
-  if (count * count <= 9 * std::countr_zero(static_cast<std::uint64_t>(circle)) * points) {
+  const index whole = power_of_two(points + before);
+  if (circle < whole && count * count <= 9 * std::countr_zero(static_cast<std::uint64_t>(circle)) * points) {
     return convolve_sections(in, out, taps, history, 0, circle) == ok ? before : failed;
   }
-  return convolve_sections(in, out, taps, history, before, power_of_two(points + before)) == ok ? 0 : failed;
+  return convolve_sections(in, out, taps, history, before, whole) == ok ? 0 : failed;
 }
 
 template index convolve_fast(const dsp_vec*, dsp_vec*, const dsp_vec*, const dsp_vec*) noexcept;
