@@ -6,16 +6,26 @@
 #include "elementwise/in_place.h"
 #include "elementwise/logarithm_parts.h"
 #include "elementwise/wide_guard.h"
+#include "kernels/elementary.h"
 
 namespace sigpak {
 namespace {
 
+// What the wide kernels need to know of ln x and, in points, of ln(a^2 + b^2) / 2.
+template <class T> constexpr kernels::logarithm_constants natural_constants(double scale) noexcept {
+  return {scale, 0, 1, wide_guard<T>::log_tiny, 0.5 * wide_guard<T>::log_huge};
+}
+
 template <class T> void natural(T* x, index n) noexcept {
+  if (const auto* wide = kernels::logarithm<T>()) return wide->logarithm(x, n, natural_constants<T>(1));
   map(x, n, [](double u) { return u < wide_guard<T>::tiny ? wide_guard<T>::log_tiny : std::log(u); });
 }
 
 // A point beyond H keeps its direction and counts as |z|^2 = H.
 template <class T> void natural_points(T* z, index points) noexcept {
+  if (const auto* wide = kernels::logarithm<T>()) {
+    return wide->logarithm_points(z, points, natural_constants<T>(0.5));
+  }
   map_pairs(z, points, [](double a, double b) {
     if (wide_guard<T>::excludes(a, b)) {
       return point<double>{0.5 * wide_guard<T>::log_huge,
@@ -43,6 +53,9 @@ template <class T> void decimal_scaled(T* x, index n, double factor) noexcept {
     return;
   }
   const parts scale = product({factor, 0}, log10_e);
+  if (const auto* wide = kernels::logarithm<T>()) {
+    return wide->scaled_logarithm(x, n, {scale.hi, scale.lo, 0, factor * wide_guard<T>::log10_tiny, 0});
+  }
   map(x, n, [=](double u) {
     if (u < wide_guard<T>::tiny) return factor * wide_guard<T>::log10_tiny;
     return u <= std::numeric_limits<double>::max() ? decibels(logarithm(u), scale) : factor * u;
@@ -59,6 +72,10 @@ template <class T> void decimal_scaled_points(T* z, index points, double factor)
   }
   const parts scale = product({factor / 2, 0}, log10_e);
   const double angle_scale = factor * wide_guard<T>::log10_e;
+  if (const auto* wide = kernels::logarithm<T>()) {
+    const double floor = factor * wide_guard<T>::log10_tiny;
+    return wide->scaled_logarithm_points(z, points, {scale.hi, scale.lo, angle_scale, floor, 0});
+  }
   map_pairs(z, points, [=](double re, double im) {
     const double a = wide_guard<T>::clamp(re);
     const double b = wide_guard<T>::clamp(im);

@@ -36,6 +36,12 @@ template <> const inverse_functions<double>* inverse() noexcept {
 template <> const inverse_functions<float>* inverse() noexcept {
   return choose(&avx2::inverse_float, &avx512::inverse_float);
 }
+template <> const logarithm_functions<double>* logarithm() noexcept {
+  return choose(&avx2::logarithm_double, &avx512::logarithm_double);
+}
+template <> const logarithm_functions<float>* logarithm() noexcept {
+  return choose(&avx2::logarithm_float, &avx512::logarithm_float);
+}
 #else
 template <> const circular_functions<double>* circular() noexcept { return nullptr; }
 template <> const circular_functions<float>* circular() noexcept { return nullptr; }
@@ -43,6 +49,8 @@ template <> const exponential_functions<double>* exponential() noexcept { return
 template <> const exponential_functions<float>* exponential() noexcept { return nullptr; }
 template <> const inverse_functions<double>* inverse() noexcept { return nullptr; }
 template <> const inverse_functions<float>* inverse() noexcept { return nullptr; }
+template <> const logarithm_functions<double>* logarithm() noexcept { return nullptr; }
+template <> const logarithm_functions<float>* logarithm() noexcept { return nullptr; }
 #endif
 
 }  // namespace sigpak::kernels

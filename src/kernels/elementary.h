@@ -9,5 +9,6 @@ namespace sigpak::kernels {
 template <class T> const circular_functions<T>* circular() noexcept;
 template <class T> const exponential_functions<T>* exponential() noexcept;
 template <class T> const inverse_functions<T>* inverse() noexcept;
+template <class T> const logarithm_functions<T>* logarithm() noexcept;
 
 }  // namespace sigpak::kernels

@@ -17,6 +17,12 @@ SIGPAK_INLINE ints bits(real a) { return reinterpret_cast<ints>(a.v); }
 SIGPAK_INLINE real from_bits(ints a) { return {reinterpret_cast<real::vector>(a)}; }
 SIGPAK_INLINE ints all_bits(long long x) { return x - ints{}; }
 
+// The bits as unsigned numbers.
+template <int places> SIGPAK_INLINE ints shift_right(ints a) {
+  typedef unsigned long long naturals __attribute__((vector_size(SIGPAK_VECTOR_BYTES)));
+  return reinterpret_cast<ints>(reinterpret_cast<naturals>(a) >> places);
+}
+
 // Added to x, leaves x rounded to an integer in the low bits, and itself as it was when subtracted again.
 constexpr double to_integer = 0x1.8p52;
 

@@ -36,6 +36,23 @@ template <class T> struct inverse_functions {
   unary<T> polar;  // points (re, im) to (magnitude, phase)
 };
 
+// What becomes of a logarithm: a multiple of it, and the results at the limits.
+struct logarithm_constants {
+  double scale;        // of ln x, or of ln(a^2 + b^2)
+  double scale_rest;   // what the double leaves out
+  double angle_scale;  // of the phase of a point
+  double floor;        // below T
+  double ceiling;      // of a point beyond H
+};
+
+template <class T> struct logarithm_functions {
+  using in_place = void (*)(T* x, std::ptrdiff_t n, logarithm_constants c);
+  in_place logarithm;  // unscaled
+  in_place scaled_logarithm;
+  in_place logarithm_points;         // with the ceiling, angles unscaled
+  in_place scaled_logarithm_points;  // parts limited to [-H, H]
+};
+
 }  // namespace sigpak::kernels
 
 namespace sigpak {
@@ -46,6 +63,8 @@ extern const kernels::exponential_functions<double> exponential_double;
 extern const kernels::exponential_functions<float> exponential_float;
 extern const kernels::inverse_functions<double> inverse_double;
 extern const kernels::inverse_functions<float> inverse_float;
+extern const kernels::logarithm_functions<double> logarithm_double;
+extern const kernels::logarithm_functions<float> logarithm_float;
 }  // namespace avx2
 namespace avx512 {
 extern const kernels::circular_functions<double> circular_double;
@@ -54,5 +73,7 @@ extern const kernels::exponential_functions<double> exponential_double;
 extern const kernels::exponential_functions<float> exponential_float;
 extern const kernels::inverse_functions<double> inverse_double;
 extern const kernels::inverse_functions<float> inverse_float;
+extern const kernels::logarithm_functions<double> logarithm_double;
+extern const kernels::logarithm_functions<float> logarithm_float;
 }  // namespace avx512
 }  // namespace sigpak
