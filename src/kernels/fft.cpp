@@ -64,17 +64,21 @@ int lanes_for(index points, int widest) noexcept {
 
 }  // namespace
 
+template <class T> bool small_wide_fft(T* x, index points, bool inverse) noexcept {
+  const isa::level level = isa::current();
+  if (points < least_points || points >= index{1} << small_sizes || level == isa::level::baseline)
+    return false;
+  kernels_of<T>(level).small[std::countr_zero(static_cast<std::uint64_t>(points))][inverse](x);
+  return true;
+}
+
 template <class T> bool has_wide_fft(index points) noexcept {
   return points >= least_points && isa::current() != isa::level::baseline;
 }
 
 template <class T> status wide_fft(T* x, index points, bool inverse) noexcept {
   const fft_kernels<T>& kernels = kernels_of<T>(isa::current());
-  const int bits = std::countr_zero(static_cast<std::uint64_t>(points));
-  if (bits < small_sizes) {
-    kernels.small[bits][inverse](x);
-    return ok;
-  }
+  if (small_wide_fft(x, points, inverse)) return ok;
   const fft_plan<T>* const plan =
       find_plan<T>(points, lanes_for(points, kernels.widest_lanes), data::complex);
   if (plan == nullptr) return failed;
@@ -108,6 +112,7 @@ template <class T> status release_wide_fft() noexcept {
 
 #else
 
+template <class T> bool small_wide_fft(T*, index, bool) noexcept { return false; }
 template <class T> bool has_wide_fft(index) noexcept { return false; }
 template <class T> status wide_fft(T*, index, bool) noexcept { return failed; }
 template <class T> bool has_wide_real_fft(index) noexcept { return false; }
@@ -116,6 +121,8 @@ template <class T> status release_wide_fft() noexcept { return ok; }
 
 #endif
 
+template bool small_wide_fft(double*, index, bool) noexcept;
+template bool small_wide_fft(float*, index, bool) noexcept;
 template bool has_wide_fft<double>(index) noexcept;
 template bool has_wide_fft<float>(index) noexcept;
 template status wide_fft(double*, index, bool) noexcept;

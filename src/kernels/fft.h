@@ -5,6 +5,9 @@
 
 namespace sigpak::kernels {
 
+// The transform below, done at once where it needs no tables and this processor has it; false where not.
+template <class T> bool small_wide_fft(T* data, index points, bool inverse) noexcept;
+
 // True where `wide_fft` does the transform of this many points, a power of two.
 template <class T> bool has_wide_fft(index points) noexcept;
 

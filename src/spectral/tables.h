@@ -10,9 +10,8 @@ namespace sigpak {
 
 template <class T> using record_of = std::conditional_t<std::is_same_v<T, double>, dsp_vec, dspf_vec>;
 
-constexpr bool is_power_of_two(index n) noexcept {
-  return n > 0 && std::has_single_bit(static_cast<std::uint64_t>(n));
-}
+// Not by counting bits, which takes a call where the processor may lack the instruction.
+constexpr bool is_power_of_two(index n) noexcept { return n > 0 && (n & (n - 1)) == 0; }
 
 constexpr int address_bits(index points) noexcept {
   return std::countr_zero(static_cast<std::uint64_t>(points));

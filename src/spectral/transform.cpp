@@ -6,6 +6,7 @@
 namespace sigpak {
 
 template <class T> status transform(T* data, index points, bool inverse) noexcept {
+  if (kernels::small_wide_fft(data, points, inverse)) return ok;
   if (kernels::has_wide_fft<T>(points)) {
     own_twiddle_cache<T>();
     return kernels::wide_fft(data, points, inverse);
