@@ -49,16 +49,12 @@ template <class T> void square_roots(T* x, index n) noexcept {
   });
 }
 
-template <class T> void square_root_points(T* z, index points) noexcept {
-  for (index i = 0; i < points; ++i) put_point(z, i, square_root(point_at(z, i)));
-}
-
 template <record V> status take_square(V* v) noexcept {
   return apply(v, square<scalar<V>>, square_points<scalar<V>>);
 }
 
 template <record V> status take_square_root(V* v) noexcept {
-  return apply(v, square_roots<scalar<V>>, square_root_points<scalar<V>>);
+  return apply(v, square_roots<scalar<V>>, [](auto* z, index points) { square_root_points(z, z, points); });
 }
 
 }  // namespace

@@ -10,11 +10,10 @@ namespace sigpak {
 template <record V> status take_square_roots(const V* in, V* out) noexcept {
   const auto from = prepare(in, in, out, is_complex(in));
   if (!from) return failed;
-  const auto root = [](auto x) { return square_root(x); };
   if (from->a_complex) {
-    map_points(from->a, out->data, from->points, root);
+    square_root_points(from->a, out->data, from->points);
   } else {
-    map_reals(from->a, out->data, from->points, root);
+    map_reals(from->a, out->data, from->points, [](auto x) { return square_root(x); });
   }
   return ok;
 }

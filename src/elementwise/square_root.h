@@ -5,6 +5,7 @@
 
 #include "core/guard.h"
 #include "core/product.h"
+#include "kernels/elementary.h"
 
 namespace sigpak {
 
@@ -32,6 +33,13 @@ template <class T> point<T> square_root(point<T> z) noexcept {
   const W major = std::sqrt((r + std::abs(a)) / 2);
   const W minor = std::abs(b) / (2 * major);
   return {static_cast<T>(a < 0 ? minor : major), static_cast<T>(std::copysign(a < 0 ? major : minor, b))};
+}
+
+// The roots of the points of z; out may be z.
+template <class T> void square_root_points(const T* z, T* out, index points) noexcept {
+  const auto root = [](T* at) { put_point(at, 0, square_root(point_at(at, 0))); };
+  if (const auto* wide = kernels::square_root_points<T>()) return (*wide)(z, out, points, root);
+  for (index i = 0; i < points; ++i) put_point(out, i, square_root(point_at(z, i)));
 }
 
 }  // namespace sigpak

@@ -42,6 +42,12 @@ template <> const logarithm_functions<double>* logarithm() noexcept {
 template <> const logarithm_functions<float>* logarithm() noexcept {
   return choose(&avx2::logarithm_float, &avx512::logarithm_float);
 }
+template <> const root_function<double>* square_root_points() noexcept {
+  return choose(&avx2::root_double, &avx512::root_double);
+}
+template <> const root_function<float>* square_root_points() noexcept {
+  return choose(&avx2::root_float, &avx512::root_float);
+}
 #else
 template <> const circular_functions<double>* circular() noexcept { return nullptr; }
 template <> const circular_functions<float>* circular() noexcept { return nullptr; }
@@ -51,6 +57,8 @@ template <> const inverse_functions<double>* inverse() noexcept { return nullptr
 template <> const inverse_functions<float>* inverse() noexcept { return nullptr; }
 template <> const logarithm_functions<double>* logarithm() noexcept { return nullptr; }
 template <> const logarithm_functions<float>* logarithm() noexcept { return nullptr; }
+template <> const root_function<double>* square_root_points() noexcept { return nullptr; }
+template <> const root_function<float>* square_root_points() noexcept { return nullptr; }
 #endif
 
 }  // namespace sigpak::kernels

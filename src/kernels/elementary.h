@@ -10,5 +10,6 @@ template <class T> const circular_functions<T>* circular() noexcept;
 template <class T> const exponential_functions<T>* exponential() noexcept;
 template <class T> const inverse_functions<T>* inverse() noexcept;
 template <class T> const logarithm_functions<T>* logarithm() noexcept;
+template <class T> const root_function<T>* square_root_points() noexcept;
 
 }  // namespace sigpak::kernels
