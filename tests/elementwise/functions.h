@@ -109,4 +109,120 @@ template <record V> samples<V> arguments(const unary_function& f, index count, u
   return out;
 }
 
+// Points of every size and direction, with many close to the unit circle, where ln |z| loses digits, and some
+// on the axes.
+template <record V> samples<V> points(index count, unsigned seed = 3) {
+  using T = scalar<V>;
+  std::mt19937_64 engine(seed);
+  std::uniform_real_distribution<double> unit(-1, 1);
+  samples<V> out;
+  for (index i = 0; i < count; ++i) {
+    const double angle = unit(engine) * 3.141592653589793;
+    const double radius = i % 3 == 0   ? 1
+                          : i % 3 == 1 ? 1 + unit(engine) * 1e-6
+                                       : std::exp2(unit(engine) * 30);
+    const T a = static_cast<T>(radius * std::cos(angle));
+    const T b = static_cast<T>(radius * std::sin(angle));
+    out.push_back(i % 17 == 0 ? T(0) : a);
+    out.push_back(i % 19 == 0 && i % 17 != 0 ? T(0) : b);
+  }
+  return out;
+}
+
+inline void set_squared_magnitude(exact& s, const exact& a, const exact& b) {
+  exact bb;
+  mpfr_sqr(s.get(), a.get(), MPFR_RNDN);
+  mpfr_sqr(bb.get(), b.get(), MPFR_RNDN);
+  mpfr_add(s.get(), s.get(), bb.get(), MPFR_RNDN);
+}
+
+// One component of a complex function, set from the parts of its argument.
+using exact_component = void (*)(exact& y, const exact& a, const exact& b);
+
+// A function of complex records; the bounds are in ulp, below 1 in double precision where a component is
+// rounded once, more where it is a rounded product or takes a constant of the precision.
+struct complex_function {
+  const char* name;
+  std::int32_t (*in_double)(dsp_vec*);
+  std::int32_t (*in_single)(dspf_vec*);
+  exact_component re, im;
+  double re_bound, im_bound;
+  double re_bound_single, im_bound_single;
+  double largest;  // |re| of the arguments, where the results are limited or the errors grow with it
+};
+
+template <exact_function logarithm> void half_logarithm(exact& y, const exact& a, const exact& b) {
+  set_squared_magnitude(y, a, b);
+  logarithm(y.get(), y.get(), MPFR_RNDN);
+  mpfr_div_2ui(y.get(), y.get(), 1, MPFR_RNDN);
+}
+
+inline void angle(exact& y, const exact& a, const exact& b) {
+  mpfr_atan2(y.get(), b.get(), a.get(), MPFR_RNDN);
+}
+
+inline void decimal_angle(exact& y, const exact& a, const exact& b) {
+  exact ln10(10);
+  mpfr_log(ln10.get(), ln10.get(), MPFR_RNDN);
+  angle(y, a, b);
+  mpfr_div(y.get(), y.get(), ln10.get(), MPFR_RNDN);
+}
+
+// sqrt((|z| + sign a) / 2)
+inline void root_component(exact& y, const exact& a, const exact& b, int sign) {
+  set_squared_magnitude(y, a, b);
+  mpfr_sqrt(y.get(), y.get(), MPFR_RNDN);
+  (sign > 0 ? mpfr_add : mpfr_sub)(y.get(), y.get(), a.get(), MPFR_RNDN);
+  mpfr_div_2ui(y.get(), y.get(), 1, MPFR_RNDN);
+  mpfr_sqrt(y.get(), y.get(), MPFR_RNDN);
+}
+
+inline void root_re(exact& y, const exact& a, const exact& b) { root_component(y, a, b, 1); }
+
+inline void root_im(exact& y, const exact& a, const exact& b) {
+  root_component(y, a, b, -1);
+  mpfr_setsign(y.get(), y.get(), mpfr_signbit(b.get()), MPFR_RNDN);
+}
+
+template <exact_function turn> void exponential_component(exact& y, const exact& a, const exact& b) {
+  exact size;
+  mpfr_exp(size.get(), a.get(), MPFR_RNDN);
+  turn(y.get(), b.get(), MPFR_RNDN);
+  mpfr_mul(y.get(), y.get(), size.get(), MPFR_RNDN);
+}
+
+inline void exact_magnitude(exact& y, const exact& a, const exact& b) {
+  set_squared_magnitude(y, a, b);
+  mpfr_sqrt(y.get(), y.get(), MPFR_RNDN);
+}
+
+// (a cos b, a sin b)
+template <exact_function turn> void polar_component(exact& y, const exact& a, const exact& b) {
+  turn(y.get(), b.get(), MPFR_RNDN);
+  mpfr_mul(y.get(), y.get(), a.get(), MPFR_RNDN);
+}
+
+inline const std::vector<complex_function>& complex_functions() {
+  constexpr double once = 0.999;
+  constexpr double product = 1.9;
+  constexpr double half = 0.501;
+  constexpr double any = 1e300;
+  static const std::vector<complex_function> all = {
+      {"sqrt", dspi_sqrt, dspfi_sqrt, root_re, root_im, once, once, half, half, any},
+      {"log", dspi_log, dspfi_log, half_logarithm<mpfr_log>, angle, once, once, half, half, any},
+      {"log10", dspi_log10, dspfi_log10, half_logarithm<mpfr_log10>, decimal_angle, once, product, half, 1.1,
+       any},
+      {"exp", dspi_exp, dspfi_exp, exponential_component<mpfr_cos>, exponential_component<mpfr_sin>, product,
+       product, half, half, 30},
+      {"rtop", dspi_rtop, dspfi_rtop, exact_magnitude, angle, once, once, half, half, any},
+      {"ptor", dspi_ptor, dspfi_ptor, polar_component<mpfr_cos>, polar_component<mpfr_sin>, product, product,
+       half, half, any},
+  };
+  return all;
+}
+
+template <record V> std::int32_t call(const complex_function& f, V* v) {
+  return twin<V>(f.in_double, f.in_single)(v);
+}
+
 }  // namespace sigpak::test

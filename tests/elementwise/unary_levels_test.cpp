@@ -45,6 +45,70 @@ TYPED_TEST(UnaryLevels, WideLevelsAgreeBitForBit) {
   }
 }
 
+// Points in every quarter, and every pair of strange components.
+template <record V> samples<V> strange_points() {
+  samples<V> z = points<V>(10001, 9);
+  const auto strange = awkward<V>();
+  for (const auto a : strange) {
+    for (const auto b : strange) {
+      z.push_back(a);
+      z.push_back(b);
+    }
+  }
+  return z;
+}
+
+TYPED_TEST(UnaryLevels, WideLevelsAgreeOnPointsBitForBit) {
+  using V = TypeParam;
+  if (isa::widest() != isa::level::avx512) GTEST_SKIP() << "this processor has no two wide levels";
+  const samples<V> z = strange_points<V>();
+  std::vector<std::pair<const char*, std::int32_t (*)(V*)>> operations = {
+      {"exp10", TWIN(i_exp10)}, {"mag", TWIN(i_mag)}, {"phase", TWIN(i_phase)}};
+  for (const complex_function& f : complex_functions())
+    operations.emplace_back(f.name, twin<V>(f.in_double, f.in_single));
+  for (const auto& [name, run] : operations) {
+    expect_same_bits(at_level<V>(isa::level::avx2, run, z, true),
+                     at_level<V>(isa::level::avx512, run, z, true), name);
+  }
+}
+
+// Guards, zeros and infinities of the vectors are those of the plain formulas; only last digits may differ.
+TYPED_TEST(UnaryLevels, WideLevelsKeepTheGuardsOfTheBaseline) {
+  using V = TypeParam;
+  const samples<V> z = strange_points<V>();
+  for (const complex_function& f : complex_functions()) {
+    const auto run = twin<V>(f.in_double, f.in_single);
+    const samples<V> plain = at_level<V>(isa::level::baseline, run, z, true);
+    const samples<V> wide = at_level<V>(isa::current(), run, z, true);
+    for (std::size_t i = 0; i < z.size(); ++i) {
+      const auto a = static_cast<double>(plain[i]);
+      const auto b = static_cast<double>(wide[i]);
+      if (a != a) {
+        ASSERT_NE(b, b) << f.name << " at " << z[i & ~std::size_t(1)] << ", " << z[i | 1];
+      } else {
+        ASSERT_TRUE(a == b || std::abs(a - b) <= 8 * unit_roundoff<V> * std::abs(a))
+            << f.name << " at " << z[i & ~std::size_t(1)] << ", " << z[i | 1] << ": " << a << " and " << b;
+        ASSERT_EQ(std::signbit(a), std::signbit(b))
+            << f.name << " at " << z[i & ~std::size_t(1)] << ", " << z[i | 1];
+      }
+    }
+  }
+}
+
+TYPED_TEST(UnaryLevels, MagnitudeAndPhaseAreThePolarForm) {
+  using V = TypeParam;
+  const samples<V> z = strange_points<V>();
+  const samples<V> polar = at_level<V>(isa::current(), TWIN(i_rtop), z, true);
+  const samples<V> size = at_level<V>(isa::current(), TWIN(i_mag), z, true);
+  const samples<V> angle = at_level<V>(isa::current(), TWIN(i_phase), z, true);
+  samples<V> joined;
+  for (std::size_t i = 0; i < size.size(); ++i) {
+    joined.push_back(size[i]);
+    joined.push_back(angle[i]);
+  }
+  expect_same_bits(joined, polar, "rtop");
+}
+
 TYPED_TEST(UnaryLevels, ResultsDoNotDependOnThePlaceInTheArray) {
   using V = TypeParam;
   for (const unary_function& f : unary_functions()) {
