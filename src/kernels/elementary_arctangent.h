@@ -23,9 +23,6 @@ struct reduced_slope {
   parts base;
 };
 
-SIGPAK_INLINE parts choose(mask m, parts yes, parts no) {
-  return {choose(m, yes.hi, no.hi), choose(m, yes.lo, no.lo)};
-}
 SIGPAK_INLINE parts pi_times(double quarters) { return {all(quarters * pi_hi), all(quarters * pi_lo)}; }
 
 // For the upper half plane, of y >= 0; `left` where x is negative.

@@ -72,26 +72,33 @@ void tangents(float* x, index n) { walk(x, n, tangent_short); }
 void sine_quotients(double* x, index n) { walk(x, n, sine_quotient); }
 void sine_quotients(float* x, index n) { walk(x, n, sine_quotient_short); }
 
-// Each part a rounded product, as the operation defines it.
-template <class T, class SineAndCosine> SIGPAK_INLINE void turn_points(T* z, index points, SineAndCosine f) {
-  walk_points(
-      z, z, points, [f](real & a, real & b) __attribute__((always_inline)) {
-        real sine;
-        real cosine;
-        f(b, sine, cosine);
-        b = a * sine;
-        a = a * cosine;
-      });
+// size * part, rounded once; the sign is that of the plain product, which holds for infinite sizes too.
+SIGPAK_INLINE real times(real size, parts part) {
+  const real plain = size * part.hi;
+  const real y = fma(size, part.hi, size * part.lo);
+  return take_sign(choose(absolute(size) == all(__builtin_inf()), plain, y), plain);
 }
 
-void rectangular(double* z, index points) { turn_points(z, points, sine_and_cosine); }
-void rectangular(float* z, index points) { turn_points(z, points, sine_and_cosine_single); }
+SIGPAK_INLINE void rectangular(real& a, real& b) {
+  const sine_cosine y = sine_and_cosine(b);
+  b = times(a, y.sine);
+  a = times(a, y.cosine);
+}
+
+SIGPAK_INLINE void rectangular_short(real& a, real& b) {
+  const sine_cosine y = sine_and_cosine_single(b);
+  b = a * y.sine.hi;
+  a = a * y.cosine.hi;
+}
+
+void rectangular_points(double* z, index points) { walk_points(z, z, points, rectangular); }
+void rectangular_points(float* z, index points) { walk_points(z, z, points, rectangular_short); }
 
 }  // namespace
 
 const kernels::circular_functions<double> circular_double = {sines, cosines, tangents, sine_quotients,
-                                                             rectangular};
+                                                             rectangular_points};
 const kernels::circular_functions<float> circular_float = {sines, cosines, tangents, sine_quotients,
-                                                           rectangular};
+                                                           rectangular_points};
 
 }  // namespace sigpak::SIGPAK_LEVEL

@@ -51,30 +51,58 @@ template <class T> void exponentials10(T* x, index n) {
   walk(x, stop, guarded_exp10<T>);
 }
 
-template <class T> SIGPAK_INLINE void turn(real size, real phase, real& a, real& b) {
-  real sine;
-  real cosine;
+// The size of e^z as a scaled sum: size * 2^floor(n / 8), with n in the low bits of shifted.
+struct scaled_size {
+  parts size;
+  real shifted;
+};
+
+template <class T> SIGPAK_INLINE scaled_size size_of(eighths x) {
   if constexpr (is_single<T>) {
-    sine_and_cosine_single(phase, sine, cosine);
+    const real root = look_up(eighth_powers, bits(x.shifted));
+    return {{fma(root, expm1_near_zero_single(x.r), root), all(0)}, x.shifted};
   } else {
-    sine_and_cosine(phase, sine, cosine);
+    const parts m = mantissa(x);
+    return {fast_sum(m.hi, m.lo), x.shifted};
   }
-  a = size * cosine;
-  b = size * sine;
+}
+
+SIGPAK_INLINE scaled_size limit(scaled_size s, mask m, real limit) {
+  return {choose(m, {limit, all(0)}, s.size), choose(m, all(to_integer), s.shifted)};
+}
+
+// size * part, rounded once but for the scaling of subnormal results; with the sign of the plain product.
+template <class T> SIGPAK_INLINE real times(scaled_size s, parts part) {
+  const real plain = s.size.hi * part.hi;
+  if constexpr (is_single<T>) {
+    return scale_eighths(plain, s.shifted);
+  } else {
+    const real y = fma(s.size.hi, part.hi, fma(s.size.hi, part.lo, s.size.lo * part.hi));
+    return scale_eighths(take_sign(y, plain), s.shifted);
+  }
+}
+
+template <class T> SIGPAK_INLINE void turn(scaled_size s, real phase, real& a, real& b) {
+  const sine_cosine y = sine_and_cosine_for<T>(phase);
+  a = times<T>(s, y.cosine);
+  b = times<T>(s, y.sine);
 }
 
 template <class T> void exponential_points(T* z, index points) {
   walk_points(
-      z, z, points,
-      [](real & a, real & b) __attribute__((always_inline)) { turn<T>(guarded_exp<T>(a), b, a, b); });
+      z, z, points, [](real & a, real & b) __attribute__((always_inline)) {
+        const scaled_size e = size_of<T>(reduce_power(at_least(a, vanishing_exponent)));
+        turn<T>(limit(e, a > log_huge<T>(), huge<T>()), b, a, b);
+      });
 }
 
 template <class T> void exponential10_points(T* z, index points) {
   walk_points(
       z, z, points, [](real & a, real & b) __attribute__((always_inline)) {
         constexpr double ln10 = is_single<T> ? static_cast<double>(2.3025851F) : 2.302585092994046;
-        const real size = choose(a < -huge<T>(), -huge<T>(), guarded_exp10<T>(a));
-        turn<T>(size, b * all(ln10), a, b);
+        const scaled_size e = size_of<T>(reduce_decimal_power(at_least(a, vanishing_decimal_exponent)));
+        const scaled_size above = limit(e, a > log10_huge<T>(), huge<T>());
+        turn<T>(limit(above, a < -huge<T>(), -huge<T>()), b * all(ln10), a, b);
       });
 }
 

@@ -159,6 +159,10 @@ struct parts {
   real lo;
 };
 
+SIGPAK_INLINE parts choose(mask m, parts yes, parts no) {
+  return {choose(m, yes.hi, no.hi), choose(m, yes.lo, no.lo)};
+}
+
 // a + b exactly, when a is 0 or not the smaller in magnitude.
 SIGPAK_INLINE parts fast_sum(real a, real b) {
   const real sum = a + b;

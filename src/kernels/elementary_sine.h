@@ -97,33 +97,49 @@ SIGPAK_INLINE real cosine_single(real x) {
   return short_sine(r, bits(shifted));
 }
 
-// Both functions of one reduced angle.
-SIGPAK_INLINE void place(const angle& a, real s, real c, real& sine, real& cosine) {
-  const mask odd = has_bit(a.quarter, 1);
-  sine = flip_sign(choose(odd, c, s), a.quarter << 62);
-  cosine = flip_sign(choose(odd, s, c), (a.quarter + 1) << 62);
-}
-
 SIGPAK_INLINE mask is_far(real x) { return opposite(absolute(x) <= all(reduction_end)); }
 
-SIGPAK_INLINE void sine_and_cosine(real x, real& sine, real& cosine) {
-  const angle a = reduce(x);
-  const sine_cosine y = both_parts(a);
-  place(a, take_sign(y.sine.hi, a.hi), y.cosine.hi, sine, cosine);
-  const mask far = is_far(x);
-  sine = except(sine, far, x, [](double u) { return __builtin_sin(u); });
-  cosine = except(cosine, far, x, [](double u) { return __builtin_cos(u); });
+SIGPAK_INLINE parts flip_sign(parts a, ints sign) { return {flip_sign(a.hi, sign), flip_sign(a.lo, sign)}; }
+
+// The C library's value for far arguments, with nothing left over.
+template <class F> SIGPAK_INLINE parts except(parts y, mask m, real x, F f) {
+  if (__builtin_expect(lanes_of(m) == 0, 1)) return y;
+  return {except(y.hi, m, x, f), choose(m, all(0), y.lo)};
 }
 
-SIGPAK_INLINE void sine_and_cosine_single(real x, real& sine, real& cosine) {
+// sin x and cos x, each with what its leading double leaves out.
+SIGPAK_INLINE sine_cosine sine_and_cosine(real x) {
+  const angle a = reduce(x);
+  sine_cosine y = both_parts(a);
+  y.sine.hi = take_sign(y.sine.hi, a.hi);
+  const mask odd = has_bit(a.quarter, 1);
+  const mask far = is_far(x);
+  const parts sine = flip_sign(choose(odd, y.cosine, y.sine), a.quarter << 62);
+  const parts cosine = flip_sign(choose(odd, y.sine, y.cosine), (a.quarter + 1) << 62);
+  return {except(sine, far, x, [](double u) { return __builtin_sin(u); }),
+          except(cosine, far, x, [](double u) { return __builtin_cos(u); })};
+}
+
+// The same for single precision, where the leading doubles are enough.
+SIGPAK_INLINE sine_cosine sine_and_cosine_single(real x) {
   const angle a = reduce(x);
   const real z = a.hi * a.hi;
-  const real s = fma(a.hi * z, polynomial(sine_quarter_single_terms, z), a.hi);
+  const real s = take_sign(fma(a.hi * z, polynomial(sine_quarter_single_terms, z), a.hi), a.hi);
   const real c = fma(z * z, polynomial(cosine_quarter_single_terms, z), fnma(all(0.5), z, all(1)));
-  place(a, take_sign(s, a.hi), c, sine, cosine);
+  const mask odd = has_bit(a.quarter, 1);
   const mask far = is_far(x);
-  sine = except(sine, far, x, [](double u) { return __builtin_sin(u); });
-  cosine = except(cosine, far, x, [](double u) { return __builtin_cos(u); });
+  const real sine = flip_sign(choose(odd, c, s), a.quarter << 62);
+  const real cosine = flip_sign(choose(odd, s, c), (a.quarter + 1) << 62);
+  return {{except(sine, far, x, [](double u) { return __builtin_sin(u); }), all(0)},
+          {except(cosine, far, x, [](double u) { return __builtin_cos(u); }), all(0)}};
+}
+
+template <class T> SIGPAK_INLINE sine_cosine sine_and_cosine_for(real x) {
+  if constexpr (sizeof(T) == sizeof(float)) {
+    return sine_and_cosine_single(x);
+  } else {
+    return sine_and_cosine(x);
+  }
 }
 
 }  // namespace
