@@ -1,0 +1,366 @@
+// Arithmetic, movement, sums, sorting and small calls against the plain loop, the peers that are installed,
+// and the limit of the machine: Markdown tables of ratios. bench_vector [--level baseline|avx2|avx512]
+// [--table stream|order|small] [--only NAME] [--rounds N]
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <random>
+#include <string_view>
+
+#ifdef __linux__
+#include <sys/mman.h>
+#endif
+
+#ifdef BENCH_GSL
+#include <gsl/gsl_sort.h>
+#include <gsl/gsl_statistics.h>
+#endif
+
+#include "core/isa.h"
+#include "limits.h"
+#include "plain.h"
+#include "rounds.h"
+#include "sigpak.h"
+
+namespace {
+
+using bench::contender;
+using bench::plain::index;
+namespace plain = bench::plain;
+
+struct options {
+  std::string_view table;
+  std::string_view only;
+  int rounds = 15;
+};
+
+constexpr index most_scalars = index{64} << 17;  // 64 MiB
+constexpr index scalar_bytes = sizeof(double);
+
+// Storage with room behind it, 16 bytes off a cache line, as malloc gives large blocks.
+class buffer {
+ public:
+  explicit buffer(unsigned seed) : block_(static_cast<double*>(std::aligned_alloc(huge_page, bytes))) {
+#ifdef __linux__
+    madvise(block_, bytes, MADV_HUGEPAGE);  // the places of small pages in the caches differ from run to run
+#endif
+    std::mt19937_64 engine(seed);
+    std::uniform_real_distribution<double> uniform(-1, 1);
+    for (index i = 0; i < most_scalars + 64; ++i) block_[i] = uniform(engine);
+  }
+  ~buffer() { std::free(block_); }
+  buffer(const buffer&) = delete;
+  buffer& operator=(const buffer&) = delete;
+
+  double* aligned() const { return block_; }
+  double* data() const { return block_ + 2; }
+
+ private:
+  static constexpr std::size_t huge_page = std::size_t{1} << 21;
+  static constexpr std::size_t bytes = most_scalars * scalar_bytes + huge_page;
+  double* block_;
+};
+
+struct arena {
+  buffer a{1}, b{2}, c{3}, d{4}, turns{5};
+  double sink = 0;
+  dsp_vec va{}, vb{}, vt{}, vc{}, result{};
+
+  // Records of so many points over the buffers; made before the clock runs.
+  void prepare(index points, bool complex) {
+    const auto over = [&](const buffer& storage) {
+      dsp_vec v{};
+      v.delta = 1;
+      v.data = storage.data();
+      v.alloc = static_cast<std::int32_t>(most_scalars);
+      v.points = static_cast<std::uint32_t>(points);
+      v.complex = complex ? 1 : 0;
+      return v;
+    };
+    va = over(a);
+    vb = over(b);
+    vt = over(turns);
+    vc = over(c);
+    result = over(c);
+  }
+
+  arena() {
+    for (index i = 0; i < most_scalars; ++i) d.aligned()[i] = 1.5;
+    for (index i = 0; i < most_scalars; ++i) {
+      turns.data()[i] = std::copysign(i % 2 == 0 ? 0.6 : 0.8, turns.data()[i]);  // points on the unit circle
+    }
+    // Factors near 1, so that what is multiplied again and again stays in range.
+    for (index i = 0; i < most_scalars; ++i) b.data()[i] = std::copysign(1 + 1e-3 * b.data()[i], b.data()[i]);
+  }
+};
+
+enum class bound { stream, read, divider, root };
+
+// One operation on `points` points that occupy `footprint` scalars each, and move `moved` scalars each.
+struct operation {
+  std::string_view name;
+  bound limit;
+  bool complex;
+  int footprint;
+  int moved;
+  void (*ours)(arena&, index points);
+  void (*plain)(arena&, index points);
+};
+
+template <int32_t (*statistic)(const dsp_vec*, dsp_vec*)> void reduce(arena& m, index) {
+  statistic(&m.va, &m.result);
+}
+template <int32_t (*verb)(dsp_vec*)> void change(arena& m, index) { verb(&m.va); }
+template <int32_t (*verb)(dsp_vec*), int32_t complex> void change_form(arena& m, index) {
+  m.va.complex = complex;
+  verb(&m.va);
+}
+template <int32_t (*verb)(const dsp_vec*, const dsp_vec*, dsp_vec*)> void combine(arena& m, index) {
+  verb(&m.va, &m.vb, &m.va);
+}
+template <int32_t (*verb)(const dsp_vec*, const dsp_vec*, dsp_vec*)> void combine_points(arena& m, index) {
+  verb(&m.va, &m.vt, &m.va);
+}
+
+constexpr std::array operations = {
+    operation{"scale", bound::stream, false, 1, 2, [](arena& m, index) { dspi_scale(&m.va, -1.0); },
+              [](arena& m, index n) { plain::scale(m.a.data(), n, -1.0); }},
+    operation{"offset", bound::stream, false, 1, 2, [](arena& m, index) { dspi_offset(&m.va, 1e-3); },
+              [](arena& m, index n) { plain::offset(m.a.data(), n, -1e-3); }},
+    operation{"limit", bound::stream, false, 1, 2,
+              [](arena& m, index) {
+                std::int32_t clipped = 0;
+                dspi_limit(&m.va, 0, -0.99, 0.99, &clipped);
+              },
+              [](arena& m, index n) { m.sink += plain::limit(m.a.data(), n, -0.99, 0.99) ? 1 : 0; }},
+    operation{"add", bound::stream, false, 2, 3, combine<dspb_add>,
+              [](arena& m, index n) { plain::add(m.a.data(), m.b.data(), n); }},
+    operation{"multiply", bound::stream, false, 2, 3, combine<dspb_mul>,
+              [](arena& m, index n) { plain::multiply(m.a.data(), m.b.data(), n); }},
+    operation{"minimum", bound::stream, false, 2, 3, combine<dspb_min>,
+              [](arena& m, index n) { plain::minimum(m.a.data(), m.b.data(), n); }},
+    operation{"weighted mean", bound::stream, false, 2, 3,
+              [](arena& m, index) { dspb_avg_add(&m.va, &m.vb, &m.va, 0.75); },
+              [](arena& m, index n) { plain::blend(m.a.data(), m.b.data(), n, 0.75); }},
+    operation{"complex multiply", bound::stream, true, 4, 6, combine_points<dspb_mul>,
+              [](arena& m, index n) { plain::multiply_points(m.a.data(), m.turns.data(), n); }},
+    operation{"divide", bound::divider, false, 2, 1, combine<dspb_div>,
+              [](arena& m, index n) { plain::divide(m.a.data(), m.b.data(), n); }},
+    operation{"complex divide", bound::divider, true, 4, 1, combine_points<dspb_div>,
+              [](arena& m, index n) { plain::divide_points(m.a.data(), m.turns.data(), n); }},
+    operation{"reciprocal", bound::divider, false, 1, 1, change<dspi_recip>,
+              [](arena& m, index n) { plain::reciprocal(m.a.data(), n); }},
+    operation{"square root", bound::root, false, 1, 1, change<dspi_sqrt>,
+              [](arena& m, index n) { plain::square_root(m.a.data(), n); }},
+    operation{"sum", bound::read, false, 1, 1, reduce<dsps_sum>,
+              [](arena& m, index n) { m.sink += plain::sum(m.a.data(), n); }},
+    operation{"sum of squares", bound::read, false, 1, 1, reduce<dsps_magsq_sum>,
+              [](arena& m, index n) { m.sink += plain::sum_of_squares(m.a.data(), n); }},
+    operation{"variance", bound::read, false, 1, 1, reduce<dsps_pop_var>,
+              [](arena& m, index n) { m.sink += plain::variance(m.a.data(), n); }},
+    operation{"skewness", bound::read, false, 1, 1, reduce<dsps_skew>,
+              [](arena& m, index n) { m.sink += plain::skewness(m.a.data(), n); }},
+    operation{"excess", bound::read, false, 1, 2, reduce<dsps_excess>,
+              [](arena& m, index n) { m.sink += plain::excess(m.a.data(), n); }},
+    operation{"harmonic mean", bound::read, false, 1, 1, reduce<dsps_hmean>,
+              [](arena& m, index n) { m.sink += plain::harmonic_mean(m.a.data(), n); }},
+    operation{"smallest", bound::read, false, 1, 1, reduce<dsps_min>,
+              [](arena& m, index n) { m.sink += plain::smallest(m.a.data(), n); }},
+    operation{"smallest complex", bound::read, true, 2, 2, reduce<dsps_min>,
+              [](arena& m, index n) { m.sink += static_cast<double>(plain::smallest_point(m.a.data(), n)); }},
+    operation{"dot product", bound::read, false, 2, 2,
+              [](arena& m, index) { dspbs_dot(&m.va, &m.vb, &m.result); },
+              [](arena& m, index n) { m.sink += plain::dot(m.a.data(), m.b.data(), n); }},
+    operation{"reverse", bound::stream, false, 1, 2, change<dspi_rev>,
+              [](arena& m, index n) { plain::reverse(m.a.data(), n); }},
+    operation{"swap halves, even", bound::stream, false, 1, 2, change<dspi_swap_halves>,
+              [](arena& m, index n) { plain::swap_halves(m.a.data(), n); }},
+    operation{"swap halves, odd", bound::stream, false, 1, 2,
+              [](arena& m, index n) {
+                m.va.points = static_cast<std::uint32_t>(n - 1);
+                dspi_swap_halves(&m.va);
+              },
+              [](arena& m, index n) { plain::swap_halves(m.a.data(), n - 1); }},
+    operation{"real to complex", bound::stream, false, 2, 3, change_form<dspi_rtoc, 0>,
+              [](arena& m, index n) { plain::to_complex(m.a.data(), n); }},
+    operation{"real part", bound::stream, true, 2, 3, change_form<dspi_real, 1>,
+              [](arena& m, index n) { plain::keep_part(m.a.data(), n, 0); }},
+    operation{"imaginary part", bound::stream, true, 2, 3, change_form<dspi_imag, 1>,
+              [](arena& m, index n) { plain::keep_part(m.a.data(), n, 1); }},
+    operation{"squared magnitude", bound::stream, true, 2, 3, change_form<dspi_magsq, 1>,
+              [](arena& m, index n) { plain::square_magnitude(m.a.data(), n); }},
+    operation{"parts to complex", bound::stream, false, 4, 4,
+              [](arena& m, index) { dspb_ritoc(&m.va, &m.vb, &m.vc); },
+              [](arena& m, index n) { plain::interleave(m.a.data(), m.b.data(), m.c.data(), n); }},
+};
+
+void refresh(arena& m, const operation& o, index points) {
+  m.prepare(points, o.complex);
+  for (index i = 0; i < points * o.footprint; ++i) m.a.data()[i] = m.b.data()[i] * 0.5 + 1e-9;
+}
+
+// The limit at the same footprint, for as many scalars moved.
+contender limit_of(arena& m, const operation& o, index points) {
+  switch (o.limit) {
+    case bound::stream: {
+      const index n = points * o.footprint / 64 * 64;
+      return {"limit", [] {}, [&m, n] { bench::copy_scale(m.c.aligned(), n, -1.0); }};
+    }
+    case bound::read: {
+      const index n = points * o.footprint / 64 * 64;
+      return {"limit", [] {}, [&m, n] { m.sink += bench::read_all(m.c.aligned(), n); }};
+    }
+    case bound::divider:
+      return {"limit", [] {}, [&m, points] { bench::divide_one(m.d.aligned(), points); }};
+    default:
+      return {"limit", [] {}, [&m, points] { bench::root_one(m.d.aligned(), points); }};
+  }
+}
+
+// Scalars moved by the operation for each one moved by its limit.
+double traffic(const operation& o) {
+  switch (o.limit) {
+    case bound::stream:
+      return o.moved / (2.0 * o.footprint);
+    case bound::read:
+      return o.moved / (1.0 * o.footprint);
+    default:
+      return 1;
+  }
+}
+
+void stream_table(const options& o) {
+  arena m;
+  std::printf("| operation | 16 KiB | 256 KiB | 4 MiB | 64 MiB |\n|---|---|---|---|---|\n");
+  for (const operation& op : operations) {
+    if (!o.only.empty() && op.name.find(o.only) == std::string_view::npos) continue;
+    std::printf("| %.*s |", static_cast<int>(op.name.size()), op.name.data());
+    for (const index bytes : {index{1} << 14, index{1} << 18, index{1} << 22, index{1} << 26}) {
+      const index points = bytes / scalar_bytes / op.footprint;
+      refresh(m, op, points);
+      std::vector<contender> all = {limit_of(m, op, points),
+                                    {"sigpak", [] {}, [&] { op.ours(m, points); }},
+                                    {"plain", [] {}, [&] { op.plain(m, points); }}};
+      if (bytes == 8 * most_scalars) {  // nobody finds what the one before left in the cache
+        for (contender& c : all) c.refill = [&] { m.sink += bench::read_all(m.d.aligned(), most_scalars); };
+      }
+      for (contender& c : all) c.repeats = static_cast<int>(std::max<index>(1, (index{1} << 18) / bytes));
+      const auto t = bench::compare(all, o.rounds, 1e-4);
+      std::printf(" %.2f, %.1fx |", t[1].ratio * traffic(op), t[2].seconds / t[1].seconds);
+      std::fflush(stdout);
+    }
+    std::printf("\n");
+  }
+}
+
+// Order statistics on fresh random data every time: repeated data flatter branches.
+void order_table(const options& o) {
+  constexpr index copies = 4;
+  std::printf("| operation | points | std | GSL |\n|---|---|---|---|\n");
+  for (const index n : {16, 100, 300, 1000, 10000, 100000, 1000000, 4000000}) {
+    std::vector<double> source(static_cast<std::size_t>(std::max(n * copies, index{1} << 18)));
+    std::mt19937_64 engine(5);
+    std::normal_distribution<double> normal;
+    for (double& x : source) x = normal(engine);
+    std::vector<double> work(static_cast<std::size_t>(n));
+    std::vector<double> extra(static_cast<std::size_t>(n));
+    double result[2] = {};
+    const index places = static_cast<index>(source.size()) / n;
+    index at = 0;
+    const auto refill = [&] {
+      at = (at + 1) % places;
+      std::memcpy(work.data(), source.data() + at * n, static_cast<std::size_t>(n * scalar_bytes));
+    };
+    const auto over = [n](double* data) {
+      dsp_vec v{};
+      v.data = data;
+      v.alloc = static_cast<std::int32_t>(n);
+      v.points = static_cast<std::uint32_t>(n);
+      return v;
+    };
+    const std::vector<contender> sorts = {
+        {"sigpak", refill,
+         [&] {
+           dsp_vec v = over(work.data());
+           dspi_sort(&v);
+         }},
+        {"std", refill, [&] { std::sort(work.begin(), work.end()); }},
+#ifdef BENCH_GSL
+        {"GSL", refill, [&] { gsl_sort(work.data(), 1, static_cast<std::size_t>(n)); }},
+#endif
+    };
+    const std::vector<contender> medians = {
+        {"sigpak", refill,
+         [&] {
+           const dsp_vec v = over(work.data());
+           dsp_vec r = over(result);
+           dsps_median(&v, &r);
+         }},
+        {"std", refill,
+         [&] {
+           std::vector<double> copy(work);  // the median leaves its input alone
+           std::nth_element(copy.begin(), copy.begin() + n / 2, copy.end());
+           result[0] = copy[static_cast<std::size_t>(n / 2)];
+         }},
+#ifdef BENCH_GSL
+        {"GSL", refill,
+         [&] {
+           std::memcpy(extra.data(), work.data(), static_cast<std::size_t>(n * scalar_bytes));
+           result[0] = gsl_stats_median(extra.data(), 1, static_cast<std::size_t>(n));
+         }},
+#endif
+    };
+    const int rounds = n > 500000 ? std::min(o.rounds, 7) : o.rounds;
+    for (const auto* list : {&sorts, &medians}) {
+      const auto t = bench::compare(*list, rounds, n < 1000 ? 3e-4 : 1e-3);
+      std::printf("| %s | %td |", list == &sorts ? "sort" : "median", n);
+      for (std::size_t i = 1; i < list->size(); ++i) std::printf(" %.2fx |", 1 / t[i].ratio);
+      std::printf("  %.1f ns/point\n", t[0].seconds * 1e9 / static_cast<double>(n));
+    }
+  }
+}
+
+// Calls of a few points, a thousand at a time. A ratio above 1 is slower than the direct loop.
+void small_table(const options& o) {
+  arena m;
+  std::printf("| operation, time relative to the direct loop | 1 | 4 | 16 | 64 |\n|---|---|---|---|---|\n");
+  for (const operation& op : operations) {
+    if (!o.only.empty() && op.name.find(o.only) == std::string_view::npos) continue;
+    std::printf("| %.*s |", static_cast<int>(op.name.size()), op.name.data());
+    for (const index points : {1, 4, 16, 64}) {
+      refresh(m, op, points);
+      const auto many = [&](auto call) {
+        return [&m, call, points] {
+          for (int i = 0; i < 1000; ++i) call(m, points);
+        };
+      };
+      const std::vector<contender> all = {{"sigpak", [] {}, many(op.ours)}, {"plain", [] {}, many(op.plain)}};
+      const auto t = bench::compare(all, o.rounds, 5e-5);
+      std::printf(" %.2f (%.1f ns) |", t[1].ratio, t[0].seconds * 1e6);
+    }
+    std::printf("\n");
+    std::fflush(stdout);
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  options o;
+  for (int i = 1; i + 1 < argc; i += 2) {
+    const std::string_view name = argv[i];
+    const std::string_view value = argv[i + 1];
+    if (name == "--level") {
+      using sigpak::isa::level;
+      sigpak::isa::force(value == "avx512" ? level::avx512 : value == "avx2" ? level::avx2 : level::baseline);
+    }
+    if (name == "--table") o.table = value;
+    if (name == "--only") o.only = value;
+    if (name == "--rounds") o.rounds = std::atoi(argv[i + 1]);
+  }
+  if (o.table.empty() || o.table == "stream") stream_table(o);
+  if (o.table.empty() || o.table == "order") order_table(o);
+  if (o.table.empty() || o.table == "small") small_table(o);
+}
