@@ -2,15 +2,10 @@
 #include "core/isa.h"
 
 #include <algorithm>
-#include <atomic>
 
 namespace sigpak::isa {
-namespace {
 
-constexpr int unknown = -1;
-constinit std::atomic<int> chosen = unknown;
-
-}  // namespace
+constinit std::atomic<int> detail::chosen = detail::unknown;
 
 level widest() noexcept {
 #if SIGPAK_WIDE_LEVELS
@@ -25,17 +20,14 @@ level widest() noexcept {
 #endif
 }
 
-level current() noexcept {
-  int found = chosen.load(std::memory_order_relaxed);
-  if (found == unknown) {
-    found = static_cast<int>(widest());
-    chosen.store(found, std::memory_order_relaxed);
-  }
-  return static_cast<level>(found);
+level detail::choose() noexcept {
+  const level found = widest();
+  chosen.store(static_cast<int>(found), std::memory_order_relaxed);
+  return found;
 }
 
 void force(level wanted) noexcept {
-  chosen.store(std::min(static_cast<int>(wanted), static_cast<int>(widest())), std::memory_order_relaxed);
+  detail::chosen.store(std::min(static_cast<int>(wanted), static_cast<int>(widest())), std::memory_order_relaxed);
 }
 
 }  // namespace sigpak::isa

@@ -7,17 +7,31 @@
 #define SIGPAK_WIDE_LEVELS 0
 #endif
 
+#include <atomic>
+#include <cstddef>
+
 namespace sigpak::isa {
 
 // avx2 has FMA too; avx512 is F, DQ, BW, VL and VBMI2, the last to leave out the processors that slow down
 // under 512-bit work.
 enum class level : int { baseline, avx2, avx512 };
 
-// The widest level of the processor and the operating system, or the one forced.
-level current() noexcept;
-
 // The widest level that can run here.
 level widest() noexcept;
+
+namespace detail {
+
+inline constexpr int unknown = -1;
+extern constinit std::atomic<int> chosen;
+level choose() noexcept;
+
+}  // namespace detail
+
+// The widest level of the processor and the operating system, or the one forced.
+inline level current() noexcept {
+  const int found = detail::chosen.load(std::memory_order_relaxed);
+  return found != detail::unknown ? static_cast<level>(found) : detail::choose();
+}
 
 // Makes `current` answer `wanted`, limited to the widest; for tests and measurements.
 void force(level wanted) noexcept;
@@ -49,9 +63,8 @@ run_avx512(Loop& loop) {
 
 }  // namespace detail
 
-// Runs a plain loop at the current level. One call per operation, around the whole of its loop.
-template <class Loop> auto run(Loop&& loop) {
-  switch (current()) {
+template <class Loop> auto run_at(level wanted, Loop& loop) {
+  switch (wanted) {
     case level::avx512:
       return detail::run_avx512(loop);
     case level::avx2:
@@ -63,8 +76,17 @@ template <class Loop> auto run(Loop&& loop) {
 
 #else
 
-template <class Loop> auto run(Loop&& loop) { return loop(); }
+template <class Loop> auto run_at(level, Loop& loop) { return loop(); }
 
 #endif
+
+// Runs a plain loop at the current level. One call per operation, around the whole of its loop.
+template <class Loop> auto run(Loop&& loop) { return run_at(current(), loop); }
+
+// The same for a loop of so many turns: a short one takes the baseline, inlined, and saves the call.
+inline constexpr std::ptrdiff_t short_run = 24;
+template <class Loop> auto run(std::ptrdiff_t turns, Loop&& loop) {
+  return run_at(turns <= short_run ? level::baseline : current(), loop);
+}
 
 }  // namespace sigpak::isa

@@ -1,6 +1,7 @@
 // The walk of every operation that combines two records point by point.
 #pragma once
 
+#include "core/each.h"
 #include "core/isa.h"
 #include "core/product.h"
 #include "elementwise/prepare.h"
@@ -9,12 +10,14 @@ namespace sigpak {
 
 // Samples read and written by point, as scalars or as complex values.
 template <class T> struct real_points {
+  static constexpr index width = 1;
   T* data;
   T get(index i) const noexcept { return data[i]; }
   void put(index i, std::remove_const_t<T> value) const noexcept { data[i] = value; }
 };
 
 template <class T> struct complex_points {
+  static constexpr index width = 2;
   T* data;
   auto get(index i) const noexcept { return point_at<std::remove_const_t<T>>(data, i); }
   void put(index i, point<std::remove_const_t<T>> value) const noexcept { put_point(data, i, value); }
@@ -27,15 +30,14 @@ template <class T> complex_points(T*) -> complex_points<T>;
 // them.
 template <class A, class B, class Out, class F>
 void combine_forwards(A a, B b, Out out, index points, F f) noexcept {
-  isa::run([=] {
-    for (index i = 0; i < points; ++i) out.put(i, f(a.get(i), b.get(i)));
-  });
+  isa::run(points,
+           [=] { each<Out::width>(out.data, points, [=](index i) { out.put(i, f(a.get(i), b.get(i))); }); });
 }
 
 // The same from the last point to the first: out may hold an operand of narrower points at its start.
 template <class A, class B, class Out, class F>
 void combine_backwards(A a, B b, Out out, index points, F f) noexcept {
-  isa::run([=] {
+  isa::run(points, [=] {
     for (index i = points - 1; i >= 0; --i) out.put(i, f(a.get(i), b.get(i)));
   });
 }

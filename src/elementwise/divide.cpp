@@ -1,4 +1,6 @@
 // The guarded quotient: 0/0 is 0, and anything else over 0 is +H in every part.
+#include <cmath>
+
 #include "core/guard.h"
 #include "elementwise/combine.h"
 #include "elementwise/elementwise.h"
@@ -12,21 +14,21 @@ struct over {
     return b != 0 ? a / b : a != 0 ? guard<T>::huge : T(0);
   }
 
-  template <class T> constexpr point<T> operator()(point<T> a, T b) const noexcept {
-    return guarded(product(a, 1 / b), b, a.re == 0 && a.im == 0);
+  template <class T> point<T> operator()(point<T> a, T b) const noexcept {
+    return guarded(product(a, 1 / b), b, size(a) == 0);
   }
 
-  template <class T> constexpr point<T> operator()(point<T> a, point<T> b) const noexcept {
+  template <class T> point<T> operator()(point<T> a, point<T> b) const noexcept {
     const T d = b.re * b.re + b.im * b.im;  // may underflow to 0 where b is not
-    const bool nothing = a.re == 0 && a.im == 0 && b.re == 0 && b.im == 0;
-    return guarded(product(product(a, conjugate(b)), 1 / d), d, nothing);
+    return guarded(product(product(a, conjugate(b)), 1 / d), d, size(a) + size(b) == 0);
   }
 
-  template <class T> constexpr point<T> operator()(T a, point<T> b) const noexcept {
-    return (*this)(as_point(a), b);
-  }
+  template <class T> point<T> operator()(T a, point<T> b) const noexcept { return (*this)(as_point(a), b); }
 
  private:
+  // Zero for zero points alone, found by one comparison.
+  template <class T> static T size(point<T> z) noexcept { return std::abs(z.re) + std::abs(z.im); }
+
   template <class T> static constexpr point<T> guarded(point<T> value, T divisor, bool nothing) noexcept {
     const T instead = nothing ? T(0) : guard<T>::huge;
     return {divisor != 0 ? value.re : instead, divisor != 0 ? value.im : instead};

@@ -22,6 +22,7 @@ struct one_after_the_other {
 
 // Complex points written two at a time.
 template <class T> struct double_points {
+  static constexpr index width = 4;
   T* data;
   void put(index i, two_points<T> value) const noexcept {
     put_point(data, 2 * i, value.first);

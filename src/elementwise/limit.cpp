@@ -1,20 +1,27 @@
 // Clipping between two bounds, in place.
+#include <bit>
+
+#include "core/each.h"
 #include "core/isa.h"
 #include "elementwise/in_place.h"
 
 namespace sigpak {
 namespace {
 
-// True when a sample was replaced; NaN stays.
+template <class T> using bits_of = std::conditional_t<sizeof(T) == 8, std::uint64_t, std::uint32_t>;
+
+// True when a sample was replaced; NaN stays. A replacement is another number, so it has other bits.
 template <class T> bool clip(T* x, index n, T low, T high) noexcept {
-  return isa::run([=] {
-    index inside = 0;
-    for (index i = 0; i < n; ++i) {
-      const T limited = x[i] > high ? high : x[i] < low ? low : x[i];
-      inside += !(x[i] > high || x[i] < low);
+  using bits = bits_of<T>;
+  return isa::run(n, [=] {
+    bits changes = 0;
+    each(x, n, [=, &changes](index i) {
+      const T below = x[i] > high ? high : x[i];
+      const T limited = below < low ? low : below;
+      changes |= std::bit_cast<bits>(x[i]) ^ std::bit_cast<bits>(limited);
       x[i] = limited;
-    }
-    return inside != n;
+    });
+    return changes != 0;
   });
 }
 

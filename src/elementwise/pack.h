@@ -1,6 +1,7 @@
 // Walks over one record whose points change their width: packed to scalars, or spread to pairs.
 #pragma once
 
+#include "core/each.h"
 #include "core/isa.h"
 #include "core/product.h"
 #include "core/storage.h"
@@ -9,30 +10,24 @@ namespace sigpak {
 
 // out[i] = f(z[i]), forwards: out may be z.
 template <class T, class F> void pack(const T* z, T* out, index points, F f) noexcept {
-  isa::run([=] {
-    for (index i = 0; i < points; ++i) out[i] = f(point_at(z, i));
-  });
+  isa::run(points, [=] { each(out, points, [=](index i) { out[i] = f(point_at(z, i)); }); });
 }
 
 // z[i] = f(x[i]), backwards: z may be x.
 template <class T, class F> void spread(const T* x, T* z, index points, F f) noexcept {
-  isa::run([=] {
+  isa::run(points, [=] {
     for (index i = points - 1; i >= 0; --i) put_point(z, i, f(x[i]));
   });
 }
 
 // out[i] = f(x[i]); out may be x.
 template <class T, class F> void map_reals(const T* x, T* out, index points, F f) noexcept {
-  isa::run([=] {
-    for (index i = 0; i < points; ++i) out[i] = f(x[i]);
-  });
+  isa::run(points, [=] { each(out, points, [=](index i) { out[i] = f(x[i]); }); });
 }
 
 // out[i] = f(z[i]), both complex; out may be z.
 template <class T, class F> void map_points(const T* z, T* out, index points, F f) noexcept {
-  isa::run([=] {
-    for (index i = 0; i < points; ++i) put_point(out, i, f(point_at(z, i)));
-  });
+  isa::run(points, [=] { each<2>(out, points, [=](index i) { put_point(out, i, f(point_at(z, i))); }); });
 }
 
 // The record becomes f of itself in real form; f takes a scalar or a complex value.

@@ -1,4 +1,5 @@
 // Squares, reciprocals and square roots, in place.
+#include "core/each.h"
 #include "core/isa.h"
 #include "elementwise/elementwise.h"
 #include "elementwise/in_place.h"
@@ -9,9 +10,9 @@ namespace sigpak {
 namespace {
 
 template <class T> void square(T* x, index n) noexcept {
-  isa::run([=] {
+  isa::run(n, [=] {
     constexpr T huge = guard<T>::huge;
-    for (index i = 0; i < n; ++i) x[i] = x[i] > huge || x[i] < -huge ? huge : x[i] * x[i];
+    each(x, n, [=](index i) { x[i] = x[i] > huge || x[i] < -huge ? huge : x[i] * x[i]; });
   });
 }
 
@@ -26,9 +27,7 @@ template <class T> void square_points(T* z, index points) noexcept {
 }
 
 template <class T> void reciprocal(T* x, index n) noexcept {
-  isa::run([=] {
-    for (index i = 0; i < n; ++i) x[i] = x[i] != 0 ? 1 / x[i] : guard<T>::huge;
-  });
+  isa::run(n, [=] { each(x, n, [=](index i) { x[i] = x[i] != 0 ? 1 / x[i] : guard<T>::huge; }); });
 }
 
 // conj(z) / |z|^2; a point beyond H is divided by H instead, and 0 becomes (0, -0).
@@ -44,9 +43,7 @@ template <class T> void reciprocal_points(T* z, index points) noexcept {
 }
 
 template <class T> void square_roots(T* x, index n) noexcept {
-  isa::run([=] {
-    for (index i = 0; i < n; ++i) x[i] = square_root(x[i]);
-  });
+  isa::run(n, [=] { each(x, n, [=](index i) { x[i] = square_root(x[i]); }); });
 }
 
 template <record V> status take_square(V* v) noexcept {

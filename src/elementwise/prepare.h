@@ -26,10 +26,11 @@ template <record V> constexpr scalar<V> mean_spacing(const V* a, const V* b) noe
 
 // Sizes out, its delta set by the caller: afresh, or keeping the contents when it shares storage with an
 // operand. Storage that out owns may move as it grows, so such an operand is found there again; a lent buffer
-// stays as it was, and the operand is still read from it, whole, whatever the new shape keeps.
+// stays as it was, and the operand is still read from it, whole, whatever the new shape keeps. Inlined, so
+// that a short operation does not wait for the operands to come back through memory.
 template <record V>
-std::optional<operands<V>> resize_result(const V* a, const V* b, V* out, index points,
-                                         bool complex) noexcept {
+[[gnu::always_inline]] inline std::optional<operands<V>> resize_result(const V* a, const V* b, V* out,
+                                                                       index points, bool complex) noexcept {
   operands<V> in = operands_of(a, b);
   const bool is_a = out->data == a->data;
   const bool is_b = out->data == b->data;
@@ -48,7 +49,8 @@ std::optional<operands<V>> resize_result(const V* a, const V* b, V* out, index p
 // The common preparation: refuses operands of different lengths; otherwise out gets the mean spacing, the
 // points, and the form given.
 template <record V>
-std::optional<operands<V>> prepare(const V* a, const V* b, V* out, bool complex) noexcept {
+[[gnu::always_inline]] inline std::optional<operands<V>> prepare(const V* a, const V* b, V* out,
+                                                                 bool complex) noexcept {
   if (a->points != b->points) return std::nullopt;
   out->delta = mean_spacing(a, b);
   return resize_result(a, b, out, length(a), complex);

@@ -1,6 +1,7 @@
 // Arithmetic with a scalar, and signs, in place.
 #include <cmath>
 
+#include "core/each.h"
 #include "core/isa.h"
 #include "core/storage.h"
 #include "elementwise/elementwise.h"
@@ -11,9 +12,9 @@ namespace {
 
 template <record V> status offset(V* v, scalar<V> amount) noexcept {
   const index step = width(v);  // the real part of a complex point moves, the imaginary part stays
-  isa::run([x = v->data, n = scalars(v), step, amount] {
+  isa::run(scalars(v), [x = v->data, n = scalars(v), step, amount] {
     if (step == 1) {
-      for (index i = 0; i < n; ++i) x[i] += amount;
+      each(x, n, [=](index i) { x[i] += amount; });
     } else {
       for (index i = 0; i < n; i += 2) x[i] += amount;
     }
@@ -22,11 +23,8 @@ template <record V> status offset(V* v, scalar<V> amount) noexcept {
 }
 
 template <record V> status take_absolute(V* v) noexcept {
-  return apply(v, [](auto* x, index n) {
-    isa::run([=] {
-      for (index i = 0; i < n; ++i) x[i] = std::abs(x[i]);
-    });
-  });
+  return apply(
+      v, [](auto* x, index n) { isa::run(n, [=] { each(x, n, [=](index i) { x[i] = std::abs(x[i]); }); }); });
 }
 
 template <class T> void rotate_points(T* z, index points, point<double> factor) noexcept {
@@ -60,16 +58,13 @@ template <record V> status scale_complex(V* v, scalar<V> re, scalar<V> im) noexc
 }  // namespace
 
 template <record V> status scale(V* v, scalar<V> factor) noexcept {
-  isa::run([x = v->data, n = scalars(v), factor] {
-    for (index i = 0; i < n; ++i) x[i] = factor * x[i];
-  });
+  isa::run(scalars(v),
+           [x = v->data, n = scalars(v), factor] { each(x, n, [=](index i) { x[i] = factor * x[i]; }); });
   return ok;
 }
 
 template <record V> status negate(V* v) noexcept {
-  isa::run([x = v->data, n = scalars(v)] {
-    for (index i = 0; i < n; ++i) x[i] = -x[i];
-  });
+  isa::run(scalars(v), [x = v->data, n = scalars(v)] { each(x, n, [=](index i) { x[i] = -x[i]; }); });
   return ok;
 }
 
