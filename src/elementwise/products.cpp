@@ -1,10 +1,10 @@
 // The inner product of two records, and the product of two polynomials.
 #include <algorithm>
 
-#include "core/blocks.h"
 #include "core/copy.h"
 #include "elementwise/combine.h"
 #include "elementwise/elementwise.h"
+#include "kernels/block_sums.h"
 
 namespace sigpak {
 namespace {
@@ -15,20 +15,25 @@ template <class T> constexpr point<double> widened(point<T> z) noexcept {
 }
 
 // In blocks from zero, one product after the other; float operands are multiplied and summed in double.
-template <class A, class B> auto inner_product(A a, B b, index points) noexcept {
-  using value = decltype(product(widened(a.get(0)), widened(b.get(0))));
-  value total{};
-  for_blocks(points, sum_block, [&](index begin, index count) {
-    value block{};
-    for (index i = begin; i < begin + count; ++i) {
-      block = block + product(widened(a.get(i)), widened(b.get(i)));
-    }
-    total = total + block;
+template <class A, class B> point<double> inner_product(A a, B b, index points) noexcept {
+  const auto [re, im] = blocked_sums(points, [=](index i) {
+    const point<double> z = as_point(product(widened(a.get(i)), widened(b.get(i))));
+    return sums<2>{z.re, z.im};
   });
+  return {re, im};
+}
+
+template <class T>
+point<double> inner_product(real_points<const T> a, real_points<const T> b, index points) noexcept {
+  const auto [total] = blocked_sums(
+      points, [=](index i) { return sums<1>{widened(a.get(i)) * widened(b.get(i))}; },
+      lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::products, .x = a.data, .y = b.data});
   return as_point(total);
 }
 
-template <record V> point<double> inner_product_of(const operands<V>& in) noexcept {
+// Inlined: a short product would wait for the operands to come back through memory.
+template <record V>
+[[gnu::always_inline]] inline point<double> inner_product_of(const operands<V>& in) noexcept {
   const real_points a{in.a};
   const real_points b{in.b};
   const complex_points za{in.a};

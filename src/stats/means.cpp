@@ -4,9 +4,10 @@
 #include <complex>
 #include <limits>
 
+#include "kernels/block_sums.h"
 #include "shape/shape.h"
-#include "stats/block_sums.h"
 #include "stats/result.h"
+#include "stats/wide.h"
 
 namespace sigpak {
 namespace {

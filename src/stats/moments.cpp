@@ -4,9 +4,10 @@
 // Algorithms for computing the sample variance, The American Statistician 37 (1983).
 #include <cmath>
 
-#include "stats/block_sums.h"
+#include "kernels/block_sums.h"
 #include "stats/centre.h"
 #include "stats/result.h"
+#include "stats/wide.h"
 
 namespace sigpak {
 namespace {
@@ -15,27 +16,48 @@ template <class T> constexpr double deviation(T x, double from) noexcept {
   return limited<T>(wide(x) - from);
 }
 
+// A sample at the centre deviates by nothing, where the centre is a number of the samples' precision.
+template <class T> std::optional<T> undeviated(double centre) noexcept {
+  const auto x = static_cast<T>(centre);
+  return wide(x) - centre == 0 ? std::optional{x} : std::nullopt;
+}
+
+template <class T>
+lane_terms<T> deviations(kernels::lane_sums<T> kernels::lane_sum_table<T>::*kernel, const T* x,
+                         double centre) noexcept {
+  return {kernel, x, 1, {.centre = centre, .huge = wide_huge<T>}, undeviated<T>(centre)};
+}
+
 template <record V> double variance_of_real(const V* v, double reciprocal) noexcept {
-  const scalar<V>* const x = v->data;
+  using T = scalar<V>;
+  const T* const x = v->data;
   const index points = length(v);
-  const auto [s1, s2] = blocked_sums(points, [x, c = wide(centre(x, points, 1))](index i) {
-    const double d = deviation(x[i], c);
-    return sums<2>{d, d * d};
-  });
+  const double c = wide(centre(x, points, 1));
+  const auto [s1, s2] = blocked_sums(
+      points,
+      [x, c](index i) {
+        const double d = deviation(x[i], c);
+        return sums<2>{d, d * d};
+      },
+      deviations(&kernels::lane_sum_table<T>::deviations, x, c));
   const double m1 = s1 * reciprocal;
   return s2 * reciprocal - m1 * m1;
 }
 
 template <record V> double variance_of_complex(const V* v, double reciprocal) noexcept {
-  const scalar<V>* const z = v->data;
+  using T = scalar<V>;
+  const T* const z = v->data;
   const index points = length(v);
   const double c_re = wide(centre(z, points, 2));
   const double c_im = wide(centre(z + 1, points, 2));
-  const auto [re1, re2, im1, im2] = blocked_sums(points, [=](index i) {
-    const double re = deviation(z[2 * i], c_re);
-    const double im = deviation(z[2 * i + 1], c_im);
-    return sums<4>{re, re * re, im, im * im};
-  });
+  const auto [re1, re2, im1, im2] = blocked_sums(
+      points,
+      [=](index i) {
+        const double re = deviation(z[2 * i], c_re);
+        const double im = deviation(z[2 * i + 1], c_im);
+        return sums<4>{re, re * re, im, im * im};
+      },
+      lane_terms<T>{&kernels::lane_sum_table<T>::point_deviations, z, 2, {c_re, c_im, wide_huge<T>}});
   const double m_re = re1 * reciprocal;
   const double m_im = im1 * reciprocal;
   return re2 * reciprocal + im2 * reciprocal - m_re * m_re - m_im * m_im;
@@ -68,13 +90,18 @@ template <record V> status sample_deviation(const V* v, V* result) noexcept {
 }
 
 template <record V> double skewness(const V* v) noexcept {
-  const scalar<V>* const x = v->data;
+  using T = scalar<V>;
+  const T* const x = v->data;
   const index points = length(v);
   if (points == 0) return 0;
-  const auto [s1, s2, s3] = blocked_sums(points, [x, c = wide(centre(x, points, 1))](index i) {
-    const double d = deviation(x[i], c);
-    return sums<3>{d, d * d, d * d * d};
-  });
+  const double c = wide(centre(x, points, 1));
+  const auto [s1, s2, s3] = blocked_sums(
+      points,
+      [x, c](index i) {
+        const double d = deviation(x[i], c);
+        return sums<3>{d, d * d, d * d * d};
+      },
+      deviations(&kernels::lane_sum_table<T>::cubed_deviations, x, c));
   const double reciprocal = 1.0 / static_cast<double>(points);
   const double m1 = s1 * reciprocal;
   const double m2 = s2 * reciprocal;
@@ -93,11 +120,18 @@ template <record V> double excess_kurtosis(const V* v) noexcept {
   const index points = length(v);
   if (points == 0) return -of_normal;
   const auto n = static_cast<double>(points);
-  const auto [total] = blocked_sums(points, [x](index i) { return sums<1>{limited<T>(wide(x[i]))}; });
-  const auto [s2, s4] = blocked_sums(points, [x, mean = total / n](index i) {
-    const double d = deviation(x[i], mean);
-    return sums<2>{d * d, d * d * (d * d)};
-  });
+  using table = kernels::lane_sum_table<T>;
+  const auto [total] = blocked_sums(
+      points, [x](index i) { return sums<1>{limited<T>(wide(x[i]))}; },
+      lane_terms<T>{&table::limited, x, 1, {.huge = wide_huge<T>}, T(0)});
+  const double mean = total / n;
+  const auto [s2, s4] = blocked_sums(
+      points,
+      [x, mean](index i) {
+        const double d = deviation(x[i], mean);
+        return sums<2>{d * d, d * d * (d * d)};
+      },
+      deviations(&table::fourth_deviations, x, mean));
   const double m2 = s2 / n;
   const double m4 = s4 / n;
   if (m2 * m2 != 0) return m4 / (m2 * m2) - of_normal;

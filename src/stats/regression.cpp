@@ -2,9 +2,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "stats/block_sums.h"
+#include "kernels/block_sums.h"
 #include "stats/centre.h"
 #include "stats/result.h"
+#include "stats/wide.h"
 
 namespace sigpak {
 namespace {

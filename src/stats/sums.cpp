@@ -1,22 +1,30 @@
 // Sum, mean, sum of squared magnitudes, root mean square. Float records accumulate in double.
 #include <cmath>
 
-#include "stats/block_sums.h"
+#include "kernels/block_sums.h"
 #include "stats/result.h"
+#include "stats/wide.h"
 #include "stats/stats.h"
 
 namespace sigpak {
 namespace {
 
 template <record V> status scaled_sum(const V* v, V* result, double factor) noexcept {
-  const scalar<V>* const x = v->data;
+  using T = scalar<V>;
+  using table = kernels::lane_sum_table<T>;
+  const T* const x = v->data;
   if (is_complex(v)) {
-    const auto [re, im] = blocked_sums(length(v), [x](index i) {
-      return sums<2>{wide(x[2 * i]), wide(x[2 * i + 1])};
-    });
+    const auto [re, im] = blocked_sums(
+        length(v),
+        [x](index i) {
+          return sums<2>{wide(x[2 * i]), wide(x[2 * i + 1])};
+        },
+        lane_terms<T>{.kernel = &table::points, .x = x, .width = 2, .nothing = T(0)});
     return store(result, re * factor, im * factor);
   }
-  const auto [total] = blocked_sums(length(v), [x](index i) { return sums<1>{wide(x[i])}; });
+  const auto [total] = blocked_sums(
+      length(v), [x](index i) { return sums<1>{wide(x[i])}; },
+      lane_terms<T>{.kernel = &table::samples, .x = x, .nothing = T(0)});
   return store(result, total * factor);
 }
 
@@ -26,13 +34,18 @@ template <class T> constexpr double clamped_square(T x) noexcept {
 }
 
 template <record V> double sum_of_squares(const V* v) noexcept {
-  const scalar<V>* const x = v->data;
+  using T = scalar<V>;
+  using table = kernels::lane_sum_table<T>;
+  constexpr kernels::term_constants limits = {.huge = wide_huge<T>};
+  const T* const x = v->data;
   if (is_complex(v)) {
-    return blocked_sums(length(v), [x](index i) {
-      return sums<1>{clamped_square(x[2 * i]) + clamped_square(x[2 * i + 1])};
-    })[0];
+    return blocked_sums(
+        length(v), [x](index i) { return sums<1>{clamped_square(x[2 * i]) + clamped_square(x[2 * i + 1])}; },
+        lane_terms<T>{&table::point_squares, x, 2, limits, T(0)})[0];
   }
-  return blocked_sums(length(v), [x](index i) { return sums<1>{clamped_square(x[i])}; })[0];
+  return blocked_sums(
+      length(v), [x](index i) { return sums<1>{clamped_square(x[i])}; },
+      lane_terms<T>{&table::squares, x, 1, limits, T(0)})[0];
 }
 
 template <record V> status sum_squared_magnitudes(const V* v, V* result) noexcept {
