@@ -10,25 +10,19 @@ namespace {
 
 constexpr int lane_count = SIGPAK_VECTOR_BYTES / 8;
 using real = pack<double, lane_count>;
-typedef long long ints __attribute__((vector_size(SIGPAK_VECTOR_BYTES)));
+typedef unsigned long long words __attribute__((vector_size(SIGPAK_VECTOR_BYTES)));
 
 SIGPAK_INLINE real all(double x) { return splat<real>(x); }
-SIGPAK_INLINE ints bits(real a) { return reinterpret_cast<ints>(a.v); }
-SIGPAK_INLINE real from_bits(ints a) { return {reinterpret_cast<real::vector>(a)}; }
-SIGPAK_INLINE ints all_bits(long long x) { return x - ints{}; }
-
-// The bits as unsigned numbers.
-template <int places> SIGPAK_INLINE ints shift_right(ints a) {
-  typedef unsigned long long naturals __attribute__((vector_size(SIGPAK_VECTOR_BYTES)));
-  return reinterpret_cast<ints>(reinterpret_cast<naturals>(a) >> places);
-}
+SIGPAK_INLINE words bits(real a) { return reinterpret_cast<words>(a.v); }
+SIGPAK_INLINE real from_bits(words a) { return {reinterpret_cast<real::vector>(a)}; }
+SIGPAK_INLINE words all_bits(unsigned long long x) { return x - words{}; }
 
 // Added to x, leaves x rounded to an integer in the low bits, and itself as it was when subtracted again.
 constexpr double to_integer = 0x1.8p52;
 
-constexpr long long sign_bit = static_cast<long long>(1ULL << 63);
+constexpr unsigned long long sign_bit = 1ULL << 63;
 SIGPAK_INLINE real absolute(real a) { return from_bits(bits(a) & ~sign_bit); }
-SIGPAK_INLINE real flip_sign(real a, ints sign) { return from_bits(bits(a) ^ (sign & sign_bit)); }
+SIGPAK_INLINE real flip_sign(real a, words sign) { return from_bits(bits(a) ^ (sign & sign_bit)); }
 SIGPAK_INLINE real take_sign(real a, real sign) {
   return from_bits(bits(absolute(a)) | (bits(sign) & sign_bit));
 }
@@ -47,7 +41,7 @@ SIGPAK_INLINE mask both(mask a, mask b) { return _kand_mask8(a, b); }
 SIGPAK_INLINE mask either(mask a, mask b) { return _kor_mask8(a, b); }
 SIGPAK_INLINE mask opposite(mask a) { return _knot_mask8(a); }
 SIGPAK_INLINE int lanes_of(mask a) { return a; }
-SIGPAK_INLINE mask has_bit(ints a, long long bit) {
+SIGPAK_INLINE mask has_bit(words a, unsigned long long bit) {
   return _mm512_test_epi64_mask(__m512i(a), __m512i(all_bits(bit)));
 }
 SIGPAK_INLINE real choose(mask m, real yes, real no) { return {_mm512_mask_blend_pd(m, no.v, yes.v)}; }
@@ -56,7 +50,7 @@ SIGPAK_INLINE real at_least(real x, double limit) { return {_mm512_max_pd(all(li
 SIGPAK_INLINE real at_most(real x, double limit) { return {_mm512_min_pd(all(limit).v, x.v)}; }
 
 // table[position & 7] for eight entries.
-SIGPAK_INLINE real look_up(const double* table, ints position) {
+SIGPAK_INLINE real look_up(const double* table, words position) {
   return {_mm512_permutexvar_pd(__m512i(position), _mm512_loadu_pd(table))};
 }
 
@@ -92,7 +86,7 @@ SIGPAK_INLINE mask opposite(mask a) {
   return {_mm256_xor_pd(a.v, _mm256_castsi256_pd(_mm256_set1_epi64x(-1)))};
 }
 SIGPAK_INLINE int lanes_of(mask a) { return _mm256_movemask_pd(a.v); }
-SIGPAK_INLINE mask has_bit(ints a, long long bit) {
+SIGPAK_INLINE mask has_bit(words a, unsigned long long bit) {
   const __m256i wanted = __m256i(all_bits(bit));
   return {_mm256_castsi256_pd(_mm256_cmpeq_epi64(_mm256_and_si256(__m256i(a), wanted), wanted))};
 }
@@ -102,12 +96,12 @@ SIGPAK_INLINE real at_least(real x, double limit) { return {_mm256_max_pd(all(li
 SIGPAK_INLINE real at_most(real x, double limit) { return {_mm256_min_pd(all(limit).v, x.v)}; }
 
 // Each half of the table is found as pairs of 32-bit words; bit 2 of the position chooses between them.
-SIGPAK_INLINE real look_up(const double* table, ints position) {
+SIGPAK_INLINE real look_up(const double* table, words position) {
   const __m256i twice = _mm256_slli_epi64(__m256i(position), 1);
-  const __m256i words = _mm256_add_epi32(_mm256_shuffle_epi32(twice, 0xa0), _mm256_set1_epi64x(0x100000000));
-  const __m256 low = _mm256_permutevar8x32_ps(_mm256_loadu_ps(reinterpret_cast<const float*>(table)), words);
+  const __m256i picks = _mm256_add_epi32(_mm256_shuffle_epi32(twice, 0xa0), _mm256_set1_epi64x(0x100000000));
+  const __m256 low = _mm256_permutevar8x32_ps(_mm256_loadu_ps(reinterpret_cast<const float*>(table)), picks);
   const __m256 high =
-      _mm256_permutevar8x32_ps(_mm256_loadu_ps(reinterpret_cast<const float*>(table + 4)), words);
+      _mm256_permutevar8x32_ps(_mm256_loadu_ps(reinterpret_cast<const float*>(table + 4)), picks);
   const __m256d upper = _mm256_castsi256_pd(_mm256_slli_epi64(__m256i(position), 61));
   return {_mm256_blendv_pd(_mm256_castps_pd(low), _mm256_castps_pd(high), upper)};
 }
@@ -118,7 +112,7 @@ SIGPAK_INLINE real scale_eighths(real a, real shifted) {
   constexpr double lift = 1024;
   const mask small = shifted < all(to_integer - 8 * 1000);
   const real lifted = choose(small, shifted + all(8 * lift), shifted);
-  const ints power = ((bits(lifted) & ~7LL) << 49) + all_bits(1023LL << 52);
+  const words power = ((bits(lifted) & ~7ULL) << 49) + all_bits(1023ULL << 52);
   return a * from_bits(power) * choose(small, all(0x1p-1024), all(1));
 }
 
@@ -142,7 +136,7 @@ SIGPAK_INLINE void join_pairs(real even, real odd, real& a, real& b) {
 
 // 2^floor(n / 8), -8000 < n < 8000; shifted is n + to_integer.
 SIGPAK_INLINE real power_of_two_eighths(real shifted) {
-  return from_bits(((bits(shifted) & ~7LL) << 49) + all_bits(1023LL << 52));
+  return from_bits(((bits(shifted) & ~7ULL) << 49) + all_bits(1023ULL << 52));
 }
 
 // Highest coefficient first.

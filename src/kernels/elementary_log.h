@@ -17,12 +17,12 @@ struct reduced_log {
 };
 
 SIGPAK_INLINE reduced_log reduce_log(real x) {
-  constexpr long long root_half = 0x3fe6a09e667f3bcd;
-  constexpr long long one = 0x3ff0000000000000;
-  const ints above = bits(x) + all_bits(one - root_half);
-  const ints exponent = shift_right<52>(above);
+  constexpr unsigned long long root_half = 0x3fe6a09e667f3bcd;
+  constexpr unsigned long long one = 0x3ff0000000000000;
+  const words above = bits(x) + all_bits(one - root_half);
+  const words exponent = above >> 52;
   const real k = from_bits(exponent | all_bits(0x4330000000000000)) - all(0x1p52 + 1023);
-  const real m = from_bits((above & 0x000fffffffffffff) + all_bits(root_half));
+  const real m = from_bits((above & 0x000fffffffffffffULL) + all_bits(root_half));
   return {k, m - all(1)};
 }
 

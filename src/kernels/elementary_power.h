@@ -58,7 +58,7 @@ SIGPAK_INLINE real expm1_near_zero_single(real r) {
 
 // 2^(n/8 mod 1) e^r, the leading part from the table alone.
 SIGPAK_INLINE parts mantissa(eighths x) {
-  const ints position = bits(x.shifted);
+  const words position = bits(x.shifted);
   const real root = look_up(eighth_powers, position);
   return {root, fma(root, expm1_near_zero(x.r), look_up(eighth_power_rests, position))};
 }

@@ -18,7 +18,7 @@ constexpr double quarter_pi_lo = -0x1.f1976b7ed8fbcp-110;
 struct angle {
   real hi;
   real lo;
-  ints quarter;
+  words quarter;
 };
 
 // The first product is exact for |x| <= 2^38: the multiple of pi / 2 that it takes away has at most 53 bits
@@ -36,7 +36,7 @@ SIGPAK_INLINE angle reduce(real x) {
 
 // sin(a + quarter pi / 2), where `quarter` adds to what a holds: one polynomial, its coefficients chosen per
 // lane.
-SIGPAK_INLINE real turned_sine(angle a, ints quarter) {
+SIGPAK_INLINE real turned_sine(angle a, words quarter) {
   const mask odd = has_bit(quarter, 1);
   const real z = a.hi * a.hi;
   real p = choose(odd, all(cosine_terms[0]), all(sine_terms[0]));
@@ -76,7 +76,7 @@ SIGPAK_INLINE sine_cosine both_parts(angle a) {
 }
 
 // For single precision: x = n pi + r, |r| <= pi / 2, and one polynomial.
-SIGPAK_INLINE real short_sine(real r, ints turns) {
+SIGPAK_INLINE real short_sine(real r, words turns) {
   const real z = r * r;
   const real y = fma(r * z, polynomial(sine_single_terms, z), r);
   return flip_sign(take_sign(y, r), turns << 63);
@@ -99,7 +99,7 @@ SIGPAK_INLINE real cosine_single(real x) {
 
 SIGPAK_INLINE mask is_far(real x) { return opposite(absolute(x) <= all(reduction_end)); }
 
-SIGPAK_INLINE parts flip_sign(parts a, ints sign) { return {flip_sign(a.hi, sign), flip_sign(a.lo, sign)}; }
+SIGPAK_INLINE parts flip_sign(parts a, words sign) { return {flip_sign(a.hi, sign), flip_sign(a.lo, sign)}; }
 
 // The C library's value for far arguments, with nothing left over.
 template <class F> SIGPAK_INLINE parts except(parts y, mask m, real x, F f) {

@@ -36,7 +36,7 @@ TYPED_TEST(UnaryLevels, WideLevelsAgreeBitForBit) {
   using V = TypeParam;
   if (isa::widest() != isa::level::avx512) GTEST_SKIP() << "this processor has no two wide levels";
   for (const unary_function& f : unary_functions()) {
-    samples<V> x = arguments<V>(f, 40003, 11);
+    samples<V> x = arguments<V>(f, 20003, 11);
     const auto strange = awkward<V>();
     x.insert(x.end(), strange.begin(), strange.end());
     const auto run = twin<V>(f.in_double, f.in_single);
