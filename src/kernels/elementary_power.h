@@ -26,6 +26,8 @@ constexpr double eighth_power_rests[8] = {
 // Below these the results round to 0.
 constexpr double vanishing_exponent = -750;
 constexpr double vanishing_decimal_exponent = -326;
+constexpr double vanishing_exponent_single = -105;
+constexpr double vanishing_decimal_exponent_single = -46;
 
 constexpr double ln10_hi = 0x1.26bb1bbb55516p+1;
 constexpr double ln10_lo = -0x1.f48ad494ea3e9p-53;
@@ -68,9 +70,22 @@ SIGPAK_INLINE real power(eighths x) {
   return scale_eighths(m.hi + m.lo, x.shifted);
 }
 
+// For single precision: one product reduces, and no exponent leaves the range of a double, so it joins the
+// root.
+SIGPAK_INLINE eighths reduce_power_single(real x) {
+  const real shifted = fma(x, all(0x1.71547652b82fep+3), all(to_integer));
+  return {shifted, fnma(shifted - all(to_integer), all(0x1.62e42fefa39efp-4), x)};
+}
+
+SIGPAK_INLINE eighths reduce_decimal_power_single(real x) {
+  const real shifted = fma(x, all(0x1.a934f0979a371p+4), all(to_integer));
+  return {shifted, fnma(shifted - all(to_integer), all(0x1.34413509f79ffp-5), x) * all(ln10_hi)};
+}
+
 SIGPAK_INLINE real power_single(eighths x) {
-  const real root = look_up(eighth_powers, bits(x.shifted));
-  return scale_eighths(fma(root, expm1_near_zero_single(x.r), root), x.shifted);
+  const words exponent = (bits(x.shifted) & ~7ULL) << 49;
+  const real root = from_bits(bits(look_up(eighth_powers, bits(x.shifted))) + exponent);
+  return fma(root, expm1_near_zero_single(x.r), root);
 }
 
 // e^x in two parts, for |x| <= 700: the first may be 2^5 of the second only.
@@ -82,13 +97,13 @@ SIGPAK_INLINE parts power_parts(eighths x) {
 
 SIGPAK_INLINE real exponential(real x) { return power(reduce_power(at_least(x, vanishing_exponent))); }
 SIGPAK_INLINE real exponential_single(real x) {
-  return power_single(reduce_power(at_least(x, vanishing_exponent)));
+  return power_single(reduce_power_single(at_least(x, vanishing_exponent_single)));
 }
 SIGPAK_INLINE real exponential10(real x) {
   return power(reduce_decimal_power(at_least(x, vanishing_decimal_exponent)));
 }
 SIGPAK_INLINE real exponential10_single(real x) {
-  return power_single(reduce_decimal_power(at_least(x, vanishing_decimal_exponent)));
+  return power_single(reduce_decimal_power_single(at_least(x, vanishing_decimal_exponent_single)));
 }
 
 }  // namespace
