@@ -86,12 +86,13 @@ template <record V> samples<V> arguments(const unary_function& f, index count, u
       for (const T x : {up, -up, down, -down}) add(x);
     }
   }
-  for (int k = 1; k <= 400; ++k) {
-    const T multiple = static_cast<T>(k * 1.5707963267948966);
+  std::mt19937_64 engine(seed);
+  for (int k = 1; k <= 800; ++k) {  // the first multiples of pi / 2, then some up to 2^31
+    const T multiple =
+        static_cast<T>((k <= 400 ? k : static_cast<int>(engine() % 1400000000)) * 1.5707963267948966);
     for (const T x : {std::nextafter(multiple, T(0)), multiple, std::nextafter(multiple, high)})
       add(x), add(-x);
   }
-  std::mt19937_64 engine(seed);
   std::uniform_real_distribution<double> unit(0, 1);
   const double top = std::min(std::log2(static_cast<double>(high)), is_double<V> ? 1023.999 : 127.999);
   const double bottom = is_double<V> ? -1074 : -149;
