@@ -104,8 +104,30 @@ template <class T> status wide_real_fft(T* x, index points, bool inverse) noexce
   return ok;
 }
 
+template <class T> bool has_wide_dft(index points) noexcept {
+  const isa::level level = isa::current();
+  if (points < least_points || level == isa::level::baseline) return false;
+  const int widest = kernels_of<T>(level).widest_lanes;
+  return find_mixed_plan<T>(points, widest) != nullptr || has_mixed_plan<T>(points, widest);
+}
+
+template <class T> status wide_dft(T* x, index points, bool inverse) noexcept {
+  const fft_kernels<T>& kernels = kernels_of<T>(isa::current());
+  const mixed_plan<T>* plan = find_mixed_plan<T>(points, kernels.widest_lanes);
+  if (plan == nullptr) plan = make_mixed_plan<T>(points, kernels.widest_lanes);
+  if (plan == nullptr) return failed;
+  const index a = plan->over_columns.vectors;
+  const index b = plan->over_rows.vectors;
+  const index row_groups = (a + plan->lanes - 1) / plan->lanes;
+  T* const work = scratch<T>.at_least(2 * plan->lanes * (row_groups * b + (a > b ? a : b)));
+  if (work == nullptr) return failed;
+  kernels.run_mixed(*plan, x, work, inverse);
+  return ok;
+}
+
 template <class T> status release_wide_fft() noexcept {
   release_plans<T>();
+  release_mixed_plans<T>();
   scratch<T>.release();
   return ok;
 }
@@ -117,6 +139,8 @@ template <class T> bool has_wide_fft(index) noexcept { return false; }
 template <class T> status wide_fft(T*, index, bool) noexcept { return failed; }
 template <class T> bool has_wide_real_fft(index) noexcept { return false; }
 template <class T> status wide_real_fft(T*, index, bool) noexcept { return failed; }
+template <class T> bool has_wide_dft(index) noexcept { return false; }
+template <class T> status wide_dft(T*, index, bool) noexcept { return failed; }
 template <class T> status release_wide_fft() noexcept { return ok; }
 
 #endif
@@ -131,6 +155,10 @@ template bool has_wide_real_fft<double>(index) noexcept;
 template bool has_wide_real_fft<float>(index) noexcept;
 template status wide_real_fft(double*, index, bool) noexcept;
 template status wide_real_fft(float*, index, bool) noexcept;
+template bool has_wide_dft<double>(index) noexcept;
+template bool has_wide_dft<float>(index) noexcept;
+template status wide_dft(double*, index, bool) noexcept;
+template status wide_dft(float*, index, bool) noexcept;
 template status release_wide_fft<double>() noexcept;
 template status release_wide_fft<float>() noexcept;
 

@@ -21,6 +21,10 @@ template <class T> status wide_fft(T* data, index points, bool inverse) noexcept
 template <class T> bool has_wide_real_fft(index points) noexcept;
 template <class T> status wide_real_fft(T* data, index points, bool inverse) noexcept;
 
+// The transform of other lengths, where their prime factors are small enough.
+template <class T> bool has_wide_dft(index points) noexcept;
+template <class T> status wide_dft(T* data, index points, bool inverse) noexcept;
+
 // Frees the tables and the scratch memory of one precision.
 template <class T> status release_wide_fft() noexcept;
 

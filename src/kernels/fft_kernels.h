@@ -12,6 +12,7 @@ template <class T> struct fft_kernels {
   void (*small[small_sizes][2])(T* x);  // by log2 N and direction; null where there is none
   void (*run)(const fft_plan<T>& plan, T* x, T* scratch, bool inverse);
   void (*run_real)(const fft_plan<T>& plan, T* x, T* scratch, bool inverse);
+  void (*run_mixed)(const mixed_plan<T>& plan, T* x, T* scratch, bool inverse);
 };
 
 }  // namespace sigpak::kernels

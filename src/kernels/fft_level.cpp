@@ -1,5 +1,6 @@
 // The table of transforms of one level.
 #include "kernels/fft_kernels.h"
+#include "kernels/fft_mixed.h"
 #include "kernels/fft_passes.h"
 #include "kernels/fft_real.h"
 #include "kernels/fft_small.h"
@@ -18,12 +19,22 @@ void run_either_real(const fft_plan<typename P::scalar>& plan, typename P::scala
   inverse ? run_real_inverse<P>(plan, x, scratch) : run_real<P>(plan, x, scratch);
 }
 
+template <class P>
+void run_either_mixed(const mixed_plan<typename P::scalar>& plan, typename P::scalar* x,
+                      typename P::scalar* scratch, bool inverse) {
+  inverse ? run_mixed<P, true>(plan, x, scratch) : run_mixed<P, false>(plan, x, scratch);
+}
+
 #if SIGPAK_VECTOR_BYTES == 64
 using widest_d = d8;
+using narrow_d = d4;
 using widest_f = f16;
+using narrow_f = f8;
 #else
 using widest_d = d4;
+using narrow_d = d2;
 using widest_f = f8;
+using narrow_f = f4;
 #endif
 
 // Plans come with the widest lanes that their length allows.
@@ -39,6 +50,12 @@ void run_real_lanes(const fft_plan<T>& plan, T* x, T* scratch, bool inverse) {
   run_either_real<Narrowest>(plan, x, scratch, inverse);
 }
 
+template <class Wide, class Narrow, class T>
+void run_mixed_lanes(const mixed_plan<T>& plan, T* x, T* scratch, bool inverse) {
+  if (plan.lanes == Wide::width) return run_either_mixed<Wide>(plan, x, scratch, inverse);
+  run_either_mixed<Narrow>(plan, x, scratch, inverse);
+}
+
 }  // namespace
 
 const kernels::fft_kernels<double> double_fft = {
@@ -51,7 +68,8 @@ const kernels::fft_kernels<double> double_fft = {
      {run_small<d4, 8, false>, run_small<d4, 8, true>},
      {run_small<widest_d, 64 / widest_d::width, false>, run_small<widest_d, 64 / widest_d::width, true>}},
     run_lanes<widest_d, widest_d>,
-    run_real_lanes<widest_d, d4, d4>};
+    run_real_lanes<widest_d, d4, d4>,
+    run_mixed_lanes<widest_d, narrow_d>};
 
 const kernels::fft_kernels<float> float_fft = {SIGPAK_VECTOR_BYTES / 4,
                                                {{},
@@ -62,6 +80,7 @@ const kernels::fft_kernels<float> float_fft = {SIGPAK_VECTOR_BYTES / 4,
                                                 {run_small<f4, 8, false>, run_small<f4, 8, true>},
                                                 {run_small<f8, 8, false>, run_small<f8, 8, true>}},
                                                run_lanes<widest_f, f8>,
-                                               run_real_lanes<widest_f, f8, f4>};
+                                               run_real_lanes<widest_f, f8, f4>,
+                                               run_mixed_lanes<widest_f, narrow_f>};
 
 }  // namespace sigpak::SIGPAK_LEVEL

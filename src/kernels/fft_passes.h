@@ -3,6 +3,7 @@
 #pragma once
 
 #include "kernels/butterflies.h"
+#include "kernels/butterflies_odd.h"
 #include "kernels/fft_plan.h"
 
 namespace sigpak::SIGPAK_LEVEL {
@@ -140,39 +141,42 @@ void last_pass(const fft_plan<typename P::scalar>& plan, const typename P::scala
   }
 }
 
-template <class P>
-void middle_pass(int radix, typename P::scalar* s, index length, const typename P::scalar* w) {
+// Calls body with the radix as a constant.
+template <class Body> SIGPAK_INLINE void with_radix(int radix, const Body& body) {
   switch (radix) {
     case 2:
-      return middle_pass<P, 2>(s, length, w);
+      return body(constant<2>{});
+    case 3:
+      return body(constant<3>{});
     case 4:
-      return middle_pass<P, 4>(s, length, w);
+      return body(constant<4>{});
+    case 5:
+      return body(constant<5>{});
+    case 7:
+      return body(constant<7>{});
+    case 8:
+      return body(constant<8>{});
+    case 11:
+      return body(constant<11>{});
+    case 13:
+      return body(constant<13>{});
     default:
-      return middle_pass<P, 8>(s, length, w);
-  }
-}
-
-template <class P> void leaf_pass(int radix, typename P::scalar* s, index length) {
-  switch (radix) {
-    case 2:
-      return leaf_pass<P, 2>(s, length);
-    case 4:
-      return leaf_pass<P, 4>(s, length);
-    default:
-      return leaf_pass<P, 8>(s, length);
+      return body(constant<16>{});
   }
 }
 
 template <class P, bool scaled, class Source>
 void first_pass(const fft_plan<typename P::scalar>& plan, const Source& source, typename P::scalar* s) {
-  switch (plan.radix[0]) {
-    case 4:
-      return first_pass<P, 4, scaled>(plan, source, s);
-    case 8:
-      return first_pass<P, 8, scaled>(plan, source, s);
-    default:
-      return first_pass<P, 16, scaled>(plan, source, s);
-  }
+  with_radix(plan.radix[0], [&](auto radix) { first_pass<P, radix, scaled>(plan, source, s); });
+}
+
+template <class P>
+void middle_pass(int radix, typename P::scalar* s, index length, const typename P::scalar* w) {
+  with_radix(radix, [=](auto r) { middle_pass<P, r>(s, length, w); });
+}
+
+template <class P> void leaf_pass(int radix, typename P::scalar* s, index length) {
+  with_radix(radix, [=](auto r) { leaf_pass<P, r>(s, length); });
 }
 
 // Blocks that fit the first cache are finished level by level, larger ones block by block.

@@ -32,6 +32,17 @@ template <class T> struct fft_plan {
   const std::uint32_t* result;  // by place of a butterfly of the last pass: the number of its first output
 };
 
+// A transform of N = A B points by A-point transforms of the columns and B-point transforms of the rows. Of
+// their plans `start` holds the place of every output, `result` is as above, and nothing else past the passes
+// is used.
+template <class T> struct mixed_plan {
+  std::ptrdiff_t points;
+  int lanes;
+  fft_plan<T> over_columns;
+  fft_plan<T> over_rows;
+  const T* twiddles;  // vectors of w_N^(n2 k1), k1 within groups of n2
+};
+
 // Deinterleaving two vectors of complex points leaves the points of a group in this order, p the place in the
 // vector: all shuffles stay within 128 bits.
 template <class T> constexpr int point_at(int p, int lanes) noexcept {

@@ -4,31 +4,12 @@
 #include <bit>
 
 #include "core/memory.h"
-#include "kernels/roots.h"
+#include "kernels/pass_tables.h"
 
 namespace sigpak::kernels {
 namespace {
 
 template <class T> constinit keyed_list<std::byte> plans;
-
-constexpr index alignment = 64;
-constexpr index aligned(index bytes) noexcept { return (bytes + alignment - 1) / alignment * alignment; }
-
-// Hands out the parts of one block of memory; without a block it only adds up what is needed.
-class carver {
- public:
-  explicit carver(std::byte* block) noexcept : block_(block) {}
-  template <class E> E* take(index count) noexcept {
-    std::byte* const at = block_ == nullptr ? nullptr : block_ + taken_;
-    taken_ += aligned(count * static_cast<index>(sizeof(E)));
-    return reinterpret_cast<E*>(at);
-  }
-  index taken() const noexcept { return taken_; }
-
- private:
-  std::byte* block_;
-  index taken_ = 0;
-};
 
 // M as a product of radices: eights, then fours.
 template <class T> void choose_radices(fft_plan<T>& plan) noexcept {
@@ -41,44 +22,7 @@ template <class T> void choose_radices(fft_plan<T>& plan) noexcept {
   for (; bits > 0; bits -= bits == 4 || bits == 2 ? 2 : 3) {
     plan.radix[plan.passes++] = bits == 4 || bits == 2 ? 4 : 8;
   }
-  index block = plan.vectors;
-  for (int pass = 0; pass < plan.passes; ++pass) {
-    plan.block[pass] = block;
-    block /= plan.radix[pass];
-  }
-}
-
-template <class T> index place(const fft_plan<T>& plan, index kb) noexcept {
-  index at = kb % plan.radix[0] * plan.stride;
-  kb /= plan.radix[0];
-  for (int pass = 1; pass < plan.passes; ++pass) {
-    at += kb % plan.radix[pass] * (plan.block[pass] / plan.radix[pass]);
-    kb /= plan.radix[pass];
-  }
-  return at;
-}
-
-template <class T> index broadcasts(const fft_plan<T>& plan, int pass) noexcept {
-  return plan.block[pass] / plan.radix[pass] * (plan.radix[pass] - 1);
-}
-
-// w_L^(i j), i the butterfly and j its output, as cosine and sine.
-template <class T>
-void fill_pass(T* out, const fft_plan<T>& plan, int pass, const roots& w, T scale) noexcept {
-  const index step = plan.points / plan.block[pass];
-  const index count = plan.block[pass] / plan.radix[pass];
-  for (index i = 0; i < count; ++i) {
-    for (index j = 1; j < plan.radix[pass]; ++j) {
-      const root r = w[i * j * step];
-      *out++ = static_cast<T>(r.c) * scale;
-      *out++ = static_cast<T>(r.s) * scale;
-    }
-  }
-}
-
-template <class T> void fill_first(T* out, const fft_plan<T>& plan, const roots& w, T scale) noexcept {
-  out[0] = scale;
-  fill_pass(out + 1, plan, 0, w, scale);
+  lay_out_blocks(plan);
 }
 
 template <class T> void fill_last(T* out, const fft_plan<T>& plan, const roots& w) noexcept {
@@ -101,30 +45,11 @@ template <class T> void fill_places(std::uint32_t* start, fft_plan<T>& plan) noe
   }
 }
 
-// The place of an output before the blocks are put apart, backwards: the output at a place.
-template <class T> index output(const fft_plan<T>& plan, index at) noexcept {
-  index out = 0;
-  index weight = 1;
-  for (int pass = 0; pass < plan.passes; ++pass) {
-    const index block = plan.block[pass] / plan.radix[pass];
-    out += at / block * weight;
-    at %= block;
-    weight *= plan.radix[pass];
-  }
-  return out;
-}
-
 template <class T> void fill_unpack(T* out, const fft_plan<T>& plan, const roots& w) noexcept {
   for (index k = 0; k < plan.vectors; ++k) {
     const root r = w[k * plan.lanes];
     *out++ = static_cast<T>(r.c);
     *out++ = static_cast<T>(r.s);
-  }
-}
-
-template <class T> void fill_results(std::uint32_t* out, const fft_plan<T>& plan) noexcept {
-  for (index at = 0; at < plan.vectors; at += plan.radix[plan.passes - 1]) {
-    *out++ = static_cast<std::uint32_t>(output(plan, at));
   }
 }
 
@@ -154,10 +79,10 @@ template <class T> plan_tables<T> carve(const fft_plan<T>& plan, data kind, carv
 
 template <class T>
 void fill(fft_plan<T>& plan, data kind, const plan_tables<T>& tables, const roots& w) noexcept {
-  const T scale = kind == data::real ? T(0.5) : T(1);
-  fill_first(tables.first[0], plan, w, scale / static_cast<T>(plan.points));
-  fill_first(tables.first[1], plan, w, T(1));
-  for (int pass = 1; pass < plan.passes - 1; ++pass) fill_pass(tables.passes[pass], plan, pass, w, T(1));
+  const long double scale = kind == data::real ? 0.5L : 1.0L;
+  fill_first(tables.first[0], plan, w, scale / static_cast<long double>(plan.points));
+  fill_first(tables.first[1], plan, w, 1);
+  for (int pass = 1; pass < plan.passes - 1; ++pass) fill_pass(tables.passes[pass], plan, pass, w, 1);
   fill_last(tables.last, plan, w);
   fill_places(tables.start, plan);
   if (kind == data::real) {
@@ -173,10 +98,6 @@ void fill(fft_plan<T>& plan, data kind, const plan_tables<T>& tables, const root
 }
 
 constexpr index padding_from = 4096;
-
-std::byte* align(std::byte* block) noexcept {
-  return reinterpret_cast<std::byte*>(aligned(reinterpret_cast<index>(block)));
-}
 
 }  // namespace
 

@@ -14,4 +14,11 @@ enum class data : int { complex, real };
 template <class T> const fft_plan<T>* find_plan(index points, int lanes, data kind) noexcept;
 template <class T> void release_plans() noexcept;
 
+// The same for lengths whose prime factors are 13 at most, with `widest` lanes or half of them: whether there
+// is a plan, the one that is there already, a new one. Null where there is none yet, and on failure.
+template <class T> bool has_mixed_plan(index points, int widest) noexcept;
+template <class T> const mixed_plan<T>* find_mixed_plan(index points, int widest) noexcept;
+template <class T> const mixed_plan<T>* make_mixed_plan(index points, int widest) noexcept;
+template <class T> void release_mixed_plans() noexcept;
+
 }  // namespace sigpak::kernels

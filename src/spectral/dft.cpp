@@ -1,5 +1,7 @@
 // The transforms of any length.
+#include "core/storage.h"
 #include "elementwise/elementwise.h"
+#include "kernels/fft.h"
 #include "spectral/chirp.h"
 #include "spectral/spacing.h"
 #include "spectral/spectral.h"
@@ -7,12 +9,24 @@
 #include "stats/stats.h"
 
 namespace sigpak {
+namespace {
+
+// Lengths with small prime factors have kernels of their own where vectors are wide.
+template <record V> status transform_points(V* v, index points, bool inverse) noexcept {
+  using T = scalar<V>;
+  if (!kernels::has_wide_dft<T>(points)) return chirp_transform(v, inverse);
+  if (to_complex(v) != ok) return failed;
+  own_twiddle_cache<T>();
+  return kernels::wide_dft(v->data, points, inverse);
+}
+
+}  // namespace
 
 template <record V> status dft(V* v, int direction) noexcept {
   const index points = length(v);
   if (is_power_of_two(points) && points > 1) return fft(v, direction);
   const scalar<V> delta = v->delta;
-  if (points > 1 && chirp_transform(v, direction != 0) != ok) return failed;
+  if (points > 1 && transform_points(v, points, direction != 0) != ok) return failed;
   v->delta = dft_spacing(delta, points);
   return ok;
 }

@@ -111,6 +111,48 @@ TYPED_TEST(WideFft, BitsDependNeitherOnThePlaceNorOnRebuiltTables) {
   }
 }
 
+// Every length up to two groups of rows and columns, then products that need each radix and several passes.
+std::vector<index> smooth_lengths() {
+  std::vector<index> lengths;
+  for (index n = 1; n <= 600; ++n) lengths.push_back(n);
+  for (const index n : {1000, 1001, 1155, 2197, 4095, 4116, 6006, 9375, 10000, 14641, 19683, 32768, 100000}) {
+    lengths.push_back(n);
+  }
+  return lengths;
+}
+
+TYPED_TEST(WideFft, LengthsWithSmallPrimeFactors) {
+  using V = TypeParam;
+  using T = scalar<V>;
+  int covered = 0;
+  for (const index n : smooth_lengths()) {
+    if (!kernels::has_wide_dft<T>(n)) continue;
+    ++covered;
+    for (const bool inverse : {false, true}) {
+      const auto in = noise<V>(2 * n, static_cast<unsigned>(n));
+      const auto wanted = exact_transform(exact_points<V>(signal<V>(in, true)), inverse);
+      samples<V> got(in.size() + 2, T(42));
+      std::copy(in.begin(), in.end(), got.begin() + 1);
+      ASSERT_EQ(kernels::wide_dft(got.data() + 1, n, inverse), ok);
+      EXPECT_EQ(got.front(), 42);
+      EXPECT_EQ(got.back(), 42);
+      got = samples<V>(got.begin() + 1, got.end() - 1);
+      EXPECT_LT(transform_error<V>(signal<V>(got, true), wanted, n), error_limit) << n << " " << inverse;
+      if (n < 500) continue;
+      ASSERT_EQ(kernels::release_wide_fft<T>(), ok);
+      samples<V> again = in;
+      ASSERT_EQ(kernels::wide_dft(again.data(), n, inverse), ok);
+      EXPECT_EQ(again, got) << n;
+    }
+  }
+  EXPECT_EQ(covered > 100, kernels::has_wide_fft<T>(1024));
+}
+
+TYPED_TEST(WideFft, LengthsWithLargePrimeFactorsAreLeftAlone) {
+  using T = scalar<TypeParam>;
+  for (const index n : {0, 1, 3, 17, 101, 289, 1003, 4099, 65537}) EXPECT_FALSE(kernels::has_wide_dft<T>(n));
+}
+
 TYPED_TEST(WideFft, ShortAndLongSizesMayAlternate) {
   using V = TypeParam;
   if (!kernels::has_wide_fft<scalar<V>>(4096)) GTEST_SKIP();
