@@ -1,11 +1,10 @@
-// Geometric mean, harmonic mean, median.
+// Geometric mean, harmonic mean.
 #include <algorithm>
 #include <cmath>
 #include <complex>
 #include <limits>
 
 #include "kernels/block_sums.h"
-#include "shape/shape.h"
 #include "stats/result.h"
 #include "stats/wide.h"
 
@@ -87,23 +86,6 @@ template <record V> status harmonic_mean(const V* v, V* result) noexcept {
   return store(result, harmonic_mean_of_real(v));
 }
 
-// The middle of one component of sorted points, or the mean of the two in the middle.
-template <class T> double middle(const T* x, index points, index stride) noexcept {
-  const double upper = wide(x[points / 2 * stride]);
-  if (points % 2 != 0) return upper;
-  return (wide(x[(points / 2 - 1) * stride]) + upper) * 0.5;
-}
-
-template <record V> status median(const V* v, V* result) noexcept {
-  const index points = length(v);
-  const bool complex = is_complex(v);
-  if (points == 0) return complex ? store(result, 0.0, 0.0) : store(result, 0.0);
-  temporary<V> sorted;
-  if (copy<V>(&sorted, v) != ok || sort<V>(&sorted) != ok) return failed;
-  if (!complex) return store(result, middle(sorted.data, points, 1));
-  return store(result, middle(sorted.data, points, 2), middle(sorted.data + 1, points, 2));
-}
-
 }  // namespace
 }  // namespace sigpak
 
@@ -114,6 +96,3 @@ int32_t dspfs_gmean(const dspf_vec* v, dspf_vec* result) { return geometric_mean
 
 int32_t dsps_hmean(const dsp_vec* v, dsp_vec* result) { return harmonic_mean(v, result); }
 int32_t dspfs_hmean(const dspf_vec* v, dspf_vec* result) { return harmonic_mean(v, result); }
-
-int32_t dsps_median(const dsp_vec* v, dsp_vec* result) { return median(v, result); }
-int32_t dspfs_median(const dspf_vec* v, dspf_vec* result) { return median(v, result); }

@@ -1,0 +1,53 @@
+// The median against the middle of the sorted points, to the bit.
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "support/signal.h"
+
+namespace sigpak::test {
+namespace {
+
+template <class V> class Median : public testing::Test {};
+TYPED_TEST_SUITE(Median, records, record_names);
+
+// Smooth, in steps, both zeros, mostly one value, rising, few NaN, mostly NaN.
+template <record V> samples<V> shaped(index n, int kind) {
+  using T = scalar<V>;
+  auto x = noise<V>(n, static_cast<unsigned>(kind));
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    const int drawn = static_cast<int>(std::abs(x[i]) * 1024);
+    if (kind == 1) x[i] = static_cast<T>(drawn % 7);
+    if (kind == 2) x[i] = drawn % 5 < 3 ? std::copysign(T(0), x[i]) : x[i];
+    if (kind == 3 && drawn % 4 != 0) x[i] = T(2);
+    if (kind == 4) x[i] = static_cast<T>(i);
+    if ((kind == 5 && i % 9973 == 3) || (kind == 6 && drawn % 8 != 0))
+      x[i] = std::numeric_limits<T>::quiet_NaN();
+  }
+  return x;
+}
+
+TYPED_TEST(Median, IsTheMiddleOfTheSortedPoints) {
+  using V = TypeParam;
+  using T = scalar<V>;
+  for (const index n : {1, 2, 3, 4, 5, 64, 699, 700, 701, 4096, 32767, 32768, 32769, 70000, 200001}) {
+    for (int kind = 0; kind <= 6; ++kind) {
+      signal<V> v(shaped<V>(n, kind));
+      const samples<V> before = v.values();
+      signal<V> out;
+      ASSERT_EQ(TWIN(s_median)(&v, &out), 0);
+      const samples<V> after = v.values();
+      ASSERT_EQ(std::memcmp(before.data(), after.data(), before.size() * sizeof(T)), 0);
+      ASSERT_EQ(TWIN(i_sort)(&v), 0);
+      const double upper = static_cast<double>(v.data[n / 2]);
+      const double lower = n % 2 != 0 ? upper : static_cast<double>(v.data[n / 2 - 1]);
+      const T expected = static_cast<T>(n % 2 != 0 ? upper : (lower + upper) * 0.5);
+      EXPECT_TRUE(std::memcmp(&expected, out.data, sizeof(T)) == 0 ||
+                  (expected != expected && out.data[0] != out.data[0]))
+          << n << ' ' << kind << ' ' << expected << ' ' << out.data[0];
+    }
+  }
+}
+
+}  // namespace
+}  // namespace sigpak::test
