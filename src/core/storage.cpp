@@ -1,7 +1,13 @@
 // Sizing and growth of a record's storage, through the hooks where they are installed.
 #include "core/storage.h"
 
+#ifdef __linux__
+#include <sys/mman.h>
+#endif
+
 #include <algorithm>
+#include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <limits>
 #include <utility>
@@ -35,8 +41,26 @@ template <record V> status refuse(V* v) noexcept {
   return without_storage(v);
 }
 
+// The first touch of fresh memory costs more than any pass over it, most of it for every page: a large block
+// asks for large pages. Advice only, so it may fail.
+void advise_large_pages([[maybe_unused]] void* block, [[maybe_unused]] std::size_t bytes) noexcept {
+#if defined(__linux__) && defined(MADV_HUGEPAGE)
+  constexpr std::size_t worth_advice = std::size_t{4} << 20;
+  constexpr std::uintptr_t page = 4096;
+  if (block == nullptr || bytes < worth_advice) return;
+  const std::uintptr_t begin = (reinterpret_cast<std::uintptr_t>(block) + page - 1) / page * page;
+  const std::uintptr_t end = (reinterpret_cast<std::uintptr_t>(block) + bytes) / page * page;
+  const int error = errno;
+  madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
+  errno = error;
+#endif
+}
+
 template <record V> scalar<V>* heap_block(scalar<V>* old, index need) noexcept {
-  return static_cast<scalar<V>*>(std::realloc(old, static_cast<std::size_t>(need) * sizeof(scalar<V>)));
+  const std::size_t bytes = static_cast<std::size_t>(need) * sizeof(scalar<V>);
+  void* const block = std::realloc(old, bytes);
+  advise_large_pages(block, bytes);
+  return static_cast<scalar<V>*>(block);
 }
 
 template <record V> status owning(V* v, index need) noexcept {
