@@ -210,14 +210,32 @@ SIGPAK_INLINE real read(const float* from) { return widen(from); }
 SIGPAK_INLINE void write(double* to, real a) { store(to, a); }
 SIGPAK_INLINE void write(float* to, real a) { narrow(to, a); }
 
+// The first n of a vector, the rest zero: without a detour over memory, which would stall the load.
+#if SIGPAK_VECTOR_BYTES == 64
+SIGPAK_INLINE real read_some(const double* from, index n) {
+  return {_mm512_maskz_loadu_pd(static_cast<__mmask8>((1U << n) - 1), from)};
+}
+SIGPAK_INLINE real read_some(const float* from, index n) {
+  return {_mm512_cvtps_pd(_mm256_maskz_loadu_ps(static_cast<__mmask8>((1U << n) - 1), from))};
+}
+#else
+SIGPAK_INLINE real read_some(const double* from, index n) {
+  return {
+      _mm256_maskload_pd(from, _mm256_cmpgt_epi64(_mm256_set1_epi64x(n), _mm256_setr_epi64x(0, 1, 2, 3)))};
+}
+SIGPAK_INLINE real read_some(const float* from, index n) {
+  const __m128i wanted = _mm_cmpgt_epi32(_mm_set1_epi32(static_cast<int>(n)), _mm_setr_epi32(0, 1, 2, 3));
+  return {_mm256_cvtps_pd(_mm_maskload_ps(from, wanted))};
+}
+#endif
+
 // x[i] = f(x[i])
 template <class T, class F> SIGPAK_INLINE void walk(T* x, index n, F f) {
   index i = 0;
   for (; i + lane_count <= n; i += lane_count) write(x + i, f(read(x + i)));
   if (i == n) return;
-  T rest[lane_count] = {};
-  copy_some(rest, x + i, n - i);
-  write(rest, f(read(rest)));
+  T rest[lane_count];
+  write(rest, f(read_some(x + i, n - i)));
   copy_some(x + i, rest, n - i);
 }
 
