@@ -30,4 +30,30 @@ template <index width = 1, class T, class Body>
   for (; i < points; ++i) body(i);
 }
 
+// Calls put(i, x[i]) for every point, the last first, where put(i, ...) writes two scalars from z + 2 i on
+// and x may stand at the start of z. Tile by tile, each held apart while its place is written: that place
+// then is no operand any more, and the tile becomes vectors.
+template <class T, class Put>
+[[gnu::always_inline]] inline void spread_from_end(const T* x, const T* z, index points, Put put) noexcept {
+  constexpr index tile = 16;  // larger ones upset the prefetching of a walk that goes down
+  constexpr std::uintptr_t line = 64;
+  index left = points;
+  if (points >= tile) {
+    for (; reinterpret_cast<std::uintptr_t>(z + 2 * left) % line >= 2 * sizeof(T); --left) {
+      asm volatile("");
+      put(left - 1, x[left - 1]);
+    }
+  }
+  for (; left >= tile; left -= tile) {
+    alignas(line) T held[tile];
+    const index begin = left - tile;
+    for (index i = 0; i < tile; ++i) held[i] = x[begin + i];
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC ivdep
+#endif
+    for (index i = 0; i < tile; ++i) put(begin + i, held[i]);
+  }
+  for (index i = left - 1; i >= 0; --i) put(i, x[i]);
+}
+
 }  // namespace sigpak

@@ -12,7 +12,9 @@
 #include <limits>
 #include <utility>
 
+#include "core/each.h"
 #include "core/frame.h"
+#include "core/isa.h"
 
 namespace sigpak {
 namespace {
@@ -138,12 +140,12 @@ template <record V> status to_complex(V* v) noexcept {
   const auto points = v->points;
   v->complex = 1;
   if (reallocate(v, points, 0) != ok) return failed;
-  scalar<V>* const data = v->data;
-  for (index i = length(v) - 1; i >= 0; --i) {  // backwards: no value is overwritten before it is read
-    const scalar<V> x = data[i];
-    data[2 * i] = x;
-    data[2 * i + 1] = 0;
-  }
+  isa::run(length(v), [data = v->data, n = length(v)] {
+    spread_from_end(data, data, n, [data](index i, scalar<V> x) {
+      data[2 * i] = x;
+      data[2 * i + 1] = 0;
+    });
+  });
   return ok;
 }
 

@@ -35,11 +35,12 @@ template <class T> void rotate_points(T* z, index points, point<double> factor) 
 
 // Backwards: the real samples stand at the start of the storage that the points fill.
 template <class T> void spread_points(T* x, index points, T re, T im) noexcept {
-  for (index i = points - 1; i >= 0; --i) {
-    const T sample = x[i];
-    x[2 * i] = re * sample;
-    x[2 * i + 1] = im * sample;
-  }
+  isa::run(points, [=] {
+    spread_from_end(x, x, points, [=](index i, T sample) {
+      x[2 * i] = re * sample;
+      x[2 * i + 1] = im * sample;
+    });
+  });
 }
 
 template <record V> status scale_complex(V* v, scalar<V> re, scalar<V> im) noexcept {

@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "core/copy.h"
+#include "core/each.h"
 #include "core/isa.h"
 #include "generate/generate.h"
 #include "shape/shape.h"
@@ -12,13 +13,14 @@ namespace {
 
 // Swaps `count` points of the front with those before `end`, mirrored. The two runs do not meet.
 template <index width, class T> void mirror(T* __restrict front, T* __restrict end, index count) noexcept {
-  for (index i = 0; i < count * width; i += width) {
+  each<width>(front, count, [=](index point) {
+    const index i = point * width;
     for (index part = 0; part < width; ++part) {
       const T x = front[i + part];
       front[i + part] = end[part - width - i];
       end[part - width - i] = x;
     }
-  }
+  });
 }
 
 // Beyond the largest count nothing is left: records hold fewer points.
@@ -42,7 +44,7 @@ template <record V> status shuffle(V* v) noexcept {
 }  // namespace
 
 template <record V> status reverse(V* v) noexcept {
-  isa::run([x = v->data, points = length(v), complex = is_complex(v)] {
+  isa::run(scalars(v), [x = v->data, points = length(v), complex = is_complex(v)] {
     if (complex) {
       mirror<2>(x, x + 2 * points, points / 2);
     } else {

@@ -1,6 +1,7 @@
 // Rotation by half the length.
 #include <algorithm>
 
+#include "core/each.h"
 #include "core/isa.h"
 #include "shape/shape.h"
 
@@ -29,20 +30,20 @@ struct to_the_right {
     T* __restrict back = front + half + middle;
     T held[2];
     std::copy_n(front, middle, held);
-    for (index i = 0; i < half; ++i) {
+    each(front, half, [=](index i) {
       const T x = back[i];
       back[i] = front[i + middle];
       front[i] = x;
-    }
+    });
     std::copy_n(held, middle, front + half);
   }
 };
 
 template <class Direction, record V> status rotate(V* v) noexcept {
-  isa::run([x = v->data, half = length(v) / 2 * width(v), middle = length(v) % 2 * width(v)] {
+  isa::run(scalars(v), [x = v->data, half = length(v) / 2 * width(v), middle = length(v) % 2 * width(v)] {
     switch (middle) {
       case 0:
-        return Direction::template rotate<0>(x, half);
+        return to_the_right::rotate<0>(x, half);  // either way the halves change places
       case 1:
         return Direction::template rotate<1>(x, half);
       default:
