@@ -21,6 +21,11 @@ template <class T> void natural(T* x, index n) noexcept {
   map(x, n, [](double u) { return u < wide_guard<T>::tiny ? wide_guard<T>::log_tiny : std::log(u); });
 }
 
+// At T the parts of an exact sum of squares underflow and no longer tell: the plain sum decides.
+template <class T> constexpr bool is_floored(double a, double b) noexcept {
+  return a * a + b * b < wide_guard<T>::tiny;
+}
+
 // A point beyond H keeps its direction and counts as |z|^2 = H.
 template <class T> void natural_points(T* z, index points) noexcept {
   if (const auto* wide = kernels::logarithm<T>()) {
@@ -31,9 +36,8 @@ template <class T> void natural_points(T* z, index points) noexcept {
       return point<double>{0.5 * wide_guard<T>::log_huge,
                            std::atan2(wide_guard<T>::clamp(b), wide_guard<T>::clamp(a))};
     }
-    const square_sum s = sum_of_squares(a, b);
-    if (s.hi < wide_guard<T>::tiny) return point<double>{wide_guard<T>::log_tiny, 0.0};
-    return point<double>{0.5 * joined(logarithm(s)), std::atan2(b, a)};
+    if (is_floored<T>(a, b)) return point<double>{wide_guard<T>::log_tiny, 0.0};
+    return point<double>{0.5 * joined(logarithm(sum_of_squares(a, b))), std::atan2(b, a)};
   });
 }
 
@@ -79,9 +83,8 @@ template <class T> void decimal_scaled_points(T* z, index points, double factor)
   map_pairs(z, points, [=](double re, double im) {
     const double a = wide_guard<T>::clamp(re);
     const double b = wide_guard<T>::clamp(im);
-    const square_sum s = sum_of_squares(a, b);
-    if (s.hi < wide_guard<T>::tiny) return point<double>{factor * wide_guard<T>::log10_tiny, 0.0};
-    return point<double>{decibels(logarithm(s), scale), angle_scale * std::atan2(b, a)};
+    if (is_floored<T>(a, b)) return point<double>{factor * wide_guard<T>::log10_tiny, 0.0};
+    return point<double>{decibels(logarithm(sum_of_squares(a, b)), scale), angle_scale * std::atan2(b, a)};
   });
 }
 
