@@ -23,15 +23,19 @@ template <class T> point<T> square_root(point<T> z) noexcept {
   using W = typename square_root_precision<T>::type;
   const W a = static_cast<W>(z.re);
   const W b = static_cast<W>(z.im);
+  W major;
+  W minor;
   if (std::abs(z.re) > guard<T>::huge || std::abs(z.im) > guard<T>::huge) {
     const W root = std::sqrt(static_cast<W>(guard<T>::huge));
-    const W angle = std::atan2(b, a) / 2;
-    return {static_cast<T>(root * std::cos(angle)), static_cast<T>(root * std::sin(angle))};
+    const W angle = std::atan2(std::abs(b), std::abs(a)) / 2;
+    major = root * std::cos(angle);
+    minor = root * std::sin(angle);
+  } else {
+    const W r = std::sqrt(a * a + b * b);
+    if (r == 0) return {0, 0};
+    major = std::sqrt((r + std::abs(a)) / 2);
+    minor = std::abs(b) / (2 * major);
   }
-  const W r = std::sqrt(a * a + b * b);
-  if (r == 0) return {0, 0};
-  const W major = std::sqrt((r + std::abs(a)) / 2);
-  const W minor = std::abs(b) / (2 * major);
   return {static_cast<T>(a < 0 ? minor : major), static_cast<T>(std::copysign(a < 0 ? major : minor, b))};
 }
 
