@@ -62,8 +62,10 @@ template <class T> SIGPAK_INLINE scaled_size size_of(eighths x) {
     const real root = look_up(eighth_powers, bits(x.shifted));
     return {{fma(root, expm1_near_zero_single(x.r), root), all(0)}, x.shifted};
   } else {
+    constexpr double lift = 200;  // keeps the product with the sine of a subnormal angle normal
     const parts m = mantissa(x);
-    return {fast_sum(m.hi, m.lo), x.shifted};
+    const parts size = fast_sum(m.hi, m.lo);
+    return {{size.hi * all(0x1p200), size.lo * all(0x1p200)}, x.shifted - all(8 * lift)};
   }
 }
 

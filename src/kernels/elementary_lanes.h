@@ -54,7 +54,7 @@ SIGPAK_INLINE real look_up(const double* table, words position) {
   return {_mm512_permutexvar_pd(__m512i(position), _mm512_loadu_pd(table))};
 }
 
-// a * 2^floor(n / 8) for -8800 < n < 8000, rounded once; shifted is n + to_integer.
+// a * 2^floor(n / 8) for -10400 < n < 8000, rounded once; shifted is n + to_integer.
 SIGPAK_INLINE real scale_eighths(real a, real shifted) {
   return {_mm512_scalef_pd(a.v, ((shifted - all(to_integer)) * all(0.125)).v)};
 }
@@ -106,7 +106,7 @@ SIGPAK_INLINE real look_up(const double* table, words position) {
   return {_mm256_blendv_pd(_mm256_castps_pd(low), _mm256_castps_pd(high), upper)};
 }
 
-// a * 2^floor(n / 8) for -8800 < n < 8000, rounded once; shifted is n + to_integer. Small powers take two
+// a * 2^floor(n / 8) for -10400 < n < 8000, rounded once; shifted is n + to_integer. Small powers take two
 // steps: the first product is normal, and the second rounds.
 SIGPAK_INLINE real scale_eighths(real a, real shifted) {
   constexpr double lift = 1024;
