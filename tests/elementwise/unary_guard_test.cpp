@@ -170,7 +170,9 @@ template <record V> std::vector<complex_case<V>> complex_cases() {
   constexpr T inf = std::numeric_limits<T>::infinity();
   constexpr T not_a_number = std::numeric_limits<T>::quiet_NaN();
   constexpr T tiny = std::numeric_limits<T>::min();
+  constexpr T least = std::numeric_limits<T>::denorm_min();
   const T root_h = std::sqrt(h);
+  const T root_t = std::sqrt(tiny);
   const double pi = 3.141592653589793;
   const T log_t = static_cast<T>(is_double<V> ? -708.3964185322641 : -87.33654475055311);
   const T log10_t = static_cast<T>(is_double<V> ? -307.6526555685888 : -37.92977945366163);
@@ -198,17 +200,23 @@ template <record V> std::vector<complex_case<V>> complex_cases() {
       {"sqrt", TWIN(i_sqrt), 4 * tiny, 0, rounded(2 * std::sqrt(static_cast<double>(tiny))), 0},
       {"sqrt", TWIN(i_sqrt), inf, 0, root_h, 0},
       {"sqrt", TWIN(i_sqrt), 4 * h, 0, root_h, 0},
+      {"sqrt", TWIN(i_sqrt), -inf, 0, 0, root_h},
+      {"sqrt", TWIN(i_sqrt), -2 * h, -T(0), 0, -root_h},
       {"sqrt", TWIN(i_sqrt), not_a_number, 1, not_a_number, not_a_number},
       {"exp", TWIN(i_exp), inf, 0, h, 0},
       {"exp", TWIN(i_exp), 1000, 0, h, 0},
       {"exp", TWIN(i_exp), 0, 0, 1, 0},
       {"exp", TWIN(i_exp), -inf, 1, 0, 0},
+      {"exp", TWIN(i_exp), 3, least, rounded(std::exp(3.0)), 20 * least},
       {"exp10", TWIN(i_exp10), 2, 0, 100, 0},
       {"exp10", TWIN(i_exp10), 101, 0, h, 0},
       {"exp10", TWIN(i_exp10), -2 * h, 0, -h, -T(0)},
       {"exp10", TWIN(i_exp10), -h, 0, 0, 0},
       {"log", TWIN(i_log), 0, 0, log_t, 0},
       {"log", TWIN(i_log), 0, tiny, log_t, 0},
+      {"log", TWIN(i_log), 0, root_t, log_t / 2, rounded(pi / 2)},
+      {"log", TWIN(i_log), 0, std::nextafter(root_t, T(0)), log_t, 0},
+      {"log10", TWIN(i_log10), 0, std::nextafter(root_t, T(0)), log10_t, 0},
       {"log", TWIN(i_log), 1, 0, 0, 0},
       {"log", TWIN(i_log), -1, 0, 0, rounded(pi)},
       {"log", TWIN(i_log), -1, -T(0), 0, rounded(-pi)},
