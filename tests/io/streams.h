@@ -1,59 +1,34 @@
-// Streams over bytes in memory, and a watch on what records ask for.
+// Streams over bytes in memory, and readers that see them through.
 #pragma once
 
 #include <unistd.h>
 
 #include <bit>
-#include <cstring>
+#include <climits>
+#include <clocale>
 #include <memory>
 #include <string>
-#include <thread>
 
 #include "support/failing.h"
 #include "support/signal.h"
 
 namespace sigpak::test {
 
-struct closer {
-  void operator()(std::FILE* f) const { std::fclose(f); }
-};
-using stream = std::unique_ptr<std::FILE, closer>;
+using stream = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
 // The text must outlive the stream.
 inline stream reading(const std::string& bytes) {
-  return stream(fmemopen(const_cast<char*>(bytes.data()), bytes.size(), "rb"));
+  return {fmemopen(const_cast<char*>(bytes.data()), bytes.size(), "rb"), std::fclose};
 }
 
-// The bytes through a pipe, whose length nobody knows beforehand.
-class piped {
- public:
-  explicit piped(std::string bytes) : bytes_(std::move(bytes)) {
-    EXPECT_EQ(pipe(ends_), 0);
-    out_.reset(fdopen(ends_[0], "rb"));
-    writer_ = std::thread([this] {
-      std::size_t done = 0;
-      while (done < bytes_.size()) {
-        const auto n = ::write(ends_[1], bytes_.data() + done, bytes_.size() - done);
-        if (n <= 0) break;
-        done += static_cast<std::size_t>(n);
-      }
-      close(ends_[1]);
-    });
-  }
-  ~piped() {
-    while (std::getc(out_.get()) != EOF) continue;
-    writer_.join();
-  }
-  piped(const piped&) = delete;
-  piped& operator=(const piped&) = delete;
-  std::FILE* get() const { return out_.get(); }
-
- private:
-  std::string bytes_;
-  int ends_[2] = {};
-  stream out_;
-  std::thread writer_;
-};
+// At most 64 KiB through a pipe, whose length nobody knows beforehand.
+inline stream piped(const std::string& bytes) {
+  int ends[2] = {};
+  EXPECT_EQ(pipe(ends), 0);
+  EXPECT_EQ(::write(ends[1], bytes.data(), bytes.size()), std::ssize(bytes));
+  close(ends[1]);
+  return {fdopen(ends[0], "rb"), std::fclose};
+}
 
 // What `write` puts into the stream that it is given.
 template <class Write> std::string written(Write write) {
@@ -62,57 +37,52 @@ template <class Write> std::string written(Write write) {
   std::FILE* const f = open_memstream(&text, &size);
   write(f);
   std::fclose(f);
-  std::string out(text, size);
-  std::free(text);
-  return out;
+  const std::unique_ptr<char, void (*)(void*)> owner(text, std::free);
+  return {text, size};
 }
 
-// The bytes of a number in either byte order.
-template <class T> std::string number_bytes(T x, bool big_endian) {
-  std::string out(sizeof x, '\0');
-  std::memcpy(out.data(), &x, sizeof x);
-  if (big_endian != (std::endian::native == std::endian::big)) std::reverse(out.begin(), out.end());
-  return out;
+template <record V> std::string written(const V& v, std::int32_t flags) {
+  return written([&](std::FILE* f) { EXPECT_EQ(TWIN(f_fwrite2)(&v, f, flags), 0) << flags; });
 }
 
-// Same bits, so that NaN and the signs of zeros count.
-template <class C> bool same_bits(const C& a, const C& b) {
-  return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof a[0]) == 0);
+// Every vector of the stream and the status that ended it.
+template <record V> std::pair<std::vector<samples<V>>, std::int32_t> all_vectors(const std::string& bytes) {
+  const auto f = reading(bytes);
+  std::vector<samples<V>> out;
+  signal<V> v;
+  std::int32_t status = 1;
+  while ((status = TWIN(f_fread)(&v, f.get())) == 1) out.push_back(v.values());
+  v.points = 0;
+  return {out, status};
 }
 
-// Notes the largest need of any record sized in its scope.
-template <record V> class largest_request {
- public:
-  largest_request() {
-    largest() = 0;
-    TWIN(_lib_alloc)(allocate, nullptr);
-    TWIN(_lib_realloc)(reallocate, nullptr);
+// Cut at every byte or with any byte changed to any other, a file reads as a few short vectors or fails, and
+// makes no record ask for more than `most` scalars.
+template <record V> void expect_harmless(const std::string& bytes, index most) {
+  const failing_records<V> watch(INT_MAX);
+  const auto check = [](const std::string& damaged) {
+    const auto [vectors, status] = all_vectors<V>(damaged);
+    EXPECT_TRUE(status == 0 || status == -1);
+    EXPECT_LE(vectors.size(), 4U);
+    for (const auto& values : vectors) EXPECT_LE(values.size(), 12U);
+  };
+  for (std::size_t at = 0; at < bytes.size(); ++at) {
+    check(bytes.substr(0, at));
+    for (int value = 0; value < 256; ++value) {
+      std::string damaged = bytes;
+      damaged[at] = static_cast<char>(value);
+      check(damaged);
+    }
   }
-  ~largest_request() {
-    TWIN(_lib_alloc)(nullptr, nullptr);
-    TWIN(_lib_realloc)(nullptr, nullptr);
-  }
-  largest_request(const largest_request&) = delete;
-  largest_request& operator=(const largest_request&) = delete;
-  index scalars() const { return largest(); }
+  EXPECT_LE(watch.largest(), most);
+}
 
- private:
-  static index& largest() {
-    static index most = 0;
-    return most;
+// A locale of the program with a decimal comma, where one is installed: it has no say in files.
+struct decimal_comma {
+  decimal_comma() {
+    for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8"}) std::setlocale(LC_ALL, name);
   }
-  static std::int32_t allocate(V* v) {
-    if (v->alloc > 0) std::free(v->data);
-    v->data = nullptr;
-    return reallocate(v, 0, 0);
-  }
-  static std::int32_t reallocate(V* v, std::uint32_t, std::int32_t) {
-    const index need = index{v->points} * width(v);
-    largest() = std::max(largest(), need);
-    v->data =
-        static_cast<scalar<V>*>(std::realloc(v->data, static_cast<std::size_t>(need) * sizeof(scalar<V>)));
-    return 0;
-  }
+  ~decimal_comma() { std::setlocale(LC_ALL, "C"); }
 };
 
 }  // namespace sigpak::test

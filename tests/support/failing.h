@@ -1,6 +1,7 @@
 // Allocations made to fail: the records' through the hooks, the raw tables' at their source.
 #pragma once
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "core/memory.h"
@@ -29,11 +30,13 @@ class failing_tables {
   table_source previous_;
 };
 
-// Lets `allowed` sizings of records through and refuses the rest until the end of its scope.
+// Lets `allowed` sizings of records through and refuses the rest until the end of its scope; knows the
+// largest.
 template <record V> class failing_records {
  public:
   explicit failing_records(int allowed) {
     remaining() = allowed;
+    most() = 0;
     TWIN(_lib_alloc)(allocate, nullptr);
     TWIN(_lib_realloc)(reallocate, nullptr);
   }
@@ -43,11 +46,16 @@ template <record V> class failing_records {
   }
   failing_records(const failing_records&) = delete;
   failing_records& operator=(const failing_records&) = delete;
+  index largest() const { return most(); }  // in scalars
 
  private:
   static int& remaining() {
     static int count = 0;
     return count;
+  }
+  static index& most() {
+    static index scalars = 0;
+    return scalars;
   }
   static std::int32_t allocate(V* v) {
     if (v->alloc > 0) std::free(v->data);
@@ -55,16 +63,23 @@ template <record V> class failing_records {
     return reallocate(v, 0, 0);
   }
   static std::int32_t reallocate(V* v, std::uint32_t, std::int32_t) {
-    const auto bytes =
-        static_cast<std::size_t>(v->points) * static_cast<std::size_t>(width(v)) * sizeof(scalar<V>);
-    if (remaining()-- > 0) {
-      v->data = static_cast<scalar<V>*>(std::realloc(v->data, bytes));
-    } else {
-      std::free(v->data);
-      v->data = nullptr;
-    }
+    const index need = index{v->points} * width(v);
+    most() = std::max(most(), need);
+    const bool granted = remaining()-- > 0;
+    if (!granted) std::free(v->data);
+    v->data = !granted ? nullptr
+                       : static_cast<scalar<V>*>(
+                             std::realloc(v->data, static_cast<std::size_t>(need) * sizeof(scalar<V>)));
     return 0;
   }
 };
+
+// Runs with ever more allocations let through until one run does not fail, and tells how many did.
+template <class Failing, class Run> int failures_before_success(Run run) {
+  for (int allowed = 0;; ++allowed) {
+    const Failing rest(allowed);
+    if (run() != failed || allowed > 1000) return allowed;
+  }
+}
 
 }  // namespace sigpak::test

@@ -3,10 +3,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <initializer_list>
 #include <limits>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/twins.h"
@@ -19,13 +21,14 @@ template <record V> using samples = std::vector<scalar<V>>;
 template <record V> class signal : public V {
  public:
   signal() { TWIN(_init)(this); }
-  signal(std::initializer_list<double> values, bool pairs = false)
-      : signal(cast(values), pairs) {}
-  explicit signal(const samples<V>& values, bool pairs = false) : signal() {
+  signal(std::initializer_list<double> values, bool pairs = false) : signal(cast(values), pairs) {}
+  // The imaginary part that an odd number of values leaves open is 0.
+  explicit signal(samples<V> values, bool pairs = false) : signal() {
+    if (pairs && values.size() % 2 != 0) values.push_back(0);
     this->complex = pairs ? 1 : 0;
     this->points = static_cast<std::uint32_t>(values.size() / (pairs ? 2 : 1));
     EXPECT_EQ(TWIN(_alloc)(this), 0);
-    if (!values.empty()) std::copy(values.begin(), values.end(), this->data);
+    std::copy(values.begin(), values.end(), this->data);
   }
   ~signal() { TWIN(_destroy)(this); }
   signal(const signal&) = delete;
@@ -84,6 +87,11 @@ inline std::vector<index> edge_sizes() {
     for (index n = block - 1; n <= block + 1; ++n) sizes.push_back(n);
   }
   return sizes;
+}
+
+// Same bits, so that NaN and the signs of zeros count.
+template <class T> bool same_bits(const std::vector<T>& a, const std::vector<T>& b) {
+  return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(T)) == 0);
 }
 
 // Relative distance in the Euclidean norm; the reference is the second.
