@@ -1,8 +1,6 @@
-// Copying and appending.
-#include <gtest/gtest.h>
-
+// Copying, appending and ordering.
 #include "support/failing.h"
-#include "support/signal.h"
+#include "support/forms.h"
 
 namespace sigpak::test {
 namespace {
@@ -12,95 +10,98 @@ TYPED_TEST_SUITE(Copy, records, record_names);
 
 TYPED_TEST(Copy, TakesShapeSpacingAndPointsButNotTheReservedWord) {
   using V = TypeParam;
-  signal<V> src(noise<V>(10), true);
-  src.delta = 0.5;
-  src.reserved = 1;
-  struct {
-    std::int32_t count;
-    std::uint32_t points;
-  } const cases[] = {{-1, 0}, {0, 0}, {3, 3}, {5, 5}, {9, 5}};
-  for (const auto& c : cases) {
-    signal<V> dst{7, 7, 7};
-    dst.reserved = 2;
-    ASSERT_EQ(TWIN(_copy_at_most)(&dst, &src, c.count), 0);
-    EXPECT_EQ(dst.points, c.points);
-    EXPECT_EQ(dst.complex, 1);
-    EXPECT_EQ(dst.delta, scalar<V>(0.5));
-    EXPECT_EQ(dst.reserved, 2U);
-    auto wanted = src.values();
-    wanted.resize(2 * c.points);
-    EXPECT_EQ(dst.values(), wanted);
+  for (const std::int32_t count : {-1, 0, 3, 5, 9}) {
+    for_each_form<V>({5}, [count](signal<V>& src) {
+      contents<V> wanted(src);
+      signal<V> dst{7, 7, 7};
+      dst.reserved = 2;
+      ASSERT_EQ(TWIN(_copy)(&dst, &src), 0);
+      expect_equal(contents<V>(dst), wanted);
+      EXPECT_NE(dst.data, src.data);
+      ASSERT_EQ(TWIN(_copy)(&src, &src), 0);
+      expect_equal(contents<V>(src), wanted);
+      ASSERT_EQ(TWIN(_copy_at_most)(&dst, &src, count), 0);
+      ASSERT_EQ(TWIN(_copy_at_most)(&src, &src, count), 0);
+      wanted.points.resize(static_cast<std::size_t>(std::clamp(count, 0, 5)));
+      expect_equal(contents<V>(dst), wanted);
+      expect_equal(contents<V>(src), wanted);
+      EXPECT_EQ(dst.reserved, 2U);
+    });
   }
-  signal<V> whole;
-  ASSERT_EQ(TWIN(_copy)(&whole, &src), 0);
-  EXPECT_EQ(whole.values(), src.values());
-  EXPECT_NE(whole.data, src.data);
-}
-
-TYPED_TEST(Copy, OntoItselfChangesNothing) {
-  using V = TypeParam;
-  for (const bool lent : {false, true}) {
-    signal<V> v(noise<V>(6), true);
-    if (lent) v.lend();
-    const auto before = v.values();
-    EXPECT_EQ(TWIN(_copy)(&v, &v), 0);
-    EXPECT_EQ(v.values(), before);
-    EXPECT_EQ(TWIN(_copy_at_most)(&v, &v, 2), 0);
-    EXPECT_EQ(v.points, 2U);
-    EXPECT_EQ(v.data[3], before[3]);
-  }
-}
-
-TYPED_TEST(Copy, FailsWithoutStorage) {
-  using V = TypeParam;
-  signal<V> src{1, 2, 3};
-  signal<V> dst;
-  const failing_records<V> none(0);
-  EXPECT_EQ(TWIN(_copy)(&dst, &src), -1);
-  EXPECT_EQ(TWIN(_append)(&dst, &src), -1);
-  dst.points = 0;
 }
 
 TYPED_TEST(Copy, AppendJoinsEveryPairOfForms) {
   using V = TypeParam;
-  struct {
-    std::initializer_list<double> dst;
-    bool dst_complex;
-    std::initializer_list<double> src;
-    bool src_complex;
-    std::initializer_list<double> wanted;
-    bool complex;
-  } const cases[] = {{{1, 2}, false, {3}, false, {1, 2, 3}, false},
-                     {{1, 2}, false, {3, 4}, true, {1, 0, 2, 0, 3, 4}, true},
-                     {{1, 2}, true, {3, 4}, false, {1, 2, 3, 0, 4, 0}, true},
-                     {{1, 2}, true, {3, 4}, true, {1, 2, 3, 4}, true},
-                     {{}, false, {3, 4}, true, {3, 4}, true},
-                     {{1}, false, {}, false, {1}, false}};
-  for (const auto& c : cases) {
-    for (const bool lent : {false, true}) {
-      signal<V> dst(c.dst, c.dst_complex);
-      const signal<V> src(c.src, c.src_complex);
-      const signal<V> wanted(c.wanted, c.complex);
-      dst.delta = 3;
-      if (lent) dst.lend();
-      ASSERT_EQ(TWIN(_append)(&dst, &src), 0);
-      EXPECT_EQ(dst.complex != 0, c.complex);
-      EXPECT_EQ(dst.values(), wanted.values());
-      EXPECT_EQ(dst.delta, 3);
-    }
-  }
+  for_each_form<V>({0, 3}, [](signal<V>& src) {
+    expect_in_place<V>([&src](V* v) { return TWIN(_append)(v, &src); },
+                       [&src](contents<V>& c) {
+                         const contents<V> more(src);
+                         c.points.insert(c.points.end(), more.points.begin(), more.points.end());
+                         c.complex = c.complex || more.complex;
+                       },
+                       {0, 1, 2});
+    signal<V> v{1, 2};
+    EXPECT_EQ(TWIN(_append)(&v, &v), -1);
+    EXPECT_EQ(v.values(), (samples<V>{1, 2}));
+  });
 }
 
-TYPED_TEST(Copy, AppendRefusesTheSameRecordAndAnUncountableLength) {
+TYPED_TEST(Copy, FailsWithoutStorage) {
   using V = TypeParam;
-  signal<V> v{1, 2};
-  EXPECT_EQ(TWIN(_append)(&v, &v), -1);
-  EXPECT_EQ(v.values(), (samples<V>{1, 2}));
-  V huge_source{.delta = 1, .data = v.data, .alloc = 0, .points = 0x7fffffff, .complex = 0, .reserved = 0};
+  const signal<V> src({1, 2}, true);
+  EXPECT_EQ(failures_before_success<failing_records<V>>([&src] {
+              signal<V> dst;
+              return TWIN(_copy)(&dst, &src);
+            }),
+            1);
+  EXPECT_EQ(failures_before_success<failing_records<V>>([&src] {
+              signal<V> dst;
+              const auto status = TWIN(_append)(&dst, &src);
+              dst.points = 0;
+              return status;
+            }),
+            1);
+  const V vast{.delta = 1, .data = src.data, .alloc = 0, .points = 0x7fffffff, .complex = 0, .reserved = 0};
   signal<V> dst{1, 2};
-  EXPECT_EQ(TWIN(_append)(&dst, &huge_source), -1);
+  EXPECT_EQ(TWIN(_append)(&dst, &vast), -1);
   EXPECT_EQ(dst.data, nullptr);
   dst.points = 0;
+}
+
+TYPED_TEST(Copy, TheFirstDifferenceBeyondTheToleranceOrders) {
+  using V = TypeParam;
+  using T = scalar<V>;
+  constexpr T nan = std::numeric_limits<T>::quiet_NaN();
+  struct {
+    samples<V> a;
+    bool a_complex;
+    samples<V> b;
+    bool b_complex;
+    T tolerance;
+    int order;
+  } const cases[] = {{{1, 2, 3}, false, {1, 2, 3}, false, 0, 0}, {{1, 3, 0}, false, {1, 2, 9}, false, 0, 1},
+                     {{1, 2}, false, {1, 2.5}, false, 0.5, 0},   {{1, 2}, false, {1, 2.5}, false, 0.25, -1},
+                     {{1, 2}, true, {1, 3}, true, 0, -1},        {{1}, false, {1, 2}, true, 0, -1},
+                     {{1}, false, {1, -2}, true, 0, 1},          {{2}, false, {1, 9}, true, 0, 1},
+                     {{1, 2}, true, {1}, false, 0, 1},           {{1, -2}, true, {1}, false, 0, -1},
+                     {{1, -2}, true, {1}, false, 2, 0},          {{nan, 2}, false, {1, 1}, false, 0, 1},
+                     {{nan}, false, {1}, false, 0, 0},           {{}, false, {}, true, 0, 0}};
+  for (const auto& c : cases) {
+    signal<V> a(c.a, c.a_complex);
+    const signal<V> b(c.b, c.b_complex);
+    std::int32_t order = 5;
+    ASSERT_EQ(TWIN(_cmp)(&a, &b, c.tolerance, &order), 0);
+    EXPECT_EQ(order, c.order) << &c - cases;
+    for (const T delta : {T(4), T(-4)}) {  // the spacing comes first
+      a.delta = delta;
+      ASSERT_EQ(TWIN(_cmp)(&a, &b, c.tolerance, &order), 0);
+      EXPECT_EQ(order, delta > 0 ? 1 : -1);
+    }
+    a.points += 1;
+    EXPECT_EQ(TWIN(_cmp)(&a, &b, T(9), &order), -1) << "lengths must agree";
+    EXPECT_EQ(order, -1);
+    a.points = 0;
+  }
 }
 
 }  // namespace

@@ -159,7 +159,7 @@ TYPED_TEST(Ascii, NumbersReadToTheLastBit) {
     const auto exponent = i < 100 ? least : least + static_cast<int>(engine() % 400);
     print("%.900Le", std::ldexp(mantissa, exponent));
     print("%.1100Lf", std::ldexp(mantissa, exponent));
-    for (const std::size_t zeros : {0U, 1000U}) tokens.push_back(text + std::string(zeros, '0') + "1");
+    for (const std::size_t zeros : {0U, 1000U}) tokens.push_back(text + std::string(zeros, '0') + "10");
   }
   for (const auto& token : tokens) {
     EXPECT_TRUE(same_bits(all_vectors<V>(token + " 7").first.at(0), samples<V>{parsed<T>(token), 7}))

@@ -20,6 +20,11 @@ template <record V> struct contents {
   T delta;
 };
 
+template <record V> std::vector<std::complex<long double>> wide_points(const V& v) {
+  const contents<V> c(v);
+  return {c.points.begin(), c.points.end()};
+}
+
 template <record V> void expect_equal(const contents<V>& got, const contents<V>& wanted) {
   ASSERT_EQ(got.points, wanted.points);
   ASSERT_EQ(got.complex, wanted.complex);
