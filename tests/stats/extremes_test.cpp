@@ -1,8 +1,5 @@
 // Minimum, maximum and peaks.
-#include <gtest/gtest.h>
-
-#include "stats/wide.h"
-#include "support/signal.h"
+#include "stats/statistic.h"
 
 namespace sigpak::test {
 namespace {
@@ -10,116 +7,84 @@ namespace {
 template <class V> class Extremes : public testing::Test {};
 TYPED_TEST_SUITE(Extremes, records, record_names);
 
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-
-TYPED_TEST(Extremes, RealSearchStartsFromTheHugeValues) {
+// Real searches start from the huge values; complex ones take the first point by magnitude.
+TYPED_TEST(Extremes, SmallestAndLargestByHand) {
   using V = TypeParam;
-  constexpr double h = wide(huge<V>);
+  using T = scalar<V>;
+  constexpr T nan = std::numeric_limits<T>::quiet_NaN();
+  constexpr T h = huge<V>;
+  constexpr auto tiny = T(0x1p-100);
   struct {
-    std::initializer_list<double> x;
-    double smallest, largest;
-  } const cases[] = {{{}, 0, 0},
-                     {{5}, 5, 5},
-                     {{3, -1, 2}, -1, 3},
-                     {{2 * h, 3 * h}, h, 3 * h},
-                     {{-2 * h}, -2 * h, -h},
-                     {{h}, h, h},
-                     {{nan, 4, nan, 7, nan}, 4, 7},
-                     {{nan, nan}, h, -h}};
+    bool complex;
+    samples<V> x, smallest, largest;
+  } const cases[] = {{false, {}, {0}, {0}},
+                     {false, {5}, {5}, {5}},
+                     {false, {3, -1, 2}, {-1}, {3}},
+                     {false, {2 * h, 3 * h}, {h}, {3 * h}},
+                     {false, {-2 * h}, {-2 * h}, {-h}},
+                     {false, {h}, {h}, {h}},
+                     {false, {nan, 4, nan, 7, nan}, {4}, {7}},
+                     {false, {nan, nan}, {h}, {-h}},
+                     {true, {}, {0, 0}, {0, 0}},
+                     {true, {3, 4, 4, 3}, {3, 4}, {3, 4}},
+                     {true, {1, 1, -3, 0, 0, 3}, {1, 1}, {-3, 0}},
+                     {true, {2 * h, 0, 5 * h, 1}, {h, h}, {2 * h, 0}},
+                     {true, {2, 0, 2 * h, 0}, {2, 0}, {2 * h, 0}},
+                     {true, {nan, 1, 1, nan}, {h, h}, {0, 0}},
+                     {true, {nan, 1, 0, -2}, {0, -2}, {0, -2}},
+                     {true, {tiny, 0, 0, 2 * tiny}, {tiny, 0}, {0, 2 * tiny}}};
   for (const auto& c : cases) {
-    signal<V> v(c.x);
-    signal<V> out({9, 9}, true);
-    out.delta = 3;
-    ASSERT_EQ(TWIN(s_min)(&v, &out), 0);
-    EXPECT_EQ(out.values(), samples<V>{static_cast<scalar<V>>(c.smallest)});
-    ASSERT_EQ(TWIN(s_max)(&v, &out), 0);
-    EXPECT_EQ(out.values(), samples<V>{static_cast<scalar<V>>(c.largest)});
-    EXPECT_EQ(out.delta, 3);
+    const signal<V> v(c.x, c.complex);
+    EXPECT_EQ(result_of<V>(TWIN(s_min), v), c.smallest) << &c - cases;
+    EXPECT_EQ(result_of<V>(TWIN(s_max), v), c.largest) << &c - cases;
+  }
+  for (const T first : {T(0), -T(0)}) {  // the first zero keeps its sign
+    samples<V> x(100, first);
+    std::fill(x.begin() + 50, x.end(), -first);
+    EXPECT_EQ(std::signbit(result_of<V>(TWIN(s_min), signal<V>(x))[0]), std::signbit(first));
+    EXPECT_EQ(std::signbit(result_of<V>(TWIN(s_max), signal<V>(x))[0]), std::signbit(first));
   }
 }
 
-TYPED_TEST(Extremes, ComplexSearchTakesTheFirstPointByMagnitude) {
-  using V = TypeParam;
-  constexpr double h = wide(huge<V>);
-  struct {
-    std::initializer_list<double> x;
-    double smallest[2], largest[2];
-  } const cases[] = {{{}, {0, 0}, {0, 0}},
-                     {{3, 4, 4, 3}, {3, 4}, {3, 4}},
-                     {{1, 1, -3, 0, 0, 3}, {1, 1}, {-3, 0}},
-                     {{2 * h, 0, 5 * h, 1}, {h, h}, {2 * h, 0}},
-                     {{2, 0, 2 * h, 0}, {2, 0}, {2 * h, 0}},
-                     {{nan, 1, 1, nan}, {h, h}, {0, 0}},
-                     {{nan, 1, 0, -2}, {0, -2}, {0, -2}},
-                     {{1e-30, 0, 0, 2e-30}, {1e-30, 0}, {0, 2e-30}}};
-  for (const auto& c : cases) {
-    const auto pair = [](const double* z) {
-      return samples<V>{static_cast<scalar<V>>(z[0]), static_cast<scalar<V>>(z[1])};
-    };
-    const signal<V> v(c.x, true);
-    signal<V> out;
-    ASSERT_EQ(TWIN(s_min)(&v, &out), 0);
-    EXPECT_EQ(out.values(), pair(c.smallest));
-    ASSERT_EQ(TWIN(s_max)(&v, &out), 0);
-    EXPECT_EQ(out.values(), pair(c.largest));
-    EXPECT_EQ(out.complex, 1);
-  }
+template <record V> auto peak(int flags, int index = 0) {
+  return [=](const V* v, V* out) { return TWIN(s_peak)(v, out, flags, index); };
 }
 
 TYPED_TEST(Extremes, EveryPlaceOfEveryLengthIsSeen) {
   using V = TypeParam;
   using T = scalar<V>;
   for (const index n : edge_sizes()) {
-    const samples<V> x = noise<V>(n, static_cast<unsigned>(n));
     for (const index place : {index{0}, n / 2, n - 2, n - 1}) {
       if (place < 0 || place >= n) continue;
-      signal<V> v(x);
-      signal<V> out;
-      v.data[place] = 2;
-      v.data[n - 1 - place / 2] = std::max(v.data[n - 1 - place / 2], T(1.5));
-      ASSERT_EQ(TWIN(s_max)(&v, &out), 0);
-      EXPECT_EQ(out.data[0], 2);
-      ASSERT_EQ(TWIN(s_peak)(&v, &out, 0, 0), 0);
-      EXPECT_EQ(out.values(), (samples<V>{2, static_cast<T>(place)})) << n;
-      v.data[place] = -2;
-      ASSERT_EQ(TWIN(s_min)(&v, &out), 0);
-      EXPECT_EQ(out.data[0], -2);
-      ASSERT_EQ(TWIN(s_peak)(&v, &out, 0x2000, 0), 0);
-      EXPECT_EQ(out.values(), (samples<V>{-2, static_cast<T>(place)})) << n;
+      for (const T extreme : {T(2), T(-2)}) {
+        signal<V> v(noise<V>(n, static_cast<unsigned>(n)));
+        v.data[n - 1 - place / 2] = T(0.75) * extreme;
+        v.data[place] = extreme;
+        EXPECT_EQ(result_of<V>(extreme > 0 ? TWIN(s_max) : TWIN(s_min), v), samples<V>{extreme});
+        EXPECT_EQ(result_of<V>(peak<V>(extreme > 0 ? 0 : 0x2000), v),
+                  (samples<V>{extreme, static_cast<T>(place)}))
+            << n;
+      }
     }
   }
 }
 
-TYPED_TEST(Extremes, FirstZeroKeepsItsSign) {
-  using V = TypeParam;
-  for (const bool negative_first : {false, true}) {
-    signal<V> v(samples<V>(100, 0));
-    signal<V> out;
-    for (index i = 0; i < 100; ++i) v.data[i] = (i < 50) == negative_first ? -scalar<V>(0) : scalar<V>(0);
-    ASSERT_EQ(TWIN(s_min)(&v, &out), 0);
-    EXPECT_EQ(std::signbit(out.data[0]), negative_first);
-    ASSERT_EQ(TWIN(s_max)(&v, &out), 0);
-    EXPECT_EQ(std::signbit(out.data[0]), negative_first);
-  }
-}
-
-struct peak_case {
-  std::initializer_list<double> x;
-  int flags;
-  int index;
-  double height, position;
-  int status = 0;
-};
-
 TYPED_TEST(Extremes, PeakByHand) {
   using V = TypeParam;
+  constexpr double nan = std::numeric_limits<double>::quiet_NaN();
   constexpr double h = wide(huge<V>);
   constexpr double slope = 0.792233201343665;
   constexpr double lobe = 0.315563649157834;
   const double d = std::log(2.0 / 3.0) * slope;
   const double shaped = d * (1 - (d * d - 0.25) * 0.02036) + 0.5;
   const double left = std::log(1.5) * slope + 0.5;
-  const peak_case cases[] = {
+  struct {
+    std::initializer_list<double> x;
+    int flags;
+    int index;
+    double height, position;
+    int status = 0;
+  } const cases[] = {
       {{}, 0, 0, 0, 0},
       {{}, 0x300, 3, 0, 0},
       {{1, 3, 2}, 0, 0, 3, 1},
@@ -158,12 +123,8 @@ TYPED_TEST(Extremes, PeakByHand) {
 TYPED_TEST(Extremes, PeakOfComplexRecordsMeasuresSquares) {
   using V = TypeParam;
   const signal<V> v({0, 1, 1, -2, 2, 0}, true);
-  signal<V> out;
-  ASSERT_EQ(TWIN(s_peak)(&v, &out, 0, 0), 0);
-  EXPECT_EQ(out.values(), (samples<V>{5, 1}));
-  ASSERT_EQ(TWIN(s_peak)(&v, &out, 0x100, 0), 0);
-  EXPECT_NEAR(out.data[0], 5 + 2.25 / 10, 1e-6);
-  EXPECT_NEAR(out.data[1], 1.3, 1e-6);
+  expect_values<V>(result_of<V>(peak<V>(0), v), {5, 1}, 0, "plain");
+  expect_values<V>(result_of<V>(peak<V>(0x100), v), {5 + 2.25 / 10, 1.3}, 1e-6, "parabola");
 }
 
 TYPED_TEST(Extremes, PeakRefusesUnknownMethodsAndMayReplaceItsInput) {

@@ -1,9 +1,5 @@
 // Histograms: every edge counts where it belongs.
-#include <gtest/gtest.h>
-
-#include "stats/wide.h"
-#include "support/failing.h"
-#include "support/signal.h"
+#include "stats/statistic.h"
 
 namespace sigpak::test {
 namespace {
@@ -23,19 +19,17 @@ TYPED_TEST(Histogram, CountsByHand) {
     double low, width;
     int bins;
     std::initializer_list<double> counts;
-  } const cases[] = {
-      {{0, 0.5, 1, 2}, false, 0, 1, 2, {2, 2}},
-      {{0, 0.5, 1, 2}, false, 0.5, 0.5, 3, {1, 1, 1}},
-      {{2 + 10 * epsilon, 2 + 40 * epsilon, -epsilon}, false, 0, 1, 2, {0, 1}},
-      {{3, 3, 4, nan}, false, 3, 0, 2, {2, 0}},
-      {{nan, 5, -5, h, -3 * h}, false, -10, 5, 4, {0, 1, 0, 1}},
-      {{3, 4, 0, -1, nan, 0, 2 * h, 0}, true, 0, 1, 6, {0, 1, 0, 0, 0, 1}},
-      {{2 * h, 0}, true, 0, h, 1, {1}},
-      {{1, 2, 3}, false, 4, -1, 3, {0, 1, 2}},
-      {{1, 2, 3}, false, 0, 1, 0, {}},
-      {{1, 2, 3}, false, 0, 1, -4, {}},
-      {{}, false, 0, 1, 2, {0, 0}},
-  };
+  } const cases[] = {{{0, 0.5, 1, 2}, false, 0, 1, 2, {2, 2}},
+                     {{0, 0.5, 1, 2}, false, 0.5, 0.5, 3, {1, 1, 1}},
+                     {{2 + 10 * epsilon, 2 + 40 * epsilon, -epsilon}, false, 0, 1, 2, {0, 1}},
+                     {{3, 3, 4, nan}, false, 3, 0, 2, {2, 0}},
+                     {{nan, 5, -5, h, -3 * h}, false, -10, 5, 4, {0, 1, 0, 1}},
+                     {{3, 4, 0, -1, nan, 0, 2 * h, 0}, true, 0, 1, 6, {0, 1, 0, 0, 0, 1}},
+                     {{2 * h, 0}, true, 0, h, 1, {1}},
+                     {{1, 2, 3}, false, 4, -1, 3, {0, 1, 2}},
+                     {{1, 2, 3}, false, 0, 1, 0, {}},
+                     {{1, 2, 3}, false, 0, 1, -4, {}},
+                     {{}, false, 0, 1, 2, {0, 0}}};
   for (const auto& c : cases) {
     const signal<V> v(c.x, c.complex);
     signal<V> out({1, 2, 3, 4}, true);
