@@ -73,7 +73,7 @@ TYPED_TEST(Waveforms, SinusoidsStayCloseToTheTrueOnes) {
     wide worst = 0;
     for (index i = 0; i < n; ++i) {
       const wide angle = static_cast<wide>(i) * step + static_cast<wide>(w.phase);
-      const std::complex<wide> got(v.data[2 * i], v.data[2 * i + 1]);
+      const std::complex<wide> got(static_cast<wide>(v.data[2 * i]), static_cast<wide>(v.data[2 * i + 1]));
       worst = std::max(worst, std::abs(got - std::polar<wide>(1, angle)));
     }
     const double largest = static_cast<double>(n * std::abs(step)) + std::abs(w.phase);

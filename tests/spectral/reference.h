@@ -118,7 +118,7 @@ template <record V> double transform_error(const V& got, const exact_signal& wan
     total += std::norm(wanted[i]);
   }
   const double unit = unit_roundoff<V> * std::sqrt(std::log2(static_cast<double>(n < 2 ? 2 : n)));
-  return static_cast<double>(std::sqrt(difference / total)) / unit;
+  return static_cast<double>(std::sqrt(difference / (total > 0 ? total : 1))) / unit;
 }
 
 }  // namespace sigpak::test
