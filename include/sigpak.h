@@ -382,7 +382,7 @@ SIGPAK_API int32_t dspfb_avg_add(const dspf_vec *a, const dspf_vec *b, dspf_vec 
 
 /* out[i] = the smaller, or the larger, of a[i] and b[i]; b[i] on ties and where a NaN is compared. Complex:
    the whole point of smaller, or larger, squared magnitude, which counts as H when a part lies outside [-H,
-   H]; a real operand beside a complex one has imaginary part 0. */
+   H]; a real operand beside a complex one has no imaginary part. */
 SIGPAK_API int32_t dspb_min (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out);
 SIGPAK_API int32_t dspfb_min(const dspf_vec *a, const dspf_vec *b, dspf_vec *out);
 SIGPAK_API int32_t dspb_max (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out);
@@ -715,8 +715,8 @@ SIGPAK_API int32_t dspfs_pcsolve(const dspf_vec *p, dspf_vec *result, float  re,
 /* The polynomial becomes the list of its roots, complex, as many as its degree, in the order of dspi_sort, with the
    delta 1; empty when its degree is 0. Roots are searched for as dsps_pcsolve does, from 0, and divided out one after
    the other in twice the precision, a pair of conjugates at a time; leading coefficients of 0 do not count. -1 when
-   a search does not converge, and the record stays. Measured on Wilkinson's and Chebyshev's polynomials of degree 20 and 40: the roots
-   of the coefficients as stored to 1.1e-16 of the largest root. */
+   a search does not converge, and the record stays. Measured on Wilkinson's and Chebyshev's polynomials of degree
+   20 and 40: the roots of the coefficients as stored to 1.1e-16 of the largest root. */
 SIGPAK_API int32_t dspi_proots (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_proots(dspf_vec *v);
 

@@ -98,7 +98,7 @@ inline exact_signal exact_transform(const exact_signal& x, bool inverse) {
   return out;
 }
 
-// The points of a record, real ones with imaginary part 0.
+// The points of a record, real ones as complex ones.
 template <record V> exact_signal exact_points(const V& v) {
   exact_signal out;
   for (index i = 0; i < length(&v); ++i) {
