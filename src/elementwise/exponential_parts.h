@@ -4,12 +4,12 @@
 #include <bit>
 #include <cstdint>
 
-#include "elementwise/double_double.h"
+#include "core/double_double.h"
 
 namespace sigpak {
 
 // 2^(j/16) as hi + lo, from 60-digit arithmetic (scripts/elementary-tables exponential).
-inline constexpr parts sixteenth_powers[16] = {
+inline constexpr double_double sixteenth_powers[16] = {
     {0x1.0000000000000p+0, 0x0.0p+0},
     {0x1.0b5586cf9890fp+0, 0x1.8a62e4adc610bp-54},
     {0x1.172b83c7d517bp+0, -0x1.19041b9d78a76p-55},
@@ -58,8 +58,8 @@ constexpr symmetric_parts expm1_terms(double r) noexcept {
 }
 
 // 2^(n/16) * (1 + p) * 2^extra
-constexpr parts scaled_power(std::int64_t n, double p, std::int64_t extra) noexcept {
-  const parts root = sixteenth_powers[n & 15];
+constexpr double_double scaled_power(std::int64_t n, double p, std::int64_t extra) noexcept {
+  const double_double root = sixteenth_powers[n & 15];
   const double scale = power_of_two((n >> 4) + extra);
   return {root.hi * scale, (root.lo + root.hi * p) * scale};
 }
@@ -70,7 +70,7 @@ constexpr sixteenths reduce_natural(double x) noexcept {
 }
 
 // e^x for |x| <= 700.
-constexpr parts exponential(double x) noexcept {
+constexpr double_double exponential(double x) noexcept {
   const sixteenths n = reduce_natural(x);
   const symmetric_parts e = expm1_terms(n.rest);
   return scaled_power(n.count, e.even + e.odd, 0);
@@ -78,8 +78,8 @@ constexpr parts exponential(double x) noexcept {
 
 // e^x / 2 and e^-x / 2, for |x| <= 700.
 struct exponential_pair {
-  parts up;
-  parts down;
+  double_double up;
+  double_double down;
 };
 
 constexpr exponential_pair half_exponentials(double x) noexcept {
@@ -98,7 +98,7 @@ constexpr double power_of_ten(double x) noexcept {
       reduce(limited, 0x1.a934f0979a371p+5, 0x1.34413509f8000p-6, -0x1.80433b83b532ap-48);  // log10(2) / 16
   const symmetric_parts e = expm1_terms(n.rest * ln10);
   constexpr std::int64_t lift = 300;  // keeps the scale normal while the result may be subnormal or 0
-  return joined(scaled_power(n.count, e.even + e.odd, n.count < 0 ? lift : 0)) *
+  return rounded(scaled_power(n.count, e.even + e.odd, n.count < 0 ? lift : 0)) *
          (n.count < 0 ? power_of_two(-lift) : 1.0);
 }
 

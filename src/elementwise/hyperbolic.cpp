@@ -13,7 +13,7 @@ namespace {
 constexpr double series_end = 0.3;
 
 // Both for 0 <= x <= 700.
-parts sinh_parts(double x) noexcept {
+double_double sinh_parts(double x) noexcept {
   if (x < series_end) {
     const double s = x * x;
     double sum = 1.0 / 1307674368000;  // 1 / 15!, the last of the odd factorials
@@ -26,13 +26,13 @@ parts sinh_parts(double x) noexcept {
     return {x, x * (s * sum)};
   }
   const exponential_pair e = half_exponentials(x);
-  const parts top = exact_sum(e.up.hi, -e.down.hi);
+  const double_double top = exact_sum(e.up.hi, -e.down.hi);
   return fast_sum(top.hi, top.lo + (e.up.lo - e.down.lo));
 }
 
-parts cosh_parts(double x) noexcept {
+double_double cosh_parts(double x) noexcept {
   const exponential_pair e = half_exponentials(x);
-  const parts top = fast_sum(e.up.hi, e.down.hi);
+  const double_double top = fast_sum(e.up.hi, e.down.hi);
   return fast_sum(top.hi, top.lo + (e.up.lo + e.down.lo));
 }
 
@@ -59,25 +59,25 @@ double tanh_above_zero(double x) noexcept {
   constexpr double saturated = 20;  // 1 - tanh 20 < 2^-56
   if (!(x > 0.55)) return tanh_polynomial(x);
   if (x > saturated) return 1;
-  const parts e = exponential(2 * x);  // tanh x = 1 - 2 / (e^2x + 1)
-  const parts top = fast_sum(e.hi, 1);
-  const parts sum = fast_sum(top.hi, top.lo + e.lo);
+  const double_double e = exponential(2 * x);  // tanh x = 1 - 2 / (e^2x + 1)
+  const double_double top = fast_sum(e.hi, 1);
+  const double_double sum = fast_sum(top.hi, top.lo + e.lo);
   const double rest = 2 / sum.hi;
-  const parts y = fast_sum(1, -rest);
+  const double_double y = fast_sum(1, -rest);
   return y.hi + (y.lo + rest * (sum.lo / sum.hi));
 }
 
 template <class T> double guarded_sinh(double x) noexcept {
   if (x != x) return x;
   const double a = std::abs(x);
-  const double y = a > wide_guard<T>::log_huge ? wide_guard<T>::huge : joined(sinh_parts(a));
+  const double y = a > wide_guard<T>::log_huge ? wide_guard<T>::huge : rounded(sinh_parts(a));
   return std::copysign(y, x);
 }
 
 template <class T> double guarded_cosh(double x) noexcept {
   if (x != x) return x;
   const double a = std::abs(x);
-  return a > wide_guard<T>::log_huge ? wide_guard<T>::huge : joined(cosh_parts(a));
+  return a > wide_guard<T>::log_huge ? wide_guard<T>::huge : rounded(cosh_parts(a));
 }
 
 template <class T> void hyperbolic_sine(T* x, index n) noexcept {

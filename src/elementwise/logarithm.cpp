@@ -37,13 +37,13 @@ template <class T> void natural_points(T* z, index points) noexcept {
                            std::atan2(wide_guard<T>::clamp(b), wide_guard<T>::clamp(a))};
     }
     if (is_floored<T>(a, b)) return point<double>{wide_guard<T>::log_tiny, 0.0};
-    return point<double>{0.5 * joined(logarithm(sum_of_squares(a, b))), std::atan2(b, a)};
+    return point<double>{0.5 * rounded(logarithm(sum_of_squares(a, b))), std::atan2(b, a)};
   });
 }
 
 // factor * log10 x from ln x, rounded once; scale is factor * log10 e.
-double decibels(parts ln, parts scale) noexcept {
-  const parts top = exact_product(ln.hi, scale.hi);
+double decibels(double_double ln, double_double scale) noexcept {
+  const double_double top = exact_product(ln.hi, scale.hi);
   return top.hi + (top.lo + (ln.hi * scale.lo + ln.lo * scale.hi));
 }
 
@@ -56,7 +56,7 @@ template <class T> void decimal_scaled(T* x, index n, double factor) noexcept {
     map(x, n, [=](double log10) { return factor * log10; });
     return;
   }
-  const parts scale = product({factor, 0}, log10_e);
+  const double_double scale = product({factor, 0}, log10_e);
   if (const auto* wide = kernels::logarithm<T>()) {
     return wide->scaled_logarithm(x, n, {scale.hi, scale.lo, 0, factor * wide_guard<T>::log10_tiny, 0});
   }
@@ -74,7 +74,7 @@ template <class T> void decimal_scaled_points(T* z, index points, double factor)
     });
     return;
   }
-  const parts scale = product({factor / 2, 0}, log10_e);
+  const double_double scale = product({factor / 2, 0}, log10_e);
   const double angle_scale = factor * wide_guard<T>::log10_e;
   if (const auto* wide = kernels::logarithm<T>()) {
     const double floor = factor * wide_guard<T>::log10_tiny;

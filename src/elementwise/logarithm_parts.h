@@ -4,13 +4,13 @@
 #include <bit>
 #include <cstdint>
 
-#include "elementwise/double_double.h"
+#include "core/double_double.h"
 
 namespace sigpak {
 
 struct logarithm_entry {
-  double reciprocal;  // short: its product with half a significand is exact
-  parts value;        // -ln reciprocal; hi is a multiple of 2^-42
+  double reciprocal;    // short: its product with half a significand is exact
+  double_double value;  // -ln reciprocal; hi is a multiple of 2^-42
 };
 
 // One entry for each of 128 intervals of [0.6875, 1.375): the reciprocal of its middle to 9 bits, 1 on both
@@ -162,7 +162,7 @@ constexpr double log1p_rest(double r) noexcept {
 
 // lo may reach 2^-8 of hi. x normal and positive, not infinite: x = 2^k m with m in [0.6875, 1.375), ln x = k
 // ln 2 - ln c + ln(1 + r), r = m c - 1.
-constexpr parts logarithm(double x) noexcept {
+constexpr double_double logarithm(double x) noexcept {
   constexpr std::uint64_t start = 0x3fe6000000000000;
   const auto bits = std::bit_cast<std::uint64_t>(x);
   const std::uint64_t above = bits - start;
@@ -172,10 +172,10 @@ constexpr parts logarithm(double x) noexcept {
   const double m = std::bit_cast<double>(m_bits);
   const double m_hi = std::bit_cast<double>(m_bits & ~std::uint64_t(0x7ffffff));
 
-  const parts r = exact_sum(m_hi * entry.reciprocal - 1, (m - m_hi) * entry.reciprocal);
+  const double_double r = exact_sum(m_hi * entry.reciprocal - 1, (m - m_hi) * entry.reciprocal);
   constexpr double ln2_hi = 0x1.62e42fefa3800p-1;  // a multiple of 2^-42
   constexpr double ln2_lo = 0x1.ef35793c76730p-45;
-  const parts top = fast_sum(k * ln2_hi + entry.value.hi, r.hi);
+  const double_double top = fast_sum(k * ln2_hi + entry.value.hi, r.hi);
   return {top.hi, top.lo + (k * ln2_lo + entry.value.lo + r.lo) + log1p_rest(r.hi)};
 }
 
@@ -188,24 +188,24 @@ struct square_sum {
 
 // a^2 + b^2, exactly but for the rounding of `rest`; for magnitudes whose squares do not overflow.
 constexpr square_sum sum_of_squares(double a, double b) noexcept {
-  const parts aa = exact_product(a, a);
-  const parts bb = exact_product(b, b);
-  const parts top = exact_sum(aa.hi, bb.hi);
-  const parts low = exact_sum(aa.lo, bb.lo);
-  const parts middle = exact_sum(top.lo, low.hi);
-  const parts sum = fast_sum(top.hi, middle.hi);
+  const double_double aa = exact_product(a, a);
+  const double_double bb = exact_product(b, b);
+  const double_double top = exact_sum(aa.hi, bb.hi);
+  const double_double low = exact_sum(aa.lo, bb.lo);
+  const double_double middle = exact_sum(top.lo, low.hi);
+  const double_double sum = fast_sum(top.hi, middle.hi);
   return {sum.hi, sum.lo, middle.lo + low.lo};
 }
 
 // ln s. Around 1 the leading parts cancel, and lo and rest carry the digits: ln s = ln hi + (lo + rest) / hi,
 // with lo / hi = lo + lo (1 - hi) / hi.
-constexpr parts logarithm(square_sum s) noexcept {
-  const parts leading = logarithm(s.hi);
+constexpr double_double logarithm(square_sum s) noexcept {
+  const double_double leading = logarithm(s.hi);
   if (s.hi < 0.5 || s.hi > 2) return {leading.hi, leading.lo + s.lo / s.hi};
-  const parts sum = exact_sum(leading.hi, s.lo);
+  const double_double sum = exact_sum(leading.hi, s.lo);
   return {sum.hi, sum.lo + (leading.lo + (s.rest + s.lo * (1 - s.hi)) / s.hi)};
 }
 
-inline constexpr parts log10_e = {0x1.bcb7b1526e50ep-2, 0x1.95355baaafad3p-57};
+inline constexpr double_double log10_e = {0x1.bcb7b1526e50ep-2, 0x1.95355baaafad3p-57};
 
 }  // namespace sigpak

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "elementwise/double_double.h"
+#include "core/double_double.h"
 
 namespace sigpak {
 
@@ -12,7 +12,7 @@ inline constexpr double sine_reduction_end = 0x1p20;  // the multiples of pi / 2
 // x = quarter * pi / 2 + (hi + lo), |hi| <= pi / 4 (1 + 2^-20).
 struct reduced_angle {
   std::int64_t quarter;
-  parts rest;
+  double_double rest;
 };
 
 constexpr reduced_angle reduce_angle(double x) noexcept {
@@ -23,13 +23,13 @@ constexpr reduced_angle reduce_angle(double x) noexcept {
   constexpr double to_integer = 0x1.8p52;
   const double n = (x * per_quarter + to_integer) - to_integer;
   const double first = x - n * part1;
-  const parts second = exact_sum(first, -(n * part2));
-  const parts rest = fast_sum(second.hi, second.lo - n * part3);
+  const double_double second = exact_sum(first, -(n * part2));
+  const double_double rest = fast_sum(second.hi, second.lo - n * part3);
   return {static_cast<std::int64_t>(n), rest};
 }
 
 // The Taylor series; the next terms are below 2^-62 of the result.
-constexpr parts sine_near_zero(parts r) noexcept {
+constexpr double_double sine_near_zero(double_double r) noexcept {
   const double s = r.hi * r.hi;
   double sum = 1.0 / 355687428096000;  // 1 / 17!, the last of the odd factorials
   sum = sum * s - 1.0 / 1307674368000;
@@ -42,8 +42,8 @@ constexpr parts sine_near_zero(parts r) noexcept {
   return {r.hi, r.hi * (s * sum) + r.lo * (1 - s / 2)};
 }
 
-constexpr parts cosine_near_zero(parts r) noexcept {
-  const parts s = exact_product(r.hi, r.hi);
+constexpr double_double cosine_near_zero(double_double r) noexcept {
+  const double_double s = exact_product(r.hi, r.hi);
   double sum = -1.0 / 6402373705728000;  // -1 / 18!, the last of the even factorials
   sum = sum * s.hi + 1.0 / 20922789888000;
   sum = sum * s.hi - 1.0 / 87178291200;
@@ -52,15 +52,16 @@ constexpr parts cosine_near_zero(parts r) noexcept {
   sum = sum * s.hi + 1.0 / 40320;
   sum = sum * s.hi - 1.0 / 720;
   sum = sum * s.hi + 1.0 / 24;
-  const parts top = fast_sum(1, -s.hi / 2);
+  const double_double top = fast_sum(1, -s.hi / 2);
   return {top.hi, top.lo + (s.hi * (s.hi * sum) - s.lo / 2 - r.hi * r.lo)};
 }
 
 // sin x for |x| <= sine_reduction_end.
-constexpr parts sine_parts(double x) noexcept {
+constexpr double_double sine_parts(double x) noexcept {
   const reduced_angle angle = reduce_angle(x);
-  const parts y = (angle.quarter & 1) != 0 ? cosine_near_zero(angle.rest) : sine_near_zero(angle.rest);
-  return (angle.quarter & 2) != 0 ? parts{-y.hi, -y.lo} : y;
+  const double_double y =
+      (angle.quarter & 1) != 0 ? cosine_near_zero(angle.rest) : sine_near_zero(angle.rest);
+  return (angle.quarter & 2) != 0 ? double_double{-y.hi, -y.lo} : y;
 }
 
 }  // namespace sigpak

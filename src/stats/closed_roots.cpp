@@ -122,8 +122,8 @@ double sharpened(polynomial<double_double> p, double y) noexcept {
 
 // y^3 - c y^2 + (b d - 4 e) y + 4 c e - b^2 e - d^2: its terms cancel, and are summed in twice the precision.
 void resolvent(double b, double c, double d, double e, double_double* cubic) noexcept {
-  cubic[0] = 4 * exact_product(c, e) + -(e * exact_product(b, b)) + -exact_product(d, d);
-  cubic[1] = exact_product(b, d) + precise(-4 * e);
+  cubic[0] = 4 * fused_product(c, e) + -(e * fused_product(b, b)) + -fused_product(d, d);
+  cubic[1] = fused_product(b, d) + precise(-4 * e);
   cubic[2] = precise(-c);
   cubic[3] = precise(1.0);
 }

@@ -3,8 +3,8 @@
 
 #include <cmath>
 
+#include "core/double_double.h"
 #include "core/record.h"
-#include "stats/double_double.h"
 #include "stats/wide.h"
 
 namespace sigpak {
@@ -41,7 +41,6 @@ constexpr precise_complex operator+(precise_complex a, precise_complex b) noexce
 }
 constexpr precise_complex operator+(precise_complex p, double_double a) noexcept { return {p.re + a, p.im}; }
 
-constexpr double rounded(double_double x) noexcept { return x.hi; }
 constexpr complex_number rounded(precise_complex z) noexcept { return {z.re.hi, z.im.hi}; }
 
 constexpr double_double precise(double x) noexcept { return {x, 0}; }

@@ -1,0 +1,87 @@
+// Numbers of 106 bits as sums of two doubles.
+// Sources: T. J. Dekker, A floating-point technique for extending the available precision, Numerische
+// Mathematik 18 (1971); D. E. Knuth, The Art of Computer Programming 2, 4.2.2.
+#pragma once
+
+#include <cmath>
+
+namespace sigpak {
+
+// hi is the nearest double of the number, lo the rest.
+struct double_double {
+  double hi = 0;
+  double lo = 0;
+};
+
+// The rounding error of the operations below, with some to spare, relative to the size of their operands.
+inline constexpr double double_double_rounding = 0x1p-100;
+
+constexpr double rounded(double_double x) noexcept { return x.hi + x.lo; }
+
+// a + b exactly, when a is 0 or not the smaller in magnitude.
+constexpr double_double fast_sum(double a, double b) noexcept {
+  const double sum = a + b;
+  return {sum, b - (sum - a)};
+}
+
+// a + b exactly.
+constexpr double_double exact_sum(double a, double b) noexcept {
+  const double sum = a + b;
+  const double of_b = sum - a;
+  return {sum, (a - (sum - of_b)) + (b - of_b)};
+}
+
+// The upper 26 bits of a, and the rest.
+constexpr double_double halves(double a) noexcept {
+  const double c = (0x1p27 + 1) * a;
+  const double hi = c - (c - a);
+  return {hi, a - hi};
+}
+
+// a * b exactly, for magnitudes below 2^996 whose product does not underflow.
+constexpr double_double exact_product(double a, double b) noexcept {
+  const double product = a * b;
+  const double_double x = halves(a);
+  const double_double y = halves(b);
+  return {product, ((x.hi * y.hi - product) + x.hi * y.lo + x.lo * y.hi) + x.lo * y.lo};
+}
+
+// The same up to the largest numbers, at the price of a fused operation that not every processor has.
+inline double_double fused_product(double a, double b) noexcept {
+  const double product = a * b;
+  return {product, std::fma(a, b, -product)};
+}
+
+constexpr double_double operator-(double_double a) noexcept { return {-a.hi, -a.lo}; }
+
+constexpr double_double operator+(double_double a, double_double b) noexcept {
+  const double_double high = exact_sum(a.hi, b.hi);
+  const double_double low = exact_sum(a.lo, b.lo);
+  const double_double sum = fast_sum(high.hi, high.lo + low.hi);
+  return fast_sum(sum.hi, sum.lo + low.lo);
+}
+
+inline double_double operator*(double a, double_double b) noexcept {
+  const double_double product = fused_product(a, b.hi);
+  return fast_sum(product.hi, product.lo + a * b.lo);
+}
+
+inline double_double operator*(double_double a, double_double b) noexcept {
+  const double_double product = fused_product(a.hi, b.hi);
+  return fast_sum(product.hi, product.lo + (a.hi * b.lo + a.lo * b.hi));
+}
+
+// a * b without fused operations, within the limits of exact_product.
+constexpr double_double product(double_double a, double_double b) noexcept {
+  const double_double top = exact_product(a.hi, b.hi);
+  return fast_sum(top.hi, top.lo + (a.hi * b.lo + a.lo * b.hi));
+}
+
+// a / b, rounded once but for an error near 2^-100.
+constexpr double quotient(double_double a, double_double b) noexcept {
+  const double q = a.hi / b.hi;
+  const double_double back = exact_product(q, b.hi);
+  return q + (((a.hi - back.hi) - back.lo) + a.lo - q * b.lo) / b.hi;
+}
+
+}  // namespace sigpak
