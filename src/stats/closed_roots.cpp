@@ -179,13 +179,35 @@ void insert_real(root_list& list, double r) noexcept {
   list.count = 5;
 }
 
+// The quotient by (x - root) in a[0 .. 4]: by synthetic division from the top down to the largest term of
+// p(root), and from the bottom up to it. Down to the end it would magnify the rounding of a root larger than
+// the others. G. Peters, J. H. Wilkinson, "Practical problems arising in the solution of polynomial
+// equations", J. Inst. Maths Applics 8 (1971).
+void divide_out(double* a, double root) noexcept {
+  constexpr index degree = most_coefficients - 1;
+  const double size = std::abs(root);
+  const auto term = [=](index k) {
+    return std::abs(a[k]) * std::pow(size, static_cast<double>(size > 1 ? k - degree : k));
+  };
+  index meeting = 0;
+  for (index k = 1; k <= degree; ++k) {
+    if (term(k) > term(meeting)) meeting = k;
+  }
+  double quotient[degree];
+  double carried = 0;
+  for (index k = degree; k > meeting; --k) quotient[k - 1] = carried = a[k] + root * carried;
+  carried = 0;
+  for (index k = 0; k < meeting; ++k) quotient[k] = carried = (carried - a[k]) / root;
+  std::copy_n(quotient, degree, a);
+}
+
 // One real root by search, the rest in closed form.
 status quintic_roots(const double* a, const search_limits& limits, root_list& out) noexcept {
   const real_search search = find_real_root(polynomial<double>{a, most_coefficients}, 0.0, limits);
   if (!search.found) return failed;
   double rest[most_coefficients];
   std::copy_n(a, most_coefficients, rest);
-  deflate(rest, most_coefficients, search.root);
+  divide_out(rest, search.root);
   out = quartic_roots(rest[0], rest[1], rest[2], rest[3], rest[4]);
   if (out.complex) {
     insert_real(out, search.root);

@@ -198,6 +198,22 @@ TYPED_TEST(Polynomials, RealRootTakesItsPlaceInAQuintic) {
   }
 }
 
+// Where the real root is much larger or smaller than the others, dividing it out must not spoil them.
+TYPED_TEST(Polynomials, QuinticsWithOneFarRoot) {
+  using V = TypeParam;
+  const complex i(0, 1);
+  for (const double far : {123456.789, -1e9 / 3, 3e4 / 7, -1e-7 / 3, 0.0}) {
+    const samples<V> p =
+        stored<V>(expanded({far, -0.5 - 0.8 * i, -0.5 + 0.8 * i, 0.3 - 1.5 * i, 0.3 + 1.5 * i}));
+    const signal<V> v(p);
+    signal<V> out;
+    ASSERT_EQ(TWIN(s_proots)(&v, &out), 0);
+    EXPECT_LT(backward_error(points_of<V>(out), std::vector<double>(p.begin(), p.end())),
+              16 * unit_roundoff<V>)
+        << far;
+  }
+}
+
 TYPED_TEST(Polynomials, QuarticsOfEveryKind) {
   using V = TypeParam;
   const complex i(0, 1);
