@@ -83,6 +83,13 @@ std::string canonical_window(std::string& name) {
   return {};
 }
 
+// Rates that frequencies can be printed for.
+std::string checked_rate(const std::string& text) {
+  double rate = 0;
+  const bool fits = CLI::detail::lexical_cast(text, rate) && rate >= 1e-9 && rate <= 1e15;
+  return fits ? std::string() : text + " is no number from 1e-9 to 1e15";
+}
+
 void add_options(CLI::App& app, spectrum_command& command) {
   app.add_option("FILE", command.name, "The file; - is standard input")->required();
   app.add_option("-w,--window", command.window, "Window, by any name of the catalogue")
@@ -98,7 +105,7 @@ void add_options(CLI::App& app, spectrum_command& command) {
       ->check(CLI::Range(1, 1024))
       ->capture_default_str();
   app.add_option("-r,--rate", command.input.rate, "Samples per second, in place of the file's own")
-      ->check(CLI::PositiveNumber);
+      ->check(CLI::Validator(checked_rate, "POSITIVE"));
   app.add_option("--svg", command.svg, "Write a picture of the spectrum")->type_name("FILE");
   app.add_option("--axis", command.axis, "Frequency axis: linear, or log as sound files have it")
       ->check(CLI::IsMember({"linear", "log"}));

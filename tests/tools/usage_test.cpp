@@ -57,8 +57,8 @@ TEST(Usage, WrongUsageIsStatus2) {
   for (const std::string arguments :
        {"", "spectrum", "spectre x", "spectrum --nothing x", "spectrum a b", "spectrum -w Hanning x",
         "spectrum -n 0 x", "spectrum -n x y", "spectrum -s 15 x", "spectrum -s 5000000 x", "spectrum -s -1 x",
-        "spectrum -c 0 x", "spectrum -r 0 x", "spectrum -r -5 x", "spectrum --svg",
-        "spectrum --axis polar x"}) {
+        "spectrum -c 0 x", "spectrum -r 0 x", "spectrum -r -5 x", "spectrum -r nan x", "spectrum -r 1e300 x",
+        "spectrum --svg", "spectrum --axis polar x"}) {
     const auto r = run(arguments);
     EXPECT_EQ(r.status, 2) << arguments;
     EXPECT_EQ(r.out, "") << arguments;
@@ -95,6 +95,7 @@ TEST(Usage, DataThatCannotBeUsedIsStatus1WithFileAndReason) {
       {write_file("backwards", "0 1\n1 1\n0.5 1\n"), "", "line 3: the time does not increase"},
       {write_file("hole", tone(20) + "nan\n" + tone(20)), "", "sample 21 is not a finite number"},
       {write_file("huge", tone(20) + "inf\n"), "", "sample 21 is not a finite number"},
+      {write_file("vast", tone(20) + "-1e308\n"), "", "sample 21 is beyond 1e100"},
       {write_file("few", "1\n2\n3\n"), "", "only 3 samples"},
       {write_file("one", "1"), "", "only 1 sample;"},
       {write_file("cut", vector), "", "malformed or cut short"},
