@@ -809,7 +809,8 @@ SIGPAK_API int32_t dspfi_rfft(dspf_vec *v);
 SIGPAK_API int32_t dspi_irfft (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_irfft(dspf_vec *v);
 
-/* dspi_fft for every length: by Bluestein's chirp transform (1970) where N is not a power of two.
+/* dspi_fft for every length. Where N is not a power of two, by columns and rows (Cooley, Tukey 1965) if vectors are
+   wide and its prime factors, 13 at most, suit them, otherwise by Bluestein's chirp transform (1970).
    v  real or complex; complex afterwards when N is at least 2
    delta becomes 1 / (N * delta), with N = 1 for an empty record; H when it was 0, or NaN and N no power of two
    above 1. Relative error in the Euclidean norm at most 4 u sqrt(log2 N). */
