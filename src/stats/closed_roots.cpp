@@ -79,13 +79,6 @@ struct ferrari {
 
   sized m_squared() const noexcept { return {y + b * b / 4 - c, y_size + b * b / 4 + std::abs(c)}; }
   sized n_squared() const noexcept { return {y * y / 4 - e, y_size * y_size / 4 + std::abs(e)}; }
-
-  // Both squares non-negative, but for their rounding.
-  bool splits() const noexcept {
-    const sized mm = m_squared();
-    const sized nn = n_squared();
-    return mm.value >= -rounding * mm.size && nn.value >= -rounding * nn.size;
-  }
 };
 
 // The root of a square; 0 when it is nothing but rounding.
@@ -106,14 +99,18 @@ two from_halves(double half_sum, double half_difference, double product) noexcep
   return plus_is_larger ? two{larger, smaller} : two{smaller, larger};
 }
 
-// Newton's iteration against the digits that the closed form has lost, for as long as it gains some.
-double sharpened(polynomial<double_double> p, double y) noexcept {
-  constexpr int most_steps = 64;  // a double root gains one bit a step
+// Newton's iteration against the digits that the closed form has lost, for as long as it gains some. Between
+// two roots that nearly meet its steps are wild: it must not end in another root, `size` being that of the
+// largest.
+double sharpened(polynomial<double_double> p, double y, double size) noexcept {
+  constexpr int most_steps = 64;       // a double root gains one bit a step
+  constexpr double most_lost = 0.001;  // far above the cube root of the epsilon, which a triple root loses
+  const double start = y;
   expansion<double> at = expand(p, y);
   for (int i = 0; i < most_steps; ++i) {
     const double next = y - at.value / at.slope;
     const expansion<double> there = expand(p, next);
-    if (!(std::abs(there.value) < std::abs(at.value))) break;
+    if (!(std::abs(there.value) < std::abs(at.value)) || std::abs(next - start) > most_lost * size) break;
     y = next;
     at = there;
   }
@@ -128,25 +125,29 @@ void resolvent(double b, double c, double d, double e, double_double* cubic) noe
   cubic[3] = precise(1.0);
 }
 
-// The root of the resolvent that splits the quartic into two real quadratics. Of three real roots the middle
-// one is tried first. The largest one always splits it: it is |z|^2 + |w|^2 when the quartic's roots are two
-// conjugate pairs z and w, and any of the three will do when they are real.
-ferrari resolve(double b, double c, double d, double e) noexcept {
-  double_double cubic[4];
-  resolvent(b, c, d, e, cubic);
-  const root_list y = cubic_roots(cubic[0].hi, cubic[1].hi, cubic[2].hi, cubic[3].hi);
-  double y_size = 0;
-  for (index i = 0; i < 3; ++i) y_size = std::max(y_size, magnitude(y.z[i]));
-  const auto with = [&](index i) { return ferrari{b, c, d, e, sharpened({cubic, 4}, y.z[i].re), y_size}; };
-  if (y.complex) return with(0);
-  const ferrari middle = with(1);
-  return middle.splits() ? middle : with(2);
+// The quadratics x^2 + p x + q that a quartic is the product of, and how far their product misses it,
+// relative to the terms of each coefficient.
+struct factors {
+  two p, q;
+  double misfit;
+};
+
+template <class... Terms> double miss(double wanted, Terms... terms) noexcept {
+  const double size = std::abs(wanted) + (std::abs(terms) + ...);
+  return size > 0 ? std::abs((terms + ...) - wanted) / size : 0.0;
 }
 
-// Ferrari's method. The linear factor m x + n comes from the square that has cancelled less and from the
-// cross term 2 m n, since the square root of a rounding error is no small error.
-root_list quartic_roots(double e, double d, double c, double b, double a) noexcept {
-  const ferrari f = resolve(b / a, c / a, d / a, e / a);
+factors judged(const ferrari& f, two p, two q) noexcept {
+  return {p, q,
+          miss(f.b, p.plus, p.minus) + miss(f.c, q.plus, q.minus, p.plus * p.minus) +
+              miss(f.d, p.plus * q.minus, p.minus * q.plus) + miss(f.e, q.plus * q.minus)};
+}
+
+factors better(const factors& a, const factors& b) noexcept { return b.misfit < a.misfit ? b : a; }
+
+// The linear factor m x + n comes from the square that has cancelled less and from the cross term 2 m n,
+// since the square root of a rounding error is no small error.
+factors split(const ferrari& f) noexcept {
   const sized mm = f.m_squared();
   const sized nn = f.n_squared();
   const double cross = f.y * f.b / 2 - f.d;
@@ -158,10 +159,32 @@ root_list quartic_roots(double e, double d, double c, double b, double a) noexce
   } else if (n != 0) {
     m = cross / (2 * n);
   }
-  const two linear = from_halves(f.b / 2, m, f.c - f.y);
-  const two constant = from_halves(f.y / 2, n, f.e);
-  const root_list left = quadratic_roots(constant.plus, linear.plus, 1);
-  const root_list right = quadratic_roots(constant.minus, linear.minus, 1);
+  const two q = from_halves(f.y / 2, n, f.e);
+  // Of two small p the product may be nothing but rounding.
+  return better(judged(f, from_halves(f.b / 2, m, f.c - f.y), q), judged(f, {f.b / 2 + m, f.b / 2 - m}, q));
+}
+
+// Ferrari's method. Of three real roots of the resolvent the middle one is tried first, of a single one and a
+// pair that one; but next to a double root rounding decides which of the two cases it is, and the first may
+// not split the quartic into real quadratics. The largest of three always does: it is |z|^2 + |w|^2 when the
+// quartic's roots are two conjugate pairs z and w, and any of the three will do when they are real.
+root_list quartic_roots(double e, double d, double c, double b, double a) noexcept {
+  constexpr double enough = 4 * rounding;
+  b /= a, c /= a, d /= a, e /= a;
+  double_double cubic[4];
+  resolvent(b, c, d, e, cubic);
+  const root_list y = cubic_roots(cubic[0].hi, cubic[1].hi, cubic[2].hi, cubic[3].hi);
+  double y_size = 0;
+  for (index i = 0; i < 3; ++i) y_size = std::max(y_size, magnitude(y.z[i]));
+  const auto with = [&](index i) {
+    return split({b, c, d, e, sharpened({cubic, 4}, y.z[i].re, y_size), y_size});
+  };
+  const index first = y.complex ? 0 : 1;
+  factors f = with(first);
+  if (!(f.misfit <= enough)) f = better(f, with(first + 1));
+  if (!y.complex && !(f.misfit <= enough)) f = better(f, with(0));
+  const root_list left = quadratic_roots(f.q.plus, f.p.plus, 1);
+  const root_list right = quadratic_roots(f.q.minus, f.p.minus, 1);
   return {{left.z[0], left.z[1], right.z[0], right.z[1]}, 4, left.complex || right.complex};
 }
 

@@ -249,6 +249,31 @@ TYPED_TEST(Polynomials, QuarticsOfEveryKind) {
   EXPECT_LT(distance(points_of<V>(out), {{s, s}, {s, -s}, {-s, s}, {-s, -s}}), 1e-15 + unit_roundoff<V>);
 }
 
+// Squares of x^2 + p x + q, and what is a rounding away from them: that decides how many real roots the
+// resolvent has, and which of its roots splits the quartic.
+TYPED_TEST(Polynomials, QuarticsNextToSquares) {
+  using V = TypeParam;
+  using T = scalar<V>;
+  constexpr T epsilon = std::numeric_limits<T>::epsilon();
+  for (int p = -2; p <= 2; ++p) {
+    for (int q = -2; q <= 2; ++q) {
+      const int square[] = {q * q, 2 * p * q, p * p + 2 * q, 2 * p, 1};
+      for (int moved = 0; moved < 243; ++moved) {
+        samples<V> a;
+        for (int k = 0, digits = moved; k < 5; ++k, digits /= 3) {
+          a.push_back(static_cast<T>(square[k]) * (1 + static_cast<T>(digits % 3 - 1) * epsilon));
+        }
+        const signal<V> v(a);
+        signal<V> out;
+        ASSERT_EQ(TWIN(s_proots)(&v, &out), 0);
+        ASSERT_LT(backward_error(points_of<V>(out), std::vector<double>(a.begin(), a.end())),
+                  16 * unit_roundoff<V>)
+            << p << ' ' << q << ' ' << moved;
+      }
+    }
+  }
+}
+
 TYPED_TEST(Polynomials, RealSearch) {
   using V = TypeParam;
   using T = scalar<V>;
