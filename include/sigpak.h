@@ -1,7 +1,7 @@
 /* sigpak: digital signal processing on sampled vectors, in double and single precision.
 
    This header is the whole interface and its reference manual. A signal is a small record that the caller owns:
-   the spacing between samples, the samples, how many there are, and whether they are complex. Some 170 operations
+   the spacing between samples, the samples, how many there are, and whether they are complex. Some 150 operations
    work on it, each in two precisions.
 
        dsp_vec v;
