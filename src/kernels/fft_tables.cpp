@@ -31,8 +31,8 @@ template <class T> void fill_last(T* out, const fft_plan<T>& plan, const roots& 
     for (index l = 1; l < lanes; ++l, out += 2 * lanes) {
       for (int p = 0; p < lanes; ++p) {
         const root r = w[l * (kb + point_at<T>(p, lanes))];
-        out[p] = static_cast<T>(r.c);
-        out[lanes + p] = static_cast<T>(r.s);
+        out[p] = static_cast<T>(r.cosine);
+        out[lanes + p] = static_cast<T>(r.sine);
       }
     }
   }
@@ -48,8 +48,8 @@ template <class T> void fill_places(std::uint32_t* start, fft_plan<T>& plan) noe
 template <class T> void fill_unpack(T* out, const fft_plan<T>& plan, const roots& w) noexcept {
   for (index k = 0; k < plan.vectors; ++k) {
     const root r = w[k * plan.lanes];
-    *out++ = static_cast<T>(r.c);
-    *out++ = static_cast<T>(r.s);
+    *out++ = static_cast<T>(r.cosine);
+    *out++ = static_cast<T>(r.sine);
   }
 }
 

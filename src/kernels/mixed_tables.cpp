@@ -128,8 +128,8 @@ template <class T> void fill_twiddles(T* out, const mixed_plan<T>& plan, const r
     for (index k1 = 0; k1 < plan.over_columns.vectors; ++k1, out += 2 * lanes) {
       for (int p = 0; p < lanes; ++p) {
         const root r = w[(n2 + point_at<T>(p, lanes)) * k1];
-        out[p] = static_cast<T>(r.c);
-        out[lanes + p] = static_cast<T>(r.s);
+        out[p] = static_cast<T>(r.cosine);
+        out[lanes + p] = static_cast<T>(r.sine);
       }
     }
   }

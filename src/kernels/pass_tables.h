@@ -61,8 +61,8 @@ void fill_pass(T* out, const fft_plan<T>& plan, int pass, const roots& w, long d
   for (index i = 0; i < count; ++i) {
     for (index j = 1; j < plan.radix[pass]; ++j) {
       const root r = w[i * j * step];
-      *out++ = static_cast<T>(r.c * scale);
-      *out++ = static_cast<T>(r.s * scale);
+      *out++ = static_cast<T>(r.cosine * scale);
+      *out++ = static_cast<T>(r.sine * scale);
     }
   }
 }

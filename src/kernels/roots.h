@@ -1,7 +1,7 @@
 // Roots of unity, good to the last digit of a double.
 #pragma once
 
-#include <cstddef>
+#include "core/roots.h"
 
 namespace sigpak::kernels {
 
@@ -31,31 +31,29 @@ constexpr long double cosine(int k) {
 }
 constexpr long double sine(int k) { return cosine(k + 48); }
 
-struct root {
-  long double c, s;
-};
+using root = unit_root<long double>;
 
 // cos and sin of 2 pi k / n for k = 0 ... n - 1, each as the product of one of 64 coarse roots and one of n /
 // 64 fine ones in long double, so that rounding to double is all but exact.
 class roots {
  public:
-  explicit roots(std::ptrdiff_t n) noexcept;
+  explicit roots(index n) noexcept;
   ~roots();
   roots(const roots&) = delete;
   roots& operator=(const roots&) = delete;
 
   bool good() const noexcept { return fine_ != nullptr; }
-  root operator[](std::ptrdiff_t k) const noexcept {
+  root operator[](index k) const noexcept {
     const root a = coarse_[k / fines_];
     const root b = fine_[k % fines_];
-    return {a.c * b.c - a.s * b.s, a.s * b.c + a.c * b.s};
+    return {a.cosine * b.cosine - a.sine * b.sine, a.sine * b.cosine + a.cosine * b.sine};
   }
 
  private:
   static constexpr int coarse_roots = 64;
   root coarse_[coarse_roots];
   root* fine_;
-  std::ptrdiff_t fines_;
+  index fines_;
 };
 
 }  // namespace sigpak::kernels

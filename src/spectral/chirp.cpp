@@ -9,10 +9,10 @@
 #include <bit>
 
 #include "core/frame.h"
+#include "core/roots.h"
 #include "core/storage.h"
 #include "elementwise/elementwise.h"
 #include "spectral/kernel.h"
-#include "spectral/roots.h"
 
 namespace sigpak {
 namespace {

@@ -5,8 +5,8 @@
 
 #include "core/frame.h"
 #include "core/memory.h"
+#include "core/roots.h"
 #include "core/storage.h"
-#include "spectral/roots.h"
 #include "spectral/spacing.h"
 #include "spectral/spectral.h"
 

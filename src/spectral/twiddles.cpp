@@ -1,8 +1,8 @@
 // Twiddle tables of the power-of-two transforms.
 #include "core/frame.h"
 #include "core/memory.h"
+#include "core/roots.h"
 #include "kernels/fft.h"
-#include "spectral/roots.h"
 #include "spectral/tables.h"
 
 namespace sigpak {

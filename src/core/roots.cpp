@@ -1,25 +1,14 @@
-// Roots of unity, each computed directly.
-#pragma once
+// Roots of unity by the cosines and sines of the first eighth of the turn.
+#include "core/roots.h"
 
 #include <cmath>
 #include <cstdlib>
 #include <numbers>
-#include <type_traits>
-
-#include "core/record.h"
 
 namespace sigpak {
 
-// Tables are computed in a wider type and rounded once, so that nearly every value is the nearest.
-template <class T> using wider = std::conditional_t<std::is_same_v<T, float>, double, long double>;
-
-template <class W> struct unit_root {
-  W cosine;
-  W sine;
-};
-
-// Cosine and sine of 2 pi k / n for 0 <= k <= n. The angle is brought into the first eighth of the turn in
-// integers, where it has hardly any rounding; at the eighth itself both values are the same.
+// The angle is brought there in integers, so that it has hardly any rounding; at the eighth itself both
+// values are the same.
 template <class W> unit_root<W> root_of_unity(index k, index n) noexcept {
   const index quarters = (8 * k + n) / (2 * n);
   const index rest = 4 * k - quarters * n;  // over n, in quarter turns
@@ -38,5 +27,8 @@ template <class W> unit_root<W> root_of_unity(index k, index n) noexcept {
       return {s, -c};
   }
 }
+
+template unit_root<double> root_of_unity(index, index) noexcept;
+template unit_root<long double> root_of_unity(index, index) noexcept;
 
 }  // namespace sigpak
