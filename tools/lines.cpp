@@ -10,6 +10,9 @@ namespace {
 // What is weaker than this part of the strongest line's power is rounding.
 constexpr double range = 1e-12;
 
+// And so is an amplitude below this part of the mean that was taken out.
+constexpr double mean_rounding = 1e-14;
+
 // How many times the leakage of a stronger line the power of another has to be: several leak together.
 constexpr double margin = 10;
 
@@ -86,9 +89,10 @@ line interpolated(const spectrum& s, std::size_t at) {
 
 std::vector<line> strongest_lines(const spectrum& s, std::size_t count) {
   const auto power = s.power.scalars();
+  const double least = mean_rounding * s.mean * (mean_rounding * s.mean);
   std::vector<std::size_t> chosen;
   for (const std::size_t i : maxima(power)) {
-    if (chosen.size() == count) break;
+    if (chosen.size() == count || power[i] < least) break;
     if (!chosen.empty() && power[i] < range * power[chosen.front()]) break;
     const bool leakage = std::ranges::any_of(
         chosen, [&](std::size_t j) { return power[i] < margin * power[j] * leaked(s, j, i); });
