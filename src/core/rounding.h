@@ -27,9 +27,10 @@ inline std::int32_t tolerant_floor(double x) noexcept {
   return detail::saturated(std::floor(x > 0.5 ? x * (1 + rounding_tolerance) : x + rounding_tolerance));
 }
 
-// Equal within the tolerance, relative to the larger magnitude.
+// Equal within the tolerance, relative to the larger magnitude; an infinity equals itself alone.
 inline bool tolerantly_equal(double a, double b) noexcept {
-  return a == b || std::abs(a - b) <= rounding_tolerance * std::fmax(std::abs(a), std::abs(b));
+  const double allowed = rounding_tolerance * std::fmax(std::abs(a), std::abs(b));
+  return a == b || (std::abs(a - b) <= allowed && std::isfinite(allowed));
 }
 
 }  // namespace sigpak

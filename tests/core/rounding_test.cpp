@@ -36,6 +36,8 @@ TEST(TolerantRounding, ForgivesTheLastBitsOnly) {
   EXPECT_FALSE(tolerantly_equal(3, 3 * far));
   EXPECT_TRUE(tolerantly_equal(0, 0));
   EXPECT_FALSE(tolerantly_equal(0, 1e-300));
+  for (const double x : {3.0, -3.0, -HUGE_VAL}) EXPECT_FALSE(tolerantly_equal(x, HUGE_VAL));
+  EXPECT_TRUE(tolerantly_equal(HUGE_VAL, HUGE_VAL));
 }
 
 }  // namespace
