@@ -33,19 +33,6 @@ TYPED_TEST(Hwfilt, ImpulseResponseHasTheTransferFunctionOfFourSections) {
   }
 }
 
-TYPED_TEST(Hwfilt, PassesAConstantAndRemovesTheNyquistFrequency) {
-  using V = TypeParam;
-  signal<V> constant(samples<V>(200, 1));
-  signal<V> alternating(samples<V>(200, 1));
-  for (index n = 1; n < 200; n += 2) alternating.data[n] = -1;
-  signal<V> state;
-  ASSERT_EQ(TWIN(d_hwfilt)(&constant, &constant, 0, &state), 0);
-  state.points = 0;
-  ASSERT_EQ(TWIN(d_hwfilt)(&alternating, &alternating, 0, &state), 0);
-  EXPECT_NEAR(static_cast<double>(constant.data[199]), 1, 8 * unit_roundoff<V>);
-  EXPECT_NEAR(static_cast<double>(alternating.data[199]), 0, 8 * unit_roundoff<V>);
-}
-
 TYPED_TEST(Hwfilt, AnySplitGivesTheWholeAndComplexPartsAreTwoSignals) {
   using V = TypeParam;
   const auto x = noise<V>(600);
