@@ -73,14 +73,11 @@ TYPED_TEST(Histogram, IndexStaysInsideHugeRows) {
 
 TYPED_TEST(Histogram, EverySampleInsideIsCountedOnce) {
   using V = TypeParam;
-  const index n = 5000;
-  const signal<V> v(noise<V>(n, 3));
+  const signal<V> v(noise<V>(5000, 3));
   signal<V> out;
   ASSERT_EQ(TWIN(s_hist)(&v, &out, scalar<V>(-1), scalar<V>(0.0625), 32), 0);
   samples<V> wanted(32, 0);
-  for (index i = 0; i < n; ++i) {
-    wanted[static_cast<std::size_t>(std::floor((wide(v.data[i]) + 1) * 16))] += 1;
-  }
+  for (const auto x : v.values()) wanted[static_cast<std::size_t>(std::floor((wide(x) + 1) * 16))] += 1;
   EXPECT_EQ(out.values(), wanted);
 }
 
