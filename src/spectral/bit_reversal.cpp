@@ -1,7 +1,12 @@
-// Bit-reversal lists, and the permutation as an operation of its own.
+// The bit-reversal permutation: by lists of index pairs where the points are few, else by tiles.
+#include "spectral/bit_reversal.h"
+
+#include <utility>
+
 #include "core/frame.h"
 #include "core/memory.h"
 #include "spectral/tables.h"
+#include "spectral/tiles.h"
 
 namespace sigpak {
 namespace {
@@ -13,12 +18,6 @@ template <class T> status release_lists() noexcept {
   const status swaps = swap_lists<T>.release();
   const status fixed = fixed_point_lists<T>.release();
   return swaps == ok ? fixed : failed;
-}
-
-constexpr std::uint32_t reversed(std::uint32_t x, int bits) noexcept {
-  std::uint32_t out = 0;
-  for (int i = 0; i < bits; ++i) out |= (x >> i & 1U) << (bits - 1 - i);
-  return out;
 }
 
 // An index of b bits is (high, middle, low) with halves of h bits and, for odd b, a middle bit that stays:
@@ -63,31 +62,42 @@ void fill_fixed_point_list(std::uint32_t* out, halves h) noexcept {
   *out = end_of_fixed_points;
 }
 
-template <record V> status permute(V* v) noexcept {
-  const index points = length(v);
-  if (!is_power_of_two(points)) return failed;
-  const std::uint32_t* const swaps = swap_list<scalar<V>>(address_bits(points));
-  if (swaps == nullptr) return failed;
-  if (is_complex(v)) {
-    reverse_bits<2>(v->data, swaps);
-  } else {
-    reverse_bits<1>(v->data, swaps);
+// The permutation that ends a transform, on points of `width` scalars.
+template <index width, class T> void follow_lists(T* x, const std::uint32_t* swaps) noexcept {
+  for (; *swaps != 0; swaps += 2) {
+    T* const a = x + width * static_cast<index>(swaps[0]);
+    T* const b = x + width * static_cast<index>(swaps[1]);
+    for (index i = 0; i < width; ++i) std::swap(a[i], b[i]);
   }
-  return ok;
 }
 
-template <record V> status permute_scaled(V* v) noexcept {
-  using T = scalar<V>;
+// The same with every scalar times `factor`, in one pass.
+template <index width, class T>
+void follow_lists(T* x, const std::uint32_t* swaps, const std::uint32_t* fixed, T factor) noexcept {
+  for (; *swaps != 0; swaps += 2) {
+    T* const a = x + width * static_cast<index>(swaps[0]);
+    T* const b = x + width * static_cast<index>(swaps[1]);
+    for (index i = 0; i < width; ++i) {
+      const T t = a[i] * factor;
+      a[i] = b[i] * factor;
+      b[i] = t;
+    }
+  }
+  for (; *fixed != end_of_fixed_points; ++fixed) {
+    T* const a = x + width * static_cast<index>(*fixed);
+    for (index i = 0; i < width; ++i) a[i] *= factor;
+  }
+}
+
+template <record V> status permute(V* v, bool scaled) noexcept {
   const index points = length(v);
   if (!is_power_of_two(points)) return failed;
-  const std::uint32_t* const swaps = swap_list<T>(address_bits(points));
-  const std::uint32_t* const fixed = fixed_point_list<T>(address_bits(points));
-  if (swaps == nullptr || fixed == nullptr) return failed;
-  const T factor = T(1) / static_cast<T>(points);
+  bit_reversal<scalar<V>> order;
+  if (order.prepare(points, scaled) != ok) return failed;
   if (is_complex(v)) {
-    reverse_bits_scaled<2>(v->data, swaps, fixed, factor);
+    order.run_pairs(v->data);
   } else {
-    reverse_bits_scaled<1>(v->data, swaps, fixed, factor);
+    order.run(v->data);
   }
   return ok;
 }
@@ -112,17 +122,45 @@ template <class T> const std::uint32_t* fixed_point_list(int bits) noexcept {
   return list;
 }
 
+template <class T> status bit_reversal<T>::prepare(index points, bool scaled) noexcept {
+  bits_ = address_bits(points);
+  scaled_ = scaled;
+  factor_ = T(1) / static_cast<T>(points);
+  if (bits_ >= least_tiled_bits) return ok;
+  swaps_ = swap_list<T>(bits_);
+  if (swaps_ == nullptr) return failed;
+  if (!scaled) return ok;
+  fixed_points_ = fixed_point_list<T>(bits_);
+  return fixed_points_ != nullptr ? ok : failed;
+}
+
+template <class T> template <index width> void bit_reversal<T>::move(T* x) const noexcept {
+  if (bits_ >= least_tiled_bits) {
+    scaled_ ? reverse_by_tiles<width, true>(x, bits_, factor_)
+            : reverse_by_tiles<width, false>(x, bits_, factor_);
+  } else if (scaled_) {
+    follow_lists<width>(x, swaps_, fixed_points_, factor_);
+  } else {
+    follow_lists<width>(x, swaps_);
+  }
+}
+
+template <class T> void bit_reversal<T>::run(T* x) const noexcept { move<1>(x); }
+template <class T> void bit_reversal<T>::run_pairs(T* z) const noexcept { move<2>(z); }
+
 template const std::uint32_t* swap_list<double>(int) noexcept;
 template const std::uint32_t* swap_list<float>(int) noexcept;
 template const std::uint32_t* fixed_point_list<double>(int) noexcept;
 template const std::uint32_t* fixed_point_list<float>(int) noexcept;
+template class bit_reversal<double>;
+template class bit_reversal<float>;
 
 }  // namespace sigpak
 
 using namespace sigpak;
 
-int32_t dspi_bitrev(dsp_vec* v) { return permute(v); }
-int32_t dspfi_bitrev(dspf_vec* v) { return permute(v); }
+int32_t dspi_bitrev(dsp_vec* v) { return permute(v, false); }
+int32_t dspfi_bitrev(dspf_vec* v) { return permute(v, false); }
 
-int32_t dspi_bitrev_scale(dsp_vec* v) { return permute_scaled(v); }
-int32_t dspfi_bitrev_scale(dspf_vec* v) { return permute_scaled(v); }
+int32_t dspi_bitrev_scale(dsp_vec* v) { return permute(v, true); }
+int32_t dspfi_bitrev_scale(dspf_vec* v) { return permute(v, true); }

@@ -91,21 +91,17 @@ template <bool inverse, class T> struct network {
 
 template <class T> status split_radix<T>::prepare(index points, bool inverse) noexcept {
   points_ = points;
-  swaps_ = swap_list<T>(address_bits(points));
-  if (swaps_ == nullptr || twiddle_.climb(points) != ok) return failed;
-  if (inverse) return ok;
-  fixed_points_ = fixed_point_list<T>(address_bits(points));
-  return fixed_points_ != nullptr ? ok : failed;
+  inverse_ = inverse;
+  return order_.prepare(points, !inverse) == ok ? twiddle_.climb(points) : failed;
 }
 
 template <class T> void split_radix<T>::run(T* data) const noexcept {
-  if (fixed_points_ == nullptr) {
+  if (inverse_) {
     network<true, T>::run(data, points_, twiddle_);
-    reverse_bits<2>(data, swaps_);
   } else {
     network<false, T>::run(data, points_, twiddle_);
-    reverse_bits_scaled<2>(data, swaps_, fixed_points_, T(1) / static_cast<T>(points_));
   }
+  order_.run_pairs(data);
 }
 
 template class split_radix<double>;

@@ -1,6 +1,7 @@
 // The split-radix transform with its tables: fetched first, so that a failure comes before the data change.
 #pragma once
 
+#include "spectral/bit_reversal.h"
 #include "spectral/tables.h"
 
 namespace sigpak {
@@ -45,9 +46,9 @@ template <class T> class split_radix {
 
  private:
   index points_ = 0;
+  bool inverse_ = false;
   ladder<T> twiddle_;
-  const std::uint32_t* swaps_ = nullptr;
-  const std::uint32_t* fixed_points_ = nullptr;  // of the forward transform, which scales
+  bit_reversal<T> order_;  // scales the forward transform
 };
 
 }  // namespace sigpak

@@ -45,35 +45,4 @@ template <class T> const std::uint32_t* swap_list(int bits) noexcept;
 template <class T> const std::uint32_t* fixed_point_list(int bits) noexcept;
 inline constexpr std::uint32_t end_of_fixed_points = 0x12345678;  // reads differently backwards
 
-// The permutation that ends a transform, on points of `width` scalars.
-template <index width, class T> void reverse_bits(T* x, const std::uint32_t* swaps) noexcept {
-  for (; *swaps != 0; swaps += 2) {
-    T* const a = x + width * static_cast<index>(swaps[0]);
-    T* const b = x + width * static_cast<index>(swaps[1]);
-    for (index i = 0; i < width; ++i) {
-      const T t = a[i];
-      a[i] = b[i];
-      b[i] = t;
-    }
-  }
-}
-
-// The same with every scalar times `factor`, in one pass.
-template <index width, class T>
-void reverse_bits_scaled(T* x, const std::uint32_t* swaps, const std::uint32_t* fixed, T factor) noexcept {
-  for (; *swaps != 0; swaps += 2) {
-    T* const a = x + width * static_cast<index>(swaps[0]);
-    T* const b = x + width * static_cast<index>(swaps[1]);
-    for (index i = 0; i < width; ++i) {
-      const T t = a[i] * factor;
-      a[i] = b[i] * factor;
-      b[i] = t;
-    }
-  }
-  for (; *fixed != end_of_fixed_points; ++fixed) {
-    T* const a = x + width * static_cast<index>(*fixed);
-    for (index i = 0; i < width; ++i) a[i] *= factor;
-  }
-}
-
 }  // namespace sigpak
