@@ -1,8 +1,5 @@
 // Decimation of a stream, its phase kept from block to block.
-#include <gtest/gtest.h>
-
-#include "support/failing.h"
-#include "support/signal.h"
+#include "filters/streamed.h"
 
 namespace sigpak::test {
 namespace {
@@ -55,18 +52,8 @@ TYPED_TEST(Decimate, AnySplitGivesTheWhole) {
   ASSERT_EQ(TWIN(d_deci)(&in, &whole, 7, nullptr), 0);
   for (const index block : {1, 3, 7, 10, 400}) {
     signal<V> state;
-    samples<V> joined;
-    for (index begin = 0; begin < 1000; begin += block) {
-      V part = in;
-      part.alloc = 0;
-      part.data = in.data + 2 * begin;
-      part.points = static_cast<std::uint32_t>(std::min<index>(block, 1000 - begin));
-      signal<V> out;
-      ASSERT_EQ(TWIN(d_deci)(&part, &out, 7, &state), 0);
-      const auto kept = out.values();
-      joined.insert(joined.end(), kept.begin(), kept.end());
-    }
-    EXPECT_EQ(joined, whole.values()) << block;
+    const auto run = [&state](const V* part, V* out) { return TWIN(d_deci)(part, out, 7, &state); };
+    EXPECT_EQ(in_blocks<V>(in, {block}, run), whole.values()) << block;
   }
 }
 

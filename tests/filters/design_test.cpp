@@ -290,6 +290,8 @@ TYPED_TEST(Design, RefusalsComeWhereTheStepsAre) {
     EXPECT_EQ(TWIN(c_fir)(&pairs, kind, scalar<V>(0.1), 0), 0);
     EXPECT_EQ(pairs.complex, 1);
   }
+  signal<V> smoother(noise<V>(12));
+  EXPECT_EQ(TWIN(c_fir)(&smoother, gaussian_kernel, std::numeric_limits<scalar<V>>::quiet_NaN(), 0), -1);
   for (const int code : {99, 102, 0, -1}) {
     signal<V> v({1, 2, 3}, false);
     EXPECT_EQ(TWIN(c_fir2)(&v, code), -1);

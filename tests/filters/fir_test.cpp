@@ -1,6 +1,5 @@
 // FIR filtering against the defining sum, in blocks, in place, and with allocations that fail.
-#include "support/failing.h"
-#include "support/forms.h"
+#include "filters/streamed.h"
 
 namespace sigpak::test {
 namespace {
@@ -91,28 +90,6 @@ TYPED_TEST(Fir, OutputsAreTheDefiningSumsInEveryForm) {
   }
 }
 
-// Filters `in` block by block with one history; the lengths of the blocks repeat.
-template <record V>
-samples<V> in_blocks(const signal<V>& in, const V* taps, const std::vector<index>& blocks) {
-  samples<V> joined;
-  signal<V> history;
-  signal<V> out;
-  const index w = width<V>(&in);
-  index begin = 0;
-  for (std::size_t b = 0; begin < length<V>(&in); b = (b + 1) % blocks.size()) {
-    const index points = std::min(blocks[b], length<V>(&in) - begin);
-    V block = in;
-    block.alloc = 0;
-    block.data = in.data + begin * w;
-    block.points = static_cast<std::uint32_t>(points);
-    EXPECT_EQ(TWIN(d_fir)(&block, &out, taps, &history), 0);
-    const auto part = out.values();
-    joined.insert(joined.end(), part.begin(), part.end());
-    begin += points;
-  }
-  return joined;
-}
-
 // To the last bit where the sums are direct, as real ones of few taps and complex ones are.
 TYPED_TEST(Fir, AnySplitGivesTheWhole) {
   using V = TypeParam;
@@ -126,7 +103,9 @@ TYPED_TEST(Fir, AnySplitGivesTheWhole) {
     const double tolerance = exactly ? 0 : 4 * unit_roundoff<V> * output_scale<V>(&in, &taps);
     for (const auto& blocks : std::vector<std::vector<index>>{
              {1}, {7}, {0, 3, 500}, {44, 45, 46}, {110, 111, 112}, {1000}, {2500, 0, 1500}}) {
-      const auto joined = in_blocks<V>(in, &taps, blocks);
+      signal<V> history;
+      const auto joined = in_blocks<V>(
+          in, blocks, [&](const V* block, V* out) { return TWIN(d_fir)(block, out, &taps, &history); });
       ASSERT_EQ(std::ssize(joined), scalars<V>(&whole));
       for (std::size_t n = 0; n < joined.size(); ++n) {
         ASSERT_NEAR(static_cast<double>(joined[n]), static_cast<double>(whole.data[n]), tolerance)

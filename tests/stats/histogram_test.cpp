@@ -22,7 +22,7 @@ TYPED_TEST(Histogram, CountsByHand) {
   } const cases[] = {{{0, 0.5, 1, 2}, false, 0, 1, 2, {2, 2}},
                      {{0, 0.5, 1, 2}, false, 0.5, 0.5, 3, {1, 1, 1}},
                      {{2 + 10 * epsilon, 2 + 40 * epsilon, -epsilon}, false, 0, 1, 2, {0, 1}},
-                     {{3, 3, 4, nan}, false, 3, 0, 2, {2, 0}},
+                     {{3, 3, 3, 4, nan}, false, 3, 0, 2, {3, 0}},
                      {{nan, 5, -5, h, -3 * h}, false, -10, 5, 4, {0, 1, 0, 1}},
                      {{3, 4, 0, -1, nan, 0, 2 * h, 0}, true, 0, 1, 6, {0, 1, 0, 0, 0, 1}},
                      {{2 * h, 0}, true, 0, h, 1, {1}},

@@ -125,6 +125,7 @@ TYPED_TEST(Polynomials, ClosedFormsByHand) {
                      {{3, 2, 0, 0, 0, 0}, false, {-1.5}},
                      {{6, -5, 1}, false, {2, 3}},
                      {{6, -5, -1}, false, {-6, 1}},
+                     {{0, 0, -4, 6, -2}, false, {0, 0, 1, 2}},
                      {{0, 0, 2}, false, {0, 0}},
                      {{1, 0, 1}, true, {0, -1, 0, 1}},
                      {{5, 2, 1}, true, {-1, -2, -1, 2}},
@@ -226,10 +227,19 @@ TYPED_TEST(Polynomials, RealSearch) {
   struct {
     std::initializer_list<double> p;
     double guess, root;
-  } const cases[] = {
-      {{6, -5, 1}, 1, 2},   {{6, -5, 1}, 1e9, 3},   {{6, -5, 1}, -1e9, 2},    {{-2, 0, 1}, 1, std::sqrt(2.0)},
-      {{0, 1, 0, 1}, 5, 0}, {{-8, 0, 0, 1}, -9, 2}, {{-1e-6, 0, 1}, 3, 1e-3}, {{5, -1, 0, 0}, 0, 5},
-      {{6, -5, 1}, nan, 2}};
+  } const cases[] = {{{6, -5, 1}, 1, 2},
+                     {{6, -5, 1}, 1e9, 3},
+                     {{6, -5, 1}, -1e9, 2},
+                     {{-2, 0, 1}, 1, std::sqrt(2.0)},
+                     {{0, 1, 0, 1}, 5, 0},
+                     {{-8, 0, 0, 1}, -9, 2},
+                     {{-1e-6, 0, 1}, 3, 1e-3},
+                     {{5, -1, 0, 0}, 0, 5},
+                     {{6, -5, 1}, nan, 2},
+                     {{0, -2, 0, 4, 2, 6, 3}, 4, 0},
+                     {{-3, 3, -6, 0, 2, 3, 1}, 0, 1},
+                     {{0, 4, 1, 6, 1, 6, 1}, 4, 0},
+                     {{0, 3, -3, 3, -2, 2, 0}, -2, 0}};
   for (const auto& c : cases) {
     signal<V> p(c.p);
     signal<V> out;
@@ -292,6 +302,9 @@ TYPED_TEST(Polynomials, ComplexSearchGoesToARoot) {
   const signal<V> nothing;
   ASSERT_EQ(TWIN(s_pcsolve)(&nothing, &out, 1, 1), 0);
   EXPECT_EQ(out.complex, 0);
+  EXPECT_EQ(out.values(), samples<V>{0});
+  const signal<V> through{0, 1, 0, 4, 0, 6, -5};  // where a part of the value vanishes on the way
+  ASSERT_EQ(TWIN(s_pcsolve)(&through, &out, 1, 0), 0);
   EXPECT_EQ(out.values(), samples<V>{0});
   signal<V> same{1, 0, 1};
   ASSERT_EQ(TWIN(s_pcsolve)(&same, &same, scalar<V>(0.1), 2), 0);
