@@ -7,73 +7,24 @@
 #include <bit>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
-#include <random>
 #include <string_view>
 
-#include "core/isa.h"
-#include "core/record.h"
+#include "fft_record.h"
+#include "options.h"
 #include "peers.h"
 #include "rounds.h"
 #include "sigpak.h"
+#include "table.h"
 
 namespace {
 
 using bench::contender;
+using bench::is_double;
 using bench::job;
-
-struct options {
-  std::string_view kind;
-  std::string_view precision;
-  long least = 16;
-  long most = 1L << 22;
-  int rounds = 0;
-};
-
-// A record on storage that starts 16 bytes behind a cache line, as malloc gives large blocks, with the
-// samples that every batch starts from.
-template <class T> class record {
- public:
-  using V = std::conditional_t<sizeof(T) == sizeof(double), dsp_vec, dspf_vec>;
-
-  explicit record(std::size_t n)
-      : random_(2 * n),
-        capacity_(std::has_single_bit(n) ? 2 * n + 4 : 8 * n),
-        block_(std::aligned_alloc(line, capacity_ * sizeof(T) / line * line + 2 * line), std::free) {
-    std::mt19937_64 engine(n);
-    std::uniform_real_distribution<T> uniform(-1, 1);
-    for (T& x : random_) x = uniform(engine);
-    vector_.data = data();
-    vector_.alloc = static_cast<int32_t>(capacity_);
-    vector_.delta = 1;
-  }
-  T* data() const { return reinterpret_cast<T*>(static_cast<char*>(block_.get()) + 16); }
-  V* shaped(std::size_t points, bool complex) {
-    vector_.points = static_cast<uint32_t>(points);
-    vector_.complex = complex ? 1 : 0;
-    return &vector_;
-  }
-  void refill(T scale) const {
-    for (std::size_t i = 0; i < random_.size(); ++i) data()[i] = random_[i] * scale;
-  }
-
- private:
-  static constexpr std::size_t line = 64;
-  std::vector<T> random_;
-  std::size_t capacity_;  // enough that the library never needs storage of its own
-  std::unique_ptr<void, decltype(&std::free)> block_;
-  V vector_{};
-};
-
-template <class T> constexpr bool is_double = sizeof(T) == sizeof(double);
-template <class T, class D, class F> constexpr auto twin(D of_double, F of_float) {
-  if constexpr (is_double<T>) {
-    return of_double;
-  } else {
-    return of_float;
-  }
-}
+using bench::options;
+using bench::record;
+using bench::twin;
 
 template <class T> std::function<void()> own(job kind, std::shared_ptr<record<T>> r, std::size_t n) {
   const auto fft = std::has_single_bit(n) ? twin<T>(dspi_fft, dspfi_fft) : twin<T>(dspi_dft, dspfi_dft);
@@ -118,7 +69,7 @@ template <class T> std::vector<contender> contenders(job kind, std::size_t n) {
 
 template <class T> void print_row(const char* name, job kind, std::size_t n, const options& o) {
   const bool large = n >= std::size_t{1} << 18;
-  const int rounds = o.rounds > 0 ? o.rounds : large ? 9 : 25;
+  const int rounds = static_cast<int>(o.number("--rounds", large ? 9 : 25));
   const auto all = contenders<T>(kind, n);
   const auto timings = bench::compare(all, rounds, large ? 0 : 3e-4);
   const double size = static_cast<double>(n);
@@ -138,70 +89,33 @@ struct table_row {
   std::vector<std::size_t> sizes;
 };
 
-std::vector<std::size_t> powers(int first, int last) {
-  std::vector<std::size_t> out;
-  for (int bits = first; bits <= last; ++bits) out.push_back(std::size_t{1} << bits);
-  return out;
-}
-
 template <class T> void print_rows(const options& o) {
-  const table_row rows[] = {{"pair", job::pair, powers(4, 22)},
-                            {"real", job::real, powers(4, 22)},
-                            {"real-pair", job::real_pair, powers(4, 22)},
-                            {"any", job::pair, {1000, 4095, 4099, 10000, 10007, 65537, 100000}}};
+  const table_row rows[] = {{"pair", job::pair, bench::powers_of_two(4, 22)},
+                            {"real", job::real, bench::powers_of_two(4, 22)},
+                            {"real-pair", job::real_pair, bench::powers_of_two(4, 22)},
+                            {"any", job::pair, bench::other_lengths}};
+  const std::string_view kind = o.text("--class");
   for (const table_row& row : rows) {
-    if (!o.kind.empty() && o.kind != row.name) continue;
+    if (!kind.empty() && kind != row.name) continue;
     for (const std::size_t n : row.sizes) {
       const long size = static_cast<long>(n);
-      if (size >= o.least && size <= o.most) print_row<T>(row.name, row.kind, n, o);
+      if (size >= o.number("--least", 16) && size <= o.number("--most", 1 << 22))
+        print_row<T>(row.name, row.kind, n, o);
     }
   }
-}
-
-options parse(int argc, char** argv) {
-  using sigpak::isa::level;
-  options o;
-  for (int i = 1; i + 1 < argc; i += 2) {
-    const std::string_view name = argv[i];
-    const std::string_view value = argv[i + 1];
-    if (name == "--level") {
-      sigpak::isa::force(value == "avx512" ? level::avx512 : value == "avx2" ? level::avx2 : level::baseline);
-    } else if (name == "--class") {
-      o.kind = value;
-    } else if (name == "--precision") {
-      o.precision = value;
-    } else if (name == "--least") {
-      o.least = std::atol(argv[i + 1]);
-    } else if (name == "--most") {
-      o.most = std::atol(argv[i + 1]);
-    } else if (name == "--rounds") {
-      o.rounds = std::atoi(argv[i + 1]);
-    } else {
-      std::fprintf(stderr, "bench_fft: unknown option %s\n", argv[i]);
-      std::exit(2);
-    }
-  }
-  return o;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  const options o = parse(argc, argv);
-  constexpr const char* levels[] = {"baseline", "avx2", "avx512"};
-  std::printf("level %s\n\n| transform | precision | N | FFTW GFLOP/s | sigpak |",
-              levels[static_cast<int>(sigpak::isa::current())]);
-  std::size_t columns = 5;
+  const options o(argc, argv, {"--level", "--class", "--precision", "--least", "--most", "--rounds"});
+  std::printf("level %s\n", o.level());
+  std::vector<std::string> columns = {"transform", "precision", "N", "FFTW GFLOP/s", "sigpak"};
   double room[8] = {};
   for (const bench::peer& p : bench::peers<double>(job::pair, room, 2)) {
-    if (p.name != "FFTW") {
-      std::printf(" %s |", p.name.c_str());
-      ++columns;
-    }
+    if (p.name != "FFTW") columns.push_back(p.name);
   }
-  std::printf("\n|");
-  for (std::size_t i = 0; i < columns; ++i) std::printf("---|");
-  std::printf("\n");
-  if (o.precision != "single") print_rows<double>(o);
-  if (o.precision != "double") print_rows<float>(o);
+  bench::print_head(columns);
+  if (o.wants("--precision", "double")) print_rows<double>(o);
+  if (o.wants("--precision", "single")) print_rows<float>(o);
 }

@@ -43,24 +43,25 @@ struct fftw_single {
 };
 template <class T> using fftw = std::conditional_t<sizeof(T) == sizeof(double), fftw_double, fftw_single>;
 
-template <class T> peer fftw_peer(job kind, T* x, std::size_t n) {
+template <class T> std::function<void()> fftw_plan_of(bool real, bool inverse, T* x, std::size_t n) {
   using F = fftw<T>;
-  using plan = std::shared_ptr<std::remove_pointer_t<typename F::plan>>;
-  auto* const pairs = reinterpret_cast<typename F::pairs*>(x);
+  auto* const z = reinterpret_cast<typename F::pairs*>(x);
   const int size = static_cast<int>(n);
-  plan there;
-  plan back;
-  if (kind == job::pair) {
-    there = plan(F::complex(size, pairs, pairs, FFTW_FORWARD, FFTW_MEASURE), F::destroy);
-    back = plan(F::complex(size, pairs, pairs, FFTW_BACKWARD, FFTW_MEASURE), F::destroy);
-  } else {
-    there = plan(F::forward(size, x, pairs, FFTW_MEASURE), F::destroy);
-    back = plan(F::backward(size, pairs, x, FFTW_MEASURE), F::destroy);
-  }
-  if (kind == job::real) return {"FFTW", [=] { F::execute(there.get()); }};
+  const auto made = !real     ? F::complex(size, z, z, inverse ? FFTW_BACKWARD : FFTW_FORWARD, FFTW_MEASURE)
+                    : inverse ? F::backward(size, z, x, FFTW_MEASURE)
+                              : F::forward(size, x, z, FFTW_MEASURE);
+  const std::shared_ptr<std::remove_pointer_t<typename F::plan>> plan(made, F::destroy);
+  return [plan] { F::execute(plan.get()); };
+}
+
+template <class T> peer fftw_peer(job kind, T* x, std::size_t n) {
+  const bool real = kind != job::pair;
+  const auto there = fftw_plan_of(real, false, x, n);
+  if (kind == job::real) return {"FFTW", there};
+  const auto back = fftw_plan_of(real, true, x, n);
   return {"FFTW", [=] {
-            F::execute(there.get());
-            F::execute(back.get());
+            there();
+            back();
           }};
 }
 
@@ -89,7 +90,12 @@ peer kiss_peer(job kind, float* x, std::size_t n) {
 }
 
 peer kiss_peer(job kind, double* x, std::size_t n) {
-  if (kind != job::pair) return {"KissFFT", {}};
+  if (kind == job::real_pair || (n % 2 != 0 && kind == job::real)) return {"KissFFT", {}};
+  if (kind == job::real) {
+    auto plan = std::make_shared<kissfft<double>>(n / 2, false);
+    auto out = std::make_shared<std::vector<std::complex<double>>>(n / 2 + 1);
+    return {"KissFFT", [=] { plan->transform_real(x, out->data()); }};
+  }
   auto there = std::make_shared<kissfft<double>>(n, false);
   auto back = std::make_shared<kissfft<double>>(n, true);
   auto out = std::make_shared<std::vector<std::complex<double>>>(n);
@@ -184,5 +190,11 @@ template <class T> std::vector<peer> peers(job kind, T* data, std::size_t n) {
 
 template std::vector<peer> peers(job, double*, std::size_t);
 template std::vector<peer> peers(job, float*, std::size_t);
+
+template <class T> peer fftw_transform(bool real, bool inverse, T* data, std::size_t n) {
+  return {"FFTW", fftw_plan_of(real, inverse, data, n)};
+}
+template peer fftw_transform(bool, bool, double*, std::size_t);
+template peer fftw_transform(bool, bool, float*, std::size_t);
 
 }  // namespace bench

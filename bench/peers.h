@@ -19,4 +19,7 @@ struct peer {
 // more than the job needs.
 template <class T> std::vector<peer> peers(job kind, T* data, std::size_t n);
 
+// One direction by FFTW alone, in place on `data`; the plan overwrites them.
+template <class T> peer fftw_transform(bool real, bool inverse, T* data, std::size_t n);
+
 }  // namespace bench
