@@ -76,36 +76,49 @@ template <class T> exact_signal all_points(const transform& t, const T* x, std::
   return z;
 }
 
-template <class T>
-double error(const transform& t, const T* y, const exact_signal& wanted, long double scale) {
+// Squared distances and norms over the trials.
+struct distance {
   long double difference = 0;
   long double total = 0;
-  for (std::size_t i = 0; i < t.points_out(wanted.size()); ++i) {
-    const auto z = t.complex_out() ? sigpak::test::exact(y[2 * i], y[2 * i + 1]) : sigpak::test::exact(y[i]);
-    difference += std::norm(z - wanted[i] * scale);
-    total += std::norm(wanted[i] * scale);
+
+  void add(sigpak::test::exact got, sigpak::test::exact wanted) {
+    difference += std::norm(got - wanted);
+    total += std::norm(wanted);
   }
-  return static_cast<double>(std::sqrt(difference / total));
-}
+  template <class T> void add(const transform& t, const T* y, const exact_signal& wanted, long double scale) {
+    for (std::size_t i = 0; i < t.points_out(wanted.size()); ++i) {
+      add(t.complex_out() ? sigpak::test::exact(y[2 * i], y[2 * i + 1]) : sigpak::test::exact(y[i]),
+          wanted[i] * scale);
+    }
+  }
+  double relative() const { return static_cast<double>(std::sqrt(difference / total)); }
+};
 
 template <class T> std::string error_cell(const transform& t, std::size_t n) {
   record<T> r(n);
-  const bench::peer fftw = bench::fftw_transform(t.real, t.inverse, r.data(), n);
-  r.refill(1);
   T* const x = r.data();
-  if (t.real && t.inverse) {  // the ends of the spectrum of real data are real
-    x[1] = 0;
-    if (n % 2 == 0) x[n + 1] = 0;
+  const bench::peer fftw = bench::fftw_transform(t.real, t.inverse, x, n);
+  std::mt19937_64 engine(n);
+  std::uniform_real_distribution<T> uniform(-1, 1);
+  std::vector<T> in(2 * n);
+  distance own;
+  distance theirs;
+  for (std::size_t trials = std::clamp<std::size_t>(16384 / n, 1, 256); trials > 0; --trials) {
+    for (T& value : in) value = uniform(engine);
+    if (t.real && t.inverse) {  // the ends of the spectrum of real data are real
+      in[1] = 0;
+      if (n % 2 == 0) in[n + 1] = 0;
+    }
+    const exact_signal wanted = sigpak::test::exact_transform(all_points(t, in.data(), n), t.inverse);
+    std::copy(in.begin(), in.end(), x);
+    run_own(t, r, n);
+    own.add(t, x, wanted, 1);
+    std::copy(in.begin(), in.end(), x);
+    fftw.run();
+    theirs.add(t, x, wanted, t.inverse ? 1 : static_cast<long double>(n));
   }
-  const std::vector<T> in(x, x + 2 * n);
-  const exact_signal wanted = sigpak::test::exact_transform(all_points(t, x, n), t.inverse);
-  run_own(t, r, n);
-  const double own = error(t, x, wanted, 1);
-  std::copy(in.begin(), in.end(), x);
-  fftw.run();
-  const double theirs = error(t, x, wanted, t.inverse ? 1 : static_cast<long double>(n));
   char cell[64];
-  std::snprintf(cell, sizeof cell, " %.2e, %.2f |", own, own / theirs);
+  std::snprintf(cell, sizeof cell, " %.2e, %.2f |", own.relative(), own.relative() / theirs.relative());
   return cell;
 }
 
@@ -118,14 +131,9 @@ void check_reference() {
     const exact_signal x = all_points(t, r.data(), n);
     const exact_signal fast = sigpak::test::exact_transform(x, true);
     const exact_signal sum = sigpak::test::direct_transform(x, 1);
-    long double difference = 0;
-    long double total = 0;
-    for (std::size_t i = 0; i < n; ++i) {
-      difference += std::norm(fast[i] - sum[i]);
-      total += std::norm(sum[i]);
-    }
-    std::printf("%zu points: long double transform against direct sum %.1Le\n", n,
-                std::sqrt(difference / total));
+    distance d;
+    for (std::size_t i = 0; i < n; ++i) d.add(fast[i], sum[i]);
+    std::printf("%zu points: long double transform against direct sum %.1e\n", n, d.relative());
   }
 }
 
