@@ -1,17 +1,39 @@
 // Where raw tables come from.
 #include "core/memory.h"
 
+#ifdef __linux__
+#include <sys/mman.h>
+#endif
+
+#include <cerrno>
 #include <cstdlib>
 
 namespace sigpak {
 namespace {
 
 // A request for no bytes still gives a block, so that null always means failure.
-void* resize_on_heap(void* block, std::size_t bytes) { return std::realloc(block, bytes != 0 ? bytes : 1); }
+void* resize_on_heap(void* block, std::size_t bytes) {
+  void* const resized = std::realloc(block, bytes != 0 ? bytes : 1);
+  advise_large_pages(resized, bytes);
+  return resized;
+}
 
 }  // namespace
 
 constinit table_source resize_table_bytes = resize_on_heap;
+
+void advise_large_pages([[maybe_unused]] void* block, [[maybe_unused]] std::size_t bytes) noexcept {
+#if defined(__linux__) && defined(MADV_HUGEPAGE)
+  constexpr std::size_t worth_advice = std::size_t{4} << 20;
+  constexpr std::uintptr_t page = 4096;
+  if (block == nullptr || bytes < worth_advice) return;
+  const std::uintptr_t begin = (reinterpret_cast<std::uintptr_t>(block) + page - 1) / page * page;
+  const std::uintptr_t end = (reinterpret_cast<std::uintptr_t>(block) + bytes) / page * page;
+  const int error = errno;
+  madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
+  errno = error;
+#endif
+}
 
 void free_table(void* table) noexcept { std::free(table); }
 

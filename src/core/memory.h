@@ -14,6 +14,10 @@ extern constinit table_source resize_table_bytes;
 
 void free_table(void* table) noexcept;
 
+// The first touch of fresh memory costs more than any pass over it, most of it for every page: a large block
+// asks for large pages. Advice only, so it may fail.
+void advise_large_pages(void* block, std::size_t bytes) noexcept;
+
 template <class T> T* resize_table(T* table, index count) noexcept {
   if (count < 0 || static_cast<std::uint64_t>(count) > PTRDIFF_MAX / sizeof(T)) return nullptr;
   return static_cast<T*>(resize_table_bytes(table, static_cast<std::size_t>(count) * sizeof(T)));

@@ -1,12 +1,7 @@
 // Sizing and growth of a record's storage, through the hooks where they are installed.
 #include "core/storage.h"
 
-#ifdef __linux__
-#include <sys/mman.h>
-#endif
-
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
@@ -15,6 +10,7 @@
 #include "core/each.h"
 #include "core/frame.h"
 #include "core/isa.h"
+#include "core/memory.h"
 
 namespace sigpak {
 namespace {
@@ -41,21 +37,6 @@ template <record V> status without_storage(V* v) noexcept {
 template <record V> status refuse(V* v) noexcept {
   if (v->alloc > 0) release(v);
   return without_storage(v);
-}
-
-// The first touch of fresh memory costs more than any pass over it, most of it for every page: a large block
-// asks for large pages. Advice only, so it may fail.
-void advise_large_pages([[maybe_unused]] void* block, [[maybe_unused]] std::size_t bytes) noexcept {
-#if defined(__linux__) && defined(MADV_HUGEPAGE)
-  constexpr std::size_t worth_advice = std::size_t{4} << 20;
-  constexpr std::uintptr_t page = 4096;
-  if (block == nullptr || bytes < worth_advice) return;
-  const std::uintptr_t begin = (reinterpret_cast<std::uintptr_t>(block) + page - 1) / page * page;
-  const std::uintptr_t end = (reinterpret_cast<std::uintptr_t>(block) + bytes) / page * page;
-  const int error = errno;
-  madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
-  errno = error;
-#endif
 }
 
 template <record V> scalar<V>* heap_block(scalar<V>* old, index need) noexcept {

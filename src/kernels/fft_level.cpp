@@ -1,5 +1,6 @@
 // The table of transforms of one level.
 #include "kernels/fft_kernels.h"
+#include "kernels/fft_long.h"
 #include "kernels/fft_mixed.h"
 #include "kernels/fft_passes.h"
 #include "kernels/fft_real.h"
@@ -11,6 +12,8 @@ namespace {
 template <class P>
 void run_either(const fft_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* scratch,
                 bool inverse) {
+  if (plan.is_long)
+    return inverse ? run_long<P, true>(plan, x, scratch) : run_long<P, false>(plan, x, scratch);
   inverse ? run<P, true>(plan, x, scratch) : run<P, false>(plan, x, scratch);
 }
 template <class P>

@@ -23,7 +23,10 @@ template <class T> struct fft_plan {
   std::ptrdiff_t stride;           // vectors from one block of the second pass to the next, padding included
   const T* first[2];               // broadcast twiddles of the first pass: forward (times 1/N), inverse
   const T* twiddles[most_passes];  // broadcast twiddles of the other passes
-  const T* last;                   // vectors of twiddles of the last transform, group by group
+  const T* last;                   // vectors of twiddles of the last transform, group by group: of a long
+                                   // one only the powers 1, 2, 4, ... of w_N^kb
+  bool is_long;                    // the last pass collects its output
+  bool streamed;                   // and writes it past the caches
   std::ptrdiff_t offset[most_lanes];  // of the vector of kb + p from that of kb, kb a multiple of W
   const std::uint32_t* start;         // place of the vector of kb, for every kb that is a multiple of W
 

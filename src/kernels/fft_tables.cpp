@@ -7,6 +7,9 @@
 #include "kernels/pass_tables.h"
 
 namespace sigpak::kernels {
+
+constinit fft_sizes long_sizes = {index{1} << 22, index{1} << 24};
+
 namespace {
 
 template <class T> constinit keyed_list<std::byte> plans;
@@ -28,7 +31,7 @@ template <class T> void choose_radices(fft_plan<T>& plan) noexcept {
 template <class T> void fill_last(T* out, const fft_plan<T>& plan, const roots& w) noexcept {
   const int lanes = plan.lanes;
   for (index kb = 0; kb < plan.vectors; kb += lanes) {
-    for (index l = 1; l < lanes; ++l, out += 2 * lanes) {
+    for (index l = 1; l < lanes; plan.is_long ? l *= 2 : ++l, out += 2 * lanes) {
       for (int p = 0; p < lanes; ++p) {
         const root r = w[l * (kb + point_at<T>(p, lanes))];
         out[p] = static_cast<T>(r.cosine);
@@ -68,7 +71,8 @@ template <class T> plan_tables<T> carve(const fft_plan<T>& plan, data kind, carv
   for (int pass = 1; pass < plan.passes - 1; ++pass) {
     tables.passes[pass] = memory.take<T>(2 * broadcasts(plan, pass));
   }
-  tables.last = memory.take<T>(2 * (plan.lanes - 1) * plan.vectors);
+  const int last_rows = plan.is_long ? std::countr_zero(static_cast<unsigned>(plan.lanes)) : plan.lanes - 1;
+  tables.last = memory.take<T>(2 * last_rows * plan.vectors);
   tables.start = memory.take<std::uint32_t>(plan.vectors / plan.lanes);
   if (kind == data::real) {
     tables.unpack = memory.take<T>(2 * plan.vectors);
@@ -111,6 +115,9 @@ template <class T> const fft_plan<T>* find_plan(index points, int lanes, data ki
   plan.lanes = lanes;
   plan.vectors = kind == data::real ? points / lanes / 2 : points / lanes;
   choose_radices(plan);
+  const index bytes = 2 * points * static_cast<index>(sizeof(T));
+  plan.is_long = kind == data::complex && bytes >= long_sizes.collected;
+  plan.streamed = plan.is_long && bytes >= long_sizes.streamed;
   plan.stride = plan.vectors / plan.radix[0] + (points >= padding_from ? 1 : 0);
   carver needed(nullptr);
   needed.take<fft_plan<T>>(1);

@@ -6,6 +6,15 @@
 
 namespace sigpak::kernels {
 
+// Bytes of complex data from which on a plan collects its output, and streams it past the caches: where the
+// second cache no longer holds a part worth speaking of, and where the third does not hold the data, the
+// scratch memory and the tables. Variables so that a test can reach both with short data, before the first
+// plan of its length.
+struct fft_sizes {
+  index collected, streamed;
+};
+extern constinit fft_sizes long_sizes;
+
 // What a plan is for.
 enum class data : int { complex, real };
 

@@ -62,6 +62,11 @@ using d4 = pack<double, 4>;
 using f4 = pack<float, 4>;
 using f8 = pack<float, 8>;
 
+// Stores past the caches, in memory that is not read soon; `to` on a boundary of the vector.
+SIGPAK_INLINE void stream(double* to, d4 a) { _mm256_stream_pd(to, a.v); }
+SIGPAK_INLINE void stream(float* to, f8 a) { _mm256_stream_ps(to, a.v); }
+SIGPAK_INLINE void finish_streams() { _mm_sfence(); }
+
 // a * b + c, a * b - c and c - a * b, rounded once.
 SIGPAK_INLINE d2 fma(d2 a, d2 b, d2 c) { return {_mm_fmadd_pd(a.v, b.v, c.v)}; }
 SIGPAK_INLINE d4 fma(d4 a, d4 b, d4 c) { return {_mm256_fmadd_pd(a.v, b.v, c.v)}; }
@@ -117,6 +122,8 @@ SIGPAK_INLINE f8 backwards(f8 a) {
 using d8 = pack<double, 8>;
 using f16 = pack<float, 16>;
 
+SIGPAK_INLINE void stream(double* to, d8 a) { _mm512_stream_pd(to, a.v); }
+SIGPAK_INLINE void stream(float* to, f16 a) { _mm512_stream_ps(to, a.v); }
 SIGPAK_INLINE d8 fma(d8 a, d8 b, d8 c) { return {_mm512_fmadd_pd(a.v, b.v, c.v)}; }
 SIGPAK_INLINE f16 fma(f16 a, f16 b, f16 c) { return {_mm512_fmadd_ps(a.v, b.v, c.v)}; }
 SIGPAK_INLINE d8 fms(d8 a, d8 b, d8 c) { return {_mm512_fmsub_pd(a.v, b.v, c.v)}; }

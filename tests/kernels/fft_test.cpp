@@ -3,6 +3,7 @@
 #include <malloc.h>
 
 #include "kernels/fft.h"
+#include "kernels/fft_tables.h"
 #include "spectral/reference.h"
 #include "spectral/split_radix.h"
 
@@ -109,6 +110,40 @@ TYPED_TEST(WideFft, BitsDependNeitherOnThePlaceNorOnRebuiltTables) {
       EXPECT_EQ(wide<V>(in, inverse, 0), wanted) << n;
     }
   }
+}
+
+// What the longest data take, on lengths of one run of outputs and of several.
+class as_if_long {
+ public:
+  explicit as_if_long(bool streamed) { kernels::long_sizes = {0, streamed ? 0 : PTRDIFF_MAX}; }
+  ~as_if_long() { kernels::long_sizes = usual_; }
+  as_if_long(const as_if_long&) = delete;
+  as_if_long& operator=(const as_if_long&) = delete;
+
+ private:
+  kernels::fft_sizes usual_ = kernels::long_sizes;
+};
+
+TYPED_TEST(WideFft, LongTransformsFollowTheDefinitionAtAnyPlace) {
+  using V = TypeParam;
+  using T = scalar<V>;
+  for (const bool streamed : {false, true}) {
+    const as_if_long sizes(streamed);
+    ASSERT_EQ(kernels::release_wide_fft<T>(), ok);
+    for (index n = 2048; n <= 1 << 15; n *= 2) {
+      if (!kernels::has_wide_fft<T>(n)) continue;
+      for (const bool inverse : {false, true}) {
+        const auto in = noise<V>(2 * n, static_cast<unsigned>(n));
+        const auto wanted = exact_transform(exact_points<V>(signal<V>(in, true)), inverse);
+        const auto got = wide<V>(in, inverse, 0);
+        EXPECT_LT(transform_error<V>(signal<V>(got, true), wanted, n), error_limit) << n << " " << inverse;
+        for (index offset = 1; offset < 64 / static_cast<index>(sizeof(T)); ++offset) {
+          EXPECT_EQ(wide<V>(in, inverse, offset), got) << n << " at " << offset;
+        }
+      }
+    }
+  }
+  kernels::release_wide_fft<T>();
 }
 
 // Every length up to two groups of rows and columns, then products that need each radix and several passes.
