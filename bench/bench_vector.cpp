@@ -9,17 +9,14 @@
 #include <random>
 #include <string_view>
 
-#ifdef __linux__
-#include <sys/mman.h>
-#endif
-
 #ifdef BENCH_GSL
 #include <gsl/gsl_sort.h>
 #include <gsl/gsl_statistics.h>
 #endif
 
-#include "core/isa.h"
+#include "buffer.h"
 #include "limits.h"
+#include "options.h"
 #include "plain.h"
 #include "rounds.h"
 #include "sigpak.h"
@@ -27,53 +24,28 @@
 namespace {
 
 using bench::contender;
+using bench::options;
 using bench::plain::index;
 namespace plain = bench::plain;
-
-struct options {
-  std::string_view table;
-  std::string_view only;
-  int rounds = 15;
-};
 
 constexpr index most_scalars = index{64} << 17;  // 64 MiB
 constexpr index scalar_bytes = sizeof(double);
 
-// Storage with room behind it, 16 bytes off a cache line, as malloc gives large blocks.
-class buffer {
- public:
-  explicit buffer(unsigned seed) : block_(static_cast<double*>(std::aligned_alloc(huge_page, bytes))) {
-#ifdef __linux__
-    madvise(block_, bytes, MADV_HUGEPAGE);  // the places of small pages in the caches differ from run to run
-#endif
-    std::mt19937_64 engine(seed);
-    std::uniform_real_distribution<double> uniform(-1, 1);
-    for (index i = 0; i < most_scalars + 64; ++i) block_[i] = uniform(engine);
-  }
-  ~buffer() { std::free(block_); }
-  buffer(const buffer&) = delete;
-  buffer& operator=(const buffer&) = delete;
-
-  double* aligned() const { return block_; }
-  double* data() const { return block_ + 2; }
-
- private:
-  static constexpr std::size_t huge_page = std::size_t{1} << 21;
-  static constexpr std::size_t bytes = most_scalars * scalar_bytes + huge_page;
-  double* block_;
-};
+int rounds_of(const options& o) { return static_cast<int>(o.number("--rounds", 15)); }
 
 struct arena {
-  buffer a{1}, b{2}, c{3}, d{4}, turns{5};
+  using storage = bench::buffer<double>;
+  storage a{most_scalars, 1}, b{most_scalars, 2}, c{most_scalars, 3}, d{most_scalars, 4},
+      turns{most_scalars, 5};
   double sink = 0;
   dsp_vec va{}, vb{}, vt{}, vc{}, result{};
 
   // Records of so many points over the buffers; made before the clock runs.
   void prepare(index points, bool complex) {
-    const auto over = [&](const buffer& storage) {
+    const auto over = [&](const storage& from) {
       dsp_vec v{};
       v.delta = 1;
-      v.data = storage.data();
+      v.data = from.data();
       v.alloc = static_cast<std::int32_t>(most_scalars);
       v.points = static_cast<std::uint32_t>(points);
       v.complex = complex ? 1 : 0;
@@ -233,9 +205,9 @@ double traffic(const operation& o) {
 
 void stream_table(const options& o) {
   arena m;
-  std::printf("| operation | 16 KiB | 256 KiB | 4 MiB | 64 MiB |\n|---|---|---|---|---|\n");
+  std::printf("\n| operation | 16 KiB | 256 KiB | 4 MiB | 64 MiB |\n|---|---|---|---|---|\n");
   for (const operation& op : operations) {
-    if (!o.only.empty() && op.name.find(o.only) == std::string_view::npos) continue;
+    if (!o.wants("--only", op.name)) continue;
     std::printf("| %.*s |", static_cast<int>(op.name.size()), op.name.data());
     for (const index bytes : {index{1} << 14, index{1} << 18, index{1} << 22, index{1} << 26}) {
       const index points = bytes / scalar_bytes / op.footprint;
@@ -247,7 +219,7 @@ void stream_table(const options& o) {
         for (contender& c : all) c.refill = [&] { m.sink += bench::read_all(m.d.aligned(), most_scalars); };
       }
       for (contender& c : all) c.repeats = static_cast<int>(std::max<index>(1, (index{1} << 18) / bytes));
-      const auto t = bench::compare(all, o.rounds, 1e-4);
+      const auto t = bench::compare(all, rounds_of(o), 1e-4);
       std::printf(" %.2f, %.1fx |", t[1].ratio * traffic(op), t[2].seconds / t[1].seconds);
       std::fflush(stdout);
     }
@@ -258,7 +230,7 @@ void stream_table(const options& o) {
 // Order statistics on fresh random data every time: repeated data flatter branches.
 void order_table(const options& o) {
   constexpr index copies = 4;
-  std::printf("| operation | points | std | GSL |\n|---|---|---|---|\n");
+  std::printf("\n| operation | points | std | GSL |\n|---|---|---|---|\n");
   for (const index n : {16, 100, 300, 1000, 10000, 100000, 1000000, 4000000}) {
     std::vector<double> source(static_cast<std::size_t>(std::max(n * copies, index{1} << 18)));
     std::mt19937_64 engine(5);
@@ -312,7 +284,7 @@ void order_table(const options& o) {
          }},
 #endif
     };
-    const int rounds = n > 500000 ? std::min(o.rounds, 7) : o.rounds;
+    const int rounds = n > 500000 ? std::min(rounds_of(o), 7) : rounds_of(o);
     for (const auto* list : {&sorts, &medians}) {
       const auto t = bench::compare(*list, rounds, n < 1000 ? 3e-4 : 1e-3);
       std::printf("| %s | %td |", list == &sorts ? "sort" : "median", n);
@@ -325,9 +297,9 @@ void order_table(const options& o) {
 // Calls of a few points, a thousand at a time. A ratio above 1 is slower than the direct loop.
 void small_table(const options& o) {
   arena m;
-  std::printf("| operation, time relative to the direct loop | 1 | 4 | 16 | 64 |\n|---|---|---|---|---|\n");
+  std::printf("\n| operation, time relative to the direct loop | 1 | 4 | 16 | 64 |\n|---|---|---|---|---|\n");
   for (const operation& op : operations) {
-    if (!o.only.empty() && op.name.find(o.only) == std::string_view::npos) continue;
+    if (!o.wants("--only", op.name)) continue;
     std::printf("| %.*s |", static_cast<int>(op.name.size()), op.name.data());
     for (const index points : {1, 4, 16, 64}) {
       refresh(m, op, points);
@@ -337,7 +309,7 @@ void small_table(const options& o) {
         };
       };
       const std::vector<contender> all = {{"sigpak", [] {}, many(op.ours)}, {"plain", [] {}, many(op.plain)}};
-      const auto t = bench::compare(all, o.rounds, 5e-5);
+      const auto t = bench::compare(all, rounds_of(o), 5e-5);
       std::printf(" %.2f (%.1f ns) |", t[1].ratio, t[0].seconds * 1e6);
     }
     std::printf("\n");
@@ -348,19 +320,9 @@ void small_table(const options& o) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  options o;
-  for (int i = 1; i + 1 < argc; i += 2) {
-    const std::string_view name = argv[i];
-    const std::string_view value = argv[i + 1];
-    if (name == "--level") {
-      using sigpak::isa::level;
-      sigpak::isa::force(value == "avx512" ? level::avx512 : value == "avx2" ? level::avx2 : level::baseline);
-    }
-    if (name == "--table") o.table = value;
-    if (name == "--only") o.only = value;
-    if (name == "--rounds") o.rounds = std::atoi(argv[i + 1]);
-  }
-  if (o.table.empty() || o.table == "stream") stream_table(o);
-  if (o.table.empty() || o.table == "order") order_table(o);
-  if (o.table.empty() || o.table == "small") small_table(o);
+  const options o(argc, argv, {"--level", "--table", "--only", "--rounds"});
+  std::printf("level %s\n", o.level());
+  if (o.wants("--table", "stream")) stream_table(o);
+  if (o.wants("--table", "order")) order_table(o);
+  if (o.wants("--table", "small")) small_table(o);
 }
