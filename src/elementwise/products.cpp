@@ -15,11 +15,37 @@ template <class T> constexpr point<double> widened(point<T> z) noexcept {
 }
 
 // In blocks from zero, one product after the other; float operands are multiplied and summed in double.
-template <class A, class B> point<double> inner_product(A a, B b, index points) noexcept {
-  const auto [re, im] = blocked_sums(points, [=](index i) {
-    const point<double> z = as_point(product(widened(a.get(i)), widened(b.get(i))));
-    return sums<2>{z.re, z.im};
-  });
+template <class T>
+point<double> inner_product(complex_points<const T> a, complex_points<const T> b, index points) noexcept {
+  const auto [re, im] = blocked_sums(
+      points,
+      [=](index i) {
+        const point<double> z = product(widened(a.get(i)), widened(b.get(i)));
+        return sums<2>{z.re, z.im};
+      },
+      lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::point_products,
+                    .x = a.data,
+                    .width = 2,
+                    .y = b.data,
+                    .y_width = 2,
+                    .streaming = false});
+  return {re, im};
+}
+
+template <class T>
+point<double> inner_product(complex_points<const T> a, real_points<const T> b, index points) noexcept {
+  const auto [re, im] = blocked_sums(
+      points,
+      [=](index i) {
+        const point<double> z = product(widened(a.get(i)), widened(b.get(i)));
+        return sums<2>{z.re, z.im};
+      },
+      lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::mixed_products,
+                    .x = a.data,
+                    .width = 2,
+                    .y = b.data,
+                    .y_width = 1,
+                    .streaming = false});
   return {re, im};
 }
 
@@ -27,7 +53,7 @@ template <class T>
 point<double> inner_product(real_points<const T> a, real_points<const T> b, index points) noexcept {
   const auto [total] = blocked_sums(
       points, [=](index i) { return sums<1>{widened(a.get(i)) * widened(b.get(i))}; },
-      lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::products, .x = a.data, .y = b.data});
+      lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::products, .x = a.data, .y = b.data, .y_width = 1});
   return as_point(total);
 }
 
@@ -39,7 +65,7 @@ template <record V>
   const complex_points za{in.a};
   const complex_points zb{in.b};
   if (in.a_complex) return in.b_complex ? inner_product(za, zb, in.points) : inner_product(za, b, in.points);
-  return in.b_complex ? inner_product(a, zb, in.points) : inner_product(a, b, in.points);
+  return in.b_complex ? inner_product(zb, a, in.points) : inner_product(a, b, in.points);
 }
 
 // out[i + j] += a[i] * b[j], i outside, so every coefficient is summed by rising index of a.

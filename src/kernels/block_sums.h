@@ -3,7 +3,7 @@
 
 #include <array>
 #include <concepts>
-#include <optional>
+#include <cstdint>
 
 #include "core/blocks.h"
 #include "core/isa.h"
@@ -39,23 +39,16 @@ void add_blocks_plainly(index begin, index points, Term term, sums<count>& total
   for (; i < points; i += sum_block) add_blocks<1>(i, std::min(sum_block, points - i), term, total);
 }
 
-// The sums over i = 0 .. points - 1 of the terms that term(i) gives.
-template <class Term> auto blocked_sums(index points, Term term) noexcept {
-  return isa::run(points, [points, term] {
-    decltype(term(index())) total{};
-    add_blocks_plainly(0, points, term, total);
-    return total;
-  });
-}
-
 // The same sums by a kernel of the wide levels: which one, and what it reads.
 template <class T> struct lane_terms {
   kernels::lane_sums<T> kernels::lane_sum_table<T>::*kernel;
   const T* x;
   index width = 1;  // scalars of a point
   kernels::term_constants constants = {};
-  std::optional<T> nothing = std::nullopt;  // a sample that adds 0 to every sum, where there is one
   const T* y = nullptr;
+  index y_width = 0;
+  bool heavy = false;     // the terms cost more than the additions, so vectors pay for one block too
+  bool streaming = true;  // worth more than the plain loop where memory is the limit
 };
 
 // Null where the level has no wide vectors.
@@ -73,63 +66,147 @@ template <class T> const kernels::lane_sum_table<T>* current_lane_sums() noexcep
   return nullptr;
 }
 
-// The blocks from `begin` on, at most eight, one lane each; lanes left over read the first block again.
-template <std::size_t count, class T>
-void add_lanes(kernels::lane_sums<T> kernel, const lane_terms<T>& terms, index begin, index blocks,
-               const T* last, sums<count>& total) noexcept {
-  const T* x[kernels::sum_lanes];
-  const T* y[kernels::sum_lanes];
-  for (index lane = 0; lane < kernels::sum_lanes; ++lane) {
-    const index at = (begin + (lane < blocks ? lane : 0) * sum_block) * terms.width;
-    x[lane] = last != nullptr && lane == blocks - 1 ? last : terms.x + at;
-    y[lane] = terms.y != nullptr ? terms.y + at : nullptr;
+// Blocks from `begin` on, at most eight, one lane each. The kernel takes the points in eights; what is left
+// over at the ends of a block is added here, as is the end of a last block that is cut short.
+template <class Term, class T> class lane_pass {
+ public:
+  lane_pass(Term term, const lane_terms<T>& terms, kernels::lane_sums<T> kernel, index begin,
+            index blocks) noexcept
+      : term_(term),
+        kernel_(kernel),
+        constants_(terms.constants),
+        begin_(begin),
+        blocks_(blocks),
+        head_(points_to_line(terms.x + begin * terms.width, terms.width)),
+        stagger_(terms.y != nullptr ? eight : 0) {
+    for (index lane = 0; lane < kernels::sum_lanes; ++lane) {
+      const index at = begin + (lane < blocks ? lane : 0) * sum_block + lead(lane);
+      from_.x[lane] = terms.x + at * terms.width;
+      from_.y[lane] = terms.y + at * terms.y_width;
+    }
+    constants_.first = static_cast<double>(begin);
   }
-  double found[kernels::most_sums][kernels::sum_lanes];
-  kernel(x, y, sum_block, terms.constants, found);
-  for (index lane = 0; lane < blocks; ++lane) {
-    for (std::size_t k = 0; k < count; ++k) total[k] += found[k][lane];
+
+  // `last` points of the last block, all of the others.
+  template <std::size_t count> void add(index last, bool fetch_next, sums<count>& total) noexcept {
+    from_.fetch_next = fetch_next;
+    const index final_lane = blocks_ - 1;
+    const index final_end = last - lead(final_lane);
+    const index whole_end = sum_block - lead(0);
+    const index common = head_ + std::max<index>(0, std::min(final_end, whole_end) - head_) / eight * eight;
+    add_plainly<count>(0, blocks_, -lead(0), head_, last);
+    add_in_lanes(head_, common);
+    add_plainly<count>(final_lane, blocks_, common, final_end, last);
+    const sums<count> final_block = sums_of<count>(final_lane);
+    from_.x[final_lane] = from_.x[0];
+    from_.y[final_lane] = from_.y[0];
+    const index whole = common + (whole_end - common) / eight * eight;
+    add_in_lanes(common, whole);
+    add_plainly<count>(0, final_lane, whole, sum_block, sum_block);
+    for (index lane = 0; lane < final_lane; ++lane) join(sums_of<count>(lane), total);
+    join(final_block, total);
   }
-}
 
-// A block cut short by the end of the data is filled up with samples that add nothing: the sums are never -0,
-// so adding 0 leaves them as they are.
-template <class T> void fill_up(const lane_terms<T>& terms, index begin, index points, T* block) noexcept {
-  const index given = (points - begin) * terms.width;
-  std::copy_n(terms.x + begin * terms.width, given, block);
-  std::fill(block + given, block + sum_block * terms.width, *terms.nothing);
-}
+ private:
+  static constexpr index eight = 8;
 
-inline constexpr index worth_a_pass = 3;  // a pass of the kernel takes the time of one or two blocks
+  // Points from which on whole lines of the cache are read, each at once.
+  static index points_to_line(const T* x, index width) noexcept {
+    constexpr std::uintptr_t line = 64;
+    const auto before = static_cast<index>(-reinterpret_cast<std::uintptr_t>(x) % line);
+    return before / (width * static_cast<index>(sizeof(T)));
+  }
 
-// Out of line, for it holds a block on the stack.
+  // How many points the lane is ahead of the others: eight blocks lie in the same sets of the cache, and
+  // those of two records together would drive each other out.
+  index lead(index lane) const noexcept { return stagger_ * (3 - lane % 4); }
+
+  void add_in_lanes(index begin, index end) noexcept {
+    if (begin >= end) return;
+    from_.begin = begin;
+    from_.end = end;
+    kernel_(from_, constants_, sums_);
+  }
+
+  // In steps begin .. end - 1 of the lanes, as far as they are points 0 .. last - 1 of the last of these
+  // lanes.
+  template <std::size_t count>
+  void add_plainly(index first_lane, index end_lane, index begin, index end, index last) noexcept {
+    for (index i = begin; i < end; ++i) {
+      for (index lane = first_lane; lane < end_lane; ++lane) {
+        const index at = i + lead(lane);
+        if (at < 0 || at >= (lane == end_lane - 1 ? last : sum_block)) continue;
+        const sums<count> terms = term_(begin_ + lane * sum_block + at);
+        for (std::size_t k = 0; k < count; ++k) sums_[k][lane] += terms[k];
+      }
+    }
+  }
+
+  template <std::size_t count> sums<count> sums_of(index lane) const noexcept {
+    sums<count> found;
+    for (std::size_t k = 0; k < count; ++k) found[k] = sums_[k][lane];
+    return found;
+  }
+
+  template <std::size_t count> static void join(const sums<count>& block, sums<count>& total) noexcept {
+    for (std::size_t k = 0; k < count; ++k) total[k] += block[k];
+  }
+
+  Term term_;
+  kernels::lane_sums<T> kernel_;
+  kernels::term_constants constants_;
+  index begin_;
+  index blocks_;
+  index head_;
+  index stagger_;
+  kernels::lane_points_of<T> from_;
+  kernels::lane_totals sums_ = {};
+};
+
+inline constexpr index worth_a_pass =
+    sum_block + sum_block / 2;  // a pass of the kernel takes the time of one block
+inline constexpr index beyond_the_cache = index{16} << 20;  // bytes
+
+// Out of line, for it is long and its callers are inlined.
 template <class Term, class T>
 [[gnu::noinline]] auto sum_in_lanes(index points, Term term, const lane_terms<T>& terms,
                                     kernels::lane_sums<T> kernel) noexcept {
-  const T* const none = nullptr;
+  static_assert(kernels::lane_points == sum_block);
+  constexpr index most = kernels::sum_lanes * sum_block;
+  const auto bytes = static_cast<index>(sizeof(T)) * points * (terms.width + terms.y_width);
   decltype(term(index())) total{};
-  index i = 0;
-  for (; points - i >= kernels::sum_lanes * sum_block; i += kernels::sum_lanes * sum_block) {
-    add_lanes(kernel, terms, i, kernels::sum_lanes, none, total);
+  if (bytes > beyond_the_cache && !terms.streaming) {
+    for (index begin = 0; begin < points; begin += sum_block) {
+      add_blocks<1>(begin, std::min(sum_block, points - begin), term, total);
+    }
+    return total;
   }
-  T last[2 * sum_block];
-  index blocks = (points - i) / sum_block;
-  const bool cut_short = (points - i) % sum_block != 0;
-  const bool filled = cut_short && terms.nothing.has_value() && blocks + 1 >= worth_a_pass;
-  if (filled) fill_up(terms, i + blocks++ * sum_block, points, last);
-  if (blocks >= worth_a_pass) {
-    add_lanes(kernel, terms, i, blocks, filled ? last : none, total);
-    i += blocks * sum_block;
+  index i = 0;
+  while (points - i >= worth_a_pass) {
+    const index here = std::min(most, points - i);
+    const index blocks = (here + sum_block - 1) / sum_block;
+    lane_pass<Term, T> pass(term, terms, kernel, i, blocks);
+    pass.add(here - (blocks - 1) * sum_block, bytes > beyond_the_cache && points - i >= 2 * most, total);
+    i += here;
   }
   if (i < points) add_blocks_plainly(i, points, term, total);
   return total;
 }
 
+// The sums over i = 0 .. points - 1 of the terms that term(i) gives, and that `terms` describes.
 template <class Term, class T>
 [[gnu::always_inline]] inline auto blocked_sums(index points, Term term,
                                                 const lane_terms<T>& terms) noexcept {
-  const auto* const table = points >= worth_a_pass * sum_block ? current_lane_sums<T>() : nullptr;
-  if (table == nullptr) return blocked_sums(points, term);
-  return sum_in_lanes(points, term, terms, table->*terms.kernel);
+  const auto plainly = [points, term] {
+    decltype(term(index())) total{};
+    add_blocks_plainly(0, points, term, total);
+    return total;
+  };
+  if (points >= worth_a_pass) {
+    const auto* const table = current_lane_sums<T>();
+    if (table != nullptr) return sum_in_lanes(points, term, terms, table->*terms.kernel);
+  }
+  return terms.heavy ? isa::run(points, plainly) : plainly();
 }
 
 }  // namespace sigpak

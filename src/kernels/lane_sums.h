@@ -6,20 +6,32 @@
 namespace sigpak::kernels {
 
 inline constexpr int sum_lanes = 8;
-inline constexpr int most_sums = 4;
+inline constexpr int most_sums = 5;
+inline constexpr std::ptrdiff_t lane_points = 2048;  // from the block of a lane to that of the next
 
-// What a term subtracts from a sample (from its imaginary part), and the limits -huge .. huge of the outcome.
-struct term_constants {
-  double centre = 0;
-  double centre_im = 0;
-  double huge = 0;
+// Where the points of every lane stand, and which of them to add: `begin` .. `end` - 1 of its block, a
+// multiple of 8. Lanes may read the same points.
+template <class T> struct lane_points_of {
+  const T* x[sum_lanes];
+  const T* y[sum_lanes];  // for terms of two records
+  std::ptrdiff_t begin;
+  std::ptrdiff_t end;
+  bool fetch_next;  // the eight blocks behind those of x and y come next, and come from memory
 };
 
-// sums[k][lane] = the k-th sum over `points` points from x[lane] on (products: with those from y[lane] on),
-// from zero in the order of the points; lanes may read the same points. `points` is a multiple of 8.
+// What the terms are made with.
+struct term_constants {
+  double centre = 0;     // subtracted from a sample
+  double centre_im = 0;  // the same of an imaginary part, of the time of a sample
+  double huge = 0;       // the outcome is limited to -huge .. huge
+  double step = 0;       // from the time of a sample to that of the next, which is `first` * step
+  double first = 0;      // in lane 0
+};
+
+// sums[k][lane], as they were, go on in the order of the points: the k-th sum of each lane.
+using lane_totals = double[most_sums][sum_lanes];
 template <class T>
-using lane_sums = void (*)(const T* const* x, const T* const* y, std::ptrdiff_t points,
-                           const term_constants& constants, double (*sums)[sum_lanes]);
+using lane_sums = void (*)(const lane_points_of<T>&, const term_constants&, lane_totals& sums);
 
 template <class T> struct lane_sum_table {
   lane_sums<T> samples;            // x
@@ -28,10 +40,16 @@ template <class T> struct lane_sum_table {
   lane_sums<T> squares;            // x^2, x within the limits
   lane_sums<T> point_squares;      // re^2 + im^2, each within the limits
   lane_sums<T> deviations;         // d = x - centre within the limits, d^2
-  lane_sums<T> point_deviations;   // the same of re, then of im
+  lane_sums<T> point_deviations;   // d, d^2 of re, then of im
   lane_sums<T> cubed_deviations;   // d, d^2, d^3
   lane_sums<T> fourth_deviations;  // d^2, d^4
+  lane_sums<T> line;               // d, e, d^2, e^2, d e, for d of the time and e of the sample
+  lane_sums<T> point_line;         // the same for d of re and e of im
+  lane_sums<T> reciprocals;        // 1 / x
+  lane_sums<T> point_reciprocals;  // re, im of 1 / z, re and im within the limits
   lane_sums<T> products;           // x y
+  lane_sums<T> point_products;     // re, im of x y
+  lane_sums<T> mixed_products;     // the same for y real
 };
 
 }  // namespace sigpak::kernels

@@ -58,8 +58,11 @@ template <class T> bool contains_zero(const T* x, index points) noexcept {
 template <record V> double harmonic_mean_of_real(const V* v) noexcept {
   const scalar<V>* const x = v->data;
   const index points = length(v);
-  if (points == 0 || contains_zero(x, points)) return 0;
-  const auto [s] = blocked_sums(points, [x](index i) { return sums<1>{1.0 / wide(x[i])}; });
+  const auto [s] = blocked_sums(
+      points, [x](index i) { return sums<1>{1.0 / wide(x[i])}; },
+      lane_terms<scalar<V>>{
+          .kernel = &kernels::lane_sum_table<scalar<V>>::reciprocals, .x = x, .heavy = true});
+  if (points == 0 || (!std::isfinite(s) && contains_zero(x, points))) return 0;
   return s != 0 ? static_cast<double>(points) / s : wide_huge<scalar<V>>;
 }
 
@@ -71,12 +74,19 @@ template <class T> constexpr double reciprocal_of_square(double q) noexcept {
 template <record V> status store_harmonic_mean_of_complex(const V* v, V* result) noexcept {
   using T = scalar<V>;
   const T* const z = v->data;
-  const auto [re, im] = blocked_sums(length(v), [z](index i) {
-    const double x = limited<T>(wide(z[2 * i]));
-    const double y = limited<T>(wide(z[2 * i + 1]));
-    const double r = reciprocal_of_square<T>(x * x + y * y);
-    return sums<2>{x * r, -(y * r)};
-  });
+  const auto [re, im] = blocked_sums(
+      length(v),
+      [z](index i) {
+        const double x = limited<T>(wide(z[2 * i]));
+        const double y = limited<T>(wide(z[2 * i + 1]));
+        const double r = reciprocal_of_square<T>(x * x + y * y);
+        return sums<2>{x * r, -(y * r)};
+      },
+      lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::point_reciprocals,
+                    .x = z,
+                    .width = 2,
+                    .constants = {.huge = wide_huge<T>},
+                    .heavy = true});
   const double factor = static_cast<double>(length(v)) * reciprocal_of_square<T>(re * re + im * im);
   return store(result, factor * re, -(factor * im));
 }

@@ -16,16 +16,10 @@ template <class T> constexpr double deviation(T x, double from) noexcept {
   return limited<T>(wide(x) - from);
 }
 
-// A sample at the centre deviates by nothing, where the centre is a number of the samples' precision.
-template <class T> std::optional<T> undeviated(double centre) noexcept {
-  const auto x = static_cast<T>(centre);
-  return wide(x) - centre == 0 ? std::optional{x} : std::nullopt;
-}
-
 template <class T>
 lane_terms<T> deviations(kernels::lane_sums<T> kernels::lane_sum_table<T>::*kernel, const T* x,
                          double centre) noexcept {
-  return {kernel, x, 1, {.centre = centre, .huge = wide_huge<T>}, undeviated<T>(centre)};
+  return {kernel, x, 1, {.centre = centre, .huge = wide_huge<T>}};
 }
 
 template <record V> double variance_of_real(const V* v, double reciprocal) noexcept {
@@ -57,7 +51,10 @@ template <record V> double variance_of_complex(const V* v, double reciprocal) no
         const double im = deviation(z[2 * i + 1], c_im);
         return sums<4>{re, re * re, im, im * im};
       },
-      lane_terms<T>{&kernels::lane_sum_table<T>::point_deviations, z, 2, {c_re, c_im, wide_huge<T>}});
+      lane_terms<T>{&kernels::lane_sum_table<T>::point_deviations,
+                    z,
+                    2,
+                    {.centre = c_re, .centre_im = c_im, .huge = wide_huge<T>}});
   const double m_re = re1 * reciprocal;
   const double m_im = im1 * reciprocal;
   return re2 * reciprocal + im2 * reciprocal - m_re * m_re - m_im * m_im;
@@ -123,7 +120,7 @@ template <record V> double excess_kurtosis(const V* v) noexcept {
   using table = kernels::lane_sum_table<T>;
   const auto [total] = blocked_sums(
       points, [x](index i) { return sums<1>{limited<T>(wide(x[i]))}; },
-      lane_terms<T>{&table::limited, x, 1, {.huge = wide_huge<T>}, T(0)});
+      lane_terms<T>{&table::limited, x, 1, {.huge = wide_huge<T>}});
   const double mean = total / n;
   const auto [s2, s4] = blocked_sums(
       points,

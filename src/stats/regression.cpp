@@ -19,33 +19,51 @@ struct pair_sums {
 };
 
 template <class T, class Pair>
-pair_sums sum_pairs(index points, double x_centre, double y_centre, Pair pair) noexcept {
-  const auto [x, y, xx, yy, xy] = blocked_sums(points, [=](index i) {
-    const auto [px, py] = pair(i);
-    const double dx = limited<T>(px - x_centre);
-    const double dy = limited<T>(py - y_centre);
-    return sums<5>{dx, dy, dx * dx, dy * dy, dx * dy};
-  });
+pair_sums sum_pairs(index points, double x_centre, double y_centre, Pair pair,
+                    const lane_terms<T>& terms) noexcept {
+  const auto [x, y, xx, yy, xy] = blocked_sums(
+      points,
+      [=](index i) {
+        const auto [px, py] = pair(i);
+        const double dx = limited<T>(px - x_centre);
+        const double dy = limited<T>(py - y_centre);
+        return sums<5>{dx, dy, dx * dx, dy * dy, dx * dy};
+      },
+      terms);
   return {static_cast<double>(points), x_centre, y_centre, x, y, xx, yy, xy};
 }
 
-// Samples against their times, or a list of (x, y).
+// A list of (x, y).
+template <class T> pair_sums sum_list(const T* z, index points) noexcept {
+  const double x = wide(centre(z, points, 2));
+  const double y = wide(centre(z + 1, points, 2));
+  return sum_pairs<T>(
+      points, x, y,
+      [z](index i) {
+        return sums<2>{wide(z[2 * i]), wide(z[2 * i + 1])};
+      },
+      {&kernels::lane_sum_table<T>::point_line, z, 2, {.centre = x, .centre_im = y, .huge = wide_huge<T>}});
+}
+
+// Samples against their times.
+template <class T> pair_sums sum_samples(const T* samples, index points, double step) noexcept {
+  const double x = static_cast<double>(points - 1) * step * 0.5;
+  const double y = wide(centre(samples, points, 1));
+  return sum_pairs<T>(points, x, y,
+                      [samples, step](index i) {
+                        return sums<2>{static_cast<double>(i) * step, wide(samples[i])};
+                      },
+                      {.kernel = &kernels::lane_sum_table<T>::line,
+                       .x = samples,
+                       .constants = {.centre = y, .centre_im = x, .huge = wide_huge<T>, .step = step},
+                       .heavy = true});
+}
+
 template <record V> pair_sums sum_record(const V* v) noexcept {
-  using T = scalar<V>;
-  const T* const data = v->data;
   const index points = length(v);
   if (points == 0) return {};
-  if (is_complex(v)) {
-    return sum_pairs<T>(points, wide(centre(data, points, 2)), wide(centre(data + 1, points, 2)),
-                        [data](index i) {
-                          return sums<2>{wide(data[2 * i]), wide(data[2 * i + 1])};
-                        });
-  }
-  const double step = v->delta != 0 ? wide(v->delta) : 1.0;
-  return sum_pairs<T>(points, static_cast<double>(points - 1) * step * 0.5, wide(centre(data, points, 1)),
-                      [data, step](index i) {
-                        return sums<2>{static_cast<double>(i) * step, wide(data[i])};
-                      });
+  if (is_complex(v)) return sum_list(v->data, points);
+  return sum_samples(v->data, points, v->delta != 0 ? wide(v->delta) : 1.0);
 }
 
 // Mean square less squared mean, of deviations from a centre that is the mean of three of the values or of

@@ -3,8 +3,8 @@
 
 #include "kernels/block_sums.h"
 #include "stats/result.h"
-#include "stats/wide.h"
 #include "stats/stats.h"
+#include "stats/wide.h"
 
 namespace sigpak {
 namespace {
@@ -19,12 +19,12 @@ template <record V> status scaled_sum(const V* v, V* result, double factor) noex
         [x](index i) {
           return sums<2>{wide(x[2 * i]), wide(x[2 * i + 1])};
         },
-        lane_terms<T>{.kernel = &table::points, .x = x, .width = 2, .nothing = T(0)});
+        lane_terms<T>{.kernel = &table::points, .x = x, .width = 2});
     return store(result, re * factor, im * factor);
   }
   const auto [total] = blocked_sums(
       length(v), [x](index i) { return sums<1>{wide(x[i])}; },
-      lane_terms<T>{.kernel = &table::samples, .x = x, .nothing = T(0)});
+      lane_terms<T>{.kernel = &table::samples, .x = x});
   return store(result, total * factor);
 }
 
@@ -41,11 +41,12 @@ template <record V> double sum_of_squares(const V* v) noexcept {
   if (is_complex(v)) {
     return blocked_sums(
         length(v), [x](index i) { return sums<1>{clamped_square(x[2 * i]) + clamped_square(x[2 * i + 1])}; },
-        lane_terms<T>{&table::point_squares, x, 2, limits, T(0)})[0];
+        lane_terms<T>{
+            .kernel = &table::point_squares, .x = x, .width = 2, .constants = limits, .heavy = true})[0];
   }
   return blocked_sums(
       length(v), [x](index i) { return sums<1>{clamped_square(x[i])}; },
-      lane_terms<T>{&table::squares, x, 1, limits, T(0)})[0];
+      lane_terms<T>{&table::squares, x, 1, limits})[0];
 }
 
 template <record V> status sum_squared_magnitudes(const V* v, V* result) noexcept {
