@@ -16,7 +16,8 @@ template <class T> constexpr point<double> widened(point<T> z) noexcept {
 
 // In blocks from zero, one product after the other; float operands are multiplied and summed in double.
 template <class T>
-point<double> inner_product(complex_points<const T> a, complex_points<const T> b, index points) noexcept {
+[[gnu::noinline]] point<double> inner_product(complex_points<const T> a, complex_points<const T> b,
+                                              index points) noexcept {
   const auto [re, im] = blocked_sums(
       points,
       [=](index i) {
@@ -33,7 +34,8 @@ point<double> inner_product(complex_points<const T> a, complex_points<const T> b
 }
 
 template <class T>
-point<double> inner_product(complex_points<const T> a, real_points<const T> b, index points) noexcept {
+[[gnu::noinline]] point<double> inner_product(complex_points<const T> a, real_points<const T> b,
+                                              index points) noexcept {
   const auto [re, im] = blocked_sums(
       points,
       [=](index i) {
@@ -110,7 +112,7 @@ template <record V> status dot(const V* a, const V* b, V* out) noexcept {
   const point<double> total = inner_product_of(in);
   out->complex = in.a_complex || in.b_complex ? 1 : 0;
   out->points = 1;
-  if (allocate(out) != ok) return failed;
+  if (scalars(out) > out->alloc && allocate(out) != ok) return failed;
   out->data[0] = static_cast<scalar<V>>(total.re);
   if (is_complex(out)) out->data[1] = static_cast<scalar<V>>(total.im);
   return ok;

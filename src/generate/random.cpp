@@ -1,4 +1,5 @@
 // Random numbers from the standard library's generator, and records filled with them.
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
@@ -48,7 +49,7 @@ double uniform() noexcept {
 
 double symmetric() noexcept { return 2 * uniform() - 1; }
 
-double floored_logarithm(double u) noexcept { return std::log(std::fmax(u, guard<double>::tiny)); }
+double floored_logarithm(double u) noexcept { return std::log(std::max(u, guard<double>::tiny)); }
 
 double exponential() noexcept { return -floored_logarithm(uniform()); }
 
@@ -93,12 +94,13 @@ pair normal_pair() noexcept {
   return {radius * std::cos(angle), radius * std::sin(angle)};
 }
 
-template <record V> status fill(V* v, double (*draw)()) noexcept {
+// `draw` is known when this is compiled, and inlined.
+template <double (*draw)(), record V> status fill(V* v) noexcept {
   for (index i = 0; i < length(v); ++i) v->data[i] = static_cast<scalar<V>>(draw());
   return ok;
 }
 
-template <record V> status fill(V* v, pair (*draw)()) noexcept {
+template <pair (*draw)(), record V> status fill(V* v) noexcept {
   for (index i = 0; i < length(v); ++i) {
     const auto [re, im] = draw();
     v->data[2 * i] = static_cast<scalar<V>>(re);
@@ -113,13 +115,13 @@ template <record V> status generate_random(V* v, std::int32_t code) noexcept {
   if (allocate(v) != ok) return failed;
   switch (code) {
     case uniform_draw:
-      return is_complex(v) ? fill(v, disc) : fill(v, symmetric);
+      return is_complex(v) ? fill<disc>(v) : fill<symmetric>(v);
     case normal_draw:
-      return is_complex(v) ? fill(v, normal_pair) : fill(v, normal);
+      return is_complex(v) ? fill<normal_pair>(v) : fill<normal>(v);
     case exponential_draw:
-      return is_complex(v) ? failed : fill(v, exponential);
+      return is_complex(v) ? failed : fill<exponential>(v);
     case laplace_draw:
-      return is_complex(v) ? failed : fill(v, laplace);
+      return is_complex(v) ? failed : fill<laplace>(v);
     default:
       return failed;
   }

@@ -29,14 +29,38 @@ void add_blocks(index begin, index points, Term term, sums<count>& total) noexce
   }
 }
 
+// One block, or a part of it. Its additions wait for each other; the terms can be made ahead of them, a tile
+// at once.
+template <index tile, std::size_t count, class Term>
+void add_block(index begin, index points, Term term, sums<count>& total) noexcept {
+  const index end = begin + points;
+  sums<count> block{};
+  index i = begin;
+  for (; tile > 1 && i + tile <= end; i += tile) {
+    double terms[count][tile];
+    for (index j = 0; j < tile; ++j) {
+      const sums<count> t = term(i + j);
+      for (std::size_t k = 0; k < count; ++k) terms[k][j] = t[k];
+    }
+    for (index j = 0; j < tile; ++j) {
+      for (std::size_t k = 0; k < count; ++k) block[k] += terms[k][j];
+    }
+  }
+  for (; i < end; ++i) {
+    const sums<count> t = term(i);
+    for (std::size_t k = 0; k < count; ++k) block[k] += t[k];
+  }
+  for (std::size_t k = 0; k < count; ++k) total[k] += block[k];
+}
+
 // The points from `begin` on.
-template <std::size_t count, class Term>
+template <index tile = 1, std::size_t count, class Term>
 void add_blocks_plainly(index begin, index points, Term term, sums<count>& total) noexcept {
   index i = begin;
   for (; points - i >= 8 * sum_block; i += 8 * sum_block) add_blocks<8>(i, sum_block, term, total);
   for (; points - i >= 4 * sum_block; i += 4 * sum_block) add_blocks<4>(i, sum_block, term, total);
   for (; points - i >= 2 * sum_block; i += 2 * sum_block) add_blocks<2>(i, sum_block, term, total);
-  for (; i < points; i += sum_block) add_blocks<1>(i, std::min(sum_block, points - i), term, total);
+  for (; i < points; i += sum_block) add_block<tile>(i, std::min(sum_block, points - i), term, total);
 }
 
 // The same sums by a kernel of the wide levels: which one, and what it reads.
@@ -47,7 +71,6 @@ template <class T> struct lane_terms {
   kernels::term_constants constants = {};
   const T* y = nullptr;
   index y_width = 0;
-  bool heavy = false;     // the terms cost more than the additions, so vectors pay for one block too
   bool streaming = true;  // worth more than the plain loop where memory is the limit
 };
 
@@ -177,7 +200,7 @@ template <class Term, class T>
   decltype(term(index())) total{};
   if (bytes > beyond_the_cache && !terms.streaming) {
     for (index begin = 0; begin < points; begin += sum_block) {
-      add_blocks<1>(begin, std::min(sum_block, points - begin), term, total);
+      add_block<1>(begin, std::min(sum_block, points - begin), term, total);
     }
     return total;
   }
@@ -193,20 +216,27 @@ template <class Term, class T>
   return total;
 }
 
-// The sums over i = 0 .. points - 1 of the terms that term(i) gives, and that `terms` describes.
-template <class Term, class T>
+enum class cost : bool { additions, terms };
+
+// The sums over i = 0 .. points - 1 of the terms that term(i) gives, and that `terms` describes. Where the
+// terms cost more than their additions, one block too is worth the vectors of a wide level.
+template <cost most = cost::additions, class Term, class T>
 [[gnu::always_inline]] inline auto blocked_sums(index points, Term term,
                                                 const lane_terms<T>& terms) noexcept {
-  const auto plainly = [points, term] {
-    decltype(term(index())) total{};
-    add_blocks_plainly(0, points, term, total);
-    return total;
-  };
+  using found = decltype(term(index()));
   if (points >= worth_a_pass) {
     const auto* const table = current_lane_sums<T>();
     if (table != nullptr) return sum_in_lanes(points, term, terms, table->*terms.kernel);
+  } else if (most == cost::terms && points > isa::short_run && isa::current() != isa::level::baseline) {
+    return isa::run([points, term] {
+      found total{};
+      add_blocks_plainly<16>(0, points, term, total);
+      return total;
+    });
   }
-  return terms.heavy ? isa::run(points, plainly) : plainly();
+  found total{};
+  add_blocks_plainly(0, points, term, total);
+  return total;
 }
 
 }  // namespace sigpak

@@ -1,7 +1,8 @@
-// Where the largest of many scores stands.
+// The extreme of many scores, and where it stands.
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <limits>
 
 #include "core/blocks.h"
@@ -13,6 +14,16 @@ namespace sigpak {
 
 inline constexpr index nowhere = -1;
 
+enum class extreme : bool { smallest, largest };
+
+// A search starts from the finite stand-in for infinity, and what lies beyond it is not found; NaN never is.
+template <extreme wanted, class T> constexpr T farthest(T huge) noexcept {
+  return wanted == extreme::largest ? -huge : huge;
+}
+template <extreme wanted, class T> constexpr bool beats(T a, T b) noexcept {
+  return wanted == extreme::largest ? a > b : a < b;
+}
+
 // Squared magnitude of a complex point, or H when a component is beyond H, so that it never overflows. Float
 // records are scored in double, where their squares neither underflow nor tie by rounding.
 template <class T> constexpr double squared_magnitude_or_huge(const T* point) noexcept {
@@ -23,32 +34,52 @@ template <class T> constexpr double squared_magnitude_or_huge(const T* point) no
   return beyond ? most : re * re + im * im;
 }
 
-// The largest of `lanes` running maxima, each over every lanes-th score; a score replaces when it is strictly
-// greater, so NaN never does.
-template <class Score, class T> T largest(index begin, index count, Score score, T floor) noexcept {
-  constexpr index lanes = 32;
-  T best[lanes];
-  for (T& b : best) b = floor;
-  index i = begin;
-  for (; i + lanes <= begin + count; i += lanes) {
+inline constexpr index short_search = 32;  // the lanes of a longer one start and end with so many scores
+
+// The extreme of `count` scores, and of `best`. Lanes hold running extremes, each over every so many scores;
+// that the last ones are seen twice does no harm.
+template <extreme wanted, class Score, class T>
+T extreme_score(index begin, index count, Score score, T best) noexcept {
+  constexpr index lanes = short_search;
+  if (count < lanes) {
+    for (index i = begin; i < begin + count; ++i) best = beats<wanted>(score(i), best) ? score(i) : best;
+    return best;
+  }
+  T found[lanes];
+  for (T& f : found) f = best;
+  const auto look = [&](index at) {
     for (index lane = 0; lane < lanes; ++lane) {
-      const T s = score(i + lane);
-      best[lane] = best[lane] < s ? s : best[lane];
+      const T s = score(at + lane);
+      found[lane] = beats<wanted>(s, found[lane]) ? s : found[lane];
+    }
+  };
+  for (index i = begin; i + lanes <= begin + count; i += lanes) look(i);
+  if (count % lanes != 0) look(begin + count - lanes);
+  for (index half = lanes / 2; half > 0; half /= 2) {
+    for (index lane = 0; lane < half; ++lane) {
+      found[lane] = beats<wanted>(found[half + lane], found[lane]) ? found[half + lane] : found[lane];
     }
   }
-  for (; i < begin + count; ++i) best[0] = std::max(best[0], score(i));
-  return *std::max_element(best, best + lanes);
+  return found[0];
 }
 
-// The first point whose score is the largest, among those strictly above `floor`; nowhere when there is none.
-// A block is searched for the place of its maximum only when that beats all before it.
-template <class Score, class T> index find_largest(index points, Score score, T floor) noexcept {
-  return isa::run([=] {
-    index place = nowhere;
-    T best = floor;
+// The first point whose score is the extreme; nowhere when none beats the start. A block is searched for the
+// place of its extreme only when that beats all before it.
+template <extreme wanted, class Score, class T> index find_score(index points, Score score, T huge) noexcept {
+  index place = nowhere;
+  T best = farthest<wanted>(huge);
+  if (points < short_search) {
+    for (index i = 0; i < points; ++i) {
+      if (!beats<wanted>(score(i), best)) continue;
+      best = score(i);
+      place = i;
+    }
+    return place;
+  }
+  return isa::run([=]() mutable {
     for (index begin = 0; begin < points; begin += sum_block) {
-      const T found = largest(begin, std::min(sum_block, points - begin), score, best);
-      if (!(found > best)) continue;
+      const T found = extreme_score<wanted>(begin, std::min(sum_block, points - begin), score, best);
+      if (!beats<wanted>(found, best)) continue;
       best = found;
       for (place = begin; score(place) != best;) ++place;
     }
@@ -56,19 +87,29 @@ template <class Score, class T> index find_largest(index points, Score score, T 
   });
 }
 
-enum class extreme : bool { smallest, largest };
+// The first extreme point: of a real record by value, of a complex one by squared magnitude.
+template <extreme wanted, class T> index find_extreme(const T* x, index points, bool complex) noexcept {
+  if (!complex)
+    return find_score<wanted>(
+        points, [x](index i) { return x[i]; }, guard<T>::huge);
+  return find_score<wanted>(
+      points, [x](index i) { return squared_magnitude_or_huge(x + 2 * i); }, wide_huge<T>);
+}
 
-// The first extreme point: of a real record by value, of a complex one by squared magnitude. The search
-// starts from the finite stand-in for infinity, and a point beyond it is not found.
-template <class T> index find_extreme(const T* x, index points, bool complex, extreme wanted) noexcept {
-  const T sign = wanted == extreme::largest ? T(1) : T(-1);
-  if (!complex) {
-    return find_largest(
-        points, [x, sign](index i) { return sign * x[i]; }, -guard<T>::huge);
-  }
-  return find_largest(
-      points, [x, sign](index i) { return wide(sign) * squared_magnitude_or_huge(x + 2 * i); },
-      -wide_huge<T>);
+// The extreme value of real samples, or the start where none beats it. Of zeros it is the first: the sign of
+// any other may differ.
+template <extreme wanted, class T> T extreme_value(const T* x, index points) noexcept {
+  const T start = farthest<wanted>(guard<T>::huge);
+  const auto score = [x](index i) { return x[i]; };
+  if (points < short_search) return extreme_score<wanted>(0, points, score, start);
+  const T found = isa::run([=] {
+    constexpr std::uintptr_t line = 64;
+    const auto to_line = static_cast<index>(-reinterpret_cast<std::uintptr_t>(x) % line / sizeof(T));
+    const T first = extreme_score<wanted>(0, short_search, score, start);
+    if (points - to_line < short_search) return extreme_score<wanted>(0, points, score, first);
+    return extreme_score<wanted>(to_line, points - to_line, score, first);
+  });
+  return found == 0 ? *std::find(x, x + points, T(0)) : found;
 }
 
 }  // namespace sigpak

@@ -58,10 +58,9 @@ template <class T> bool contains_zero(const T* x, index points) noexcept {
 template <record V> double harmonic_mean_of_real(const V* v) noexcept {
   const scalar<V>* const x = v->data;
   const index points = length(v);
-  const auto [s] = blocked_sums(
+  const auto [s] = blocked_sums<cost::terms>(
       points, [x](index i) { return sums<1>{1.0 / wide(x[i])}; },
-      lane_terms<scalar<V>>{
-          .kernel = &kernels::lane_sum_table<scalar<V>>::reciprocals, .x = x, .heavy = true});
+      lane_terms<scalar<V>>{.kernel = &kernels::lane_sum_table<scalar<V>>::reciprocals, .x = x});
   if (points == 0 || (!std::isfinite(s) && contains_zero(x, points))) return 0;
   return s != 0 ? static_cast<double>(points) / s : wide_huge<scalar<V>>;
 }
@@ -74,7 +73,7 @@ template <class T> constexpr double reciprocal_of_square(double q) noexcept {
 template <record V> status store_harmonic_mean_of_complex(const V* v, V* result) noexcept {
   using T = scalar<V>;
   const T* const z = v->data;
-  const auto [re, im] = blocked_sums(
+  const auto [re, im] = blocked_sums<cost::terms>(
       length(v),
       [z](index i) {
         const double x = limited<T>(wide(z[2 * i]));
@@ -85,8 +84,7 @@ template <record V> status store_harmonic_mean_of_complex(const V* v, V* result)
       lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::point_reciprocals,
                     .x = z,
                     .width = 2,
-                    .constants = {.huge = wide_huge<T>},
-                    .heavy = true});
+                    .constants = {.huge = wide_huge<T>}});
   const double factor = static_cast<double>(length(v)) * reciprocal_of_square<T>(re * re + im * im);
   return store(result, factor * re, -(factor * im));
 }

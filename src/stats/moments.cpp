@@ -27,7 +27,7 @@ template <record V> double variance_of_real(const V* v, double reciprocal) noexc
   const T* const x = v->data;
   const index points = length(v);
   const double c = wide(centre(x, points, 1));
-  const auto [s1, s2] = blocked_sums(
+  const auto [s1, s2] = blocked_sums<cost::terms>(
       points,
       [x, c](index i) {
         const double d = deviation(x[i], c);
@@ -44,7 +44,7 @@ template <record V> double variance_of_complex(const V* v, double reciprocal) no
   const index points = length(v);
   const double c_re = wide(centre(z, points, 2));
   const double c_im = wide(centre(z + 1, points, 2));
-  const auto [re1, re2, im1, im2] = blocked_sums(
+  const auto [re1, re2, im1, im2] = blocked_sums<cost::terms>(
       points,
       [=](index i) {
         const double re = deviation(z[2 * i], c_re);
@@ -92,7 +92,7 @@ template <record V> double skewness(const V* v) noexcept {
   const index points = length(v);
   if (points == 0) return 0;
   const double c = wide(centre(x, points, 1));
-  const auto [s1, s2, s3] = blocked_sums(
+  const auto [s1, s2, s3] = blocked_sums<cost::terms>(
       points,
       [x, c](index i) {
         const double d = deviation(x[i], c);
@@ -118,11 +118,11 @@ template <record V> double excess_kurtosis(const V* v) noexcept {
   if (points == 0) return -of_normal;
   const auto n = static_cast<double>(points);
   using table = kernels::lane_sum_table<T>;
-  const auto [total] = blocked_sums(
+  const auto [total] = blocked_sums<cost::terms>(
       points, [x](index i) { return sums<1>{limited<T>(wide(x[i]))}; },
       lane_terms<T>{&table::limited, x, 1, {.huge = wide_huge<T>}});
   const double mean = total / n;
-  const auto [s2, s4] = blocked_sums(
+  const auto [s2, s4] = blocked_sums<cost::terms>(
       points,
       [x, mean](index i) {
         const double d = deviation(x[i], mean);

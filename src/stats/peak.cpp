@@ -27,8 +27,11 @@ struct peak {
 template <record V> index peak_index(const V* v, std::int32_t flags, std::int32_t wanted) noexcept {
   const index points = length(v);
   if ((flags & given_index) != 0) return std::clamp<index>(wanted, 0, points - 1);
-  const extreme side = (flags & search_minimum) != 0 ? extreme::smallest : extreme::largest;
-  return std::max<index>(find_extreme(v->data, points, is_complex(v), side), 0);
+  const bool complex = is_complex(v);
+  const index found = (flags & search_minimum) != 0
+                          ? find_extreme<extreme::smallest>(v->data, points, complex)
+                          : find_extreme<extreme::largest>(v->data, points, complex);
+  return std::max<index>(found, 0);
 }
 
 // The heights that peaks are measured in: samples, of a complex record squared magnitudes.

@@ -21,7 +21,7 @@ struct pair_sums {
 template <class T, class Pair>
 pair_sums sum_pairs(index points, double x_centre, double y_centre, Pair pair,
                     const lane_terms<T>& terms) noexcept {
-  const auto [x, y, xx, yy, xy] = blocked_sums(
+  const auto [x, y, xx, yy, xy] = blocked_sums<cost::terms>(
       points,
       [=](index i) {
         const auto [px, py] = pair(i);
@@ -55,8 +55,7 @@ template <class T> pair_sums sum_samples(const T* samples, index points, double 
                       },
                       {.kernel = &kernels::lane_sum_table<T>::line,
                        .x = samples,
-                       .constants = {.centre = y, .centre_im = x, .huge = wide_huge<T>, .step = step},
-                       .heavy = true});
+                       .constants = {.centre = y, .centre_im = x, .huge = wide_huge<T>, .step = step}});
 }
 
 template <record V> pair_sums sum_record(const V* v) noexcept {

@@ -10,6 +10,7 @@ namespace sigpak {
 template <record V> status prepare_result(V* result, index points, bool complex) noexcept {
   result->points = static_cast<std::uint32_t>(points);
   result->complex = complex ? 1 : 0;
+  if (scalars(result) <= result->alloc) return ok;  // most often, and for less than a call
   return allocate(result);
 }
 

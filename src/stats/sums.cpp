@@ -39,10 +39,9 @@ template <record V> double sum_of_squares(const V* v) noexcept {
   constexpr kernels::term_constants limits = {.huge = wide_huge<T>};
   const T* const x = v->data;
   if (is_complex(v)) {
-    return blocked_sums(
+    return blocked_sums<cost::terms>(
         length(v), [x](index i) { return sums<1>{clamped_square(x[2 * i]) + clamped_square(x[2 * i + 1])}; },
-        lane_terms<T>{
-            .kernel = &table::point_squares, .x = x, .width = 2, .constants = limits, .heavy = true})[0];
+        lane_terms<T>{.kernel = &table::point_squares, .x = x, .width = 2, .constants = limits})[0];
   }
   return blocked_sums(
       length(v), [x](index i) { return sums<1>{clamped_square(x[i])}; },

@@ -12,9 +12,10 @@ constexpr double wide(float x) noexcept { return static_cast<double>(x); }
 template <class T> inline constexpr double wide_huge = wide(guard<T>::huge);
 template <class T> inline constexpr double wide_tiny = wide(guard<T>::tiny);
 
-// Limits x to -H .. H; NaN passes.
+// Limits x to -H .. H; NaN passes. In two steps, each of them one instruction.
 template <class T> constexpr double limited(double x) noexcept {
-  return x > wide_huge<T> ? wide_huge<T> : x < -wide_huge<T> ? -wide_huge<T> : x;
+  const double below = x > wide_huge<T> ? wide_huge<T> : x;
+  return below < -wide_huge<T> ? -wide_huge<T> : below;
 }
 
 }  // namespace sigpak
