@@ -1,142 +1,228 @@
-// Elementary functions against the C library and SLEEF's functions of 1 ulp at the same vector width, 4096
-// samples in cache, as one Markdown table: nanoseconds per sample, and ratios of speed.
+// Elementary functions against the C library, SLEEF's functions of 1 ulp and libmvec (for its speed: its
+// errors reach some ulp) at the same vector width, 4096 scalars in cache, as one Markdown table: nanoseconds
+// per point, and ratios of speed.
 //
-// bench_math [--rounds N]
+// bench_math [--only NAME] [--rounds N]
 #include <immintrin.h>
 #include <sleef.h>
 
 #include <cmath>
+#include <complex>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <string_view>
+#include <string>
 
 #include "core/isa.h"
+#include "options.h"
 #include "rounds.h"
 #include "sigpak.h"
+#include "table.h"
+
+#ifdef BENCH_MVEC
+#define MVEC_ONE(name)                         \
+  extern "C" __m512d _ZGVeN8v_##name(__m512d); \
+  extern "C" __m512 _ZGVeN16v_##name##f(__m512);
+MVEC_ONE(sin)
+MVEC_ONE(cos)
+MVEC_ONE(tan)
+MVEC_ONE(exp)
+MVEC_ONE(exp10)
+MVEC_ONE(log)
+MVEC_ONE(log10)
+MVEC_ONE(atan)
+MVEC_ONE(asin)
+MVEC_ONE(acos)
+MVEC_ONE(sinh)
+MVEC_ONE(cosh)
+MVEC_ONE(tanh)
+extern "C" __m512d _ZGVeN8vv_hypot(__m512d, __m512d);
+extern "C" __m512 _ZGVeN16vv_hypotf(__m512, __m512);
+extern "C" __m512d _ZGVeN8vv_atan2(__m512d, __m512d);
+extern "C" __m512 _ZGVeN16vv_atan2f(__m512, __m512);
+#define MVEC(name) one<_ZGVeN8v_##name>, one<_ZGVeN16v_##name##f>
+#define MVEC_PAIR(name) pair<_ZGVeN8vv_##name>, pair<_ZGVeN16vv_##name##f>
+#else
+#define MVEC(name) nullptr, nullptr
+#define MVEC_PAIR(name) nullptr, nullptr
+#endif
+#define SLEEF(name) one<Sleef_##name##d4_u10avx2>, one<Sleef_##name##d8_u10>, one<Sleef_##name##f16_u10>
 
 namespace {
 
-constexpr int samples = 4096;
+constexpr std::size_t scalars = 4096;
+
+template <class T> struct data {
+  alignas(64) static T x[scalars];
+  alignas(64) static T y[scalars];
+};
+template <class T> alignas(64) T data<T>::x[scalars];
+template <class T> alignas(64) T data<T>::y[scalars];
+
+using loop = void (*)();
+
+// The scalar of a vector, or the scalar itself.
+inline double element(double x) { return x; }
+inline float element(float x) { return x; }
+inline double element(__m256d v) { return v[0]; }
+inline double element(__m512d v) { return v[0]; }
+inline float element(__m512 v) { return v[0]; }
+
+template <class R, class W> W argument_of(R (*)(W));
+template <class R, class W> W argument_of(R (*)(W, W));
+
+// A function of one argument over all scalars. The data are aligned for the widest vectors.
+template <auto f> void one() {
+  using W = decltype(argument_of(f));
+  using T = decltype(element(W()));
+  for (std::size_t i = 0; i < scalars; i += sizeof(W) / sizeof(T)) {
+    *reinterpret_cast<W*>(data<T>::y + i) = f(*reinterpret_cast<const W*>(data<T>::x + i));
+  }
+}
+// One of two arguments, from the halves of the data: as many points as a complex record has.
+template <auto f, std::size_t to = 0> void pair() {
+  using W = decltype(argument_of(f));
+  using T = decltype(element(W()));
+  for (std::size_t i = 0; i < scalars / 2; i += sizeof(W) / sizeof(T)) {
+    *reinterpret_cast<W*>(data<T>::y + to + i) = f(*reinterpret_cast<const W*>(data<T>::x + i),
+                                                   *reinterpret_cast<const W*>(data<T>::x + scalars / 2 + i));
+  }
+}
+template <auto f, auto g> void two_pairs() {
+  pair<f>();
+  pair<g, scalars / 2>();
+}
+// One of complex points.
+template <class T, std::complex<T> (*f)(const std::complex<T>&)> void complex_one() {
+  const auto* const x = reinterpret_cast<const std::complex<T>*>(data<T>::x);
+  auto* const y = reinterpret_cast<std::complex<T>*>(data<T>::y);
+  for (std::size_t i = 0; i < scalars / 2; ++i) y[i] = f(x[i]);
+}
 
 struct function {
   const char* name;
+  bool complex;
   double low, high;
   int32_t (*in_double)(dsp_vec*);
   int32_t (*in_single)(dspf_vec*);
-  double (*scalar)(double);
-  const __m256d (*sleef4)(__m256d);
-  const __m512d (*sleef8)(__m512d);
-  const __m512 (*sleef16)(__m512);
+  loop c_double, c_single;
+  loop sleef4, sleef8, sleef16;
+  loop mvec8, mvec16;
 };
 
 int32_t decibels(dsp_vec* v) { return dspi_db(v, 20); }
 int32_t decibels(dspf_vec* v) { return dspfi_db(v, 20); }
 
+#define C(name) one<static_cast<double (*)(double)>(name)>, one<name##f>
+#define C_PAIR(name) pair<static_cast<double (*)(double, double)>(name)>, pair<name##f>
+#define C_COMPLEX(name) complex_one<double, std::name>, complex_one<float, std::name>
+
 constexpr function functions[] = {
-    {"sin", -30, 30, dspi_sin, dspfi_sin, std::sin, Sleef_sind4_u10avx2, Sleef_sind8_u10, Sleef_sinf16_u10},
-    {"cos", -30, 30, dspi_cos, dspfi_cos, std::cos, Sleef_cosd4_u10avx2, Sleef_cosd8_u10, Sleef_cosf16_u10},
-    {"tan", -30, 30, dspi_tan, dspfi_tan, std::tan, Sleef_tand4_u10avx2, Sleef_tand8_u10, Sleef_tanf16_u10},
-    {"sinc", -30, 30, dspi_sinc, dspfi_sinc, std::sin, Sleef_sind4_u10avx2, Sleef_sind8_u10,
-     Sleef_sinf16_u10},
-    {"exp", -30, 30, dspi_exp, dspfi_exp, std::exp, Sleef_expd4_u10avx2, Sleef_expd8_u10, Sleef_expf16_u10},
-    {"exp10", -10, 10, dspi_exp10, dspfi_exp10, exp10, Sleef_exp10d4_u10avx2, Sleef_exp10d8_u10,
-     Sleef_exp10f16_u10},
-    {"log", 1e-3, 1e3, dspi_log, dspfi_log, std::log, Sleef_logd4_u10avx2, Sleef_logd8_u10, Sleef_logf16_u10},
-    {"log10", 1e-3, 1e3, dspi_log10, dspfi_log10, std::log10, Sleef_log10d4_u10avx2, Sleef_log10d8_u10,
-     Sleef_log10f16_u10},
-    {"db", 1e-3, 1e3, decibels, decibels, std::log10, Sleef_log10d4_u10avx2, Sleef_log10d8_u10,
-     Sleef_log10f16_u10},
-    {"atan", -5, 5, dspi_atan, dspfi_atan, std::atan, Sleef_atand4_u10avx2, Sleef_atand8_u10,
-     Sleef_atanf16_u10},
-    {"asin", -1, 1, dspi_asin, dspfi_asin, std::asin, Sleef_asind4_u10avx2, Sleef_asind8_u10,
-     Sleef_asinf16_u10},
-    {"acos", -1, 1, dspi_acos, dspfi_acos, std::acos, Sleef_acosd4_u10avx2, Sleef_acosd8_u10,
-     Sleef_acosf16_u10},
-    {"sinh", -10, 10, dspi_sinh, dspfi_sinh, std::sinh, Sleef_sinhd4_u10avx2, Sleef_sinhd8_u10,
-     Sleef_sinhf16_u10},
-    {"cosh", -10, 10, dspi_cosh, dspfi_cosh, std::cosh, Sleef_coshd4_u10avx2, Sleef_coshd8_u10,
-     Sleef_coshf16_u10},
-    {"tanh", -3, 3, dspi_tanh, dspfi_tanh, std::tanh, Sleef_tanhd4_u10avx2, Sleef_tanhd8_u10,
-     Sleef_tanhf16_u10},
+    {"sin", false, -30, 30, dspi_sin, dspfi_sin, C(sin), SLEEF(sin), MVEC(sin)},
+    {"cos", false, -30, 30, dspi_cos, dspfi_cos, C(cos), SLEEF(cos), MVEC(cos)},
+    {"tan", false, -30, 30, dspi_tan, dspfi_tan, C(tan), SLEEF(tan), MVEC(tan)},
+    {"sinc", false, -30, 30, dspi_sinc, dspfi_sinc, C(sin), SLEEF(sin), MVEC(sin)},
+    {"exp", false, -30, 30, dspi_exp, dspfi_exp, C(exp), SLEEF(exp), MVEC(exp)},
+    {"exp10", false, -10, 10, dspi_exp10, dspfi_exp10, C(exp10), SLEEF(exp10), MVEC(exp10)},
+    {"log", false, 1e-3, 1e3, dspi_log, dspfi_log, C(log), SLEEF(log), MVEC(log)},
+    {"log10", false, 1e-3, 1e3, dspi_log10, dspfi_log10, C(log10), SLEEF(log10), MVEC(log10)},
+    {"db", false, 1e-3, 1e3, decibels, decibels, C(log10), SLEEF(log10), MVEC(log10)},
+    {"atan", false, -5, 5, dspi_atan, dspfi_atan, C(atan), SLEEF(atan), MVEC(atan)},
+    {"asin", false, -1, 1, dspi_asin, dspfi_asin, C(asin), SLEEF(asin), MVEC(asin)},
+    {"acos", false, -1, 1, dspi_acos, dspfi_acos, C(acos), SLEEF(acos), MVEC(acos)},
+    {"sinh", false, -10, 10, dspi_sinh, dspfi_sinh, C(sinh), SLEEF(sinh), MVEC(sinh)},
+    {"cosh", false, -10, 10, dspi_cosh, dspfi_cosh, C(cosh), SLEEF(cosh), MVEC(cosh)},
+    {"tanh", false, -3, 3, dspi_tanh, dspfi_tanh, C(tanh), SLEEF(tanh), MVEC(tanh)},
+    {"magnitude", true, -5, 5, dspi_mag, dspfi_mag, C_PAIR(hypot), pair<Sleef_hypotd4_u05avx2>,
+     pair<Sleef_hypotd8_u05>, pair<Sleef_hypotf16_u05>, MVEC_PAIR(hypot)},
+    {"phase", true, -5, 5, dspi_phase, dspfi_phase, C_PAIR(atan2), pair<Sleef_atan2d4_u10avx2>,
+     pair<Sleef_atan2d8_u10>, pair<Sleef_atan2f16_u10>, MVEC_PAIR(atan2)},
+    {"polar", true, -5, 5, dspi_rtop, dspfi_rtop,
+     two_pairs<static_cast<double (*)(double, double)>(hypot),
+               static_cast<double (*)(double, double)>(atan2)>,
+     two_pairs<hypotf, atan2f>, two_pairs<Sleef_hypotd4_u05avx2, Sleef_atan2d4_u10avx2>,
+     two_pairs<Sleef_hypotd8_u05, Sleef_atan2d8_u10>, two_pairs<Sleef_hypotf16_u05, Sleef_atan2f16_u10>,
+     nullptr, nullptr},
+    {"complex sqrt", true, -5, 5, dspi_sqrt, dspfi_sqrt, C_COMPLEX(sqrt), nullptr, nullptr, nullptr, nullptr,
+     nullptr},
+    {"complex exp", true, -5, 5, dspi_exp, dspfi_exp, C_COMPLEX(exp), nullptr, nullptr, nullptr, nullptr,
+     nullptr},
+    {"complex log", true, -5, 5, dspi_log, dspfi_log, C_COMPLEX(log), nullptr, nullptr, nullptr, nullptr,
+     nullptr},
 };
 
-alignas(64) double x[samples];
-alignas(64) double y[samples];
-alignas(64) float x_single[samples];
-alignas(64) float y_single[samples];
-
 // The level is part of the run, so that rounds may take turns; the copy of the samples counts as ours.
-std::function<void()> ours(const function& f, sigpak::isa::level level) {
-  return [&f, level] {
+template <class V, class T>
+std::function<void()> ours(const function& f, int32_t (*run)(V*), sigpak::isa::level level, T) {
+  return [=, &f] {
     sigpak::isa::force(level);
-    std::memcpy(y, x, sizeof x);
-    dsp_vec v = {1, y, 0, samples, 0, 0};
-    f.in_double(&v);
-  };
-}
-
-std::function<void()> ours_single(const function& f) {
-  return [&f] {
-    sigpak::isa::force(sigpak::isa::level::avx512);
-    std::memcpy(y_single, x_single, sizeof x_single);
-    dspf_vec v = {1, y_single, 0, samples, 0, 0};
-    f.in_single(&v);
+    std::memcpy(data<T>::y, data<T>::x, sizeof data<T>::x);
+    V v{};
+    v.delta = 1;
+    v.data = data<T>::y;
+    v.points = f.complex ? scalars / 2 : scalars;
+    v.complex = f.complex ? 1 : 0;
+    run(&v);
   };
 }
 
 void print_row(const function& f, int rounds) {
-  for (int i = 0; i < samples; ++i) {
-    x[i] = f.low + (f.high - f.low) * static_cast<double>(i * 2654435761U % 100003U) / 100003;
-    x_single[i] = static_cast<float>(x[i]);
+  for (unsigned i = 0; i < scalars; ++i) {
+    data<double>::x[i] = f.low + (f.high - f.low) * static_cast<double>(i * 2654435761U % 100003U) / 100003;
+    data<float>::x[i] = static_cast<float>(data<double>::x[i]);
   }
   using enum sigpak::isa::level;
-  const auto nothing = [] {};
-  const std::vector<bench::contender> contenders = {
-      {"C library", nothing,
-       [&] {
-         for (int i = 0; i < samples; ++i) y[i] = f.scalar(x[i]);
-       },
-       4},
-      {"baseline", nothing, ours(f, baseline), 4},
-      {"SLEEF, 4", nothing,
-       [&] {
-         for (int i = 0; i < samples; i += 4) _mm256_store_pd(y + i, f.sleef4(_mm256_load_pd(x + i)));
-       },
-       4},
-      {"avx2", nothing, ours(f, avx2), 4},
-      {"SLEEF, 8", nothing,
-       [&] {
-         for (int i = 0; i < samples; i += 8) _mm512_store_pd(y + i, f.sleef8(_mm512_load_pd(x + i)));
-       },
-       4},
-      {"avx512", nothing, ours(f, avx512), 4},
-      {"SLEEF, 16", nothing,
-       [&] {
-         for (int i = 0; i < samples; i += 16)
-           _mm512_store_ps(y_single + i, f.sleef16(_mm512_load_ps(x_single + i)));
-       },
-       4},
-      {"single", nothing, ours_single(f), 4},
-  };
+  enum { c, own0, sleef4, own4, sleef8, mvec8, own8, c_single, sleef16, mvec16, own16 };
+  std::vector<bench::contender> contenders;
+  const auto add = [&](std::function<void()> run) { contenders.push_back({"", [] {}, std::move(run), 4}); };
+  add(f.c_double);
+  add(ours(f, f.in_double, baseline, double()));
+  add(f.sleef4);
+  add(ours(f, f.in_double, avx2, double()));
+  add(f.sleef8);
+  add(f.mvec8);
+  add(ours(f, f.in_double, avx512, double()));
+  add(f.c_single);
+  add(f.sleef16);
+  add(f.mvec16);
+  add(ours(f, f.in_single, avx512, float()));
   const auto t = bench::compare(contenders, rounds, 2e-4);
-  const auto ns = [&](std::size_t i) { return t[i].seconds / samples * 1e9; };
-  std::printf("| %s | %.2f | %.2f | %.2f | %.2f | %.2f | %.2f | %.1f | %.2f | %.2f |\n", f.name, ns(0),
-              t[1].ratio, ns(3), ns(2) / ns(3), ns(5), ns(4) / ns(5), t[5].ratio, ns(7), ns(6) / ns(7));
+  const double points = f.complex ? scalars / 2 : scalars;
+  const auto ns = [&](int i) {
+    std::printf(" %.2f |", t[static_cast<std::size_t>(i)].seconds / points * 1e9);
+  };
+  const auto faster = [&](int i, int than) {
+    const double theirs = t[static_cast<std::size_t>(than)].seconds;
+    theirs > 0 ? std::printf(" %.2f |", theirs / t[static_cast<std::size_t>(i)].seconds)
+               : std::printf(" - |");
+  };
+  std::printf("| %s |", f.name);
+  ns(c);
+  faster(own0, c);
+  ns(own4);
+  faster(own4, sleef4);
+  ns(own8);
+  faster(own8, sleef8);
+  faster(own8, mvec8);
+  faster(own8, c);
+  ns(own16);
+  faster(own16, sleef16);
+  faster(own16, mvec16);
+  faster(own16, c_single);
+  std::printf("\n");
   std::fflush(stdout);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  const int rounds = argc == 3 && std::string_view(argv[1]) == "--rounds" ? std::atoi(argv[2]) : 15;
+  const bench::options o(argc, argv, {"--only", "--rounds"});
   if (sigpak::isa::widest() != sigpak::isa::level::avx512) {
     std::puts("bench_math needs a processor with AVX-512");
     return 77;
   }
-  std::puts(
-      "| function | C library ns | baseline / C | avx2 ns | / SLEEF | avx512 ns | / SLEEF | / C | single ns "
-      "| / SLEEF |");
-  std::puts("|---|---|---|---|---|---|---|---|---|---|");
-  for (const function& f : functions) print_row(f, rounds);
+  bench::print_head({"function", "C ns", "baseline / C", "avx2 ns", "/ SLEEF", "avx512 ns", "/ SLEEF",
+                     "/ libmvec", "/ C", "single ns", "/ SLEEF", "/ libmvec", "/ C"});
+  for (const function& f : functions) {
+    if (o.wants("--only", f.name)) print_row(f, static_cast<int>(o.number("--rounds", 15)));
+  }
 }
