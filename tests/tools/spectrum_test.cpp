@@ -29,6 +29,11 @@ void expect_sine(const result& r, double frequency, double amplitude, double res
   EXPECT_NEAR(lines[0].level, 20 * std::log10(amplitude), 8.7 * tolerance + 0.006);
 }
 
+// A vector file of so many samples.
+std::string recorded(const waveform& x, int count, double rate) {
+  return write_vector("signal", samples(x, count), 1 / rate, 0);
+}
+
 }  // namespace
 
 TEST(Spectrum, EveryFormOfFile) {
@@ -59,8 +64,7 @@ TEST(Spectrum, EveryFormOfFile) {
       {write_file("table", table), "-c 2"},
       {write_sound("mono.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 8000, 30000, {pair(false)[0]}), ""},
       {write_sound("float.wav", SF_FORMAT_WAV | SF_FORMAT_FLOAT, 8000, 30000, pair(true)), "--channel 2"},
-      {write_sound("stereo.flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_24, 8000, 30000, pair(false)), ""},
-  };
+      {write_sound("stereo.flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_24, 8000, 30000, pair(false)), ""}};
   for (const auto& f : files) {
     SCOPED_TRACE(f.name);
     const std::string common = " -n 1 " + f.options;
@@ -80,7 +84,7 @@ TEST(Spectrum, EveryWindowAtAnyFrequency) {
       const double frequency = 100 + 300 * static_cast<double>(engine()) / 4294967296.0;
       const double amplitude = 0.01 + static_cast<double>(engine()) / 4294967296.0;
       SCOPED_TRACE(std::string(name) + " at " + std::to_string(frequency));
-      const auto file = write_vector("sine", samples(sine(amplitude, frequency, 1000), 5000), 1e-3, 0);
+      const auto file = recorded(sine(amplitude, frequency, 1000), 5000, 1000);
       expect_sine(run("spectrum -s 1024 -n 1 " + file + " -w " + name), frequency, amplitude, 1000.0 / 1024,
                   2e-3);
     }
@@ -89,7 +93,7 @@ TEST(Spectrum, EveryWindowAtAnyFrequency) {
 
 TEST(Spectrum, TheMeanIsNoLineAndLeakageNeither) {
   const waveform two = [](int i) { return sine(2, 130.3, 1000, 1, -7)(i) + sine(0.5, 317.77, 1000)(i); };
-  const auto file = write_vector("two", samples(two, 20000), 1e-3, 0);
+  const auto file = recorded(two, 20000, 1000);
   for (const char* window : {"Hann", "Uniform", "Bartlett", "DSP_WINDOW_FLATTOP", "p310"}) {
     const auto r = run("spectrum -n 50 " + file + " -w " + window);
     const auto lines = lines_of(r.out);
@@ -106,37 +110,36 @@ TEST(Spectrum, TheMeanIsNoLineAndLeakageNeither) {
   EXPECT_EQ(number_after(constant.out, "\nmean "), 0.1);
 }
 
-TEST(Spectrum, ShortSignalsAreTakenWhole) {
-  for (const int count : {64, 100, 127, 1000, 8191}) {
-    const auto file = write_vector("short", samples(sine(1, 20.2, 64), count), 1.0 / 64, 0);
-    const auto r = run("spectrum -n 1 " + file);
-    EXPECT_NE(r.out.find("one segment of " + std::to_string(count) + " samples"), std::string::npos) << r.out;
-    expect_sine(r, 20.2, 1, 64.0 / count, 2e-3);
-  }
-}
-
-TEST(Spectrum, SegmentsOverlapByHalf) {
+TEST(Spectrum, ShortSignalsAreTakenWholeAndSegmentsOverlapByHalf) {
   struct {
     int count;
-    int segment;
-    const char* text;
-  } const cases[] = {{8192, 8192, "one segment of 8192"}, {12287, 8192, "one segment of 8192"},
-                     {12288, 8192, "2 segments of 8192"}, {16384, 8192, "3 segments of 8192"},
-                     {100, 33, "4 segments of 33"},       {101, 33, "5 segments of 33"}};
+    std::string options;
+    std::string text;
+    double resolution;
+  } const cases[] = {{64, "", "one segment of 64 samples", 1},
+                     {100, "", "one segment of 100 samples", 0.64},
+                     {127, "", "one segment of 127 samples", 64.0 / 127},
+                     {8191, "", "one segment of 8191 samples", 64.0 / 8191},
+                     {8192, "-s 8192", "one segment of 8192", 64.0 / 8192},
+                     {12287, "-s 8192", "one segment of 8192", 64.0 / 8192},
+                     {12288, "-s 8192", "2 segments of 8192", 64.0 / 8192},
+                     {16384, "-s 8192", "3 segments of 8192", 64.0 / 8192},
+                     {100, "-s 33", "4 segments of 33", 64.0 / 33},
+                     {101, "-s 33", "5 segments of 33", 64.0 / 33}};
   for (const auto& c : cases) {
-    const auto file = write_vector("count", samples(sine(1, 0.2, 1), c.count), 1, 0);
-    const auto r = run("spectrum " + file + " -s " + std::to_string(c.segment));
+    const auto r = run("spectrum -n 1 " + recorded(sine(1, 20.2, 64), c.count, 64) + " " + c.options);
     EXPECT_NE(r.out.find(c.text), std::string::npos) << c.count << ": " << r.out;
     EXPECT_EQ(number_after(r.out, "vector, "), c.count);
+    expect_sine(r, 20.2, 1, c.resolution, 2e-3);
   }
 }
 
+// Uniform noise of variance 1/12 in N/2 bins of a resolution: each line of the plot scatters around
+// sqrt(4 * (1/12) * 1.5 / N), and the strongest of many averaged ones stays close to that.
 TEST(Spectrum, NoisePowerIsAveraged) {
-  // Uniform noise of variance 1/12 in N/2 bins of a resolution: each line of the plot scatters around
-  // sqrt(4 * (1/12) * 1.5 / N), and the strongest of many averaged ones stays close to that.
   std::mt19937 engine(1);
   const waveform noise = [&engine](int) { return static_cast<double>(engine()) / 4294967296.0; };
-  const auto r = run("spectrum -n 1 -s 256 " + write_vector("noise", samples(noise, 200'000), 1, 0));
+  const auto r = run("spectrum -n 1 -s 256 " + recorded(noise, 200'000, 1));
   const auto lines = lines_of(r.out);
   ASSERT_EQ(lines.size(), 1U) << r.out;
   const double expected = std::sqrt(4.0 / 12 * 1.5 / 256);
@@ -144,26 +147,17 @@ TEST(Spectrum, NoisePowerIsAveraged) {
   EXPECT_LT(lines[0].amplitude, 1.15 * expected);
 }
 
-TEST(Spectrum, HalfTheRateIsALineOfItsOwn) {
+TEST(Spectrum, LinesAtHalfTheRateBelowZeroAndWithoutARate) {
   const waveform alternating = [](int i) { return i % 2 == 0 ? 0.75 : -0.75; };
-  expect_sine(run("spectrum -n 1 " + write_vector("nyquist", samples(alternating, 9000), 0.5, 0)), 1, 0.75,
-              1e-3, 1e-4);
-}
-
-TEST(Spectrum, ComplexVectorsHaveNegativeFrequencies) {
+  expect_sine(run("spectrum -n 1 " + recorded(alternating, 9000, 2)), 1, 0.75, 1e-3, 1e-4);
   std::vector<double> pairs;
   for (int i = 0; i < 9000; ++i) {
     const double a = -2 * pi * 0.1234 * i;
-    pairs.push_back(3 * std::cos(a));
-    pairs.push_back(3 * std::sin(a));
+    pairs.insert(pairs.end(), {3 * std::cos(a), 3 * std::sin(a)});
   }
-  const auto file = write_vector("complex", pairs, 1, 1, true);
-  expect_sine(run("spectrum -n 1 " + file), -0.1234, 3, 1.0 / 8192, 5e-4);
-}
-
-TEST(Spectrum, WithoutARateFrequenciesAreCyclesPerSample) {
-  const auto file = write_file("plain", column(samples(sine(1, 0.125, 1), 1000)));
-  const auto r = run("spectrum -n 1 " + file);
+  expect_sine(run("spectrum -n 1 " + write_vector("complex", pairs, 1, 1, true)), -0.1234, 3, 1.0 / 8192,
+              5e-4);
+  const auto r = run("spectrum -n 1 " + write_file("plain", column(samples(sine(1, 0.125, 1), 1000))));
   EXPECT_NE(r.out.find("cycles per sample"), std::string::npos);
   EXPECT_EQ(r.out.find("Hz"), std::string::npos) << r.out;
   expect_sine(r, 0.125, 1, 1e-3, 1e-3);

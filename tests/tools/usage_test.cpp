@@ -107,8 +107,7 @@ TEST(Usage, DataThatCannotBeUsedIsStatus1WithFileAndReason) {
       {good, "-c 2", "has 1 column"},
       {write_sound("mono", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 8000, 100, {[](int) { return 0.5; }}), "-c 2",
        "has 1 channel"},
-      {write_file("long", std::string(100'000, '1')), "", "line 1: too long"},
-  };
+      {write_file("long", std::string(100'000, '1')), "", "line 1: too long"}};
   for (const auto& c : cases) {
     const auto r = run("spectrum " + c.name + " " + c.options);
     EXPECT_EQ(r.status, 1) << c.name;
@@ -124,12 +123,10 @@ TEST(Usage, DataThatCannotBeUsedIsStatus1WithFileAndReason) {
 }
 
 TEST(Usage, AFileCutAnywhereIsNeverACrash) {
-  write_sound("whole.flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_16, 8000, 2000,
-              {[](int i) { return std::sin(0.1 * i); }});
-  write_sound("whole.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 8000, 500,
-              {[](int i) { return std::sin(0.1 * i); }});
-  for (const char* name : {"whole.flac", "whole.wav"}) {
-    const std::string bytes = read_file(path(name));
+  const waveform sine = [](int i) { return std::sin(0.1 * i); };
+  for (const auto& name : {write_sound("whole.flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_16, 8000, 2000, {sine}),
+                           write_sound("whole.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 8000, 500, {sine})}) {
+    const std::string bytes = read_file(name);
     for (std::size_t length = 0; length < bytes.size(); length += 1 + length / 3) {
       const auto r = run("spectrum " + write_file("cut", bytes.substr(0, length)));
       EXPECT_TRUE(r.status == 0 || r.status == 1) << name << " at " << length << ": " << r.err;
