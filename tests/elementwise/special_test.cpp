@@ -86,28 +86,13 @@ long double i0_series(long double x) {
 TYPED_TEST(Special, ModifiedBesselFunctionJoinsItsRules) {
   using V = TypeParam;
   using T = scalar<V>;
-  for (T x = 0; x < T(80); x += T(0.0625)) {
+  for (T x = 0; x <= T(is_double<V> ? 700 : 80); x += x < T(80) ? T(0.0625) : T(62)) {
     for (const T at : {x, -x, std::nextafter(x, T(100))}) {
       const long double wanted = i0_series(static_cast<long double>(at));
       const double error = static_cast<double>((static_cast<long double>(bessel_i0(at)) - wanted) / wanted);
       EXPECT_LE(std::abs(error), (is_double<V> ? 2e-15 : 2e-7)) << at;
     }
   }
-}
-
-TYPED_TEST(Special, ModifiedBesselFunctionEndsAtItsRange) {
-  using V = TypeParam;
-  signal<V> v{700, -700, 701, -701, 5, -5};
-  ASSERT_EQ(TWIN(i_besi0)(&v), 0);
-  if constexpr (is_double<V>) {
-    EXPECT_NEAR(v.data[0], 1.5295933476718737e302, 1e290);
-  } else {
-    EXPECT_TRUE(std::isinf(v.data[0]));
-  }
-  EXPECT_EQ(v.data[0], v.data[1]);
-  EXPECT_EQ(v.data[2], huge<V>);
-  EXPECT_EQ(v.data[3], huge<V>);
-  EXPECT_EQ(v.data[4], v.data[5]);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // The guarded arithmetic of the in-place functions: limits, zeros, NaN and infinities, refusals.
 #include <array>
 
+#include "elementwise/elementwise.h"
 #include "support/failing.h"
 #include "support/forms.h"
 
@@ -80,6 +81,7 @@ template <record V> std::vector<real_limits<V>> real_functions() {
   using T = scalar<V>;
   const T h = e::h;
   const T inf = e::inf;
+  const T i0_of_700 = is_double<V> ? bessel_i0(T(700)) : inf;
   const T half_of_exp = static_cast<T>(std::exp(static_cast<double>(e::log_h)) / 2);
   return {{"abs", TWIN(i_abs), {{-T(0), 0}, {-inf, inf}}},
           {"sin", TWIN(i_sin), {{-T(0), -T(0)}, {inf, e::nan}}},
@@ -100,7 +102,9 @@ template <record V> std::vector<real_limits<V>> real_functions() {
            TWIN(i_cosh),
            {{e::above(e::log_h), h}, {e::above(-e::log_h), h}, {-e::log_h, half_of_exp}, {0, 1}}},
           {"tanh", TWIN(i_tanh), {{-T(0), -T(0)}, {inf, 1}, {-inf, -1}}},
-          {"besi0", TWIN(i_besi0), {{0, 1}, {e::above(700), h}, {e::above(-700), h}, {-inf, h}}},
+          {"besi0",
+           TWIN(i_besi0),
+           {{0, 1}, {e::above(700), h}, {e::above(-700), h}, {-inf, h}, {-700, i0_of_700}}},
           {"besj0", TWIN(i_besj0), {{0, 1}}},
           {"besj1", TWIN(i_besj1), {{-T(0), -T(0)}}},
           {"besy0", TWIN(i_besy0), {{0, 0}, {-1, 0}}},

@@ -5,7 +5,6 @@
 #include "kernels/fft.h"
 #include "kernels/fft_tables.h"
 #include "spectral/reference.h"
-#include "spectral/split_radix.h"
 
 namespace sigpak::test {
 namespace {
@@ -78,22 +77,6 @@ TYPED_TEST(WideFft, RealDataGiveTheirHalfSpectrumAndComeBack) {
       ASSERT_EQ(kernels::release_wide_fft<scalar<V>>(), ok);
       half[1] = half.back() = 0;
       EXPECT_EQ(wide_real<V>(in, n, false, offset), half) << n;
-    }
-  }
-}
-
-TYPED_TEST(WideFft, AgreesWithTheSplitRadixTransform) {
-  using V = TypeParam;
-  using T = scalar<V>;
-  for (index n = 16; n <= longest; n *= 2) {
-    if (!kernels::has_wide_fft<T>(n)) continue;
-    for (const bool inverse : {false, true}) {
-      const auto in = noise<V>(2 * n, 5);
-      auto plain = in;
-      split_radix<T> plan;
-      ASSERT_EQ(plan.prepare(n, inverse), ok);
-      plan.run(plain.data());
-      EXPECT_LT(relative_l2(wide<V>(in, inverse, 0), plain), 10 * unit_roundoff<V>) << n;
     }
   }
 }
@@ -186,17 +169,6 @@ TYPED_TEST(WideFft, LengthsWithSmallPrimeFactors) {
 TYPED_TEST(WideFft, LengthsWithLargePrimeFactorsAreLeftAlone) {
   using T = scalar<TypeParam>;
   for (const index n : {0, 1, 3, 17, 101, 289, 1003, 4099, 65537}) EXPECT_FALSE(kernels::has_wide_dft<T>(n));
-}
-
-TYPED_TEST(WideFft, ShortAndLongSizesMayAlternate) {
-  using V = TypeParam;
-  if (!kernels::has_wide_fft<scalar<V>>(4096)) GTEST_SKIP();
-  const auto small = noise<V>(2 * 256);
-  const auto large = noise<V>(2 * 4096);
-  const auto first = wide<V>(small, false, 0);
-  const auto second = wide<V>(large, false, 0);
-  EXPECT_EQ(wide<V>(small, false, 0), first);
-  EXPECT_EQ(wide<V>(large, false, 0), second);
 }
 
 }  // namespace
