@@ -14,8 +14,9 @@ namespace sigpak::kernels {
 
 namespace {
 
-constexpr index least_points = 16;
+constexpr index least_points = 4;
 constexpr index least_real_points = 32;
+constexpr index least_mixed_points = 16;
 constexpr index alignment = 64;
 
 template <class T> const fft_kernels<T>& kernels_of(isa::level level) noexcept {
@@ -68,7 +69,7 @@ template <class T> bool small_wide_fft(T* x, index points, bool inverse) noexcep
   const isa::level level = isa::current();
   if (points < least_points || points >= index{1} << small_sizes || level == isa::level::baseline)
     return false;
-  kernels_of<T>(level).small[std::countr_zero(static_cast<std::uint64_t>(points))][inverse](x);
+  kernels_of<T>(level).small[std::countr_zero(static_cast<std::uint64_t>(points))].run[inverse](x);
   return true;
 }
 
@@ -106,7 +107,7 @@ template <class T> status wide_real_fft(T* x, index points, bool inverse) noexce
 
 template <class T> bool has_wide_dft(index points) noexcept {
   const isa::level level = isa::current();
-  if (points < least_points || level == isa::level::baseline) return false;
+  if (points < least_mixed_points || level == isa::level::baseline) return false;
   const int widest = kernels_of<T>(level).widest_lanes;
   return find_mixed_plan<T>(points, widest) != nullptr || has_mixed_plan<T>(points, widest);
 }

@@ -7,9 +7,13 @@ namespace sigpak::kernels {
 
 inline constexpr int small_sizes = 7;  // log2 N below this may have a transform without a plan
 
+template <class T> struct small_fft {
+  void (*run[2])(T* x);  // forward, inverse; null where there is none
+};
+
 template <class T> struct fft_kernels {
   int widest_lanes;
-  void (*small[small_sizes][2])(T* x);  // by log2 N and direction; null where there is none
+  small_fft<T> small[small_sizes];  // by log2 N
   void (*run)(const fft_plan<T>& plan, T* x, T* scratch, bool inverse);
   void (*run_real)(const fft_plan<T>& plan, T* x, T* scratch, bool inverse);
   void (*run_mixed)(const mixed_plan<T>& plan, T* x, T* scratch, bool inverse);

@@ -59,31 +59,34 @@ void run_mixed_lanes(const mixed_plan<T>& plan, T* x, T* scratch, bool inverse) 
   run_either_mixed<Narrow>(plan, x, scratch, inverse);
 }
 
+template <class P, int M>
+inline constexpr kernels::small_fft<typename P::scalar> small = {run_small<P, M, false>,
+                                                                 run_small<P, M, true>};
+
 }  // namespace
 
-const kernels::fft_kernels<double> double_fft = {
-    SIGPAK_VECTOR_BYTES / 8,
-    {{},
-     {},
-     {},
-     {},
-     {run_small<d4, 4, false>, run_small<d4, 4, true>},
-     {run_small<d4, 8, false>, run_small<d4, 8, true>},
-     {run_small<widest_d, 64 / widest_d::width, false>, run_small<widest_d, 64 / widest_d::width, true>}},
-    run_lanes<widest_d, widest_d>,
-    run_real_lanes<widest_d, d4, d4>,
-    run_mixed_lanes<widest_d, narrow_d>};
+const kernels::fft_kernels<double> double_fft = {SIGPAK_VECTOR_BYTES / 8,
+                                                 {{},
+                                                  {},
+                                                  small<d2, 4>,
+                                                  small<d2, 8>,
+                                                  small<d2, 16>,
+                                                  small<d4, 16>,
+#if SIGPAK_VECTOR_BYTES == 64
+                                                  small<d8, 16>},
+#else
+                                                   {run_small_split<d4, 16, false>,
+                                                    run_small_split<d4, 16, true>}},
+#endif
+                                                 run_lanes<widest_d, widest_d>,
+                                                 run_real_lanes<widest_d, d4, d4>,
+                                                 run_mixed_lanes<widest_d, narrow_d>};
 
-const kernels::fft_kernels<float> float_fft = {SIGPAK_VECTOR_BYTES / 4,
-                                               {{},
-                                                {},
-                                                {},
-                                                {},
-                                                {run_small<f4, 4, false>, run_small<f4, 4, true>},
-                                                {run_small<f4, 8, false>, run_small<f4, 8, true>},
-                                                {run_small<f8, 8, false>, run_small<f8, 8, true>}},
-                                               run_lanes<widest_f, f8>,
-                                               run_real_lanes<widest_f, f8, f4>,
-                                               run_mixed_lanes<widest_f, narrow_f>};
+const kernels::fft_kernels<float> float_fft = {
+    SIGPAK_VECTOR_BYTES / 4,
+    {{}, {}, small<f4, 2>, small<f4, 4>, small<f8, 4>, small<f8, 8>, small<f8, 16>},
+    run_lanes<widest_f, f8>,
+    run_real_lanes<widest_f, f8, f4>,
+    run_mixed_lanes<widest_f, narrow_f>};
 
 }  // namespace sigpak::SIGPAK_LEVEL

@@ -23,6 +23,11 @@ template <class P> SIGPAK_INLINE void store_pair(typename P::scalar* s, index ve
   store(at + P::width, a.im);
 }
 
+// The place of result k among those of a forward transform of R points. An inverse one has the same results
+// in the opposite order; where it has real and imaginary parts exchanged on the way in, that exchanges them
+// back too.
+template <int R, bool inverse> constexpr int result_at(int k) { return inverse ? (R - k) % R : k; }
+
 // W interleaved points, in the order of point_at.
 template <class P, bool inverse> SIGPAK_INLINE cplx<P> separated(P a, P b) {
   P re, im;
@@ -70,17 +75,21 @@ void first_pass(const fft_plan<typename P::scalar>& plan, const Source& source, 
   }
 }
 
-// One block of `length` vectors in place.
-template <class P, int R> void middle_pass(typename P::scalar* s, index length, const typename P::scalar* w) {
-  const index count = length / R;
-  for (index i = 0; i < count; ++i, w += 2 * (R - 1)) {
-    cplx<P> a[R];
-    unroll<R>([&](auto j) __attribute__((always_inline)) { a[j] = load_pair<P>(s, i + j * count); });
-    transform(a);
-    store_pair(s, i, a[0]);
-    unroll<R - 1>([&](auto k) __attribute__((always_inline)) {
-      store_pair(s, i + (k + 1) * count, turned(a[k + 1], w + 2 * k));
-    });
+// Blocks of `block` vectors, each in place.
+template <class P, int R>
+void middle_pass(typename P::scalar* s, index length, index block, const typename P::scalar* twiddles) {
+  const index count = block / R;
+  for (const auto* const end = s + 2 * P::width * length; s != end; s += 2 * P::width * block) {
+    const auto* w = twiddles;
+    for (index i = 0; i < count; ++i, w += 2 * (R - 1)) {
+      cplx<P> a[R];
+      unroll<R>([&](auto j) __attribute__((always_inline)) { a[j] = load_pair<P>(s, i + j * count); });
+      transform(a);
+      store_pair(s, i, a[0]);
+      unroll<R - 1>([&](auto k) __attribute__((always_inline)) {
+        store_pair(s, i + (k + 1) * count, turned(a[k + 1], w + 2 * k));
+      });
+    }
   }
 }
 
@@ -92,6 +101,34 @@ template <class P, int R> void leaf_pass(typename P::scalar* s, index length) {
     transform(a);
     unroll<R>([&](auto k) __attribute__((always_inline)) { store_pair(s, i + k, a[k]); });
   }
+}
+
+// The same for complex data: with the twiddles of the transform over the lanes, and interleaved.
+template <class P, int R, bool inverse>
+void turning_leaf_pass(typename P::scalar* s, index length, const typename P::scalar* w) {
+  for (index i = 0; i < length; i += R) {
+    cplx<P> a[R];
+    unroll<R>([&](auto j) __attribute__((always_inline)) { a[j] = load_pair<P>(s, i + j); });
+    transform(a);
+    unroll<R>([&](auto k) __attribute__((always_inline)) {
+      const cplx<P> t = load_pair<P>(w, i + k);
+      store_points<P, inverse>(s + 2 * P::width * (i + k), turned(a[k], t.re, t.im));
+    });
+  }
+}
+
+// First and last pass within the lanes at once: R vectors of data.
+template <class P, int R, bool inverse>
+void only_pass(const fft_plan<typename P::scalar>& plan, const typename P::scalar* x, typename P::scalar* s) {
+  const auto* const w = plan.first[inverse];
+  cplx<P> a[R];
+  unroll<R>([&](auto j)
+                __attribute__((always_inline)) { a[j] = load_points<P, inverse>(x + 2 * P::width * j); });
+  transform(a);
+  unroll<R>([&](auto k) __attribute__((always_inline)) {
+    const cplx<P> t = load_pair<P>(w, k);
+    store_points<P, inverse>(s + 2 * P::width * k, turned(a[k], t.re, t.im));
+  });
 }
 
 // Lanes and vectors change places.
@@ -115,29 +152,36 @@ template <class P> SIGPAK_INLINE void lanes_to_rows(cplx<P> (&y)[P::width]) {
   unroll<W>([&](auto l) __attribute__((always_inline)) { y[l] = t[l]; });
 }
 
-// Transposition, twiddles, and the transform over the lanes; natural order out.
+// Rows of W points, as many as one vector holds: transposition and the transform of each column, to X[k' M].
+template <class P, bool inverse, class Row>
+SIGPAK_INLINE void transform_columns(const Row& row, typename P::scalar* x, index vectors) {
+  constexpr int W = P::width;
+  constexpr int rows = W / 2;
+  P y[W];
+  unroll<2>([&](auto half) __attribute__((always_inline)) {
+    P square[rows];
+    unroll<rows>([&](auto p) __attribute__((always_inline)) { square[p] = row(p, half); });
+    transpose_points(square);
+    unroll<rows>([&](auto l) __attribute__((always_inline)) { y[rows * half + l] = square[l]; });
+  });
+  transform(y);
+  unroll<W>([&](auto k)
+                __attribute__((always_inline)) { store(x + 2 * k * vectors, y[result_at<W, inverse>(k)]); });
+}
+
+// The last transform, over the lanes; natural order out.
 template <class P, bool inverse>
 void last_pass(const fft_plan<typename P::scalar>& plan, const typename P::scalar* s, typename P::scalar* x) {
-  using T = typename P::scalar;
   constexpr int W = P::width;
   const index vectors = plan.vectors;
   const index* const offset = plan.offset;
-  const T* w = plan.last;
-  for (index kb = 0, group = 0; kb < vectors; kb += W, ++group, w += 2 * W * (W - 1)) {
-    const index start = plan.start[group];
-    cplx<P> y[W];
-    unroll<W>([&](auto p) __attribute__((always_inline)) {
-      y[p] = load_pair<P>(s, start + offset[point_at<T>(p, W)]);
-    });
-    lanes_to_rows(y);
-    unroll<W - 1>([&](auto l) __attribute__((always_inline)) {
-      const cplx<P> t = load_pair<P>(w, l);
-      y[l + 1] = turned(y[l + 1], t.re, t.im);
-    });
-    transform(y);
-    unroll<W>([&](auto k) __attribute__((always_inline)) {
-      store_points<P, inverse>(x + 2 * (kb + k * vectors), y[k]);
-    });
+  const std::uint32_t* start = plan.start;
+  for (index kb = 0; kb < vectors; kb += W / 2, ++start) {
+    const auto* const first = s + 2 * W * static_cast<index>(*start);
+    transform_columns<P, inverse>(
+        [=](auto p, auto half)
+            __attribute__((always_inline)) { return load<P>(first + 2 * W * offset[p] + W * half); },
+        x + 2 * kb, vectors);
   }
 }
 
@@ -171,8 +215,8 @@ void first_pass(const fft_plan<typename P::scalar>& plan, const Source& source, 
 }
 
 template <class P>
-void middle_pass(int radix, typename P::scalar* s, index length, const typename P::scalar* w) {
-  with_radix(radix, [=](auto r) { middle_pass<P, r>(s, length, w); });
+void middle_pass(int radix, typename P::scalar* s, index length, index block, const typename P::scalar* w) {
+  with_radix(radix, [=](auto r) { middle_pass<P, r>(s, length, block, w); });
 }
 
 template <class P> void leaf_pass(int radix, typename P::scalar* s, index length) {
@@ -182,23 +226,33 @@ template <class P> void leaf_pass(int radix, typename P::scalar* s, index length
 // Blocks that fit the first cache are finished level by level, larger ones block by block.
 inline constexpr index cached_bytes = 24 * 1024;
 
+template <class P> constexpr bool is_cached(index vectors) {
+  return vectors * 2 * P::width * static_cast<index>(sizeof(typename P::scalar)) <= cached_bytes;
+}
+
 template <class P, class Leaf>
 void middle_passes(const fft_plan<typename P::scalar>& plan, int pass, typename P::scalar* s, index length,
                    const Leaf& leaf) {
-  constexpr index bytes = 2 * P::width * static_cast<index>(sizeof(typename P::scalar));
   const index block = plan.block[pass];
   if (pass == plan.passes - 1) return leaf(s, length);
-  for (index i = 0; i < length; i += block) {
-    middle_pass<P>(plan.radix[pass], s + 2 * P::width * i, block, plan.twiddles[pass]);
-    if (block * bytes > cached_bytes) middle_passes<P>(plan, pass + 1, s + 2 * P::width * i, block, leaf);
+  if (is_cached<P>(block)) {
+    middle_pass<P>(plan.radix[pass], s, length, block, plan.twiddles[pass]);
+    return middle_passes<P>(plan, pass + 1, s, length, leaf);
   }
-  if (block * bytes <= cached_bytes) middle_passes<P>(plan, pass + 1, s, length, leaf);
+  for (index i = 0; i < length; i += block) {
+    auto* const at = s + 2 * P::width * i;
+    middle_pass<P>(plan.radix[pass], at, block, block, plan.twiddles[pass]);
+    middle_passes<P>(plan, pass + 1, at, block, leaf);
+  }
 }
 
 // All passes but the first, and within the lanes, on what the first left in the blocks of the scratch memory.
 template <class P, class Leaf>
 void all_middle_passes(const fft_plan<typename P::scalar>& plan, typename P::scalar* s, const Leaf& leaf) {
   if (plan.passes == 1) return;
+  if (is_cached<P>(plan.vectors) && plan.stride == plan.block[1]) {
+    return middle_passes<P>(plan, 1, s, plan.vectors, leaf);
+  }
   for (int block = 0; block < plan.radix[0]; ++block) {
     middle_passes<P>(plan, 1, s + 2 * P::width * plan.stride * block, plan.block[1], leaf);
   }
@@ -209,13 +263,37 @@ template <class P> void all_middle_passes(const fft_plan<typename P::scalar>& pl
                        [radix](typename P::scalar* at, index length) { leaf_pass<P>(radix, at, length); });
 }
 
+// Calls body with one of the radices of a pass over the lanes of complex data as a constant.
+template <class Body> SIGPAK_INLINE void with_even_radix(int radix, const Body& body) {
+  switch (radix) {
+    case 4:
+      return body(constant<4>{});
+    case 8:
+      return body(constant<8>{});
+    default:
+      return body(constant<16>{});
+  }
+}
+
 template <class P, bool inverse>
 void run(const fft_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
+  using T = typename P::scalar;
+  constexpr index pair = 2 * P::width;
+  if (plan.passes == 1) {
+    with_even_radix(plan.radix[0], [&](auto radix) { only_pass<P, radix, inverse>(plan, x, s); });
+    return last_pass<P, inverse>(plan, s, x);
+  }
   first_pass<P, !inverse>(
       plan,
       [x](index i) __attribute__((always_inline)) { return load_points<P, inverse>(x + 2 * P::width * i); },
       s);
-  all_middle_passes<P>(plan, s);
+  const index padding = plan.stride - plan.block[1];
+  all_middle_passes<P>(plan, s, [&plan, s, padding](T* at, index length) {
+    const index place = (at - s) / pair;
+    const T* const w = plan.last + pair * (place - place / plan.stride * padding);
+    with_even_radix(plan.radix[plan.passes - 1],
+                    [=](auto radix) { turning_leaf_pass<P, radix, inverse>(at, length, w); });
+  });
   last_pass<P, inverse>(plan, s, x);
 }
 

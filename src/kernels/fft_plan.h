@@ -20,15 +20,17 @@ template <class T> struct fft_plan {
   int passes;              // over the lanes; the first reads the data, the last transform is not counted
   int radix[most_passes];  // their product is M
   std::ptrdiff_t block[most_passes];  // vectors in one block of the pass
-  std::ptrdiff_t stride;           // vectors from one block of the second pass to the next, padding included
-  const T* first[2];               // broadcast twiddles of the first pass: forward (times 1/N), inverse
+  std::ptrdiff_t stride;  // vectors from one block of the second pass to the next, padding included
+  const T* first[2];      // broadcast twiddles of the first pass: forward (times 1/N), inverse; those of the
+                          // last transform instead where complex data have only one pass
   const T* twiddles[most_passes];  // broadcast twiddles of the other passes
-  const T* last;                   // vectors of twiddles of the last transform, group by group: of a long
-                                   // one only the powers 1, 2, 4, ... of w_N^kb
-  bool is_long;                    // the last pass collects its output
-  bool streamed;                   // and writes it past the caches
-  std::ptrdiff_t offset[most_lanes];  // of the vector of kb + p from that of kb, kb a multiple of W
-  const std::uint32_t* start;         // place of the vector of kb, for every kb that is a multiple of W
+  int group;      // kb that the last transform takes at once: W / 2, of real and of long data W
+  const T* last;  // vectors of twiddles of the last transform: place by place, of real data group by group,
+                  // of long complex data only the powers 1, 2, 4, ... of w_N^kb, group by group
+  bool is_long;   // the last pass collects its output
+  bool streamed;  // and writes it past the caches
+  std::ptrdiff_t offset[most_lanes];  // of the vector of kb + p from that of kb, kb the first of a group
+  const std::uint32_t* start;         // place of the vector of kb, the first of a group
 
   // Of real transforms only, where the lanes hold M-point transforms of real data, packed into M / 2 vectors:
   const T* unpack;              // broadcast w_M^k, k < M / 2

@@ -7,64 +7,103 @@
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
-// Twiddle vectors of N points, laid out as fft_plan::last; times 1/N for the forward transform.
-template <class P, int M, bool inverse> struct small_twiddles {
-  static constexpr int W = P::width;
-  alignas(64) typename P::scalar values[M / W][W - 1][2][W] = {};
-  static constexpr auto scale = static_cast<typename P::scalar>(inverse ? 1.0 : 1.0 / (M * W));
-  constexpr small_twiddles() {
-    using T = typename P::scalar;
-    for (int group = 0; group < M / W; ++group) {
-      for (int l = 1; l < W; ++l) {
-        for (int p = 0; p < W; ++p) {
-          const int k = l * (W * group + point_at<T>(p, W)) * (64 / (W * M));
-          values[group][l - 1][0][p] = static_cast<T>(kernels::cosine(k)) * scale;
-          values[group][l - 1][1][p] = static_cast<T>(kernels::sine(k)) * scale;
-        }
+// N = M C interleaved points, C of them in a vector, n = C i + l and k = kb + M k': w_N^(l kb) for
+// kb = 1 ... M - 1, once for the real and once for the imaginary part; times 1/N for the forward transform,
+// conjugate for the inverse.
+template <class P, int M, bool inverse> struct point_twiddles {
+  using T = typename P::scalar;
+  static constexpr int N = M * P::width / 2;
+  static constexpr T scale = static_cast<T>(inverse ? 1.0 : 1.0 / N);
+  alignas(64) T c[M - 1][P::width] = {};
+  alignas(64) T s[M - 1][P::width] = {};
+  constexpr point_twiddles() {
+    for (int kb = 1; kb < M; ++kb) {
+      for (int p = 0; p < P::width; ++p) {
+        const int k = kb * (p / 2) * (64 / N);
+        c[kb - 1][p] = static_cast<T>(kernels::cosine(k)) * scale;
+        s[kb - 1][p] = static_cast<T>(inverse ? -kernels::sine(k) : kernels::sine(k)) * scale;
       }
     }
   }
 };
-template <class P, int M, bool inverse> constinit const small_twiddles<P, M, inverse> twiddles_of{};
+template <class P, int M, bool inverse> constinit const point_twiddles<P, M, inverse> point_twiddles_of{};
 
-template <class P, int M, bool inverse> SIGPAK_INLINE cplx<P> load_small(const typename P::scalar* x) {
-  if constexpr (M == 4 && sizeof(typename P::scalar) == 8) {
-    return separated<P, inverse>(load_pieces(x), load_pieces(x + P::width));
-  } else {
-    return load_points<P, inverse>(x);
-  }
-}
-template <class P, int M, bool inverse> SIGPAK_INLINE void store_small(typename P::scalar* x, cplx<P> a) {
-  if constexpr (M == 4 && sizeof(typename P::scalar) == 8) {
-    const P re = inverse ? a.im : a.re;
-    const P im = inverse ? a.re : a.im;
-    store_pieces(x, low_parts(re, im));
-    store_pieces(x + P::width, high_parts(re, im));
-  } else {
-    store_points<P, inverse>(x, a);
-  }
-}
-
-// N = M W points, M a multiple of W.
-template <class P, int M, bool inverse> void run_small(typename P::scalar* x) {
-  using T = typename P::scalar;
-  constexpr int W = P::width;
-  cplx<P> a[M];
-  unroll<M>([&](auto i) __attribute__((always_inline)) { a[i] = load_small<P, M, inverse>(x + 2 * W * i); });
+// One point to a vector leaves nothing but the transform itself.
+template <class P, int M, bool inverse>
+requires(P::width == 2) void run_small(typename P::scalar* x) {
+  constexpr auto scale = typename P::scalar(1) / M;
+  P a[M];
+  unroll<M>([&](auto i) __attribute__((always_inline)) { a[i] = load<P>(x + 2 * i); });
   transform(a);
-  unroll<M / W>([&](auto group) __attribute__((always_inline)) {
-    cplx<P> y[W];
-    unroll<W>([&](auto p) __attribute__((always_inline)) { y[p] = a[W * group + point_at<T>(p, W)]; });
-    lanes_to_rows(y);
-    const auto& w = twiddles_of<P, M, inverse>;
-    if constexpr (!inverse) y[0] = y[0] * splat<P>(w.scale);
-    unroll<W - 1>([&](auto l) __attribute__((always_inline)) {
-      y[l + 1] = turned(y[l + 1], load<P>(w.values[group][l][0]), load<P>(w.values[group][l][1]));
+  unroll<M>([&](auto k) __attribute__((always_inline)) {
+    const P result = a[result_at<M, inverse>(k)];
+    store(x + 2 * k, inverse ? result : result * splat<P>(scale));
+  });
+}
+
+template <class P, int M, bool inverse>
+requires(P::width > 2) void run_small(typename P::scalar* x) {
+  constexpr int W = P::width;
+  constexpr int C = W / 2;
+  const auto& w = point_twiddles_of<P, M, inverse>;
+  P a[M];
+  unroll<M>([&](auto i) __attribute__((always_inline)) { a[i] = load<P>(x + W * i); });
+  transform(a);
+  P y[M];
+  y[0] = inverse ? a[0] : a[0] * splat<P>(w.scale);
+  unroll<M - 1>([&](auto i) __attribute__((always_inline)) {
+    y[i + 1] = turned(a[result_at<M, inverse>(i + 1)], load<P>(w.c[i]), load<P>(w.s[i]));
+  });
+  unroll<M / C>([&](auto group) __attribute__((always_inline)) {
+    P row[C];
+    unroll<C>([&](auto p) __attribute__((always_inline)) { row[p] = y[C * group + p]; });
+    transpose_points(row);
+    transform(row);
+    unroll<C>([&](auto k) __attribute__((always_inline)) {
+      store(x + 2 * (C * group + k * M), row[result_at<C, inverse>(k)]);
     });
-    transform(y);
-    unroll<W>([&](auto k) __attribute__((always_inline)) {
-      store_small<P, M, inverse>(x + 2 * (W * group + k * M), y[k]);
-    });
+  });
+}
+
+// N = M W points as in fft_plan, with its twiddles for the last transform; times 1/N for the forward one.
+template <class P, int M, bool inverse> struct lane_twiddles {
+  using T = typename P::scalar;
+  static constexpr int N = M * P::width;
+  static constexpr T scale = static_cast<T>(inverse ? 1.0 : 1.0 / N);
+  alignas(64) T values[M - 1][2][P::width] = {};
+  constexpr lane_twiddles() {
+    for (int kb = 1; kb < M; ++kb) {
+      for (int p = 0; p < P::width; ++p) {
+        const int k = kb * point_at<T>(p, P::width) * (64 / N);
+        values[kb - 1][0][p] = static_cast<T>(kernels::cosine(k)) * scale;
+        values[kb - 1][1][p] = static_cast<T>(kernels::sine(k)) * scale;
+      }
+    }
+  }
+};
+template <class P, int M, bool inverse> constinit const lane_twiddles<P, M, inverse> lane_twiddles_of{};
+
+// Half as many vectors per transform, where interleaved points would need too many.
+template <class P, int M, bool inverse> void run_small_split(typename P::scalar* x) {
+  constexpr int rows = P::width / 2;
+  const auto& w = lane_twiddles_of<P, M, inverse>;
+  cplx<P> a[M];
+  unroll<M>([&](auto i)
+                __attribute__((always_inline)) { a[i] = load_points<P, inverse>(x + 2 * P::width * i); });
+  transform(a);
+  if constexpr (!inverse) a[0] = a[0] * splat<P>(w.scale);
+  unroll<M - 1>([&](auto i) __attribute__((always_inline)) {
+    a[i + 1] = turned(a[i + 1], load<P>(w.values[i][0]), load<P>(w.values[i][1]));
+  });
+  unroll<M / rows>([&](auto group) __attribute__((always_inline)) {
+    transform_columns<P, inverse>(
+        [&](auto p, auto half) __attribute__((always_inline)) {
+          const cplx<P> y = a[rows * group + p];
+          const P first = inverse ? y.im : y.re;
+          const P second = inverse ? y.re : y.im;
+          return half ? high_parts(first, second) : low_parts(first, second);
+        },
+        x + 2 * rows * group, M);
   });
 }
 

@@ -28,7 +28,8 @@ template <class T> void choose_radices(fft_plan<T>& plan) noexcept {
   lay_out_blocks(plan);
 }
 
-template <class T> void fill_last(T* out, const fft_plan<T>& plan, const roots& w) noexcept {
+// Groups of consecutive kb, with one vector of twiddles per lane but the first.
+template <class T> void fill_by_group(T* out, const fft_plan<T>& plan, const roots& w) noexcept {
   const int lanes = plan.lanes;
   for (index kb = 0; kb < plan.vectors; kb += lanes) {
     for (index l = 1; l < lanes; plan.is_long ? l *= 2 : ++l, out += 2 * lanes) {
@@ -41,10 +42,24 @@ template <class T> void fill_last(T* out, const fft_plan<T>& plan, const roots& 
   }
 }
 
+// One vector of twiddles for all lanes per kb, in the order of the places.
+template <class T>
+void fill_by_place(T* out, const fft_plan<T>& plan, const roots& w, long double scale) noexcept {
+  const int lanes = plan.lanes;
+  for (index at = 0; at < plan.vectors; ++at, out += 2 * lanes) {
+    const index kb = output(plan, at);
+    for (int p = 0; p < lanes; ++p) {
+      const root r = w[point_at<T>(p, lanes) * kb];
+      out[p] = static_cast<T>(r.cosine * scale);
+      out[lanes + p] = static_cast<T>(r.sine * scale);
+    }
+  }
+}
+
 template <class T> void fill_places(std::uint32_t* start, fft_plan<T>& plan) noexcept {
-  for (int p = 0; p < plan.lanes; ++p) plan.offset[p] = place(plan, p);
-  for (index kb = 0; kb < plan.vectors; kb += plan.lanes) {
-    start[kb / plan.lanes] = static_cast<std::uint32_t>(place(plan, kb));
+  for (index p = 0; p < plan.group; ++p) plan.offset[p] = place(plan, p);
+  for (index kb = 0; kb < plan.vectors; kb += plan.group) {
+    start[kb / plan.group] = static_cast<std::uint32_t>(place(plan, kb));
   }
 }
 
@@ -65,15 +80,26 @@ template <class T> struct plan_tables {
   std::uint32_t* start;
 };
 
+// A single pass within the lanes has nothing but the twiddles of the last transform.
+template <class T> bool is_only_pass(const fft_plan<T>& plan) noexcept {
+  return plan.group < plan.lanes && plan.passes == 1;
+}
+
+template <class T> index last_rows(const fft_plan<T>& plan) noexcept {
+  if (plan.is_long) return std::countr_zero(static_cast<unsigned>(plan.lanes));
+  return plan.group < plan.lanes ? plan.lanes : plan.lanes - 1;
+}
+
 template <class T> plan_tables<T> carve(const fft_plan<T>& plan, data kind, carver& memory) noexcept {
   plan_tables<T> tables = {};
-  for (T*& table : tables.first) table = memory.take<T>(1 + 2 * broadcasts(plan, 0));
+  for (T*& table : tables.first) {
+    table = memory.take<T>(is_only_pass(plan) ? 2 * plan.lanes * plan.vectors : 1 + 2 * broadcasts(plan, 0));
+  }
   for (int pass = 1; pass < plan.passes - 1; ++pass) {
     tables.passes[pass] = memory.take<T>(2 * broadcasts(plan, pass));
   }
-  const int last_rows = plan.is_long ? std::countr_zero(static_cast<unsigned>(plan.lanes)) : plan.lanes - 1;
-  tables.last = memory.take<T>(2 * last_rows * plan.vectors);
-  tables.start = memory.take<std::uint32_t>(plan.vectors / plan.lanes);
+  if (!is_only_pass(plan)) tables.last = memory.take<T>(2 * last_rows(plan) * plan.vectors);
+  tables.start = memory.take<std::uint32_t>(plan.vectors / plan.group);
   if (kind == data::real) {
     tables.unpack = memory.take<T>(2 * plan.vectors);
     tables.result = memory.take<std::uint32_t>(plan.vectors / plan.radix[plan.passes - 1]);
@@ -83,11 +109,16 @@ template <class T> plan_tables<T> carve(const fft_plan<T>& plan, data kind, carv
 
 template <class T>
 void fill(fft_plan<T>& plan, data kind, const plan_tables<T>& tables, const roots& w) noexcept {
-  const long double scale = kind == data::real ? 0.5L : 1.0L;
-  fill_first(tables.first[0], plan, w, scale / static_cast<long double>(plan.points));
-  fill_first(tables.first[1], plan, w, 1);
+  const long double scale = (kind == data::real ? 0.5L : 1.0L) / static_cast<long double>(plan.points);
+  if (is_only_pass(plan)) {
+    fill_by_place(tables.first[0], plan, w, scale);
+    fill_by_place(tables.first[1], plan, w, 1);
+  } else {
+    fill_first(tables.first[0], plan, w, scale);
+    fill_first(tables.first[1], plan, w, 1);
+    plan.group < plan.lanes ? fill_by_place(tables.last, plan, w, 1) : fill_by_group(tables.last, plan, w);
+  }
   for (int pass = 1; pass < plan.passes - 1; ++pass) fill_pass(tables.passes[pass], plan, pass, w, 1);
-  fill_last(tables.last, plan, w);
   fill_places(tables.start, plan);
   if (kind == data::real) {
     fill_unpack(tables.unpack, plan, w);
@@ -118,6 +149,7 @@ template <class T> const fft_plan<T>* find_plan(index points, int lanes, data ki
   const index bytes = 2 * points * static_cast<index>(sizeof(T));
   plan.is_long = kind == data::complex && bytes >= long_sizes.collected;
   plan.streamed = plan.is_long && bytes >= long_sizes.streamed;
+  plan.group = kind == data::real || plan.is_long ? lanes : lanes / 2;
   plan.stride = plan.vectors / plan.radix[0] + (points >= padding_from ? 1 : 0);
   carver needed(nullptr);
   needed.take<fft_plan<T>>(1);

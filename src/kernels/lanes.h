@@ -36,16 +36,6 @@ template <class P> SIGPAK_INLINE void store(typename P::scalar* to, P a) {
 // x - 0 is x for every x, signed zeros included, so this is a broadcast and nothing else.
 template <class P> SIGPAK_INLINE P splat(typename P::scalar x) { return {x - typename P::vector{}}; }
 
-// The same in pieces of 16 bytes, which never cross a cache line in memory from malloc: a store that crosses
-// one cannot be forwarded to the load that follows soon after.
-SIGPAK_INLINE pack<double, 4> load_pieces(const double* from) {
-  return {_mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadu_pd(from)), _mm_loadu_pd(from + 2), 1)};
-}
-SIGPAK_INLINE void store_pieces(double* to, pack<double, 4> a) {
-  _mm_storeu_pd(to, _mm256_castpd256_pd128(a.v));
-  _mm_storeu_pd(to + 2, _mm256_extractf128_pd(a.v, 1));
-}
-
 template <class T, int W> SIGPAK_INLINE pack<T, W> operator+(pack<T, W> a, pack<T, W> b) {
   return {a.v + b.v};
 }
@@ -91,6 +81,28 @@ SIGPAK_INLINE d4 high_parts(d4 a, d4 b) { return {_mm256_unpackhi_pd(a.v, b.v)};
 SIGPAK_INLINE f4 high_parts(f4 a, f4 b) { return {_mm_unpackhi_ps(a.v, b.v)}; }
 SIGPAK_INLINE f8 high_parts(f8 a, f8 b) { return {_mm256_unpackhi_ps(a.v, b.v)}; }
 
+// Real and imaginary parts of interleaved points exchanged.
+SIGPAK_INLINE d2 exchanged(d2 a) { return {_mm_permute_pd(a.v, 0x1)}; }
+SIGPAK_INLINE d4 exchanged(d4 a) { return {_mm256_permute_pd(a.v, 0x5)}; }
+SIGPAK_INLINE f4 exchanged(f4 a) { return {_mm_permute_ps(a.v, 0xb1)}; }
+SIGPAK_INLINE f8 exchanged(f8 a) { return {_mm256_permute_ps(a.v, 0xb1)}; }
+
+// a * b + c in the even (odd) places, a * b - c in the others.
+SIGPAK_INLINE d2 fma_even(d2 a, d2 b, d2 c) { return {_mm_fmsubadd_pd(a.v, b.v, c.v)}; }
+SIGPAK_INLINE d4 fma_even(d4 a, d4 b, d4 c) { return {_mm256_fmsubadd_pd(a.v, b.v, c.v)}; }
+SIGPAK_INLINE f4 fma_even(f4 a, f4 b, f4 c) { return {_mm_fmsubadd_ps(a.v, b.v, c.v)}; }
+SIGPAK_INLINE f8 fma_even(f8 a, f8 b, f8 c) { return {_mm256_fmsubadd_ps(a.v, b.v, c.v)}; }
+SIGPAK_INLINE d2 fma_odd(d2 a, d2 b, d2 c) { return {_mm_fmaddsub_pd(a.v, b.v, c.v)}; }
+SIGPAK_INLINE d4 fma_odd(d4 a, d4 b, d4 c) { return {_mm256_fmaddsub_pd(a.v, b.v, c.v)}; }
+SIGPAK_INLINE f4 fma_odd(f4 a, f4 b, f4 c) { return {_mm_fmaddsub_ps(a.v, b.v, c.v)}; }
+SIGPAK_INLINE f8 fma_odd(f8 a, f8 b, f8 c) { return {_mm256_fmaddsub_ps(a.v, b.v, c.v)}; }
+
+// Two scalars as one that is only moved.
+SIGPAK_INLINE d2 as_doubles(f4 a) { return {_mm_castps_pd(a.v)}; }
+SIGPAK_INLINE d4 as_doubles(f8 a) { return {_mm256_castps_pd(a.v)}; }
+SIGPAK_INLINE f4 as_floats(d2 a) { return {_mm_castpd_ps(a.v)}; }
+SIGPAK_INLINE f8 as_floats(d4 a) { return {_mm256_castpd_ps(a.v)}; }
+
 // Within every 128 bits: two scalars of a, two of b, chosen by the selection of shufps.
 template <int choice> SIGPAK_INLINE f4 choose(f4 a, f4 b) { return {_mm_shuffle_ps(a.v, b.v, choice)}; }
 template <int choice> SIGPAK_INLINE f8 choose(f8 a, f8 b) { return {_mm256_shuffle_ps(a.v, b.v, choice)}; }
@@ -135,6 +147,15 @@ SIGPAK_INLINE f16 low_parts(f16 a, f16 b) { return {_mm512_unpacklo_ps(a.v, b.v)
 SIGPAK_INLINE d8 high_parts(d8 a, d8 b) { return {_mm512_unpackhi_pd(a.v, b.v)}; }
 SIGPAK_INLINE f16 high_parts(f16 a, f16 b) { return {_mm512_unpackhi_ps(a.v, b.v)}; }
 template <int choice> SIGPAK_INLINE f16 choose(f16 a, f16 b) { return {_mm512_shuffle_ps(a.v, b.v, choice)}; }
+
+SIGPAK_INLINE d8 exchanged(d8 a) { return {_mm512_permute_pd(a.v, 0x55)}; }
+SIGPAK_INLINE f16 exchanged(f16 a) { return {_mm512_permute_ps(a.v, 0xb1)}; }
+SIGPAK_INLINE d8 fma_even(d8 a, d8 b, d8 c) { return {_mm512_fmsubadd_pd(a.v, b.v, c.v)}; }
+SIGPAK_INLINE f16 fma_even(f16 a, f16 b, f16 c) { return {_mm512_fmsubadd_ps(a.v, b.v, c.v)}; }
+SIGPAK_INLINE d8 fma_odd(d8 a, d8 b, d8 c) { return {_mm512_fmaddsub_pd(a.v, b.v, c.v)}; }
+SIGPAK_INLINE f16 fma_odd(f16 a, f16 b, f16 c) { return {_mm512_fmaddsub_ps(a.v, b.v, c.v)}; }
+SIGPAK_INLINE d8 as_doubles(f16 a) { return {_mm512_castps_pd(a.v)}; }
+SIGPAK_INLINE f16 as_floats(d8 a) { return {_mm512_castpd_ps(a.v)}; }
 
 SIGPAK_INLINE d8 backwards(d8 a) { return {_mm512_shuffle_f64x2(a.v, a.v, 0x1b)}; }
 SIGPAK_INLINE f16 backwards(f16 a) {
@@ -209,6 +230,21 @@ template <class P> SIGPAK_INLINE void transpose(P (&r)[P::width]) {
       transpose_blocks(r[c], r[c + per_block], r[c + 2 * per_block], r[c + 3 * per_block]);
     }
   });
+}
+
+// The same for rows of interleaved points.
+template <class P> SIGPAK_INLINE void transpose_points(P (&r)[P::width / 2]) {
+  if constexpr (sizeof(typename P::scalar) == 4) {
+    constexpr int points = P::width / 2;
+    pack<double, points> moved[points];
+    unroll<points>([&](auto i) __attribute__((always_inline)) { moved[i] = as_doubles(r[i]); });
+    transpose(moved);
+    unroll<points>([&](auto i) __attribute__((always_inline)) { r[i] = as_floats(moved[i]); });
+  } else if constexpr (P::width == 4) {
+    transpose_blocks(r[0], r[1]);
+  } else if constexpr (P::width == 8) {
+    transpose_blocks(r[0], r[1], r[2], r[3]);
+  }
 }
 
 }  // namespace
