@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "core/each.h"
+#include "core/isa.h"
 #include "core/storage.h"
 
 namespace sigpak {
@@ -37,10 +39,12 @@ template <record V> status append(V* dst, const V* src) noexcept {
     std::copy_n(src->data, scalars(src), tail);
     return ok;
   }
-  for (index i = 0; i < length(src); ++i) {
-    tail[2 * i] = src->data[i];
-    tail[2 * i + 1] = 0;
-  }
+  isa::run(length(src), [tail, x = src->data, points = length(src)] {
+    each<2>(tail, points, [=](index i) {
+      tail[2 * i] = x[i];
+      tail[2 * i + 1] = 0;
+    });
+  });
   return ok;
 }
 

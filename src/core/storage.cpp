@@ -65,9 +65,8 @@ template <record V> status destroy(V* v) noexcept {
   return ok;
 }
 
-template <record V> status allocate(V* v) noexcept {
+template <record V> status replace_storage(V* v) noexcept {
   const index need = needed(v);
-  if (need <= v->alloc || need == 0) return ok;
   if (need > most_scalars) return refuse(v);
   if (const auto hook = current_hooks<V>().allocate; hook != nullptr) {
     hook(v);
@@ -78,9 +77,8 @@ template <record V> status allocate(V* v) noexcept {
   return owning(v, need);
 }
 
-template <record V> status reallocate(V* v, std::uint32_t old_points, std::int32_t old_complex) noexcept {
+template <record V> status extend_storage(V* v, std::uint32_t old_points, std::int32_t old_complex) noexcept {
   const index need = needed(v);
-  if (need <= v->alloc || need == 0) return ok;
   if (need > most_scalars) return refuse(v);
   const scalar<V>* lent = nullptr;
   if (v->alloc <= 0) lent = std::exchange(v->data, nullptr);
@@ -122,8 +120,8 @@ template <record V> status to_complex(V* v) noexcept {
   v->complex = 1;
   if (reallocate(v, points, 0) != ok) return failed;
   isa::run(length(v), [data = v->data, n = length(v)] {
-    spread_from_end(data, data, n, [data](index i, scalar<V> x) {
-      data[2 * i] = x;
+    each_from_end<2>(data, n, [data](index i) {
+      data[2 * i] = data[i];
       data[2 * i + 1] = 0;
     });
   });
@@ -134,10 +132,10 @@ template void initialise(dsp_vec*) noexcept;
 template void initialise(dspf_vec*) noexcept;
 template status destroy(dsp_vec*) noexcept;
 template status destroy(dspf_vec*) noexcept;
-template status allocate(dsp_vec*) noexcept;
-template status allocate(dspf_vec*) noexcept;
-template status reallocate(dsp_vec*, std::uint32_t, std::int32_t) noexcept;
-template status reallocate(dspf_vec*, std::uint32_t, std::int32_t) noexcept;
+template status replace_storage(dsp_vec*) noexcept;
+template status replace_storage(dspf_vec*) noexcept;
+template status extend_storage(dsp_vec*, std::uint32_t, std::int32_t) noexcept;
+template status extend_storage(dspf_vec*, std::uint32_t, std::int32_t) noexcept;
 template status reshape(dsp_vec*, index, bool) noexcept;
 template status reshape(dspf_vec*, index, bool) noexcept;
 template status pad(dsp_vec*, index) noexcept;

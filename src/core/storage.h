@@ -8,11 +8,28 @@ namespace sigpak {
 template <record V> void initialise(V* v) noexcept;
 template <record V> status destroy(V* v) noexcept;
 
+// The capacity suffices for points and complex as set, and nothing has to be sized.
+template <record V> constexpr bool fits(const V* v) noexcept {
+  const index need = static_cast<index>(v->points) * width(v);
+  return need <= v->alloc || need == 0;
+}
+
+template <record V> status replace_storage(V* v) noexcept;
+template <record V> status extend_storage(V* v, std::uint32_t old_points, std::int32_t old_complex) noexcept;
+
 // Capacity for points and complex as set; the old contents are not kept.
-template <record V> status allocate(V* v) noexcept;
+template <record V> status allocate(V* v) noexcept {
+  if (fits(v)) [[likely]]
+    return ok;
+  return replace_storage(v);
+}
 
 // Capacity for points and complex as set; keeps the contents of the shape given.
-template <record V> status reallocate(V* v, std::uint32_t old_points, std::int32_t old_complex) noexcept;
+template <record V> status reallocate(V* v, std::uint32_t old_points, std::int32_t old_complex) noexcept {
+  if (fits(v)) [[likely]]
+    return ok;
+  return extend_storage(v, old_points, old_complex);
+}
 
 // Sets the shape and grows the storage, keeping the contents of the shape that the record had.
 template <record V> status reshape(V* v, index points, bool complex) noexcept;

@@ -15,8 +15,7 @@ template <class T, class F> void pack(const T* z, T* out, index points, F f) noe
 
 // z[i] = f(x[i]), backwards: z may be x.
 template <class T, class F> void spread(const T* x, T* z, index points, F f) noexcept {
-  isa::run(points,
-           [=] { spread_from_end(x, z, points, [=](index i, T sample) { put_point(z, i, f(sample)); }); });
+  isa::run(points, [=] { each_from_end<2>(z, points, [=](index i) { put_point(z, i, f(x[i])); }); });
 }
 
 // out[i] = f(x[i]); out may be x.

@@ -36,7 +36,8 @@ template <class T> void rotate_points(T* z, index points, point<double> factor) 
 // Backwards: the real samples stand at the start of the storage that the points fill.
 template <class T> void spread_points(T* x, index points, T re, T im) noexcept {
   isa::run(points, [=] {
-    spread_from_end(x, x, points, [=](index i, T sample) {
+    each_from_end<2>(x, points, [=](index i) {
+      const T sample = x[i];
       x[2 * i] = re * sample;
       x[2 * i + 1] = im * sample;
     });

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "core/each.h"
 #include "core/isa.h"
 #include "core/storage.h"
 #include "elementwise/elementwise.h"
@@ -89,21 +90,15 @@ template <record V> status cut_placed(V* v, index wanted, std::int32_t flags) no
   return scaled(flags) ? scale(v, factor<V>(flags, points, old)) : ok;
 }
 
-// From the last block down, each by way of a copy, so that no point is overwritten before it is read.
 template <index width, class T> void interleave_zeros(T* x, index points) noexcept {
-  constexpr index size = 256;
-  T block[size * width];
-  for (index begin = (points - 1) / size * size; begin >= 0; begin -= size) {
-    const index count = std::min(size, points - begin);
-    std::copy_n(x + begin * width, count * width, block);
-    T* const out = x + 2 * begin * width;
-    for (index i = 0; i < count; ++i) {
-      for (index part = 0; part < width; ++part) {
-        out[2 * i * width + part] = block[i * width + part];
-        out[(2 * i + 1) * width + part] = 0;
-      }
+  each_from_end<2 * width>(x, points, [=](index i) {
+    T point[width];
+    for (index part = 0; part < width; ++part) point[part] = x[i * width + part];
+    for (index part = 0; part < width; ++part) {
+      x[2 * i * width + part] = point[part];
+      x[(2 * i + 1) * width + part] = 0;
     }
-  }
+  });
 }
 
 template <record V> status interleave_zeros(V* v) noexcept {
@@ -111,8 +106,7 @@ template <record V> status interleave_zeros(V* v) noexcept {
   v->points = static_cast<std::uint32_t>(2 * points);
   v->delta *= scalar<V>(0.5);
   if (reallocate(v, static_cast<std::uint32_t>(points), v->complex) != ok) return failed;
-  isa::run([x = v->data, points, complex = is_complex(v)] {
-    if (points == 0) return;
+  isa::run(points, [x = v->data, points, complex = is_complex(v)] {
     if (complex) {
       interleave_zeros<2>(x, points);
     } else {
