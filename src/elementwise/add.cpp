@@ -32,8 +32,8 @@ struct minus {
   }
 };
 
-template <record V, class F> status combine_padded(const V* a, const V* b, V* out, F f) noexcept {
-  if (a->points == b->points) return combine(a, b, out, f);
+template <record V, class F>
+[[gnu::noinline]] status combine_padded(const V* a, const V* b, V* out, F f) noexcept {
   const bool a_shorter = length(a) < length(b);
   temporary<V> storage;
   V* const padded = &storage;
@@ -42,14 +42,19 @@ template <record V, class F> status combine_padded(const V* a, const V* b, V* ou
   return a_shorter ? combine<V>(padded, b, out, f) : combine<V>(a, padded, out, f);
 }
 
+template <record V, class F>
+[[gnu::always_inline]] inline status combine_lengths(const V* a, const V* b, V* out, F f) noexcept {
+  return a->points == b->points ? combine(a, b, out, f) : combine_padded(a, b, out, f);
+}
+
 }  // namespace
 
 template <record V> status add(const V* a, const V* b, V* out) noexcept {
-  return combine_padded(a, b, out, plus{});
+  return combine_lengths(a, b, out, plus{});
 }
 
 template <record V> status subtract(const V* a, const V* b, V* out) noexcept {
-  return combine_padded(a, b, out, minus{});
+  return combine_lengths(a, b, out, minus{});
 }
 
 template status add(const dsp_vec*, const dsp_vec*, dsp_vec*) noexcept;

@@ -1,9 +1,12 @@
 // The walk of every operation that combines two records point by point.
 #pragma once
 
+#include <algorithm>
+
 #include "core/each.h"
 #include "core/isa.h"
 #include "core/product.h"
+#include "core/streaming.h"
 #include "elementwise/prepare.h"
 
 namespace sigpak {
@@ -26,47 +29,69 @@ template <class T> struct complex_points {
 template <class T> real_points(T*) -> real_points<T>;
 template <class T> complex_points(T*) -> complex_points<T>;
 
-// out[i] = f(a[i], b[i]) from the first point to the last: out is apart from the operands, or in step with
-// them.
-template <class A, class B, class Out, class F>
-void combine_forwards(A a, B b, Out out, index points, F f) noexcept {
-  isa::run(points,
-           [=] { each<Out::width>(out.data, points, [=](index i) { out.put(i, f(a.get(i), b.get(i))); }); });
+// The points from `begin` on.
+template <class Points> Points points_from(Points all, index begin) noexcept {
+  return {all.data + begin * Points::width};
 }
 
-// The same from the last point to the first: out may hold an operand of narrower points at its start.
 template <class A, class B, class Out, class F>
-void combine_backwards(A a, B b, Out out, index points, F f) noexcept {
-  isa::run(points, [=] {
-    for (index i = points - 1; i >= 0; --i) out.put(i, f(a.get(i), b.get(i)));
-  });
-}
+status combine_past_cache(A a, B b, Out out, index points, F f) noexcept;
 
-// A real operand beside a complex one; `narrow` is its storage.
-template <class A, class B, class T, class F>
-void combine_mixed(A a, B b, const T* narrow, T* out, index points, F f) noexcept {
-  if (narrow == out) {
-    combine_backwards(a, b, complex_points{out}, points, f);
-  } else {
-    combine_forwards(a, b, complex_points{out}, points, f);
+// Functions that divide say so by a member of this name.
+template <class F> inline constexpr cost divides = requires { F::divides; }
+? cost::division : cost::access;
+
+// out[i] = f(a[i], b[i]). An operand is apart from out, or in step with it, or of narrower points at its
+// start. Returns what its callers do and stays a call, so that a caller is a few instructions.
+template <class A, class B, class Out, class F>
+[[gnu::noinline]] status combine_points(A a, B b, Out out, index points, F f) noexcept {
+  if (points > isa::short_run && a.data != out.data && b.data != out.data &&
+      worth_streaming(out.data, points * Out::width)) [[unlikely]] {
+    return combine_past_cache(a, b, out, points, f);
   }
+  isa::run(points, [=] {
+    const auto put = [=](index i) { out.put(i, f(a.get(i), b.get(i))); };
+    if constexpr (Out::width > A::width || Out::width > B::width) {
+      const bool apart = a.data != out.data && b.data != out.data;
+      each_from_end<Out::width>(out.data, points, put, apart);
+    } else {
+      each<Out::width, divides<F>>(out.data, points, put);
+    }
+  });
+  return ok;
+}
+
+// The same by way of a piece that stays in the cache.
+template <class A, class B, class Out, class F>
+[[gnu::noinline]] status combine_past_cache(A a, B b, Out out, index points, F f) noexcept {
+  using T = std::remove_pointer_t<decltype(Out::data)>;
+  constexpr index most = streamed_piece<T> / Out::width;
+  alignas(cache_line) T piece[most * Out::width];
+  for (index begin = 0; begin < points; begin += most) {
+    const index count = std::min(most, points - begin);
+    combine_points(points_from(a, begin), points_from(b, begin), Out{piece}, count, f);
+    stream(points_from(out, begin).data, piece, count * Out::width);
+  }
+  finish_streaming();
+  return ok;
 }
 
 // Prepares out and fills it with f(a, b), which takes scalars and complex values in every pairing.
-template <record V, class F> status combine(const V* a, const V* b, V* out, F f) noexcept {
-  const auto in = prepare(a, b, out, is_complex(a) || is_complex(b));
-  if (!in) return failed;
-  scalar<V>* const to = out->data;
-  if (in->a_complex && in->b_complex) {
-    combine_forwards(complex_points{in->a}, complex_points{in->b}, complex_points{to}, in->points, f);
-  } else if (in->a_complex) {
-    combine_mixed(complex_points{in->a}, real_points{in->b}, in->b, to, in->points, f);
-  } else if (in->b_complex) {
-    combine_mixed(real_points{in->a}, complex_points{in->b}, in->a, to, in->points, f);
-  } else {
-    combine_forwards(real_points{in->a}, real_points{in->b}, real_points{to}, in->points, f);
-  }
-  return ok;
+template <record V, class F>
+[[gnu::always_inline]] inline status combine(const V* a, const V* b, V* out, F f) noexcept {
+  return prepare(a, b, out, is_complex(a) || is_complex(b), [out, f](const operands<V>& in) {
+    const complex_points za{in.a};
+    const complex_points zb{in.b};
+    const real_points xa{in.a};
+    const real_points xb{in.b};
+    const complex_points to{out->data};
+    if (!in.a_complex && !in.b_complex) {
+      return combine_points(xa, xb, real_points{out->data}, in.points, f);
+    }
+    if (!in.a_complex) return combine_points(xa, zb, to, in.points, f);
+    if (!in.b_complex) return combine_points(za, xb, to, in.points, f);
+    return combine_points(za, zb, to, in.points, f);
+  });
 }
 
 }  // namespace sigpak

@@ -10,6 +10,8 @@ namespace {
 
 // Selects instead of branches, so that the loops vectorise.
 struct over {
+  static constexpr bool divides = true;
+
   template <class T> constexpr T operator()(T a, T b) const noexcept {
     return b != 0 ? a / b : a != 0 ? guard<T>::huge : T(0);
   }

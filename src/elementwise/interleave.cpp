@@ -33,42 +33,33 @@ template <class T> struct double_points {
 template <class T> two_points(point<T>, point<T>) -> two_points<T>;
 template <class T> double_points(T*) -> double_points<T>;
 
-// Every result is wider than its operands, so a shared one is filled from its end.
-template <record V, class A, class B, class Out, class F>
-void fill(const operands<V>& in, A a, B b, Out out, F f) noexcept {
-  if (in.a == out.data || in.b == out.data) {
-    combine_backwards(a, b, out, in.points, f);
-  } else {
-    combine_forwards(a, b, out, in.points, f);
-  }
-}
-
 }  // namespace
 
 template <record V> status join_parts(const V* re, const V* im, V* out) noexcept {
   if (is_complex(re) || is_complex(im)) return failed;
-  const auto in = prepare(re, im, out, true);
-  if (!in) return failed;
-  fill(*in, real_points{in->a}, real_points{in->b}, complex_points{out->data}, side_by_side{});
-  return ok;
+  return prepare(re, im, out, true, [out](const operands<V>& in) {
+    return combine_points(real_points{in.a}, real_points{in.b}, complex_points{out->data}, in.points,
+                          side_by_side{});
+  });
 }
 
 template <record V> status interleave(const V* a, const V* b, V* out) noexcept {
   if (a->points != b->points) return failed;
   out->delta = (a->delta + b->delta) * scalar<V>(0.25);
-  const auto in = resize_result(a, b, out, 2 * length(a), is_complex(a) || is_complex(b));
-  if (!in) return failed;
-  const double_points pairs{out->data};
-  if (in->a_complex && in->b_complex) {
-    fill(*in, complex_points{in->a}, complex_points{in->b}, pairs, one_after_the_other{});
-  } else if (in->a_complex) {
-    fill(*in, complex_points{in->a}, real_points{in->b}, pairs, one_after_the_other{});
-  } else if (in->b_complex) {
-    fill(*in, real_points{in->a}, complex_points{in->b}, pairs, one_after_the_other{});
-  } else {
-    fill(*in, real_points{in->a}, real_points{in->b}, complex_points{out->data}, side_by_side{});
-  }
-  return ok;
+  const bool complex = is_complex(a) || is_complex(b);
+  return fill_result(a, b, out, 2 * length(a), complex, [out](const operands<V>& in) {
+    const complex_points za{in.a};
+    const complex_points zb{in.b};
+    const real_points xa{in.a};
+    const real_points xb{in.b};
+    const double_points pairs{out->data};
+    if (!in.a_complex && !in.b_complex) {
+      return combine_points(xa, xb, complex_points{out->data}, in.points, side_by_side{});
+    }
+    if (!in.a_complex) return combine_points(xa, zb, pairs, in.points, one_after_the_other{});
+    if (!in.b_complex) return combine_points(za, xb, pairs, in.points, one_after_the_other{});
+    return combine_points(za, zb, pairs, in.points, one_after_the_other{});
+  });
 }
 
 template status join_parts(const dsp_vec*, const dsp_vec*, dsp_vec*) noexcept;

@@ -46,18 +46,18 @@ template <record V> status take_magnitude(V* v) noexcept {
 template <record V> status square_magnitude(V* v) noexcept { return turn_real(v, squared_magnitude{}); }
 
 template <record V> status take_magnitudes(const V* in, V* out) noexcept {
-  const auto from = prepare(in, in, out, is_complex(in));
-  if (!from) return failed;
-  const auto* wide = kernels::inverse<scalar<V>>();
-  if (wide == nullptr || !from->a_complex) return fill_real(*from, out, magnitude{});
-  wide->magnitude(from->a, out->data, from->points);
-  out->complex = 0;
-  return ok;
+  return prepare(in, in, out, is_complex(in), [out](const operands<V>& from) {
+    const auto* wide = kernels::inverse<scalar<V>>();
+    if (wide == nullptr || !from.a_complex) return fill_real(from, out, magnitude{});
+    wide->magnitude(from.a, out->data, from.points);
+    out->complex = 0;
+    return ok;
+  });
 }
 
 template <record V> status square_magnitudes(const V* in, V* out) noexcept {
-  const auto from = prepare(in, in, out, false);
-  return from ? fill_real(*from, out, squared_magnitude{}) : failed;
+  return prepare(in, in, out, false,
+                 [out](const operands<V>& from) { return fill_real(from, out, squared_magnitude{}); });
 }
 
 template status take_magnitude(dsp_vec*) noexcept;

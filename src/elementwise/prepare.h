@@ -1,8 +1,6 @@
 // The result record of an operation on two records.
 #pragma once
 
-#include <optional>
-
 #include "core/storage.h"
 
 namespace sigpak {
@@ -24,36 +22,50 @@ template <record V> constexpr scalar<V> mean_spacing(const V* a, const V* b) noe
   return (a->delta + b->delta) * scalar<V>(0.5);
 }
 
-// Sizes out, its delta set by the caller: afresh, or keeping the contents when it shares storage with an
-// operand. Storage that out owns may move as it grows, so such an operand is found there again; a lent buffer
-// stays as it was, and the operand is still read from it, whole, whatever the new shape keeps. Inlined, so
-// that a short operation does not wait for the operands to come back through memory.
-template <record V>
-[[gnu::always_inline]] inline std::optional<operands<V>> resize_result(const V* a, const V* b, V* out,
-                                                                       index points, bool complex) noexcept {
-  operands<V> in = operands_of(a, b);
-  const bool is_a = out->data == a->data;
-  const bool is_b = out->data == b->data;
+// Sizes out in its new shape, keeping the contents of the old form when it shares storage with an operand.
+// Storage that out owns may move as it grows, so such an operand is found there again; a lent buffer stays as
+// it was, and the operand is still read from it, whole, whatever the new shape keeps.
+template <record V, class Fill>
+[[gnu::noinline, gnu::cold]] status grow_and_fill(operands<V> in, V* out, std::int32_t old_complex,
+                                                  Fill fill) noexcept {
+  const bool is_a = out->data == in.a;
+  const bool is_b = out->data == in.b;
   const bool owned = out->alloc > 0;
-  const std::int32_t old_complex = is_a && a->complex != 0 ? a->complex : is_b ? b->complex : 0;
-  out->complex = complex ? 1 : 0;
-  out->points = static_cast<std::uint32_t>(points);
   const status sized =
       is_a || is_b ? reallocate(out, static_cast<std::uint32_t>(in.points), old_complex) : allocate(out);
-  if (sized != ok) return std::nullopt;
+  if (sized != ok) return failed;
   if (owned && is_a) in.a = out->data;
   if (owned && is_b) in.b = out->data;
-  return in;
+  return fill(in);
+}
+
+// Shapes out, its delta set by the caller, sizes it, and fills it by fill(operands), which returns a status.
+// All but the growth is inlined and ends in the call of a walk: a short operation neither waits for anything
+// that comes back through memory nor saves a register.
+template <record V, class Fill>
+[[gnu::always_inline]] inline status fill_result(const V* a, const V* b, V* out, index points, bool complex,
+                                                 Fill fill) noexcept {
+  const operands<V> in = operands_of(a, b);
+  const std::int32_t a_complex = a->complex;
+  const std::int32_t b_complex = b->complex;
+  out->complex = complex ? 1 : 0;
+  out->points = static_cast<std::uint32_t>(points);
+  if (fits(out)) [[likely]]
+    return fill(in);
+  const bool is_complex_a = out->data == in.a && in.a_complex;
+  const bool is_b = out->data == in.b;
+  const operands<V> whole{in.a, in.b, in.a_complex, in.b_complex, in.points};  // `in` stays in registers
+  return grow_and_fill(whole, out, is_complex_a ? a_complex : is_b ? b_complex : 0, fill);
 }
 
 // The common preparation: refuses operands of different lengths; otherwise out gets the mean spacing, the
 // points, and the form given.
-template <record V>
-[[gnu::always_inline]] inline std::optional<operands<V>> prepare(const V* a, const V* b, V* out,
-                                                                 bool complex) noexcept {
-  if (a->points != b->points) return std::nullopt;
+template <record V, class Fill>
+[[gnu::always_inline]] inline status prepare(const V* a, const V* b, V* out, bool complex,
+                                             Fill fill) noexcept {
+  if (a->points != b->points) return failed;
   out->delta = mean_spacing(a, b);
-  return resize_result(a, b, out, length(a), complex);
+  return fill_result(a, b, out, length(a), complex, fill);
 }
 
 }  // namespace sigpak

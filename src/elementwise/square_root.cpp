@@ -8,14 +8,14 @@
 namespace sigpak {
 
 template <record V> status take_square_roots(const V* in, V* out) noexcept {
-  const auto from = prepare(in, in, out, is_complex(in));
-  if (!from) return failed;
-  if (from->a_complex) {
-    square_root_points(from->a, out->data, from->points);
-  } else {
-    map_reals(from->a, out->data, from->points, [](auto x) { return square_root(x); });
-  }
-  return ok;
+  return prepare(in, in, out, is_complex(in), [out](const operands<V>& from) {
+    if (from.a_complex) {
+      square_root_points(from.a, out->data, from.points);
+    } else {
+      map_reals(from.a, out->data, from.points, [](auto x) { return square_root(x); });
+    }
+    return ok;
+  });
 }
 
 template status take_square_roots(const dsp_vec*, dsp_vec*) noexcept;

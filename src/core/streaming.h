@@ -1,0 +1,51 @@
+// Stores past the cache, for results that are too large to stay there: a plain store reads a line before it
+// writes it, a streaming one does not.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+
+#include "core/isa.h"
+#include "core/record.h"
+
+#if SIGPAK_WIDE_LEVELS
+#include <emmintrin.h>
+#endif
+
+namespace sigpak {
+
+inline constexpr std::size_t cache_line = 64;
+
+// A result of so many bytes, with its operands, exceeds the last cache of one core complex.
+inline constexpr std::size_t streamed_bytes = std::size_t{16} << 20;
+
+// Scalars streamed at a time, computed in the nearest cache.
+template <class T> inline constexpr index streamed_piece = 4096 / sizeof(T);
+
+template <class T> bool worth_streaming(const T* out, index n) noexcept {
+  return SIGPAK_WIDE_LEVELS && static_cast<std::size_t>(n) >= streamed_bytes / sizeof(T) &&
+         reinterpret_cast<std::uintptr_t>(out) % 16 == 0;
+}
+
+// Copies; `to` is aligned to 16 bytes, `from` too. Ordered with other stores by finish_streaming.
+template <class T> void stream(T* to, const T* from, index n) noexcept {
+#if SIGPAK_WIDE_LEVELS
+  constexpr index step = 16 / sizeof(T);
+  index i = 0;
+  for (; i + step <= n; i += step) {
+    _mm_stream_si128(reinterpret_cast<__m128i*>(to + i),
+                     _mm_load_si128(reinterpret_cast<const __m128i*>(from + i)));
+  }
+  for (; i < n; ++i) to[i] = from[i];
+#else
+  std::memcpy(to, from, static_cast<std::size_t>(n) * sizeof(T));
+#endif
+}
+
+inline void finish_streaming() noexcept {
+#if SIGPAK_WIDE_LEVELS
+  _mm_sfence();
+#endif
+}
+
+}  // namespace sigpak
