@@ -7,21 +7,21 @@
 
 namespace sigpak {
 
-// What most of the time of a walk goes into.
-enum class cost { access, division };
+// What a walk waits for.
+enum class bound { memory, divider };
 
 // Calls body(i) for i = 0 .. points - 1. body(i) writes `width` scalars from out + i * width on, and no later
 // call reads them: the operands are apart from out, in step with it, or run ahead of it. The compiler cannot
 // know that and would take them one by one. Stores that straddle two cache lines cost up to 1.5 times as
 // much, so a walk of some length brings `out` to a line first, one point at a time; behind a division they
 // cost nothing.
-template <index width = 1, cost bound = cost::access, class T, class Body>
+template <index width = 1, bound limit = bound::memory, class T, class Body>
 [[gnu::always_inline]] inline void each(const T* out, index points, Body body) noexcept {
   constexpr std::uintptr_t line = 64;
   constexpr index worth_aligning = 64;
   constexpr index worth_unrolling = 32;
   index i = 0;
-  if (bound == cost::access && points >= worth_aligning) {
+  if (limit == bound::memory && points >= worth_aligning) {
     const auto before_line = static_cast<index>(-reinterpret_cast<std::uintptr_t>(out) % line);
     const index head = before_line / (width * static_cast<index>(sizeof(T)));
     for (; i < head; ++i) {

@@ -38,8 +38,8 @@ template <class A, class B, class Out, class F>
 status combine_past_cache(A a, B b, Out out, index points, F f) noexcept;
 
 // Functions that divide say so by a member of this name.
-template <class F> inline constexpr cost divides = requires { F::divides; }
-? cost::division : cost::access;
+template <class F> inline constexpr bound limit_of = requires { F::divides; }
+? bound::divider : bound::memory;
 
 // out[i] = f(a[i], b[i]). An operand is apart from out, or in step with it, or of narrower points at its
 // start. Returns what its callers do and stays a call, so that a caller is a few instructions.
@@ -55,7 +55,7 @@ template <class A, class B, class Out, class F>
       const bool apart = a.data != out.data && b.data != out.data;
       each_from_end<Out::width>(out.data, points, put, apart);
     } else {
-      each<Out::width, divides<F>>(out.data, points, put);
+      each<Out::width, limit_of<F>>(out.data, points, put);
     }
   });
   return ok;

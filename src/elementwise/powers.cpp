@@ -28,7 +28,7 @@ template <class T> void square_points(T* z, index points) noexcept {
 
 template <class T> void reciprocal(T* x, index n) noexcept {
   isa::run(n, [=] {
-    each<1, cost::division>(x, n, [=](index i) { x[i] = x[i] != 0 ? 1 / x[i] : guard<T>::huge; });
+    each<1, bound::divider>(x, n, [=](index i) { x[i] = x[i] != 0 ? 1 / x[i] : guard<T>::huge; });
   });
 }
 
@@ -45,7 +45,7 @@ template <class T> void reciprocal_points(T* z, index points) noexcept {
 }
 
 template <class T> void square_roots(T* x, index n) noexcept {
-  isa::run(n, [=] { each<1, cost::division>(x, n, [=](index i) { x[i] = square_root(x[i]); }); });
+  isa::run(n, [=] { each<1, bound::divider>(x, n, [=](index i) { x[i] = square_root(x[i]); }); });
 }
 
 template <record V> status take_square(V* v) noexcept {
