@@ -40,55 +40,55 @@ void force(level wanted) noexcept;
 
 namespace detail {
 
-template <class Loop> [[gnu::noinline]] auto run_baseline(const Loop& loop) { return loop(); }
+template <class Loop> [[gnu::noinline]] auto run_baseline(Loop& loop) { return loop(); }
 
 // The lambda is inlined into the runner and vectorised for its level. Features are named one by one and FMA
 // is left out, so every level gives the same bits.
-template <class Loop> [[gnu::target("avx2"), gnu::flatten, gnu::noinline]] auto run_avx2(const Loop& loop) {
+template <class Loop> [[gnu::target("avx2"), gnu::flatten, gnu::noinline]] auto run_avx2(Loop& loop) {
   return loop();
 }
 
 #if defined(__clang__)
 template <class Loop>
 [[gnu::target("avx512f,avx512dq,avx512bw,avx512vl"), gnu::flatten, gnu::noinline]] auto run_avx512(
-    const Loop& loop) {
+    Loop& loop) {
   return loop();
 }
 #else
 template <class Loop>
 [[gnu::target("avx512f,avx512dq,avx512bw,avx512vl,prefer-vector-width=512"), gnu::flatten,
   gnu::noinline]] auto
-run_avx512(const Loop& loop) {
+run_avx512(Loop& loop) {
   return loop();
 }
 #endif
 
 }  // namespace detail
 
-template <class Loop> auto run_at(level wanted, const Loop& loop) {
-  const Loop passed = loop;  // so that a loop that runs inlined is not put together in memory
+// By value, so that a loop that runs inlined instead is not put together in memory.
+template <class Loop> [[gnu::always_inline]] inline auto run_at(level wanted, Loop loop) {
   switch (wanted) {
     case level::avx512:
-      return detail::run_avx512(passed);
+      return detail::run_avx512(loop);
     case level::avx2:
-      return detail::run_avx2(passed);
+      return detail::run_avx2(loop);
     default:
-      return detail::run_baseline(passed);
+      return detail::run_baseline(loop);
   }
 }
 
 #else
 
-template <class Loop> auto run_at(level, const Loop& loop) { return loop(); }
+template <class Loop> auto run_at(level, Loop loop) { return loop(); }
 
 #endif
 
 // Runs a plain loop at the current level. One call per operation, around the whole of its loop.
-template <class Loop> auto run(const Loop& loop) { return run_at(current(), loop); }
+template <class Loop> [[gnu::always_inline]] inline auto run(Loop loop) { return run_at(current(), loop); }
 
 // The same for a loop of so many turns: a short one is inlined and saves the call.
 inline constexpr std::ptrdiff_t short_run = 24;
-template <class Loop> [[gnu::always_inline]] inline auto run(std::ptrdiff_t turns, const Loop& loop) {
+template <class Loop> [[gnu::always_inline]] inline auto run(std::ptrdiff_t turns, Loop loop) {
   return turns <= short_run ? loop() : run_at(current(), loop);
 }
 
