@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <numbers>
 #include <random>
 #include <string_view>
 
@@ -20,6 +21,7 @@
 #include "plain.h"
 #include "rounds.h"
 #include "sigpak.h"
+#include "table.h"
 
 namespace {
 
@@ -30,6 +32,8 @@ namespace plain = bench::plain;
 
 constexpr index most_scalars = index{64} << 17;  // 64 MiB
 constexpr index scalar_bytes = sizeof(double);
+
+constexpr double turn = 2 * std::numbers::pi;
 
 int rounds_of(const options& o) { return static_cast<int>(o.number("--rounds", 15)); }
 
@@ -166,6 +170,11 @@ constexpr std::array operations = {
     operation{"parts to complex", bound::stream, false, 4, 4,
               [](arena& m, index) { dspb_ritoc(&m.va, &m.vb, &m.vc); },
               [](arena& m, index n) { plain::interleave(m.a.data(), m.b.data(), m.c.data(), n); }},
+    operation{"cosine", bound::stream, false, 1, 1, [](arena& m, index) { dspc_cos(&m.va, 0.01, 0); },
+              [](arena& m, index n) { plain::cosine(m.a.data(), n, turn / 100); }},
+    operation{"complex exponential", bound::stream, true, 2, 2,
+              [](arena& m, index) { dspc_cexp(&m.va, 0.01, 0); },
+              [](arena& m, index n) { plain::complex_exponential(m.a.data(), n, turn / 100); }},
 };
 
 void refresh(arena& m, const operation& o, index points) {
@@ -205,7 +214,8 @@ double traffic(const operation& o) {
 
 void stream_table(const options& o) {
   arena m;
-  std::printf("\n| operation | 16 KiB | 256 KiB | 4 MiB | 64 MiB |\n|---|---|---|---|---|\n");
+  std::printf("\nThe part of the limit that is reached, and the speed relative to the plain loop.\n");
+  bench::print_head({"operation", "16 KiB", "256 KiB", "4 MiB", "64 MiB"});
   for (const operation& op : operations) {
     if (!o.wants("--only", op.name)) continue;
     std::printf("| %.*s |", static_cast<int>(op.name.size()), op.name.data());
@@ -230,7 +240,11 @@ void stream_table(const options& o) {
 // Order statistics on fresh random data every time: repeated data flatter branches.
 void order_table(const options& o) {
   constexpr index copies = 4;
-  std::printf("\n| operation | points | std | GSL |\n|---|---|---|---|\n");
+#ifdef BENCH_GSL
+  bench::print_head({"operation", "points", "ns / point", "to std", "to GSL"});
+#else
+  bench::print_head({"operation", "points", "ns / point", "to std"});
+#endif
   for (const index n : {16, 100, 300, 1000, 10000, 100000, 1000000, 4000000}) {
     std::vector<double> source(static_cast<std::size_t>(std::max(n * copies, index{1} << 18)));
     std::mt19937_64 engine(5);
@@ -287,9 +301,10 @@ void order_table(const options& o) {
     const int rounds = n > 500000 ? std::min(rounds_of(o), 7) : rounds_of(o);
     for (const auto* list : {&sorts, &medians}) {
       const auto t = bench::compare(*list, rounds, n < 1000 ? 3e-4 : 1e-3);
-      std::printf("| %s | %td |", list == &sorts ? "sort" : "median", n);
-      for (std::size_t i = 1; i < list->size(); ++i) std::printf(" %.2fx |", 1 / t[i].ratio);
-      std::printf("  %.1f ns/point\n", t[0].seconds * 1e9 / static_cast<double>(n));
+      std::printf("| %s | %td | %.1f |", list == &sorts ? "sort" : "median", n,
+                  t[0].seconds * 1e9 / static_cast<double>(n));
+      for (std::size_t i = 1; i < list->size(); ++i) std::printf(" %.2f |", 1 / t[i].ratio);
+      std::printf("\n");
     }
   }
 }
@@ -297,7 +312,7 @@ void order_table(const options& o) {
 // Calls of a few points, a thousand at a time. A ratio above 1 is slower than the direct loop.
 void small_table(const options& o) {
   arena m;
-  std::printf("\n| operation, time relative to the direct loop | 1 | 4 | 16 | 64 |\n|---|---|---|---|---|\n");
+  bench::print_head({"operation, time relative to the direct loop", "1", "4", "16", "64"});
   for (const operation& op : operations) {
     if (!o.wants("--only", op.name)) continue;
     std::printf("| %.*s |", static_cast<int>(op.name.size()), op.name.data());

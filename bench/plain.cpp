@@ -23,6 +23,25 @@ template <class Term> double blocked(index n, Term term) {
   return total;
 }
 
+// put(i, cos, sin) of i * step.
+template <class Put> void rotate(index n, double step, Put put) {
+  constexpr index anchored = 256;
+  const double c = std::cos(step);
+  const double s = std::sin(step);
+  double re = 1;
+  double im = 0;
+  for (index i = 0; i < n; ++i) {
+    if (i % anchored == 0) {
+      re = std::cos(static_cast<double>(i) * step);
+      im = std::sin(static_cast<double>(i) * step);
+    }
+    put(i, re, im);
+    const double next = re * c - im * s;
+    im = re * s + im * c;
+    re = next;
+  }
+}
+
 double centre(const double* x, index n) { return (x[n - 1] + x[n / 2] + x[0]) * 0.3333333333333333; }
 
 }  // namespace
@@ -207,6 +226,17 @@ double harmonic_mean(const double* x, index n) {
 
 float sum(const float* x, index n) {
   return static_cast<float>(blocked(n, [x](index i) { return static_cast<double>(x[i]); }));
+}
+
+void cosine(double* x, index n, double step) {
+  rotate(n, step, [x](index i, double c, double) { x[i] = c; });
+}
+
+void complex_exponential(double* z, index points, double step) {
+  rotate(points, step, [z](index i, double c, double s) {
+    z[2 * i] = c;
+    z[2 * i + 1] = s;
+  });
 }
 
 }  // namespace bench::plain

@@ -36,5 +36,8 @@ index smallest_point(const double* z, index points);
 double dot(const double* a, const double* b, index n);
 double harmonic_mean(const double* x, index n);
 float sum(const float* x, index n);
+// By rotation, from an exact angle at every 256th point.
+void cosine(double* x, index n, double step);
+void complex_exponential(double* z, index points, double step);
 
 }  // namespace bench::plain
