@@ -3,7 +3,9 @@
 // Mathematik 18 (1971); D. E. Knuth, The Art of Computer Programming 2, 4.2.2.
 #pragma once
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
 
 namespace sigpak {
 
@@ -75,6 +77,19 @@ inline double_double operator*(double_double a, double_double b) noexcept {
 constexpr double_double product(double_double a, double_double b) noexcept {
   const double_double top = exact_product(a.hi, b.hi);
   return fast_sum(top.hi, top.lo + (a.hi * b.lo + a.lo * b.hi));
+}
+
+// a without its lower 27 bits: the product of two such numbers is exact.
+constexpr double upper_half(double a) noexcept {
+  return std::bit_cast<double>(std::bit_cast<std::uint64_t>(a) & ~std::uint64_t(0x7ffffff));
+}
+
+// a * b, finite, rounded once; the rest of either may reach 2^-3 of it.
+constexpr double rounded_product(double_double a, double_double b) noexcept {
+  const double short_a = upper_half(a.hi);
+  const double short_b = upper_half(b.hi);
+  const double rest_of_b = (b.hi - short_b) + b.lo;
+  return short_a * short_b + (short_a * rest_of_b + ((a.hi - short_a) + a.lo) * (b.hi + b.lo));
 }
 
 // a / b, rounded once but for an error near 2^-100.

@@ -5,6 +5,7 @@
 #include "elementwise/elementwise.h"
 #include "elementwise/exponential_parts.h"
 #include "elementwise/in_place.h"
+#include "elementwise/sine_parts.h"
 #include "elementwise/wide_guard.h"
 #include "kernels/elementary.h"
 
@@ -19,6 +20,18 @@ template <class T> double guarded_exp10(double x) noexcept {
   return x > wide_guard<T>::log10_huge ? wide_guard<T>::huge : power_of_ten(x);
 }
 
+// size * 2^-power_lift in the direction of the angle. In single precision the leading doubles are enough.
+template <class T> point<double> turned(double_double size, double angle) noexcept {
+  constexpr double drop = power_of_two(-power_lift);
+  if constexpr (sizeof(T) < sizeof(double)) {
+    const double plain = rounded(size) * drop;
+    return {plain * std::cos(angle), plain * std::sin(angle)};
+  } else {
+    const sine_cosine y = sine_and_cosine(angle);
+    return {rounded_component(size, y.cosine) * drop, rounded_component(size, y.sine) * drop};
+  }
+}
+
 template <class T> void exponential(T* x, index n) noexcept {
   if (const auto* wide = kernels::exponential<T>()) return wide->exponential(x, n);
   map(x, n, guarded_exp<T>);
@@ -27,8 +40,8 @@ template <class T> void exponential(T* x, index n) noexcept {
 template <class T> void exponential_points(T* z, index points) noexcept {
   if (const auto* wide = kernels::exponential<T>()) return wide->exponential_points(z, points);
   map_pairs(z, points, [](double a, double b) {
-    const double e = guarded_exp<T>(a);
-    return point<double>{e * std::cos(b), e * std::sin(b)};
+    constexpr double_double limit = {wide_guard<T>::huge * power_of_two(power_lift), 0};
+    return turned<T>(a > wide_guard<T>::log_huge ? limit : lifted_exponential(a), b);
   });
 }
 
@@ -42,9 +55,11 @@ template <class T> void exponential10(T* x, index n) noexcept {
 template <class T> void exponential10_points(T* z, index points) noexcept {
   if (const auto* wide = kernels::exponential<T>()) return wide->exponential10_points(z, points);
   map_pairs(z, points, [](double a, double b) {
-    constexpr double ln10 = wide_guard<T>::ln10;
-    const double e = a < -wide_guard<T>::huge ? -wide_guard<T>::huge : guarded_exp10<T>(a);
-    return point<double>{e * std::cos(b * ln10), e * std::sin(b * ln10)};
+    constexpr double limit = wide_guard<T>::huge * power_of_two(power_lift);
+    const double_double size = a > wide_guard<T>::log10_huge ? double_double{limit, 0}
+                               : a < -wide_guard<T>::huge    ? double_double{-limit, 0}
+                                                             : lifted_power_of_ten(a);
+    return turned<T>(size, b * wide_guard<T>::ln10);
   });
 }
 

@@ -88,18 +88,32 @@ constexpr exponential_pair half_exponentials(double x) noexcept {
   return {scaled_power(n.count, e.even + e.odd, -1), scaled_power(-n.count, e.even - e.odd, -1)};
 }
 
-// 10^x for x <= 300; below 0.6 ulp where the result is normal.
-constexpr double power_of_ten(double x) noexcept {
-  if (x != x) return x;
+// Keeps a power normal while what becomes of it may be subnormal or 0.
+inline constexpr std::int64_t power_lift = 300;
+
+// e^x * 2^power_lift for x <= 230; NaN for NaN.
+constexpr double_double lifted_exponential(double x) noexcept {
+  if (x != x) return {x, 0};
+  constexpr double vanishing = -750;
+  const sixteenths n = reduce_natural(x < vanishing ? vanishing : x);
+  const symmetric_parts e = expm1_terms(n.rest);
+  return scaled_power(n.count, e.even + e.odd, power_lift);
+}
+
+// 10^x * 2^power_lift for x <= 100.
+constexpr double_double lifted_power_of_ten(double x) noexcept {
+  if (x != x) return {x, 0};
   constexpr double vanishing = -330;
   constexpr double ln10 = 2.302585092994046;
-  const double limited = x < vanishing ? vanishing : x;
-  const sixteenths n =
-      reduce(limited, 0x1.a934f0979a371p+5, 0x1.34413509f8000p-6, -0x1.80433b83b532ap-48);  // log10(2) / 16
+  const sixteenths n = reduce(x < vanishing ? vanishing : x, 0x1.a934f0979a371p+5, 0x1.34413509f8000p-6,
+                              -0x1.80433b83b532ap-48);  // log10(2) / 16
   const symmetric_parts e = expm1_terms(n.rest * ln10);
-  constexpr std::int64_t lift = 300;  // keeps the scale normal while the result may be subnormal or 0
-  return rounded(scaled_power(n.count, e.even + e.odd, n.count < 0 ? lift : 0)) *
-         (n.count < 0 ? power_of_two(-lift) : 1.0);
+  return scaled_power(n.count, e.even + e.odd, power_lift);
+}
+
+// Below 0.6 ulp where the result is normal.
+constexpr double power_of_ten(double x) noexcept {
+  return rounded(lifted_power_of_ten(x)) * power_of_two(-power_lift);
 }
 
 }  // namespace sigpak

@@ -1,5 +1,7 @@
 // Logarithms and decibels, in place.
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 #include "elementwise/elementwise.h"
@@ -11,41 +13,59 @@
 namespace sigpak {
 namespace {
 
-// What the wide kernels need to know of ln x and, in points, of ln(a^2 + b^2) / 2.
-template <class T> constexpr kernels::logarithm_constants natural_constants(double scale) noexcept {
-  return {scale, 0, 1, wide_guard<T>::log_tiny, 0.5 * wide_guard<T>::log_huge};
-}
+using kernels::logarithm_constants;
+
+template <class T>
+constexpr logarithm_constants natural_constants = {
+    0.5, 0, 1, 0, wide_guard<T>::log_tiny, 0.5 * wide_guard<T>::log_huge};
 
 template <class T> void natural(T* x, index n) noexcept {
-  if (const auto* wide = kernels::logarithm<T>()) return wide->logarithm(x, n, natural_constants<T>(1));
+  if (const auto* wide = kernels::logarithm<T>()) return wide->logarithm(x, n, natural_constants<T>);
   map(x, n, [](double u) { return u < wide_guard<T>::tiny ? wide_guard<T>::log_tiny : std::log(u); });
 }
 
 // At T the parts of an exact sum of squares underflow and no longer tell: the plain sum decides.
-template <class T> constexpr bool is_floored(double a, double b) noexcept {
-  return a * a + b * b < wide_guard<T>::tiny;
+template <class T> constexpr bool is_floored(double sum) noexcept { return sum < wide_guard<T>::tiny; }
+
+// Whether the rounding of a sum of squares shows in its logarithm, in `sum` as rounded.
+constexpr bool needs_exact_sum(double sum) noexcept {
+  constexpr double low = 0x1p-6;
+  constexpr double high = 0x1p6;
+  return !(sum <= low || sum >= high);
 }
 
 // A point beyond H keeps its direction and counts as |z|^2 = H.
-template <class T> void natural_points(T* z, index points) noexcept {
-  if (const auto* wide = kernels::logarithm<T>()) {
-    return wide->logarithm_points(z, points, natural_constants<T>(0.5));
-  }
-  map_pairs(z, points, [](double a, double b) {
-    if (wide_guard<T>::excludes(a, b)) {
-      return point<double>{0.5 * wide_guard<T>::log_huge,
-                           std::atan2(wide_guard<T>::clamp(b), wide_guard<T>::clamp(a))};
-    }
-    if (is_floored<T>(a, b)) return point<double>{wide_guard<T>::log_tiny, 0.0};
-    return point<double>{0.5 * rounded(logarithm(sum_of_squares(a, b))), std::atan2(b, a)};
+template <class T> void natural_point(double* z, const logarithm_constants& c) noexcept {
+  const double a = wide_guard<T>::clamp(z[0]);
+  const double b = wide_guard<T>::clamp(z[1]);
+  const bool beyond = wide_guard<T>::excludes(z[0], z[1]);
+  const double sum = a * a + b * b;
+  const bool below = !beyond && is_floored<T>(sum);
+  z[0] = beyond                 ? c.ceiling
+         : below                ? c.floor
+         : needs_exact_sum(sum) ? c.scale * rounded(logarithm(sum_of_squares(a, b)))
+                                : c.scale * std::log(sum);
+  z[1] = below ? 0 : std::atan2(b, a);
+}
+
+template <kernels::plain_logarithm plain, class T>
+void map_plain(T* z, index points, logarithm_constants c) noexcept {
+  map_pairs(z, points, [=](double a, double b) {
+    double w[2] = {a, b};
+    plain(w, c);
+    return point<double>{w[0], w[1]};
   });
 }
 
-// factor * log10 x from ln x, rounded once; scale is factor * log10 e.
-double decibels(double_double ln, double_double scale) noexcept {
-  const double_double top = exact_product(ln.hi, scale.hi);
-  return top.hi + (top.lo + (ln.hi * scale.lo + ln.lo * scale.hi));
+template <class T> void natural_points(T* z, index points) noexcept {
+  if (const auto* wide = kernels::logarithm<T>()) {
+    return wide->logarithm_points(z, points, natural_constants<T>, natural_point<T>);
+  }
+  map_plain<natural_point<T>>(z, points, natural_constants<T>);
 }
+
+// Of magnitudes, in both precisions; angles take the constant of the precision.
+constexpr double_double log10_e = wide_guard<double>::log10_e;
 
 // Beyond H the product of the factor and a constant could overflow: those are scaled plainly.
 bool is_exact_factor(double factor) noexcept { return std::abs(factor) <= wide_guard<double>::huge; }
@@ -57,13 +77,28 @@ template <class T> void decimal_scaled(T* x, index n, double factor) noexcept {
     return;
   }
   const double_double scale = product({factor, 0}, log10_e);
+  const double floor = factor * wide_guard<T>::log10_tiny;
   if (const auto* wide = kernels::logarithm<T>()) {
-    return wide->scaled_logarithm(x, n, {scale.hi, scale.lo, 0, factor * wide_guard<T>::log10_tiny, 0});
+    return wide->scaled_logarithm(x, n, {scale.hi, scale.lo, 0, 0, floor, 0});
   }
   map(x, n, [=](double u) {
-    if (u < wide_guard<T>::tiny) return factor * wide_guard<T>::log10_tiny;
-    return u <= std::numeric_limits<double>::max() ? decibels(logarithm(u), scale) : factor * u;
+    if (u < wide_guard<T>::tiny) return floor;
+    return u <= std::numeric_limits<double>::max() ? rounded_product(logarithm(u), scale) : factor * u;
   });
+}
+
+template <class T> void decimal_point(double* z, const logarithm_constants& c) noexcept {
+  const double a = wide_guard<T>::clamp(z[0]);
+  const double b = wide_guard<T>::clamp(z[1]);
+  const double sum = a * a + b * b;
+  const bool below = is_floored<T>(sum);
+  z[0] = below ? c.floor
+               : rounded_product(needs_exact_sum(sum) ? logarithm(sum_of_squares(a, b)) : logarithm(sum),
+                                 {c.scale, c.scale_rest});
+  const double angle = std::atan2(b, a);
+  z[1] = below        ? 0
+         : angle == 0 ? angle * c.angle_scale  // with its sign
+                      : rounded_product({angle, 0}, {c.angle_scale, c.angle_scale_rest});
 }
 
 template <class T> void decimal_scaled_points(T* z, index points, double factor) noexcept {
@@ -75,17 +110,13 @@ template <class T> void decimal_scaled_points(T* z, index points, double factor)
     return;
   }
   const double_double scale = product({factor / 2, 0}, log10_e);
-  const double angle_scale = factor * wide_guard<T>::log10_e;
+  const double_double angle_scale = product({factor, 0}, wide_guard<T>::log10_e);
+  const logarithm_constants c = {
+      scale.hi, scale.lo, angle_scale.hi, angle_scale.lo, factor * wide_guard<T>::log10_tiny, 0};
   if (const auto* wide = kernels::logarithm<T>()) {
-    const double floor = factor * wide_guard<T>::log10_tiny;
-    return wide->scaled_logarithm_points(z, points, {scale.hi, scale.lo, angle_scale, floor, 0});
+    return wide->scaled_logarithm_points(z, points, c, decimal_point<T>);
   }
-  map_pairs(z, points, [=](double re, double im) {
-    const double a = wide_guard<T>::clamp(re);
-    const double b = wide_guard<T>::clamp(im);
-    if (is_floored<T>(a, b)) return point<double>{factor * wide_guard<T>::log10_tiny, 0.0};
-    return point<double>{decibels(logarithm(sum_of_squares(a, b)), scale), angle_scale * std::atan2(b, a)};
-  });
+  map_plain<decimal_point<T>>(z, points, c);
 }
 
 template <record V> status take_decibels(V* v, scalar<V> factor) noexcept {

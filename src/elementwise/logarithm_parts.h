@@ -206,6 +206,4 @@ constexpr double_double logarithm(square_sum s) noexcept {
   return {sum.hi, sum.lo + (leading.lo + (s.rest + s.lo * (1 - s.hi)) / s.hi)};
 }
 
-inline constexpr double_double log10_e = {0x1.bcb7b1526e50ep-2, 0x1.95355baaafad3p-57};
-
 }  // namespace sigpak

@@ -4,6 +4,7 @@
 
 #include "elementwise/elementwise.h"
 #include "elementwise/pack.h"
+#include "elementwise/sine_parts.h"
 #include "kernels/elementary.h"
 
 namespace sigpak {
@@ -31,7 +32,12 @@ struct rectangular_of {
   template <class T> point<T> operator()(point<T> polar) const noexcept {
     const double magnitude = static_cast<double>(polar.re);
     const double phase = static_cast<double>(polar.im);
-    return {static_cast<T>(magnitude * std::cos(phase)), static_cast<T>(magnitude * std::sin(phase))};
+    if constexpr (sizeof(T) < sizeof(double)) {
+      return {static_cast<T>(magnitude * std::cos(phase)), static_cast<T>(magnitude * std::sin(phase))};
+    } else {
+      const sine_cosine y = sine_and_cosine(phase);
+      return {rounded_component({magnitude, 0}, y.cosine), rounded_component({magnitude, 0}, y.sine)};
+    }
   }
 };
 

@@ -1,7 +1,9 @@
-// sin x with some 60 good bits, for what is built on it.
+// sin x and cos x with some 60 good bits, for what is built on it.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
+#include <limits>
 
 #include "core/double_double.h"
 
@@ -61,7 +63,38 @@ constexpr double_double sine_parts(double x) noexcept {
   const reduced_angle angle = reduce_angle(x);
   const double_double y =
       (angle.quarter & 1) != 0 ? cosine_near_zero(angle.rest) : sine_near_zero(angle.rest);
-  return (angle.quarter & 2) != 0 ? double_double{-y.hi, -y.lo} : y;
+  return (angle.quarter & 2) != 0 ? -y : y;
+}
+
+struct sine_cosine {
+  double_double sine;
+  double_double cosine;
+};
+
+inline double_double split(long double x) noexcept {
+  const double hi = static_cast<double>(x);
+  return {hi, static_cast<double>(x - static_cast<long double>(hi))};
+}
+
+// Of any x; far from 0 by the C library.
+inline sine_cosine sine_and_cosine(double x) noexcept {
+  if (!(std::abs(x) <= sine_reduction_end)) {
+    const auto wide = static_cast<long double>(x);
+    return {split(std::sin(wide)), split(std::cos(wide))};
+  }
+  const reduced_angle angle = reduce_angle(x);
+  sine_cosine y = {sine_near_zero(angle.rest), cosine_near_zero(angle.rest)};
+  if (x == 0) y.sine = {x, 0};  // with its sign
+  if ((angle.quarter & 1) != 0) y = {y.cosine, -y.sine};
+  if ((angle.quarter & 2) != 0) y = {-y.sine, -y.cosine};
+  return y;
+}
+
+// size * part, rounded once, with the sign of the plain product where it vanishes; `size` may be infinite.
+inline double rounded_component(double_double size, double_double part) noexcept {
+  const double plain = size.hi * part.hi;
+  if (!(std::abs(size.hi) <= std::numeric_limits<double>::max())) return plain;
+  return std::copysign(rounded_product(size, part), plain);
 }
 
 }  // namespace sigpak

@@ -1,6 +1,7 @@
 // The guard constants of a precision as doubles, for members that compute in double whatever they store.
 #pragma once
 
+#include "core/double_double.h"
 #include "core/guard.h"
 
 namespace sigpak {
@@ -10,14 +11,14 @@ template <class T> struct logarithm_constants;
 
 template <> struct logarithm_constants<double> {
   static constexpr double ln10 = 2.302585092994046;
-  static constexpr double log10_e = 0.4342944819032518;
+  static constexpr double_double log10_e = {0x1.bcb7b1526e50ep-2, 0x1.95355baaafad3p-57};
   static constexpr double log_tiny = -708.3964185322641;
   static constexpr double log10_tiny = -307.6526555685888;
 };
 
 template <> struct logarithm_constants<float> {
   static constexpr double ln10 = double(2.3025851F);
-  static constexpr double log10_e = double(0.4342945F);
+  static constexpr double_double log10_e = {double(0.4342945F), 0};
   static constexpr double log_tiny = -87.33654475055311;
   static constexpr double log10_tiny = -37.92977945366163;
 };

@@ -47,13 +47,13 @@ constexpr double logarithm_single_terms[] = {0x1.546ef7e74ed35p-3, 0x1.738285ac9
                                              0x1.c71fcefbc127ep-3, 0x1.2492462832c3ep-2,
                                              0x1.9999999b89092p-2, 0x1.55555555553b5p-1};
 
-// |t| <= tan(pi/8): atan t = t + t z A(z), z = t^2; 2^-57
-constexpr double arctangent_terms[] = {-0x1.3ad31d6e67221p-6, 0x1.41ab2dc6f1894p-5,  -0x1.a0b56759de27dp-5,
-                                       0x1.dfec3d6344216p-5,  -0x1.10fadb6b230bfp-4, 0x1.3b126b3b6c084p-4,
-                                       -0x1.745d0b947905dp-4, 0x1.c71c71888b0cdp-4,  -0x1.249249243d2dep-3,
-                                       0x1.9999999999426p-3,  -0x1.5555555555555p-2};
+// |t| <= 1/2: atan t = t + t z A(z), z = t^2; 2^-55
+constexpr double arctangent_terms[] = {0x1.6e0c62b0be865p-7,  -0x1.dac75191c1949p-6, 0x1.5f07b93c5aa46p-5,
+                                       -0x1.a68b256f3482ep-5, 0x1.e0977573ec066p-5,  -0x1.110048a456fafp-4,
+                                       0x1.3b128efe6bca3p-4,  -0x1.745d0ac1df2f2p-4, 0x1.c71c71752b277p-4,
+                                       -0x1.249249240709ap-3, 0x1.9999999998dfp-3,   -0x1.5555555555554p-2};
 
-// the same; 2^-48
+// |t| <= tan(pi/8), the same; 2^-48
 constexpr double arctangent_single_terms[] = {
     -0x1.be73f88e3c841p-6, 0x1.a786b503b37d5p-5,  -0x1.0c56bde975373p-4,
     0x1.3a9e1ea17d0a5p-4,  -0x1.7456491a94192p-4, 0x1.c71c38aa281bep-4,

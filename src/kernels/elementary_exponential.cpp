@@ -34,24 +34,26 @@ template <class T> SIGPAK_INLINE real guarded_exp10(real x) {
   return choose(x > log10_huge<T>(), huge<T>(), y);
 }
 
-template <class T> void exponentials(T* x, index n) { walk(x, n, guarded_exp<T>); }
-
-// The first vector that holds a sample below -H; n when there is none.
-template <class T> index first_vector_below(const T* x, index n) {
-  index i = 0;
-  while (i + lane_count <= n && lanes_of(read(x + i) < -huge<T>()) == 0) i += lane_count;
-  return i + lane_count <= n ? i : n;
-}
+template <class T> void exponentials(T* x, index n) { walk(x, n, everywhere<guarded_exp<T>>{}); }
 
 // A sample below -H stops the pass: it and everything after it stay as they are.
 template <class T> void exponentials10(T* x, index n) {
-  index stop = first_vector_below(x, n);
-  if (stop == n) stop = n / lane_count * lane_count;
-  while (stop < n && !(x[stop] < -guard<T>::huge)) ++stop;
-  walk(x, stop, guarded_exp10<T>);
+  constexpr everywhere<guarded_exp10<T>> f;
+  index i = 0;
+  for (; i + lane_count <= n; i += lane_count) {
+    const real a = read(x + i);
+    if (__builtin_expect(lanes_of(a < -huge<T>()) != 0, 0)) break;
+    write(x + i, f(a));
+  }
+  index count = 0;
+  while (i + count < n && count < lane_count && !(x[i + count] < -guard<T>::huge)) ++count;
+  if (count > 0) walk_some(x + i, count, f);
 }
 
-// The size of e^z as a scaled sum: size * 2^floor(n / 8), with n in the low bits of shifted.
+// Keeps the product with the sine of a subnormal angle normal.
+constexpr int size_lift = 200;
+
+// The size of e^z as a scaled sum: size * 2^floor(n / 8 - size_lift), with n in the low bits of shifted.
 struct scaled_size {
   parts size;
   real shifted;
@@ -59,53 +61,73 @@ struct scaled_size {
 
 template <class T> SIGPAK_INLINE scaled_size size_of(eighths x) {
   if constexpr (is_single<T>) {
-    const real root = look_up(eighth_powers, bits(x.shifted));
+    const real root = look_up(lifted_eighth_powers, bits(x.shifted));
     return {{fma(root, expm1_near_zero_single(x.r), root), all(0)}, x.shifted};
   } else {
-    constexpr double lift = 200;  // keeps the product with the sine of a subnormal angle normal
-    const parts m = mantissa(x);
-    const parts size = fast_sum(m.hi, m.lo);
-    return {{size.hi * all(0x1p200), size.lo * all(0x1p200)}, x.shifted - all(8 * lift)};
+    const words position = bits(x.shifted);
+    const real root = look_up(lifted_eighth_powers, position);
+    const real rest = look_up(lifted_eighth_power_rests, position);
+    return {{root, fma(root, expm1_near_zero(x.r), rest)}, x.shifted};
   }
 }
 
 SIGPAK_INLINE scaled_size limit(scaled_size s, mask m, real limit) {
-  return {choose(m, {limit, all(0)}, s.size), choose(m, all(to_integer), s.shifted)};
+  return {choose(m, {limit, all(0)}, s.size), choose(m, all(to_integer + 8 * size_lift), s.shifted)};
 }
 
-// size * part, rounded once but for the scaling of subnormal results; with the sign of the plain product.
+// size * part, rounded once but for the scaling of subnormal results; with the sign of the product of the
+// leading parts.
 template <class T> SIGPAK_INLINE real times(scaled_size s, parts part) {
-  const real plain = s.size.hi * part.hi;
   if constexpr (is_single<T>) {
-    return scale_eighths(plain, s.shifted);
+    return scale_eighths<size_lift>(s.size.hi * part.hi, s.shifted);
   } else {
-    const real y = fma(s.size.hi, part.hi, fma(s.size.hi, part.lo, s.size.lo * part.hi));
-    return scale_eighths(take_sign(y, plain), s.shifted);
+    const real rest = fma(s.size.hi, part.lo, s.size.lo * (part.hi + part.lo));
+    const real y = fma(s.size.hi, part.hi, rest);
+    return scale_eighths<size_lift>(take_sign(y, from_bits(bits(s.size.hi) ^ bits(part.hi))), s.shifted);
   }
 }
 
-template <class T> SIGPAK_INLINE void turn(scaled_size s, real phase, real& a, real& b) {
-  const sine_cosine y = sine_and_cosine_for<T>(phase);
-  a = times<T>(s, y.cosine);
-  b = times<T>(s, y.sine);
-}
+// e^(a + i b), or the same of base ten; a far angle is left to the C library.
+template <class T, class Size> struct turned_power {
+  SIGPAK_INLINE mask is_wild(real, real b) const { return is_far(Size::angle(b)); }
+  SIGPAK_INLINE void operator()(real& a, real& b) const {
+    turn(sine_and_cosine_for<T>(Size::angle(b)), Size::of(a), a, b);
+  }
+  SIGPAK_INLINE void careful(real& a, real& b) const {
+    turn(careful_sine_and_cosine<T>(Size::angle(b)), Size::of(a), a, b);
+  }
+
+  SIGPAK_INLINE static void turn(sine_cosine y, scaled_size s, real& a, real& b) {
+    a = times<T>(s, y.cosine);
+    b = times<T>(s, y.sine);
+  }
+};
+
+template <class T> struct natural_size {
+  SIGPAK_INLINE static real angle(real b) { return b; }
+  SIGPAK_INLINE static scaled_size of(real a) {
+    const scaled_size e = size_of<T>(reduce_power(at_least(a, vanishing_exponent)));
+    return limit(e, a > log_huge<T>(), huge<T>());
+  }
+};
+
+template <class T> struct decimal_size {
+  SIGPAK_INLINE static real angle(real b) {
+    return b * all(is_single<T> ? static_cast<double>(2.3025851F) : 2.302585092994046);
+  }
+  SIGPAK_INLINE static scaled_size of(real a) {
+    const scaled_size e = size_of<T>(reduce_decimal_power(at_least(a, vanishing_decimal_exponent)));
+    const scaled_size above = limit(e, a > log10_huge<T>(), huge<T>());
+    return limit(above, a < -huge<T>(), -huge<T>());
+  }
+};
 
 template <class T> void exponential_points(T* z, index points) {
-  walk_points(
-      z, z, points, [](real & a, real & b) __attribute__((always_inline)) {
-        const scaled_size e = size_of<T>(reduce_power(at_least(a, vanishing_exponent)));
-        turn<T>(limit(e, a > log_huge<T>(), huge<T>()), b, a, b);
-      });
+  walk_points(z, z, points, turned_power<T, natural_size<T>>{});
 }
 
 template <class T> void exponential10_points(T* z, index points) {
-  walk_points(
-      z, z, points, [](real & a, real & b) __attribute__((always_inline)) {
-        constexpr double ln10 = is_single<T> ? static_cast<double>(2.3025851F) : 2.302585092994046;
-        const scaled_size e = size_of<T>(reduce_decimal_power(at_least(a, vanishing_decimal_exponent)));
-        const scaled_size above = limit(e, a > log10_huge<T>(), huge<T>());
-        turn<T>(limit(above, a < -huge<T>(), -huge<T>()), b * all(ln10), a, b);
-      });
+  walk_points(z, z, points, turned_power<T, decimal_size<T>>{});
 }
 
 // e^a / 2 and e^-a / 2 side by side, a >= 0.
@@ -183,12 +205,12 @@ SIGPAK_INLINE real tanh_short(real x) {
   return near_or(x, near, all(1) - all(2) / (e + all(1)), 0.55);
 }
 
-void hyperbolic_sines(double* x, index n) { walk(x, n, sinh_in_full); }
-void hyperbolic_sines(float* x, index n) { walk(x, n, sinh_short); }
-void hyperbolic_cosines(double* x, index n) { walk(x, n, cosh_in_full); }
-void hyperbolic_cosines(float* x, index n) { walk(x, n, cosh_short); }
-void hyperbolic_tangents(double* x, index n) { walk(x, n, tanh_in_full); }
-void hyperbolic_tangents(float* x, index n) { walk(x, n, tanh_short); }
+void hyperbolic_sines(double* x, index n) { walk(x, n, everywhere<sinh_in_full>{}); }
+void hyperbolic_sines(float* x, index n) { walk(x, n, everywhere<sinh_short>{}); }
+void hyperbolic_cosines(double* x, index n) { walk(x, n, everywhere<cosh_in_full>{}); }
+void hyperbolic_cosines(float* x, index n) { walk(x, n, everywhere<cosh_short>{}); }
+void hyperbolic_tangents(double* x, index n) { walk(x, n, everywhere<tanh_in_full>{}); }
+void hyperbolic_tangents(float* x, index n) { walk(x, n, everywhere<tanh_short>{}); }
 
 template <class T>
 constexpr kernels::exponential_functions<T> functions = {

@@ -9,11 +9,19 @@ namespace {
 constexpr double steepest = 0x1p60;
 
 SIGPAK_INLINE real arctangent_of(real x) {
-  return take_sign(arctangent(reduce_slope(at_most(absolute(x), steepest), all(1), mask{})), x);
+  const real a = at_most(absolute(x), steepest);
+  const real most = at_least(a, 1);
+  const real least = at_most(a, 1);
+  const parts y = arctangent(least, most, a + all(1), right_octant_of(all(1) < a, is_middle(least, most)));
+  return take_sign(y.hi + y.lo, x);
 }
 
 SIGPAK_INLINE real arctangent_of_single(real x) {
-  return take_sign(arctangent_single(reduce_slope(at_most(absolute(x), steepest), all(1), mask{})), x);
+  const real a = at_most(absolute(x), steepest);
+  const real most = at_least(a, 1);
+  const real least = at_most(a, 1);
+  const mask middle = is_middle_single(least, most);
+  return take_sign(arctangent_single(least, most, right_octant_of(all(1) < a, middle)), x);
 }
 
 // asin(root) = hi + lo + rest, where hi + lo is the root of z with the digits beyond a double.
@@ -27,7 +35,7 @@ struct half_angle {
 SIGPAK_INLINE half_angle reduce_arcsine(real a, mask large) {
   const real z = choose(large, fnma(all(0.5), a, all(0.5)), a * a);
   const real root = sqrt(z);
-  const real root_rest = fnma(root, root, z) * (all(0.5) / at_least(root, least_plain));
+  const real root_rest = (all(0.5) * fnma(root, root, z)) * rough_inverse(at_least(root, least_plain));
   const real hi = choose(large, root, a);
   return {hi, choose(large, root_rest, all(0)), hi * (z * polynomial(arcsine_terms, z))};
 }
@@ -50,8 +58,8 @@ SIGPAK_INLINE real arccosine(real x) {
   // large: 2 h, from pi when x is negative; else pi / 2 -+ h
   const real factor = choose(large, all(2), all(-1));
   const real turn = choose(negative, -factor, factor);
-  const parts zero = {all(0), all(0)};
-  const parts base = choose(large, choose(negative, pi_times(1), zero), pi_times(0.5));
+  const real quarter_turns = choose(large, choose(negative, all(2), all(0)), all(1));
+  const parts base = {quarter_turns * all(0.5 * pi_hi), quarter_turns * all(0.5 * pi_lo)};
   const parts sum = fast_sum(base.hi, turn * h.hi);
   const real y = sum.hi + fma(turn, h.lo + h.rest, sum.lo + base.lo);
   return choose(a > all(1), all(0), y);
@@ -81,47 +89,63 @@ SIGPAK_INLINE real arccosine_single(real x) {
   return choose(a > all(1), all(0), fma(choose(negative, -factor, factor), h, base));
 }
 
-void arctangents(double* x, index n) { walk(x, n, arctangent_of); }
-void arctangents(float* x, index n) { walk(x, n, arctangent_of_single); }
-void arcsines(double* x, index n) { walk(x, n, arcsine); }
-void arcsines(float* x, index n) { walk(x, n, arcsine_single); }
-void arccosines(double* x, index n) { walk(x, n, arccosine); }
-void arccosines(float* x, index n) { walk(x, n, arccosine_single); }
+void arctangents(double* x, index n) { walk(x, n, everywhere<arctangent_of>{}); }
+void arctangents(float* x, index n) { walk(x, n, everywhere<arctangent_of_single>{}); }
+void arcsines(double* x, index n) { walk(x, n, everywhere<arcsine>{}); }
+void arcsines(float* x, index n) { walk(x, n, everywhere<arcsine_single>{}); }
+void arccosines(double* x, index n) { walk(x, n, everywhere<arccosine>{}); }
+void arccosines(float* x, index n) { walk(x, n, everywhere<arccosine_single>{}); }
 
-// The zero point has phase 0 whatever the signs of its zeros.
-SIGPAK_INLINE real phase_of_point(real a, real b) {
-  return choose(both(a == all(0), b == all(0)), all(0), phase(b, a));
-}
-SIGPAK_INLINE real phase_of_point_single(real a, real b) {
-  return choose(both(a == all(0), b == all(0)), all(0), phase_single(b, a));
+// The polar form of a point that is not for vectors. The zero point has phase 0 whatever the signs of its
+// zeros.
+point plain_polar(double a, double b) {
+  return {__builtin_hypot(a, b), a == 0 && b == 0 ? 0 : __builtin_atan2(b, a)};
 }
 
-void magnitudes(const double* z, double* out, index points) { walk_packing(z, out, points, magnitude); }
-void magnitudes(const float* z, float* out, index points) { walk_packing(z, out, points, magnitude_single); }
-void phases(const double* z, double* out, index points) { walk_packing(z, out, points, phase_of_point); }
-void phases(const float* z, float* out, index points) { walk_packing(z, out, points, phase_of_point_single); }
+template <class T> struct polar_form {
+  SIGPAK_INLINE mask is_wild(real a, real b) const { return is_wild_point(a, b); }
+  SIGPAK_INLINE void operator()(real& a, real& b) const {
+    const ordered_point z = in_order(a, b);
+    b = phase_for<T>(z, a, b);
+    a = magnitude(z);
+  }
+  SIGPAK_INLINE void careful(real& a, real& b) const {
+    const real x = a;
+    const real y = b;
+    (*this)(a, b);
+    except(a, b, is_wild(x, y), x, y, plain_polar);
+  }
+};
 
-void polar(double* z, index points) {
-  walk_points(
-      z, z, points, [](real & a, real & b) __attribute__((always_inline)) {
-        const real angle = phase_of_point(a, b);
-        a = magnitude(a, b);
-        b = angle;
-      });
-}
+struct magnitude_of_point {
+  SIGPAK_INLINE mask is_wild(real a, real b) const { return is_wild_point(a, b); }
+  SIGPAK_INLINE real operator()(real a, real b) const { return magnitude(in_order(a, b)); }
+  SIGPAK_INLINE real careful(real a, real b) const {
+    polar_form<float>{}.careful(a, b);
+    return a;
+  }
+};
 
-void polar(float* z, index points) {
-  walk_points(
-      z, z, points, [](real & a, real & b) __attribute__((always_inline)) {
-        const real angle = phase_of_point_single(a, b);
-        a = magnitude_single(a, b);
-        b = angle;
-      });
+template <class T> struct phase_of_point {
+  SIGPAK_INLINE mask is_wild(real a, real b) const { return is_wild_point(a, b); }
+  SIGPAK_INLINE real operator()(real a, real b) const { return phase_for<T>(in_order(a, b), a, b); }
+  SIGPAK_INLINE real careful(real a, real b) const {
+    polar_form<T>{}.careful(a, b);
+    return b;
+  }
+};
+
+template <class T> void magnitudes(const T* z, T* out, index points) {
+  walk_packing(z, out, points, magnitude_of_point{});
 }
+template <class T> void phases(const T* z, T* out, index points) {
+  walk_packing(z, out, points, phase_of_point<T>{});
+}
+template <class T> void polar(T* z, index points) { walk_points(z, z, points, polar_form<T>{}); }
 
 template <class T>
-constexpr kernels::inverse_functions<T> functions = {arctangents, arcsines, arccosines,
-                                                     magnitudes,  phases,   polar};
+constexpr kernels::inverse_functions<T> functions = {arctangents,   arcsines,  arccosines,
+                                                     magnitudes<T>, phases<T>, polar<T>};
 
 }  // namespace
 

@@ -16,85 +16,94 @@ template <class T> SIGPAK_INLINE real guarded(real x, real y, double floor, real
   return choose(x < tiny<T>(), all(floor), choose(x <= all(most_finite), y, passed));
 }
 
-template <class T> void logarithms(T* x, index n, kernels::logarithm_constants c) {
-  walk(
-      x, n, [c](real u) __attribute__((always_inline)) {
-        real y;
-        if constexpr (sizeof(T) == sizeof(float)) {
-          y = logarithm_single(u);
-        } else {
-          const parts ln = logarithm(u);
-          y = ln.hi + ln.lo;
-        }
-        return guarded<T>(u, y, c.floor, u);
-      });
+template <class T> struct logarithm_of {
+  kernels::logarithm_constants c;
+  SIGPAK_INLINE real operator()(real x) const {
+    if constexpr (sizeof(T) == sizeof(float)) {
+      return guarded<T>(x, logarithm_single(x), c.floor, x);
+    } else {
+      const parts ln = logarithm(x);
+      return guarded<T>(x, ln.hi + ln.lo, c.floor, x);
+    }
+  }
+};
+
+// value * (hi + lo of the scale), rounded once.
+SIGPAK_INLINE real scaled(parts value, double hi, double lo) {
+  const real top = value.hi * all(hi);
+  return top + (fms(value.hi, all(hi), top) + fma(value.hi, all(lo), value.lo * all(hi)));
 }
 
-// ln * (hi + lo of the scale), rounded once.
-SIGPAK_INLINE real scaled(parts ln, parts scale) {
-  const real top = ln.hi * scale.hi;
-  return top + (fms(ln.hi, scale.hi, top) + fma(ln.hi, scale.lo, ln.lo * scale.hi));
+template <class T> struct scaled_logarithm_of {
+  kernels::logarithm_constants c;
+  SIGPAK_INLINE real operator()(real x) const {
+    if constexpr (sizeof(T) == sizeof(float)) {
+      return guarded<T>(x, logarithm_single(x) * all(c.scale), c.floor, x * all(c.scale));
+    } else {
+      return guarded<T>(x, scaled(logarithm(x), c.scale, c.scale_rest), c.floor, x * all(c.scale));
+    }
+  }
+};
+
+template <class T> void logarithms(T* x, index n, kernels::logarithm_constants c) {
+  walk(x, n, logarithm_of<T>{c});
 }
 
 template <class T> void scaled_logarithms(T* x, index n, kernels::logarithm_constants c) {
-  walk(
-      x, n, [c](real u) __attribute__((always_inline)) {
-        real y;
-        if constexpr (sizeof(T) == sizeof(float)) {
-          y = logarithm_single(u) * all(c.scale);
-        } else {
-          y = scaled(logarithm(u), {all(c.scale), all(c.scale_rest)});
-        }
-        return guarded<T>(u, y, c.floor, u * all(c.scale));
-      });
+  walk(x, n, scaled_logarithm_of<T>{c});
 }
 
-template <class T> SIGPAK_INLINE real clamp(real x) {
-  return choose(x > huge<T>(), huge<T>(), choose(x < -huge<T>(), -huge<T>(), x));
-}
-
-// ln(a^2 + b^2) * scale and the angle, for points inside the limits; true lanes of the result are below T.
+// The points whose squared magnitude is near T or below, or with a part beyond H, are left to a function of
+// one point.
 template <class T>
-SIGPAK_INLINE mask logarithm_of_point(real a, real b, kernels::logarithm_constants c, real& size,
-                                      real& angle) {
-  real s;
-  if constexpr (sizeof(T) == sizeof(float)) {
-    const parts sum = exact_sum(a * a, b * b);
-    s = sum.hi;
-    size = logarithm_single(sum) * all(c.scale);
-    angle = phase_single(b, a);
-  } else {
-    const square_sum sum = sum_of_squares(a, b);
-    s = sum.hi;
-    size = scaled(logarithm(sum), {all(c.scale), all(c.scale_rest)});
-    angle = phase(b, a);
+constexpr double least_logarithm_argument = sizeof(T) == sizeof(float) ? 0x1p-62 : least_plain;
+
+template <class T, bool scales_angle> struct logarithm_of_point {
+  kernels::logarithm_constants c;
+  kernels::plain_logarithm plain;
+
+  SIGPAK_INLINE mask is_wild(real a, real b) const {
+    return is_outside(absolute(a) + absolute(b), least_logarithm_argument<T>,
+                      static_cast<double>(guard<T>::huge));
   }
-  size = choose(s == s, size, s);  // NaN
-  return s < tiny<T>();
+  SIGPAK_INLINE void operator()(real& a, real& b) const {
+    const ordered_point z = in_order(a, b);
+    if constexpr (sizeof(T) == sizeof(float)) {
+      const real angle = phase_single(z, a);
+      b = scales_angle ? flip_sign(angle * all(c.angle_scale), bits(b)) : take_sign(angle, b);
+      a = logarithm_of_squares_single(z.most, z.least) * all(c.scale);
+    } else {
+      const parts angle = phase(z, a);
+      if constexpr (scales_angle) {
+        b = flip_sign(scaled(angle, c.angle_scale, c.angle_scale_rest), bits(b));
+      } else {
+        b = take_sign(angle.hi + angle.lo, b);
+      }
+      const parts ln = logarithm_of_squares(z.most, z.least);
+      a = scales_angle ? scaled(ln, c.scale, c.scale_rest) : (ln.hi + ln.lo) * all(c.scale);
+    }
+  }
+  SIGPAK_INLINE void careful(real& a, real& b) const {
+    const real x = a;
+    const real y = b;
+    (*this)(a, b);
+    except(a, b, is_wild(x, y), x, y, [this](double u, double v) {
+      double w[2] = {u, v};
+      plain(w, c);
+      return point{w[0], w[1]};
+    });
+  }
+};
+
+template <class T>
+void logarithm_points(T* z, index points, kernels::logarithm_constants c, kernels::plain_logarithm plain) {
+  walk_points(z, z, points, logarithm_of_point<T, false>{c, plain});
 }
 
-// A point beyond H keeps its direction and counts as |z|^2 = H.
-template <class T> void logarithm_points(T* z, index points, kernels::logarithm_constants c) {
-  walk_points(
-      z, z, points, [c](real & re, real & im) __attribute__((always_inline)) {
-        const mask beyond = either(absolute(re) > huge<T>(), absolute(im) > huge<T>());
-        real size;
-        real angle;
-        const mask below = logarithm_of_point<T>(clamp<T>(re), clamp<T>(im), c, size, angle);
-        re = choose(beyond, all(c.ceiling), choose(below, all(c.floor), size));
-        im = choose(below, all(0), angle);
-      });
-}
-
-template <class T> void scaled_logarithm_points(T* z, index points, kernels::logarithm_constants c) {
-  walk_points(
-      z, z, points, [c](real & re, real & im) __attribute__((always_inline)) {
-        real size;
-        real angle;
-        const mask below = logarithm_of_point<T>(clamp<T>(re), clamp<T>(im), c, size, angle);
-        re = choose(below, all(c.floor), size);
-        im = choose(below, all(0), angle * all(c.angle_scale));
-      });
+template <class T>
+void scaled_logarithm_points(T* z, index points, kernels::logarithm_constants c,
+                             kernels::plain_logarithm plain) {
+  walk_points(z, z, points, logarithm_of_point<T, true>{c, plain});
 }
 
 template <class T>

@@ -23,6 +23,22 @@ constexpr double eighth_power_rests[8] = {
     0x1.2ed02d75b3707p-55,
 };
 
+// The same times 2^200.
+constexpr double lifted_eighth_powers[8] = {
+    0x1.0000000000000p+200, 0x1.172b83c7d517bp+200, 0x1.306fe0a31b715p+200, 0x1.4bfdad5362a27p+200,
+    0x1.6a09e667f3bcdp+200, 0x1.8ace5422aa0dbp+200, 0x1.ae89f995ad3adp+200, 0x1.d5818dcfba487p+200,
+};
+constexpr double lifted_eighth_power_rests[8] = {
+    0x0.0p+0,
+    -0x1.19041b9d78a76p+145,
+    0x1.6f46ad23182e4p+145,
+    0x1.d4397afec42e2p+144,
+    -0x1.bdd3413b26456p+146,
+    0x1.6e9f156864b27p+146,
+    0x1.7a1cd345dcc81p+146,
+    0x1.2ed02d75b3707p+145,
+};
+
 // Below these the results round to 0.
 constexpr double vanishing_exponent = -750;
 constexpr double vanishing_decimal_exponent = -326;

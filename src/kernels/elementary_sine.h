@@ -34,6 +34,13 @@ SIGPAK_INLINE angle reduce(real x) {
   return {hi, lo, bits(shifted)};
 }
 
+// For single precision, whose results need no rest of the angle.
+SIGPAK_INLINE angle reduce_single(real x) {
+  const real shifted = fma(x, all(0x1.45f306dc9c883p-1), all(to_integer));
+  const real n = shifted - all(to_integer);
+  return {fnma(n, all(quarter_pi_mid), fnma(n, all(quarter_pi_hi), x)), all(0), bits(shifted)};
+}
+
 // sin(a + quarter pi / 2), where `quarter` adds to what a holds: one polynomial, its coefficients chosen per
 // lane.
 SIGPAK_INLINE real turned_sine(angle a, words quarter) {
@@ -52,18 +59,7 @@ SIGPAK_INLINE real turned_sine(angle a, words quarter) {
   return flip_sign(take_sign(y, base), quarter << 62);
 }
 
-SIGPAK_INLINE parts sine_parts(angle a, real z, real half) {
-  return fast_sum(a.hi, fma(a.hi, z * polynomial(sine_terms, z), fnma(half, a.lo, a.lo)));
-}
-
-SIGPAK_INLINE parts cosine_parts(angle a, real z, real half) {
-  const real top = all(1) - half;
-  const real square_rest = fms(a.hi, a.hi, z);
-  const real rest = fnma(all(0.5), square_rest, fnma(a.hi, a.lo, (all(1) - top) - half));
-  return fast_sum(top, fma(z, z * polynomial(cosine_terms, z), rest));
-}
-
-// Sine and cosine of the reduced angle itself, each with what its leading double leaves out.
+// Sine and cosine of the reduced angle itself, each as a leading double and the rest, up to 2^-3 of it.
 struct sine_cosine {
   parts sine;
   parts cosine;
@@ -72,7 +68,11 @@ struct sine_cosine {
 SIGPAK_INLINE sine_cosine both_parts(angle a) {
   const real z = a.hi * a.hi;
   const real half = z * all(0.5);
-  return {sine_parts(a, z, half), cosine_parts(a, z, half)};
+  const real top = all(1) - half;
+  const real square_rest = fms(a.hi, a.hi, z);
+  const real cosine_rest = fnma(all(0.5), square_rest, fnma(a.hi, a.lo, (all(1) - top) - half));
+  return {{a.hi, fma(a.hi, z * polynomial(sine_terms, z), fnma(half, a.lo, a.lo))},
+          {top, fma(z, z * polynomial(cosine_terms, z), cosine_rest)}};
 }
 
 // For single precision: x = n pi + r, |r| <= pi / 2, and one polynomial.
@@ -97,41 +97,30 @@ SIGPAK_INLINE real cosine_single(real x) {
   return short_sine(r, bits(shifted));
 }
 
-SIGPAK_INLINE mask is_far(real x) { return opposite(absolute(x) <= all(reduction_end)); }
+SIGPAK_INLINE mask is_far(real x) { return not_at_most(absolute(x), reduction_end); }
 
 SIGPAK_INLINE parts flip_sign(parts a, words sign) { return {flip_sign(a.hi, sign), flip_sign(a.lo, sign)}; }
-
-// The C library's value for far arguments, with nothing left over.
-template <class F> SIGPAK_INLINE parts except(parts y, mask m, real x, F f) {
-  if (__builtin_expect(lanes_of(m) == 0, 1)) return y;
-  return {except(y.hi, m, x, f), choose(m, all(0), y.lo)};
-}
 
 // sin x and cos x, each with what its leading double leaves out.
 SIGPAK_INLINE sine_cosine sine_and_cosine(real x) {
   const angle a = reduce(x);
-  sine_cosine y = both_parts(a);
-  y.sine.hi = take_sign(y.sine.hi, a.hi);
+  const sine_cosine y = both_parts(a);
   const mask odd = has_bit(a.quarter, 1);
-  const mask far = is_far(x);
   const parts sine = flip_sign(choose(odd, y.cosine, y.sine), a.quarter << 62);
   const parts cosine = flip_sign(choose(odd, y.sine, y.cosine), (a.quarter + 1) << 62);
-  return {except(sine, far, x, [](double u) { return __builtin_sin(u); }),
-          except(cosine, far, x, [](double u) { return __builtin_cos(u); })};
+  return {sine, cosine};
 }
 
 // The same for single precision, where the leading doubles are enough.
 SIGPAK_INLINE sine_cosine sine_and_cosine_single(real x) {
-  const angle a = reduce(x);
+  const angle a = reduce_single(x);
   const real z = a.hi * a.hi;
   const real s = take_sign(fma(a.hi * z, polynomial(sine_quarter_single_terms, z), a.hi), a.hi);
   const real c = fma(z * z, polynomial(cosine_quarter_single_terms, z), fnma(all(0.5), z, all(1)));
   const mask odd = has_bit(a.quarter, 1);
-  const mask far = is_far(x);
   const real sine = flip_sign(choose(odd, c, s), a.quarter << 62);
   const real cosine = flip_sign(choose(odd, s, c), (a.quarter + 1) << 62);
-  return {{except(sine, far, x, [](double u) { return __builtin_sin(u); }), all(0)},
-          {except(cosine, far, x, [](double u) { return __builtin_cos(u); }), all(0)}};
+  return {{sine, all(0)}, {cosine, all(0)}};
 }
 
 template <class T> SIGPAK_INLINE sine_cosine sine_and_cosine_for(real x) {
@@ -140,6 +129,26 @@ template <class T> SIGPAK_INLINE sine_cosine sine_and_cosine_for(real x) {
   } else {
     return sine_and_cosine(x);
   }
+}
+
+// What the double nearest to x leaves out.
+SIGPAK_INLINE double rest_of(long double x) {
+  return static_cast<double>(x - static_cast<long double>(static_cast<double>(x)));
+}
+
+// With the C library's values where x is far.
+template <class T> SIGPAK_INLINE sine_cosine careful_sine_and_cosine(real x) {
+  const mask far = is_far(x);
+  sine_cosine y = sine_and_cosine_for<T>(x);
+  except(y.sine.hi, y.sine.lo, far, x, x, [](double u, double) {
+    const long double wide = __builtin_sinl(static_cast<long double>(u));
+    return point{static_cast<double>(wide), rest_of(wide)};
+  });
+  except(y.cosine.hi, y.cosine.lo, far, x, x, [](double u, double) {
+    const long double wide = __builtin_cosl(static_cast<long double>(u));
+    return point{static_cast<double>(wide), rest_of(wide)};
+  });
+  return y;
 }
 
 }  // namespace

@@ -41,16 +41,21 @@ struct logarithm_constants {
   double scale;        // of ln x, or of ln(a^2 + b^2)
   double scale_rest;   // what the double leaves out
   double angle_scale;  // of the phase of a point
-  double floor;        // below T
-  double ceiling;      // of a point beyond H
+  double angle_scale_rest;
+  double floor;    // below T
+  double ceiling;  // of a point beyond H
 };
+
+// The same of one point, in place, for those that are too large or too small for vectors, or NaN.
+using plain_logarithm = void (*)(double* z, const logarithm_constants& c);
 
 template <class T> struct logarithm_functions {
   using in_place = void (*)(T* x, std::ptrdiff_t n, logarithm_constants c);
+  using in_place_points = void (*)(T* z, std::ptrdiff_t points, logarithm_constants c, plain_logarithm plain);
   in_place logarithm;  // unscaled
   in_place scaled_logarithm;
-  in_place logarithm_points;         // with the ceiling, angles unscaled
-  in_place scaled_logarithm_points;  // parts limited to [-H, H]
+  in_place_points logarithm_points;  // angles unscaled
+  in_place_points scaled_logarithm_points;
 };
 
 // The principal roots of points; out may be z. Points that are too large, too small or NaN go to `root`, one

@@ -213,11 +213,11 @@ inline const std::vector<complex_function>& complex_functions() {
       {"log", dspi_log, dspfi_log, half_logarithm<mpfr_log>, angle, once, once, half, half, any},
       {"log10", dspi_log10, dspfi_log10, half_logarithm<mpfr_log10>, decimal_angle, once, product, half, 1.1,
        any},
-      {"exp", dspi_exp, dspfi_exp, exponential_component<mpfr_cos>, exponential_component<mpfr_sin>, product,
-       product, half, half, 30},
+      {"exp", dspi_exp, dspfi_exp, exponential_component<mpfr_cos>, exponential_component<mpfr_sin>, once,
+       once, half, half, 30},
       {"rtop", dspi_rtop, dspfi_rtop, exact_magnitude, angle, once, once, half, half, any},
-      {"ptor", dspi_ptor, dspfi_ptor, polar_component<mpfr_cos>, polar_component<mpfr_sin>, product, product,
-       half, half, any},
+      {"ptor", dspi_ptor, dspfi_ptor, polar_component<mpfr_cos>, polar_component<mpfr_sin>, once, once, half,
+       half, any},
   };
   return all;
 }
