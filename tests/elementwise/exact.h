@@ -8,11 +8,14 @@
 
 namespace sigpak::test {
 
-// A number of 320 bits; enough for sums of squares of doubles without rounding.
+// Enough for sums of squares of doubles without rounding, and for errors of 2^-40 ulp.
+inline constexpr mpfr_prec_t bits_of_squares = 320;
+inline constexpr mpfr_prec_t bits_of_results = 96;
+
 class exact {
  public:
-  exact() { mpfr_init2(value_, 320); }
-  explicit exact(double x) : exact() { mpfr_set_d(value_, x, MPFR_RNDN); }
+  explicit exact(mpfr_prec_t bits = bits_of_squares) { mpfr_init2(value_, bits); }
+  explicit exact(double x) : exact(bits_of_squares) { mpfr_set_d(value_, x, MPFR_RNDN); }
   ~exact() { mpfr_clear(value_); }
   exact(const exact&) = delete;
   exact& operator=(const exact&) = delete;
@@ -34,7 +37,7 @@ template <class T> double ulps(T got, const exact& wanted) {
   const long exponent = mpfr_zero_p(wanted.get())
                             ? limits::min_exponent
                             : std::max<long>(mpfr_get_exp(wanted.get()), limits::min_exponent);
-  exact difference;
+  exact difference(bits_of_results);
   mpfr_sub_d(difference.get(), wanted.get(), static_cast<double>(got), MPFR_RNDN);
   mpfr_mul_2si(difference.get(), difference.get(), limits::digits - exponent, MPFR_RNDN);
   return std::abs(mpfr_get_d(difference.get(), MPFR_RNDN));

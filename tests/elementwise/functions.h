@@ -140,21 +140,26 @@ inline void set_squared_magnitude(exact& s, const exact& a, const exact& b) {
 // One component of a complex function, set from the parts of its argument.
 using exact_component = void (*)(exact& y, const exact& a, const exact& b);
 
+struct exact_components {
+  exact_component re, im;
+};
+
 // A function of complex records; the bounds are in ulp, below 1 in double precision where a component is
-// rounded once, more where it is a rounded product or takes a constant of the precision.
+// rounded once, more where it takes a product that was rounded before. Definitions differ by precision where
+// they take a constant of it.
 struct complex_function {
   const char* name;
   std::int32_t (*in_double)(dsp_vec*);
   std::int32_t (*in_single)(dspf_vec*);
-  exact_component re, im;
-  double re_bound, im_bound;
-  double re_bound_single, im_bound_single;
-  double largest;  // |re| of the arguments, where the results are limited or the errors grow with it
+  exact_components definition, definition_single;
+  double bound, bound_single;
+  double largest;  // |re| of the arguments, where the results are limited
 };
 
 template <exact_function logarithm> void half_logarithm(exact& y, const exact& a, const exact& b) {
-  set_squared_magnitude(y, a, b);
-  logarithm(y.get(), y.get(), MPFR_RNDN);
+  exact square;
+  set_squared_magnitude(square, a, b);
+  logarithm(y.get(), square.get(), MPFR_RNDN);
   mpfr_div_2ui(y.get(), y.get(), 1, MPFR_RNDN);
 }
 
@@ -162,20 +167,36 @@ inline void angle(exact& y, const exact& a, const exact& b) {
   mpfr_atan2(y.get(), b.get(), a.get(), MPFR_RNDN);
 }
 
-inline void decimal_angle(exact& y, const exact& a, const exact& b) {
-  exact ln10(10);
+// The constants of single precision that definitions take as they are stored.
+inline constexpr double ln10_single = double(2.3025851F);
+inline constexpr double log10_e_single = double(0.4342945F);
+
+template <int factor> void decimal_size(exact& y, const exact& a, const exact& b) {
+  half_logarithm<mpfr_log10>(y, a, b);
+  mpfr_mul_ui(y.get(), y.get(), factor, MPFR_RNDN);
+}
+
+template <int factor> void decimal_angle(exact& y, const exact& a, const exact& b) {
+  exact ln10(10.0);
   mpfr_log(ln10.get(), ln10.get(), MPFR_RNDN);
   angle(y, a, b);
   mpfr_div(y.get(), y.get(), ln10.get(), MPFR_RNDN);
+  mpfr_mul_ui(y.get(), y.get(), factor, MPFR_RNDN);
+}
+
+template <int factor> void decimal_angle_single(exact& y, const exact& a, const exact& b) {
+  angle(y, a, b);
+  mpfr_mul_d(y.get(), y.get(), factor * log10_e_single, MPFR_RNDN);
 }
 
 // sqrt((|z| + sign a) / 2)
 inline void root_component(exact& y, const exact& a, const exact& b, int sign) {
-  set_squared_magnitude(y, a, b);
-  mpfr_sqrt(y.get(), y.get(), MPFR_RNDN);
-  (sign > 0 ? mpfr_add : mpfr_sub)(y.get(), y.get(), a.get(), MPFR_RNDN);
-  mpfr_div_2ui(y.get(), y.get(), 1, MPFR_RNDN);
-  mpfr_sqrt(y.get(), y.get(), MPFR_RNDN);
+  exact size;
+  set_squared_magnitude(size, a, b);
+  mpfr_sqrt(size.get(), size.get(), MPFR_RNDN);
+  (sign > 0 ? mpfr_add : mpfr_sub)(size.get(), size.get(), a.get(), MPFR_RNDN);
+  mpfr_div_2ui(size.get(), size.get(), 1, MPFR_RNDN);
+  mpfr_sqrt(y.get(), size.get(), MPFR_RNDN);
 }
 
 inline void root_re(exact& y, const exact& a, const exact& b) { root_component(y, a, b, 1); }
@@ -186,15 +207,25 @@ inline void root_im(exact& y, const exact& a, const exact& b) {
 }
 
 template <exact_function turn> void exponential_component(exact& y, const exact& a, const exact& b) {
-  exact size;
+  exact size(bits_of_results);
   mpfr_exp(size.get(), a.get(), MPFR_RNDN);
   turn(y.get(), b.get(), MPFR_RNDN);
   mpfr_mul(y.get(), y.get(), size.get(), MPFR_RNDN);
 }
 
+// The angle is the product of b and a constant as a double.
+template <exact_function turn, double ln10> void decimal_component(exact& y, const exact& a, const exact& b) {
+  const exact angle(mpfr_get_d(b.get(), MPFR_RNDN) * ln10);
+  exact size(bits_of_results);
+  mpfr_exp10(size.get(), a.get(), MPFR_RNDN);
+  turn(y.get(), angle.get(), MPFR_RNDN);
+  mpfr_mul(y.get(), y.get(), size.get(), MPFR_RNDN);
+}
+
 inline void exact_magnitude(exact& y, const exact& a, const exact& b) {
-  set_squared_magnitude(y, a, b);
-  mpfr_sqrt(y.get(), y.get(), MPFR_RNDN);
+  exact square;
+  set_squared_magnitude(square, a, b);
+  mpfr_sqrt(y.get(), square.get(), MPFR_RNDN);
 }
 
 // (a cos b, a sin b)
@@ -205,21 +236,51 @@ template <exact_function turn> void polar_component(exact& y, const exact& a, co
 
 inline const std::vector<complex_function>& complex_functions() {
   constexpr double once = 0.999;
-  constexpr double product = 1.9;
+  constexpr double product = 1.4;
   constexpr double half = 0.501;
   constexpr double any = 1e300;
+  constexpr double ln10 = 2.302585092994046;
+  constexpr exact_components root = {root_re, root_im};
+  constexpr exact_components log = {half_logarithm<mpfr_log>, angle};
+  constexpr exact_components exp = {exponential_component<mpfr_cos>, exponential_component<mpfr_sin>};
+  constexpr exact_components polar = {exact_magnitude, angle};
+  constexpr exact_components rectangular = {polar_component<mpfr_cos>, polar_component<mpfr_sin>};
   static const std::vector<complex_function> all = {
-      {"sqrt", dspi_sqrt, dspfi_sqrt, root_re, root_im, once, once, half, half, any},
-      {"log", dspi_log, dspfi_log, half_logarithm<mpfr_log>, angle, once, once, half, half, any},
-      {"log10", dspi_log10, dspfi_log10, half_logarithm<mpfr_log10>, decimal_angle, once, product, half, 1.1,
+      {"sqrt", dspi_sqrt, dspfi_sqrt, root, root, once, half, any},
+      {"log", dspi_log, dspfi_log, log, log, once, half, any},
+      {"log10",
+       dspi_log10,
+       dspfi_log10,
+       {decimal_size<1>, decimal_angle<1>},
+       {decimal_size<1>, decimal_angle_single<1>},
+       product,
+       half,
        any},
-      {"exp", dspi_exp, dspfi_exp, exponential_component<mpfr_cos>, exponential_component<mpfr_sin>, once,
-       once, half, half, 30},
-      {"rtop", dspi_rtop, dspfi_rtop, exact_magnitude, angle, once, once, half, half, any},
-      {"ptor", dspi_ptor, dspfi_ptor, polar_component<mpfr_cos>, polar_component<mpfr_sin>, once, once, half,
-       half, any},
+      {"db, factor 20",
+       decibels,
+       decibels,
+       {decimal_size<20>, decimal_angle<20>},
+       {decimal_size<20>, decimal_angle_single<20>},
+       product,
+       half,
+       any},
+      {"exp", dspi_exp, dspfi_exp, exp, exp, once, half, 30},
+      {"exp10",
+       dspi_exp10,
+       dspfi_exp10,
+       {decimal_component<mpfr_cos, ln10>, decimal_component<mpfr_sin, ln10>},
+       {decimal_component<mpfr_cos, ln10_single>, decimal_component<mpfr_sin, ln10_single>},
+       once,
+       half,
+       14},
+      {"rtop", dspi_rtop, dspfi_rtop, polar, polar, once, half, any},
+      {"ptor", dspi_ptor, dspfi_ptor, rectangular, rectangular, once, half, any},
   };
   return all;
+}
+
+template <record V> exact_components definition(const complex_function& f) {
+  return is_double<V> ? f.definition : f.definition_single;
 }
 
 template <record V> std::int32_t call(const complex_function& f, V* v) {

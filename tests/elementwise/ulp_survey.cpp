@@ -28,7 +28,7 @@ template <record V> worst_case survey(const unary_function& f, index points) {
     call(f, static_cast<V*>(&v));
     for (std::size_t i = 0; i < x.size(); ++i) {
       const exact argument(static_cast<double>(x[i]));
-      exact wanted;
+      exact wanted(bits_of_results);
       f.definition(wanted.get(), argument.get(), MPFR_RNDN);
       const double error = ulps(v.data[i], wanted);
       if (error > worst.error) worst = {error, static_cast<double>(x[i]), 0};
@@ -50,13 +50,13 @@ template <record V> std::pair<double, double> survey(const complex_function& f, 
     signal<V> v(z, true);
     call(f, static_cast<V*>(&v));
     for (std::size_t i = 0; i < z.size(); i += 2) {
-      if (static_cast<double>(z[i]) > f.largest) continue;
+      if (std::abs(static_cast<double>(z[i])) > f.largest) continue;
       const exact a(static_cast<double>(z[i]));
       const exact b(static_cast<double>(z[i + 1]));
-      exact re;
-      exact im;
-      f.re(re, a, b);
-      f.im(im, a, b);
+      exact re(bits_of_results);
+      exact im(bits_of_results);
+      definition<V>(f).re(re, a, b);
+      definition<V>(f).im(im, a, b);
       worst.first = std::max(worst.first, ulps(v.data[i], re));
       worst.second = std::max(worst.second, ulps(v.data[i + 1], im));
     }
