@@ -197,13 +197,13 @@ constexpr square_sum sum_of_squares(double a, double b) noexcept {
   return {sum.hi, sum.lo, middle.lo + low.lo};
 }
 
-// ln s. Around 1 the leading parts cancel, and lo and rest carry the digits: ln s = ln hi + (lo + rest) / hi,
-// with lo / hi = lo + lo (1 - hi) / hi.
+// ln s. Around 1 the leading parts cancel, and lo and rest carry the digits: ln s = ln hi + (lo + rest) / hi
+// - lo^2 / 2, with lo / hi = lo + lo (1 - hi) / hi.
 constexpr double_double logarithm(square_sum s) noexcept {
   const double_double leading = logarithm(s.hi);
   if (s.hi < 0.5 || s.hi > 2) return {leading.hi, leading.lo + s.lo / s.hi};
   const double_double sum = exact_sum(leading.hi, s.lo);
-  return {sum.hi, sum.lo + (leading.lo + (s.rest + s.lo * (1 - s.hi)) / s.hi)};
+  return {sum.hi, sum.lo + (leading.lo + (s.rest + s.lo * (1 - s.hi - 0.5 * s.lo)) / s.hi)};
 }
 
 }  // namespace sigpak

@@ -104,7 +104,24 @@ template <class T> SIGPAK_INLINE real phase_for(ordered_point z, real x, real y)
   }
 }
 
-SIGPAK_INLINE real magnitude(ordered_point z) { return sqrt(fma(z.most, z.most, z.least * z.least)); }
+// sqrt(most^2 + least^2), with what the sum of the squares has lost.
+SIGPAK_INLINE real magnitude(ordered_point z) {
+  const real square = z.least * z.least;
+  const real sum = fma(z.most, z.most, square);
+  const real rest = (fms(z.most, z.most, sum) + square) + fms(z.least, z.least, square);
+  const real y = sqrt(sum);
+  return fma(rest, all(0.5) * rough_inverse(y), y);
+}
+
+SIGPAK_INLINE real magnitude_single(ordered_point z) { return sqrt(fma(z.most, z.most, z.least * z.least)); }
+
+template <class T> SIGPAK_INLINE real magnitude_for(ordered_point z) {
+  if constexpr (sizeof(T) == sizeof(float)) {
+    return magnitude_single(z);
+  } else {
+    return magnitude(z);
+  }
+}
 
 }  // namespace
 }  // namespace sigpak::SIGPAK_LEVEL

@@ -107,7 +107,7 @@ template <class T> struct polar_form {
   SIGPAK_INLINE void operator()(real& a, real& b) const {
     const ordered_point z = in_order(a, b);
     b = phase_for<T>(z, a, b);
-    a = magnitude(z);
+    a = magnitude_for<T>(z);
   }
   SIGPAK_INLINE void careful(real& a, real& b) const {
     const real x = a;
@@ -117,11 +117,11 @@ template <class T> struct polar_form {
   }
 };
 
-struct magnitude_of_point {
+template <class T> struct magnitude_of_point {
   SIGPAK_INLINE mask is_wild(real a, real b) const { return is_wild_point(a, b); }
-  SIGPAK_INLINE real operator()(real a, real b) const { return magnitude(in_order(a, b)); }
+  SIGPAK_INLINE real operator()(real a, real b) const { return magnitude_for<T>(in_order(a, b)); }
   SIGPAK_INLINE real careful(real a, real b) const {
-    polar_form<float>{}.careful(a, b);
+    polar_form<T>{}.careful(a, b);
     return a;
   }
 };
@@ -136,7 +136,7 @@ template <class T> struct phase_of_point {
 };
 
 template <class T> void magnitudes(const T* z, T* out, index points) {
-  walk_packing(z, out, points, magnitude_of_point{});
+  walk_packing(z, out, points, magnitude_of_point<T>{});
 }
 template <class T> void phases(const T* z, T* out, index points) {
   walk_packing(z, out, points, phase_of_point<T>{});

@@ -55,7 +55,8 @@ SIGPAK_INLINE real logarithm_single(reduced_log y, real rest) {
 SIGPAK_INLINE real logarithm_single(real x) { return logarithm_single(reduce_log(x), all(0)); }
 
 // ln(most^2 + least^2). Around 1 the leading parts of the sum cancel, and what it leaves out carries the
-// digits; with x = 2^k (1 + f) + lo it adds lo 2^-k / (1 + f), where farther from 1 a few digits are enough.
+// digits; with x = 2^k (1 + f + lo) it adds lo / (1 + f) - lo^2 / 2, where farther from 1 a few digits are
+// enough.
 SIGPAK_INLINE parts logarithm_of_squares(real most, real least) {
   const parts aa = exact_product(most, most);
   const parts bb = exact_product(least, least);
@@ -65,7 +66,8 @@ SIGPAK_INLINE parts logarithm_of_squares(real most, real least) {
   const parts sum = fast_sum(top.hi, middle.hi);
   const reduced_log y = reduce_log(sum.hi);
   const real lo = sum.lo * y.scale;
-  const real slope = y.f * fms(all(0.7), y.f, all(1));  // 1 / (1 + f) - 1, nearly
+  const real slope =
+      fnma(all(0.5), lo, y.f * fms(all(0.7), y.f, all(1)));  // 1 / (1 + f) - 1 is nearly f (0.7 f - 1)
   const parts leading = logarithm(y, fma(middle.lo + low.lo, y.scale, lo * slope));
   const parts with_lo = fast_sum(leading.hi, lo);
   return {with_lo.hi, with_lo.lo + leading.lo};
