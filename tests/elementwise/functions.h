@@ -12,6 +12,9 @@ namespace sigpak::test {
 
 using exact_function = int (*)(mpfr_ptr, mpfr_srcptr, mpfr_rnd_t);
 
+// The same to the digits of a long double.
+using near_function = long double (*)(long double);
+
 // One function of both records, the interval on which it follows its definition, and how arguments are drawn
 // there: evenly, or with even exponents.
 struct unary_function {
@@ -19,6 +22,7 @@ struct unary_function {
   std::int32_t (*in_double)(dsp_vec*);
   std::int32_t (*in_single)(dspf_vec*);
   exact_function definition;
+  near_function nearly;
   double low, high;
   double low_single, high_single;
   bool by_exponent;
@@ -35,6 +39,9 @@ inline int exact_decibels(mpfr_ptr y, mpfr_srcptr x, mpfr_rnd_t mode) {
   return mpfr_mul_si(y, y, 20, mode);
 }
 
+inline long double near_sinc(long double x) { return x == 0 ? 1 : std::sin(x) / x; }
+inline long double near_decibels(long double x) { return 20 * std::log10(x); }
+
 inline std::int32_t decibels(dsp_vec* v) { return dspi_db(v, 20); }
 inline std::int32_t decibels(dspf_vec* v) { return dspfi_db(v, 20); }
 
@@ -45,22 +52,24 @@ inline constexpr double least_single = double(std::numeric_limits<float>::min())
 
 inline const std::vector<unary_function>& unary_functions() {
   static const std::vector<unary_function> all = {
-      {"sqrt", dspi_sqrt, dspfi_sqrt, mpfr_sqrt, 0, most, 0, most_single, true},
-      {"exp", dspi_exp, dspfi_exp, mpfr_exp, -750, 230.2585, -110, 34.5387, false},
-      {"exp10", dspi_exp10, dspfi_exp10, mpfr_exp10, -325, 100, -46, 15, false},
-      {"log", dspi_log, dspfi_log, mpfr_log, least, most, least_single, most_single, true},
-      {"log10", dspi_log10, dspfi_log10, mpfr_log10, least, most, least_single, most_single, true},
-      {"db, factor 20", decibels, decibels, exact_decibels, least, most, least_single, most_single, true},
-      {"sin", dspi_sin, dspfi_sin, mpfr_sin, -most, most, -most_single, most_single, true},
-      {"cos", dspi_cos, dspfi_cos, mpfr_cos, -most, most, -most_single, most_single, true},
-      {"tan", dspi_tan, dspfi_tan, mpfr_tan, -most, most, -most_single, most_single, true},
-      {"sinc", dspi_sinc, dspfi_sinc, exact_sinc, -most, most, -most_single, most_single, true},
-      {"atan", dspi_atan, dspfi_atan, mpfr_atan, -most, most, -most_single, most_single, true},
-      {"asin", dspi_asin, dspfi_asin, mpfr_asin, -1, 1, -1, 1, true},
-      {"acos", dspi_acos, dspfi_acos, mpfr_acos, -1, 1, -1, 1, true},
-      {"sinh", dspi_sinh, dspfi_sinh, mpfr_sinh, -230.2585, 230.2585, -34.5387, 34.5387, true},
-      {"cosh", dspi_cosh, dspfi_cosh, mpfr_cosh, -230.2585, 230.2585, -34.5387, 34.5387, true},
-      {"tanh", dspi_tanh, dspfi_tanh, mpfr_tanh, -most, most, -most_single, most_single, true},
+      {"sqrt", dspi_sqrt, dspfi_sqrt, mpfr_sqrt, std::sqrt, 0, most, 0, most_single, true},
+      {"exp", dspi_exp, dspfi_exp, mpfr_exp, std::exp, -750, 230.2585, -110, 34.5387, false},
+      {"exp10", dspi_exp10, dspfi_exp10, mpfr_exp10, exp10l, -325, 100, -46, 15, false},
+      {"log", dspi_log, dspfi_log, mpfr_log, std::log, least, most, least_single, most_single, true},
+      {"log10", dspi_log10, dspfi_log10, mpfr_log10, std::log10, least, most, least_single, most_single,
+       true},
+      {"db, factor 20", decibels, decibels, exact_decibels, near_decibels, least, most, least_single,
+       most_single, true},
+      {"sin", dspi_sin, dspfi_sin, mpfr_sin, std::sin, -most, most, -most_single, most_single, true},
+      {"cos", dspi_cos, dspfi_cos, mpfr_cos, std::cos, -most, most, -most_single, most_single, true},
+      {"tan", dspi_tan, dspfi_tan, mpfr_tan, std::tan, -most, most, -most_single, most_single, true},
+      {"sinc", dspi_sinc, dspfi_sinc, exact_sinc, near_sinc, -most, most, -most_single, most_single, true},
+      {"atan", dspi_atan, dspfi_atan, mpfr_atan, std::atan, -most, most, -most_single, most_single, true},
+      {"asin", dspi_asin, dspfi_asin, mpfr_asin, std::asin, -1, 1, -1, 1, true},
+      {"acos", dspi_acos, dspfi_acos, mpfr_acos, std::acos, -1, 1, -1, 1, true},
+      {"sinh", dspi_sinh, dspfi_sinh, mpfr_sinh, std::sinh, -230.2585, 230.2585, -34.5387, 34.5387, true},
+      {"cosh", dspi_cosh, dspfi_cosh, mpfr_cosh, std::cosh, -230.2585, 230.2585, -34.5387, 34.5387, true},
+      {"tanh", dspi_tanh, dspfi_tanh, mpfr_tanh, std::tanh, -most, most, -most_single, most_single, true},
   };
   return all;
 }
