@@ -33,6 +33,13 @@ bool starts_with_number(const std::string& row) {
          (std::isdigit(static_cast<unsigned char>(row[at])) != 0 || row[at] == '-');
 }
 
+result execute(const std::string& command) {
+  const std::string out = path("stdout");
+  const std::string err = path("stderr");
+  const int status = std::system((command + " >" + quoted(out) + " 2>" + quoted(err)).c_str());
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, read_file(out), read_file(err)};
+}
+
 }  // namespace
 
 std::string path(const std::string& name) {
@@ -46,13 +53,11 @@ std::string quoted(const std::string& word) {
   return out + "'";
 }
 
-result run(const std::string& arguments) {
-  const std::string out = path("stdout");
-  const std::string err = path("stderr");
-  const std::string command =
-      quoted(SIGPAK_PROGRAM) + " " + arguments + " >" + quoted(out) + " 2>" + quoted(err);
-  const int status = std::system(command.c_str());
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, read_file(out), read_file(err)};
+result run(const std::string& arguments) { return execute(quoted(SIGPAK_PROGRAM) + " " + arguments); }
+
+result run_in_terminal(const std::string& arguments) {
+  const std::string command = "stty cols 80; LC_ALL=C " + quoted(SIGPAK_PROGRAM) + " " + arguments;
+  return execute("script -qec " + quoted(command) + " /dev/null </dev/null");
 }
 
 std::vector<line> lines_of(const std::string& report) {

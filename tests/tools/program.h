@@ -22,6 +22,9 @@ struct line {
 // Runs the program with a shell's words as arguments.
 result run(const std::string& arguments);
 
+// The same in a terminal of 80 columns, what it shows as output; status 127 where there is none to be had.
+result run_in_terminal(const std::string& arguments);
+
 // The lines of a report, and the number behind a word of it.
 std::vector<line> lines_of(const std::string& report);
 double number_after(const std::string& report, const std::string& word);

@@ -1,8 +1,11 @@
-// Errors with their exit status, and the picture.
+// Errors with their exit status, the picture, and the plot in a terminal.
 #include <gtest/gtest.h>
 #include <sndfile.h>
 
 #include <cmath>
+#include <numbers>
+#include <regex>
+#include <sstream>
 
 #include "tools/program.h"
 
@@ -163,4 +166,58 @@ TEST(Picture, OfSilenceAndOnBothAxes) {
     EXPECT_EQ(run("spectrum " + silence + " --axis " + axis + " --svg " + svg).status, 0);
     EXPECT_TRUE(is_well_formed(read_file(svg)));
   }
+}
+
+// Where the text, or the mark, that ends like this stands.
+std::pair<double, double> place(const std::string& svg, const std::string& end) {
+  std::smatch found;
+  EXPECT_TRUE(std::regex_search(svg, found, std::regex("x=\"([0-9.]+)\" c?y=\"([0-9.]+)\"" + end))) << end;
+  return found.empty() ? std::pair(0.0, 0.0) : std::pair(std::stod(found[1]), std::stod(found[2]));
+}
+
+// A sine of amplitude 1 at an eighth of the rate.
+std::string eighth() {
+  return write_file(
+      "eighth", column(samples([](int i) { return std::sin(0.25 * std::numbers::pi * i + 0.3); }, 16384)));
+}
+
+TEST(Picture, APeakStandsWhereTheAxesSay) {
+  const auto svg = path("peak.svg");
+  for (const std::string axis : {"linear", "log"}) {
+    ASSERT_EQ(run("spectrum -r 8000 -n 1 " + eighth() + " --axis " + axis + " --svg " + svg).status, 0);
+    const auto picture = read_file(svg);
+    const auto [x, y] = place(picture, " r=\"3\"");
+    EXPECT_NEAR(x, place(picture, axis == "log" ? ">1k<" : ">1.0<").first, 0.2);
+    EXPECT_NEAR(y, place(picture, ">0<").second - 4, 0.2) << "0 dB, half a line above the foot of its label";
+    EXPECT_LT(place(picture, axis == "log" ? ">500<" : ">0.5<").first, x);
+    EXPECT_GT(place(picture, ">-20<").second, y);
+    const auto curve = picture.substr(picture.find("class=\"curve\""));
+    std::pair<double, double> highest(1e9, 0);
+    const std::regex point("[ML]([0-9.]+) ([0-9.]+)");
+    for (std::sregex_iterator at(curve.begin(), curve.end(), point), end; at != end; ++at)
+      highest = std::min(highest, std::pair(std::stod((*at)[2]), std::stod((*at)[1])));
+    EXPECT_NEAR(highest.first, y, 0.5);
+    EXPECT_NEAR(highest.second, x, 1);
+  }
+}
+
+TEST(Terminal, ThePlotStandsOnItsAxis) {
+  const auto r = run_in_terminal("spectrum -r 8000 -n 1 " + eighth());
+  if (r.status == 127) GTEST_SKIP() << "no program that makes terminals";
+  ASSERT_EQ(r.status, 0) << r.err;
+  EXPECT_NE(r.out.find(": 100 %\r\x1B[K"), std::string::npos) << "progress is wiped out";
+  std::vector<std::string> rows;
+  std::istringstream in(r.out);
+  for (std::string row; std::getline(in, row);) rows.push_back(row);
+  ASSERT_GT(rows.size(), 15U);
+  rows.erase(rows.begin(), rows.end() - 14);
+  const auto& labels = rows[12];
+  const auto column = labels.find(" 1 ") + 1;
+  EXPECT_TRUE(labels.find(" 0 ") < column && column < labels.find(" 2 ")) << labels;
+  EXPECT_TRUE(rows[0].starts_with("     0 ") && rows[5].starts_with("   -50 ")) << r.out;
+  for (int row = 0; row < 10; ++row) {
+    EXPECT_EQ(rows[static_cast<std::size_t>(row)].find_first_of(".#"), column - 1) << r.out;
+  }
+  EXPECT_EQ(rows[11].find('#'), column - 1) << r.out;
+  EXPECT_NE(rows[13].find("dB in kHz"), std::string::npos);
 }
