@@ -8,6 +8,7 @@
 #include "core/product.h"
 #include "core/streaming.h"
 #include "elementwise/prepare.h"
+#include "kernels/points.h"
 
 namespace sigpak {
 
@@ -48,6 +49,11 @@ template <class A, class B, class Out, class F>
   if (points > isa::short_run && a.data != out.data && b.data != out.data &&
       worth_streaming(out.data, points * Out::width)) [[unlikely]] {
     return combine_past_cache(a, b, out, points, f);
+  }
+  if constexpr (A::width + B::width + Out::width == 6 && requires { f.kernel(out.data); }) {
+    const auto* wide =
+        points > isa::short_run ? kernels::points<std::decay_t<decltype(*out.data)>>() : nullptr;
+    if (wide != nullptr) return (wide->*f.kernel(out.data))(a.data, b.data, out.data, points), ok;
   }
   isa::run(points, [=] {
     const auto put = [=](index i) { out.put(i, f(a.get(i), b.get(i))); };

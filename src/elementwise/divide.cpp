@@ -11,6 +11,9 @@ namespace {
 // Selects instead of branches, so that the loops vectorise.
 struct over {
   static constexpr bool divides = true;
+  template <class T> static constexpr auto kernel(T*) noexcept {
+    return &kernels::point_functions<T>::divide;
+  }
 
   template <class T> constexpr T operator()(T a, T b) const noexcept {
     return b != 0 ? a / b : a != 0 ? guard<T>::huge : T(0);

@@ -6,6 +6,7 @@
 #include "elementwise/pack.h"
 #include "elementwise/prepare.h"
 #include "kernels/elementary.h"
+#include "kernels/points.h"
 
 namespace sigpak {
 namespace {
@@ -22,6 +23,12 @@ struct squared_magnitude {
   }
   template <class T> T operator()(point<T> z) const noexcept { return (*this)(z.re) + (*this)(z.im); }
 };
+
+template <class T> void square_magnitudes_of(const T* z, T* out, index points) noexcept {
+  const auto* wide = points > isa::short_run ? kernels::points<T>() : nullptr;
+  if (wide == nullptr) return pack(z, out, points, squared_magnitude{});
+  wide->square_magnitudes(z, out, points);
+}
 
 // The magnitudes' storage is sized in the form of the input and read back in place, so a complex one packs.
 template <record V, class F> status fill_real(const operands<V>& in, V* out, F f) noexcept {
@@ -43,7 +50,12 @@ template <record V> status take_magnitude(V* v) noexcept {
   v->complex = 0;
   return ok;
 }
-template <record V> status square_magnitude(V* v) noexcept { return turn_real(v, squared_magnitude{}); }
+template <record V> status square_magnitude(V* v) noexcept {
+  if (!is_complex(v)) return turn_real(v, squared_magnitude{});
+  square_magnitudes_of(v->data, v->data, length(v));
+  v->complex = 0;
+  return ok;
+}
 
 template <record V> status take_magnitudes(const V* in, V* out) noexcept {
   return prepare(in, in, out, is_complex(in), [out](const operands<V>& from) {
@@ -56,8 +68,12 @@ template <record V> status take_magnitudes(const V* in, V* out) noexcept {
 }
 
 template <record V> status square_magnitudes(const V* in, V* out) noexcept {
-  return prepare(in, in, out, false,
-                 [out](const operands<V>& from) { return fill_real(from, out, squared_magnitude{}); });
+  return prepare(in, in, out, false, [out](const operands<V>& from) {
+    if (!from.a_complex) return fill_real(from, out, squared_magnitude{});
+    square_magnitudes_of(from.a, out->data, from.points);
+    out->complex = 0;
+    return ok;
+  });
 }
 
 template status take_magnitude(dsp_vec*) noexcept;

@@ -6,10 +6,16 @@ namespace sigpak {
 namespace {
 
 struct times {
+  template <class T> static constexpr auto kernel(T*) noexcept {
+    return &kernels::point_functions<T>::multiply;
+  }
   template <class A, class B> constexpr auto operator()(A a, B b) const noexcept { return product(a, b); }
 };
 
 struct times_conjugate {
+  template <class T> static constexpr auto kernel(T*) noexcept {
+    return &kernels::point_functions<T>::multiply_conjugate;
+  }
   template <class A, class B> constexpr auto operator()(A a, point<B> b) const noexcept {
     return product(a, conjugate(b));
   }

@@ -27,12 +27,12 @@ template <record V> class placed : public V {
 
   // Holds wanted(i) in its scalars, and around its room what there was before.
   template <class Wanted> void expect(index scalars, Wanted wanted) const {
-    for (index i = 0; i < scalars; ++i) ASSERT_EQ(this->data[i], wanted(i)) << "scalar " << i;
-    for (index i = 0; i < static_cast<index>(block_.size()); ++i) {
-      if (i >= offset_ && i < offset_ + room_) continue;
-      const auto at = static_cast<std::size_t>(i);
-      ASSERT_EQ(block_[at], before_[at]) << "beside the record";
-    }
+    index i = 0;
+    while (i < scalars && this->data[i] == wanted(i)) ++i;
+    ASSERT_EQ(i, scalars) << "scalar " << i;
+    const auto begin = before_.begin() + offset_;
+    ASSERT_TRUE(std::equal(before_.begin(), begin, block_.begin()));
+    ASSERT_TRUE(std::equal(begin + room_, before_.end(), block_.begin() + offset_ + room_));
   }
 
  private:
@@ -104,11 +104,34 @@ TYPED_TEST(Walks, SpreadAndPackInPlace) {
   });
 }
 
+// Every pair of awkward parts, each among ordinary points and beside others of its kind.
+TYPED_TEST(Walks, GuardEverySquare) {
+  using V = TypeParam;
+  using T = scalar<V>;
+  const auto hard = awkward<V>();
+  samples<V> parts = noise<V>(200);
+  for (const T re : hard) {
+    for (const T im : hard) parts.insert(parts.end(), {re, im});
+  }
+  const signal<V> z(parts, true);
+  signal<V> out;
+  ASSERT_EQ(TWIN(u_magsq)(&z, &out), 0);
+  const auto square = [](T x) { return std::abs(x) > huge<V> ? huge<V> : x * x; };
+  for (index i = 0; i < static_cast<index>(z.points); ++i) {
+    const T wanted = square(z.data[2 * i]) + square(z.data[2 * i + 1]);
+    if (std::isnan(wanted)) {
+      ASSERT_TRUE(std::isnan(out.data[i])) << i;
+    } else {
+      ASSERT_EQ(out.data[i], wanted) << i;
+    }
+  }
+}
+
 // A result of 16 MiB and more is written past the cache where its storage allows.
 TYPED_TEST(Walks, FillLargeResults) {
   using V = TypeParam;
   constexpr index n = (index{16} << 20) / static_cast<index>(sizeof(scalar<V>)) + 37;
-  for (const index offset : {0, 1, 4}) {
+  for (const index offset : {0, 1}) {
     SCOPED_TRACE(offset);
     placed<V> a(0, n, false, n, 1);
     placed<V> b(2, n, false, n, 2);

@@ -1,0 +1,32 @@
+// Arithmetic of complex points at the wide levels; null where the library runs at the baseline.
+#pragma once
+
+#include <cstddef>
+
+namespace sigpak::kernels {
+
+// out[i] = f(a[i], b[i]), with the bits of the plain definition; out may be an operand.
+template <class T>
+using point_function = void (*)(const T* a, const T* b, T* out, std::ptrdiff_t points) noexcept;
+
+template <class T> struct point_functions {
+  point_function<T> multiply;
+  point_function<T> multiply_conjugate;
+  point_function<T> divide;  // x / 0 is (H, H), 0 / 0 is (0, 0)
+  // out[i] = |z[i]|^2, each square H where its part lies outside [-H, H]; out may be z.
+  void (*square_magnitudes)(const T* z, T* out, std::ptrdiff_t points) noexcept;
+};
+
+template <class T> const point_functions<T>* points() noexcept;
+
+}  // namespace sigpak::kernels
+
+namespace sigpak::avx2 {
+extern const kernels::point_functions<double> points_double;
+extern const kernels::point_functions<float> points_float;
+}  // namespace sigpak::avx2
+
+namespace sigpak::avx512 {
+extern const kernels::point_functions<double> points_double;
+extern const kernels::point_functions<float> points_float;
+}  // namespace sigpak::avx512
