@@ -66,11 +66,16 @@ std::vector<std::size_t> lengths(const bench::options& o) {
   return out;
 }
 
+template <class T> sigpak::test::exact point(const T* x, std::size_t i, bool complex) {
+  const auto part = [x](std::size_t k) { return static_cast<long double>(x[k]); };
+  return complex ? sigpak::test::exact(part(2 * i), part(2 * i + 1)) : sigpak::test::exact(part(i));
+}
+
 // All points of the input in long double: a half spectrum continues with the conjugates.
 template <class T> exact_signal all_points(const transform& t, const T* x, std::size_t n) {
   exact_signal z(n);
   for (std::size_t i = 0; i < t.points_in(n); ++i) {
-    z[i] = t.complex_in() ? sigpak::test::exact(x[2 * i], x[2 * i + 1]) : sigpak::test::exact(x[i]);
+    z[i] = point(x, i, t.complex_in());
     if (t.real && t.inverse && i > 0) z[n - i] = std::conj(z[i]);
   }
   return z;
@@ -87,8 +92,7 @@ struct distance {
   }
   template <class T> void add(const transform& t, const T* y, const exact_signal& wanted, long double scale) {
     for (std::size_t i = 0; i < t.points_out(wanted.size()); ++i) {
-      add(t.complex_out() ? sigpak::test::exact(y[2 * i], y[2 * i + 1]) : sigpak::test::exact(y[i]),
-          wanted[i] * scale);
+      add(point(y, i, t.complex_out()), wanted[i] * scale);
     }
   }
   double relative() const { return static_cast<double>(std::sqrt(difference / total)); }

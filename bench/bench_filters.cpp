@@ -201,12 +201,14 @@ void print_row(std::size_t count, std::size_t points) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  constexpr std::size_t tap_counts[] = {16, 32, 45, 46, 64, 96, 256, 1024};
+  constexpr std::size_t lengths[] = {1'000, 10'000, 100'000, 1'000'000, 10'000'000};
   const bench::options o(argc, argv, {"--level", "--taps", "--points"});
   std::printf("level %s\n", o.level());
   bench::print_head({"taps", "points", "real, M outputs / s", "of peak", "complex, M / s", "single, M / s",
                      "real to FFTW overlap-save", "single to liquid", "real to the compiler's loop"});
-  for (const std::size_t taps : {16, 32, 45, 46, 64, 96, 256, 1024}) {
-    for (const std::size_t points : {1'000, 10'000, 100'000, 1'000'000, 10'000'000}) {
+  for (const std::size_t taps : tap_counts) {
+    for (const std::size_t points : lengths) {
       if (points < taps ||
           (o.number("--taps", 0) != 0 && taps != static_cast<std::size_t>(o.number("--taps", 0)))) {
         continue;

@@ -61,11 +61,11 @@ template <class T> alignas(64) T data<T>::y[scalars];
 using loop = void (*)();
 
 // The scalar of a vector, or the scalar itself.
-inline double element(double x) { return x; }
-inline float element(float x) { return x; }
-inline double element(__m256d v) { return v[0]; }
-inline double element(__m512d v) { return v[0]; }
-inline float element(__m512 v) { return v[0]; }
+[[maybe_unused]] double element(double x) { return x; }
+[[maybe_unused]] float element(float x) { return x; }
+[[maybe_unused]] double element(__m256d v) { return v[0]; }
+[[maybe_unused]] double element(__m512d v) { return v[0]; }
+[[maybe_unused]] float element(__m512 v) { return v[0]; }
 
 template <class R, class W> W argument_of(R (*)(W));
 template <class R, class W> W argument_of(R (*)(W, W));
