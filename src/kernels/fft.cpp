@@ -17,7 +17,7 @@ namespace {
 constexpr index least_points = 4;
 constexpr index least_real_points = 32;
 constexpr index least_mixed_points = 16;
-constexpr index alignment = 64;
+constexpr std::uintptr_t alignment = 64;
 
 template <class T> const fft_kernels<T>& kernels_of(isa::level level) noexcept {
   if constexpr (sizeof(T) == sizeof(double)) {
@@ -28,29 +28,39 @@ template <class T> const fft_kernels<T>& kernels_of(isa::level level) noexcept {
 }
 
 // Scratch memory of the longest transform so far.
+//
+// A load that shares its place within a page with a store still under way waits for it, and lines that share
+// it compete for one set of the first cache. What a transform stores in scratch memory is therefore kept at a
+// distance, within the page, from the data that it reads at the time.
 template <class T> class workspace {
  public:
-  T* at_least(index count) noexcept {
-    if (count <= count_) return start_;
-    void* const grown = allocate_table<std::byte>(count * static_cast<index>(sizeof(T)) + alignment);
-    if (grown == nullptr) return nullptr;
-    release();
-    block_ = grown;
-    const auto address = reinterpret_cast<std::uintptr_t>(grown);
-    start_ = reinterpret_cast<T*>((address + alignment - 1) / alignment * alignment);
-    count_ = count;
-    return start_;
+  T* at_least(index count, const T* data) noexcept {
+    if (count > count_ && !grow(count)) return nullptr;
+    const auto lead = (reinterpret_cast<std::uintptr_t>(data) + distance) % page / alignment * alignment;
+    return reinterpret_cast<T*>(start_ + lead);
   }
   void release() noexcept {
     free_table(block_);
     block_ = nullptr;
-    start_ = nullptr;
     count_ = 0;
   }
 
  private:
+  static constexpr std::uintptr_t page = 4096;
+  static constexpr std::uintptr_t distance = 1024;
+
+  bool grow(index count) noexcept {
+    void* const grown = allocate_table<std::byte>(count * static_cast<index>(sizeof(T)) + 2 * page);
+    if (grown == nullptr) return false;
+    release();
+    block_ = grown;
+    start_ = (reinterpret_cast<std::uintptr_t>(grown) + page - 1) / page * page;
+    count_ = count;
+    return true;
+  }
+
   void* block_ = nullptr;
-  T* start_ = nullptr;
+  std::uintptr_t start_ = 0;
   index count_ = 0;
 };
 
@@ -83,7 +93,7 @@ template <class T> status wide_fft(T* x, index points, bool inverse) noexcept {
   const fft_plan<T>* const plan =
       find_plan<T>(points, lanes_for(points, kernels.widest_lanes), data::complex);
   if (plan == nullptr) return failed;
-  T* const work = scratch<T>.at_least(2 * plan->lanes * plan->stride * plan->radix[0]);
+  T* const work = scratch<T>.at_least(2 * plan->lanes * plan->stride * plan->radix[0], x);
   if (work == nullptr) return failed;
   kernels.run(*plan, x, work, inverse);
   return ok;
@@ -99,7 +109,7 @@ template <class T> status wide_real_fft(T* x, index points, bool inverse) noexce
   const fft_plan<T>* const plan = find_plan<T>(points, lanes, data::real);
   if (plan == nullptr) return failed;
   const index spectrum = inverse ? plan->vectors + 1 : 0;
-  T* const work = scratch<T>.at_least(2 * lanes * (plan->stride * plan->radix[0] + spectrum));
+  T* const work = scratch<T>.at_least(2 * lanes * (plan->stride * plan->radix[0] + spectrum), x);
   if (work == nullptr) return failed;
   kernels.run_real(*plan, x, work, inverse);
   return ok;
@@ -120,7 +130,7 @@ template <class T> status wide_dft(T* x, index points, bool inverse) noexcept {
   const index a = plan->over_columns.vectors;
   const index b = plan->over_rows.vectors;
   const index row_groups = (a + plan->lanes - 1) / plan->lanes;
-  T* const work = scratch<T>.at_least(2 * plan->lanes * (row_groups * b + (a > b ? a : b)));
+  T* const work = scratch<T>.at_least(2 * plan->lanes * (row_groups * b + (a > b ? a : b)), x);
   if (work == nullptr) return failed;
   kernels.run_mixed(*plan, x, work, inverse);
   return ok;
