@@ -36,6 +36,7 @@ template <class T> class workspace {
  public:
   T* at_least(index count, const T* data) noexcept {
     if (count > count_ && !grow(count)) return nullptr;
+    if (bytes(count) < worth_distance) return reinterpret_cast<T*>(start_);
     const auto lead = (reinterpret_cast<std::uintptr_t>(data) + distance) % page / alignment * alignment;
     return reinterpret_cast<T*>(start_ + lead);
   }
@@ -48,13 +49,17 @@ template <class T> class workspace {
  private:
   static constexpr std::uintptr_t page = 4096;
   static constexpr std::uintptr_t distance = 1024;
+  static constexpr index worth_distance = 32 * 1024;
+
+  static constexpr index bytes(index count) noexcept { return count * static_cast<index>(sizeof(T)); }
 
   bool grow(index count) noexcept {
-    void* const grown = allocate_table<std::byte>(count * static_cast<index>(sizeof(T)) + 2 * page);
+    const std::uintptr_t boundary = bytes(count) < worth_distance ? alignment : page;
+    void* const grown = allocate_table<std::byte>(bytes(count) + 2 * static_cast<index>(boundary));
     if (grown == nullptr) return false;
     release();
     block_ = grown;
-    start_ = (reinterpret_cast<std::uintptr_t>(grown) + page - 1) / page * page;
+    start_ = (reinterpret_cast<std::uintptr_t>(grown) + boundary - 1) / boundary * boundary;
     count_ = count;
     return true;
   }
