@@ -12,8 +12,8 @@ namespace {
 template <class P>
 void run_either(const fft_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* scratch,
                 bool inverse) {
-  if (plan.is_long)
-    return inverse ? run_long<P, true>(plan, x, scratch) : run_long<P, false>(plan, x, scratch);
+  if (plan.collected)
+    return inverse ? run_collected<P, true>(plan, x, scratch) : run_collected<P, false>(plan, x, scratch);
   inverse ? run<P, true>(plan, x, scratch) : run<P, false>(plan, x, scratch);
 }
 template <class P>
@@ -75,8 +75,8 @@ const kernels::fft_kernels<double> double_fft = {SIGPAK_VECTOR_BYTES / 8,
 #if SIGPAK_VECTOR_BYTES == 64
                                                   small<d8, 16>},
 #else
-                                                   {run_small_split<d4, 16, false>,
-                                                    run_small_split<d4, 16, true>}},
+                                                  {run_small_split<d4, 16, false>,
+                                                   run_small_split<d4, 16, true>}},
 #endif
                                                  run_lanes<widest_d, widest_d>,
                                                  run_real_lanes<widest_d, d4, d4>,

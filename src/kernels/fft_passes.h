@@ -103,15 +103,24 @@ template <class P, int R> void leaf_pass(typename P::scalar* s, index length) {
   }
 }
 
-// The same for complex data: with the twiddles of the transform over the lanes, and interleaved.
+// The product of two twiddles.
+template <class P> SIGPAK_INLINE cplx<P> joined(cplx<P> a, cplx<P> b) {
+  return {fms(a.re, b.re, a.im * b.im), fma(a.re, b.im, a.im * b.re)};
+}
+
+// The same for complex data: with the twiddles of the transform over the lanes, and interleaved. The twiddles
+// of all outputs of a butterfly in place of those of the first would be a stream as wide as the data.
 template <class P, int R, bool inverse>
-void turning_leaf_pass(typename P::scalar* s, index length, const typename P::scalar* w) {
-  for (index i = 0; i < length; i += R) {
+void turning_leaf_pass(typename P::scalar* s, index length, const typename P::scalar* w,
+                       const typename P::scalar* steps) {
+  for (index i = 0; i < length; i += R, w += 2 * P::width) {
     cplx<P> a[R];
     unroll<R>([&](auto j) __attribute__((always_inline)) { a[j] = load_pair<P>(s, i + j); });
     transform(a);
+    const cplx<P> first = load_pair<P>(w, 0);
     unroll<R>([&](auto k) __attribute__((always_inline)) {
-      const cplx<P> t = load_pair<P>(w, i + k);
+      cplx<P> t = first;
+      if constexpr (k > 0) t = joined(first, load_pair<P>(steps, k - 1));
       store_points<P, inverse>(s + 2 * P::width * (i + k), turned(a[k], t.re, t.im));
     });
   }
@@ -142,16 +151,6 @@ template <class P> SIGPAK_INLINE void transpose(cplx<P> (&y)[P::width]) {
   unroll<W>([&](auto p) __attribute__((always_inline)) { y[p] = {re[p], im[p]}; });
 }
 
-// The same where the lanes are in the order of point_at: row l is then lane l, of a group of W consecutive
-// kb.
-template <class P> SIGPAK_INLINE void lanes_to_rows(cplx<P> (&y)[P::width]) {
-  constexpr int W = P::width;
-  transpose(y);
-  cplx<P> t[W];
-  unroll<W>([&](auto p) __attribute__((always_inline)) { t[point_at<typename P::scalar>(p, W)] = y[p]; });
-  unroll<W>([&](auto l) __attribute__((always_inline)) { y[l] = t[l]; });
-}
-
 // Rows of W points, as many as one vector holds: transposition and the transform of each column, to X[k' M].
 template <class P, bool inverse, class Row>
 SIGPAK_INLINE void transform_columns(const Row& row, typename P::scalar* x, index vectors) {
@@ -169,19 +168,25 @@ SIGPAK_INLINE void transform_columns(const Row& row, typename P::scalar* x, inde
                 __attribute__((always_inline)) { store(x + 2 * k * vectors, y[result_at<W, inverse>(k)]); });
 }
 
+// One group of kb, the vector of the first at `first`.
+template <class P, bool inverse>
+SIGPAK_INLINE void transform_group(const fft_plan<typename P::scalar>& plan, const typename P::scalar* first,
+                                   typename P::scalar* x, index vectors) {
+  constexpr int W = P::width;
+  transform_columns<P, inverse>(
+      [ =, offset = plan.offset ](auto p, auto half)
+          __attribute__((always_inline)) { return load<P>(first + 2 * W * offset[p] + W * half); },
+      x, vectors);
+}
+
 // The last transform, over the lanes; natural order out.
 template <class P, bool inverse>
 void last_pass(const fft_plan<typename P::scalar>& plan, const typename P::scalar* s, typename P::scalar* x) {
   constexpr int W = P::width;
   const index vectors = plan.vectors;
-  const index* const offset = plan.offset;
   const std::uint32_t* start = plan.start;
   for (index kb = 0; kb < vectors; kb += W / 2, ++start) {
-    const auto* const first = s + 2 * W * static_cast<index>(*start);
-    transform_columns<P, inverse>(
-        [=](auto p, auto half)
-            __attribute__((always_inline)) { return load<P>(first + 2 * W * offset[p] + W * half); },
-        x + 2 * kb, vectors);
+    transform_group<P, inverse>(plan, s + 2 * W * static_cast<index>(*start), x + 2 * kb, vectors);
   }
 }
 
@@ -275,13 +280,14 @@ template <class Body> SIGPAK_INLINE void with_even_radix(int radix, const Body& 
   }
 }
 
+// Everything before the last transform.
 template <class P, bool inverse>
-void run(const fft_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
+void transform_lanes(const fft_plan<typename P::scalar>& plan, const typename P::scalar* x,
+                     typename P::scalar* s) {
   using T = typename P::scalar;
   constexpr index pair = 2 * P::width;
   if (plan.passes == 1) {
-    with_even_radix(plan.radix[0], [&](auto radix) { only_pass<P, radix, inverse>(plan, x, s); });
-    return last_pass<P, inverse>(plan, s, x);
+    return with_even_radix(plan.radix[0], [&](auto radix) { only_pass<P, radix, inverse>(plan, x, s); });
   }
   first_pass<P, !inverse>(
       plan,
@@ -290,10 +296,17 @@ void run(const fft_plan<typename P::scalar>& plan, typename P::scalar* x, typena
   const index padding = plan.stride - plan.block[1];
   all_middle_passes<P>(plan, s, [&plan, s, padding](T* at, index length) {
     const index place = (at - s) / pair;
-    const T* const w = plan.last + pair * (place - place / plan.stride * padding);
-    with_even_radix(plan.radix[plan.passes - 1],
-                    [=](auto radix) { turning_leaf_pass<P, radix, inverse>(at, length, w); });
+    const index butterfly = (place - place / plan.stride * padding) / plan.radix[plan.passes - 1];
+    const T* const w = plan.last + pair * butterfly;
+    with_even_radix(plan.radix[plan.passes - 1], [=, steps = plan.steps](auto radix) {
+      turning_leaf_pass<P, radix, inverse>(at, length, w, steps);
+    });
   });
+}
+
+template <class P, bool inverse>
+void run(const fft_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
+  transform_lanes<P, inverse>(plan, x, s);
   last_pass<P, inverse>(plan, s, x);
 }
 

@@ -24,11 +24,12 @@ template <class T> struct fft_plan {
   const T* first[2];      // broadcast twiddles of the first pass: forward (times 1/N), inverse; those of the
                           // last transform instead where complex data have only one pass
   const T* twiddles[most_passes];  // broadcast twiddles of the other passes
-  int group;      // kb that the last transform takes at once: W / 2, of real and of long data W
-  const T* last;  // vectors of twiddles of the last transform: place by place, of real data group by group,
-                  // of long complex data only the powers 1, 2, 4, ... of w_N^kb, group by group
-  bool is_long;   // the last pass collects its output
-  bool streamed;  // and writes it past the caches
+  int group;                       // kb that the last transform takes at once: W / 2, of real data W
+  const T* last;  // vectors of twiddles w_N^(l kb) of the last transform: one per butterfly of the last pass,
+                  // for its first output; of real data group by group, for every kb
+  const T* steps;  // vectors of twiddles from that output of a butterfly to the others, all but the first
+  bool collected;  // the last transform collects its output
+  bool streamed;   // and writes it past the caches
   std::ptrdiff_t offset[most_lanes];  // of the vector of kb + p from that of kb, kb the first of a group
   const std::uint32_t* start;         // place of the vector of kb, the first of a group
 

@@ -8,7 +8,7 @@
 
 namespace sigpak::kernels {
 
-constinit fft_sizes long_sizes = {index{1} << 22, index{1} << 24};
+constinit fft_sizes long_sizes = {index{1} << 13, index{1} << 22, index{1} << 24};
 
 namespace {
 
@@ -32,7 +32,7 @@ template <class T> void choose_radices(fft_plan<T>& plan) noexcept {
 template <class T> void fill_by_group(T* out, const fft_plan<T>& plan, const roots& w) noexcept {
   const int lanes = plan.lanes;
   for (index kb = 0; kb < plan.vectors; kb += lanes) {
-    for (index l = 1; l < lanes; plan.is_long ? l *= 2 : ++l, out += 2 * lanes) {
+    for (index l = 1; l < lanes; ++l, out += 2 * lanes) {
       for (int p = 0; p < lanes; ++p) {
         const root r = w[l * (kb + point_at<T>(p, lanes))];
         out[p] = static_cast<T>(r.cosine);
@@ -42,18 +42,27 @@ template <class T> void fill_by_group(T* out, const fft_plan<T>& plan, const roo
   }
 }
 
-// One vector of twiddles for all lanes per kb, in the order of the places.
+// One vector of twiddles for all lanes.
 template <class T>
-void fill_by_place(T* out, const fft_plan<T>& plan, const roots& w, long double scale) noexcept {
+T* fill_lanes(T* out, const fft_plan<T>& plan, index kb, const roots& w, long double scale) noexcept {
   const int lanes = plan.lanes;
-  for (index at = 0; at < plan.vectors; ++at, out += 2 * lanes) {
-    const index kb = output(plan, at);
-    for (int p = 0; p < lanes; ++p) {
-      const root r = w[point_at<T>(p, lanes) * kb];
-      out[p] = static_cast<T>(r.cosine * scale);
-      out[lanes + p] = static_cast<T>(r.sine * scale);
-    }
+  for (int p = 0; p < lanes; ++p) {
+    const root r = w[point_at<T>(p, lanes) * kb];
+    out[p] = static_cast<T>(r.cosine * scale);
+    out[lanes + p] = static_cast<T>(r.sine * scale);
   }
+  return out + 2 * lanes;
+}
+
+// In the order of the places, from one to that so many behind.
+template <class T>
+void fill_by_place(T* out, const fft_plan<T>& plan, index step, const roots& w, long double scale) noexcept {
+  for (index at = 0; at < plan.vectors; at += step) out = fill_lanes(out, plan, output(plan, at), w, scale);
+}
+
+template <class T> void fill_steps(T* out, const fft_plan<T>& plan, const roots& w) noexcept {
+  const int radix = plan.radix[plan.passes - 1];
+  for (index k = 1; k < radix; ++k) out = fill_lanes(out, plan, k * (plan.vectors / radix), w, 1);
 }
 
 template <class T> void fill_places(std::uint32_t* start, fft_plan<T>& plan) noexcept {
@@ -77,17 +86,13 @@ template <class T> struct plan_tables {
   T* first[2];
   T* passes[most_passes];
   T* last;
+  T* steps;
   std::uint32_t* start;
 };
 
 // A single pass within the lanes has nothing but the twiddles of the last transform.
 template <class T> bool is_only_pass(const fft_plan<T>& plan) noexcept {
   return plan.group < plan.lanes && plan.passes == 1;
-}
-
-template <class T> index last_rows(const fft_plan<T>& plan) noexcept {
-  if (plan.is_long) return std::countr_zero(static_cast<unsigned>(plan.lanes));
-  return plan.group < plan.lanes ? plan.lanes : plan.lanes - 1;
 }
 
 template <class T> plan_tables<T> carve(const fft_plan<T>& plan, data kind, carver& memory) noexcept {
@@ -98,7 +103,13 @@ template <class T> plan_tables<T> carve(const fft_plan<T>& plan, data kind, carv
   for (int pass = 1; pass < plan.passes - 1; ++pass) {
     tables.passes[pass] = memory.take<T>(2 * broadcasts(plan, pass));
   }
-  if (!is_only_pass(plan)) tables.last = memory.take<T>(2 * last_rows(plan) * plan.vectors);
+  if (kind == data::real) {
+    tables.last = memory.take<T>(2 * (plan.lanes - 1) * plan.vectors);
+  } else if (!is_only_pass(plan)) {
+    const int radix = plan.radix[plan.passes - 1];
+    tables.last = memory.take<T>(2 * plan.lanes * (plan.vectors / radix));
+    tables.steps = memory.take<T>(2 * plan.lanes * (radix - 1));
+  }
   tables.start = memory.take<std::uint32_t>(plan.vectors / plan.group);
   if (kind == data::real) {
     tables.unpack = memory.take<T>(2 * plan.vectors);
@@ -111,12 +122,17 @@ template <class T>
 void fill(fft_plan<T>& plan, data kind, const plan_tables<T>& tables, const roots& w) noexcept {
   const long double scale = (kind == data::real ? 0.5L : 1.0L) / static_cast<long double>(plan.points);
   if (is_only_pass(plan)) {
-    fill_by_place(tables.first[0], plan, w, scale);
-    fill_by_place(tables.first[1], plan, w, 1);
+    fill_by_place(tables.first[0], plan, 1, w, scale);
+    fill_by_place(tables.first[1], plan, 1, w, 1);
   } else {
     fill_first(tables.first[0], plan, w, scale);
     fill_first(tables.first[1], plan, w, 1);
-    plan.group < plan.lanes ? fill_by_place(tables.last, plan, w, 1) : fill_by_group(tables.last, plan, w);
+  }
+  if (kind == data::real) {
+    fill_by_group(tables.last, plan, w);
+  } else if (!is_only_pass(plan)) {
+    fill_by_place(tables.last, plan, plan.radix[plan.passes - 1], w, 1);
+    fill_steps(tables.steps, plan, w);
   }
   for (int pass = 1; pass < plan.passes - 1; ++pass) fill_pass(tables.passes[pass], plan, pass, w, 1);
   fill_places(tables.start, plan);
@@ -129,10 +145,12 @@ void fill(fft_plan<T>& plan, data kind, const plan_tables<T>& tables, const root
   for (int i = 0; i < 2; ++i) plan.first[i] = tables.first[i];
   for (int pass = 0; pass < most_passes; ++pass) plan.twiddles[pass] = tables.passes[pass];
   plan.last = tables.last;
+  plan.steps = tables.steps;
   plan.start = tables.start;
 }
 
 constexpr index padding_from = 4096;
+constexpr int first_cache_ways = 8;
 
 }  // namespace
 
@@ -147,9 +165,10 @@ template <class T> const fft_plan<T>* find_plan(index points, int lanes, data ki
   plan.vectors = kind == data::real ? points / lanes / 2 : points / lanes;
   choose_radices(plan);
   const index bytes = 2 * points * static_cast<index>(sizeof(T));
-  plan.is_long = kind == data::complex && bytes >= long_sizes.collected;
-  plan.streamed = plan.is_long && bytes >= long_sizes.streamed;
-  plan.group = kind == data::real || plan.is_long ? lanes : lanes / 2;
+  plan.collected = kind == data::complex && (bytes >= long_sizes.collected ||
+                                             (lanes > first_cache_ways && points >= long_sizes.crowded));
+  plan.streamed = plan.collected && bytes >= long_sizes.streamed;
+  plan.group = kind == data::real ? lanes : lanes / 2;
   plan.stride = plan.vectors / plan.radix[0] + (points >= padding_from ? 1 : 0);
   carver needed(nullptr);
   needed.take<fft_plan<T>>(1);

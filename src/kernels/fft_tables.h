@@ -6,12 +6,12 @@
 
 namespace sigpak::kernels {
 
-// Bytes of complex data from which on a plan collects its output, and streams it past the caches: where the
-// second cache no longer holds a part worth speaking of, and where the third does not hold the data, the
-// scratch memory and the tables. Variables so that a test can reach both with short data, before the first
-// plan of its length.
+// From where on complex data have their output collected, in points where the lanes are more than the ways of
+// the first cache, else in bytes, and in bytes from where on it is streamed past the caches, of which the
+// third then does not hold data, scratch memory and tables. Variables so that a test can reach both with
+// short data, before the first plan of its length; 2^11 points is the least.
 struct fft_sizes {
-  index collected, streamed;
+  index crowded, collected, streamed;
 };
 extern constinit fft_sizes long_sizes;
 

@@ -98,7 +98,7 @@ TYPED_TEST(WideFft, BitsDependNeitherOnThePlaceNorOnRebuiltTables) {
 // What the longest data take, on lengths of one run of outputs and of several.
 class as_if_long {
  public:
-  explicit as_if_long(bool streamed) { kernels::long_sizes = {0, streamed ? 0 : PTRDIFF_MAX}; }
+  explicit as_if_long(bool streamed) { kernels::long_sizes = {0, 0, streamed ? 0 : PTRDIFF_MAX}; }
   ~as_if_long() { kernels::long_sizes = usual_; }
   as_if_long(const as_if_long&) = delete;
   as_if_long& operator=(const as_if_long&) = delete;
