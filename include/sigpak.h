@@ -246,13 +246,13 @@ SIGPAK_API int32_t dspfi_recip(dspf_vec *v);
 SIGPAK_API int32_t dspi_sqrt (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_sqrt(dspf_vec *v);
 
-/* x = e^x; H when x > ln H. Complex: (e^a cos b, e^a sin b) within 2 ulp; e^a limited as for real x. */
+/* x = e^x; H when x > ln H. Complex: (e^a cos b, e^a sin b), e^a limited as for real x. */
 SIGPAK_API int32_t dspi_exp (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_exp(dspf_vec *v);
 
 /* x = 10^x; H when x > log10 H. A sample below -H stops the pass: it and all that follow stay as they are.
-   Complex: (e cos(b ln 10), e sin(b ln 10)) with e = 10^a, limited as for real x above, and -H when a < -H; within
-   2 ulp, ln 10 taken as the constant of the precision. */
+   Complex: (e cos(b ln 10), e sin(b ln 10)) with e = 10^a, limited as for real x above, and -H when a < -H; b ln 10
+   is a rounded product, ln 10 the constant of the precision. */
 SIGPAK_API int32_t dspi_exp10 (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_exp10(dspf_vec *v);
 
@@ -262,7 +262,7 @@ SIGPAK_API int32_t dspi_log (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_log(dspf_vec *v);
 
 /* x = log10 x; log10 T when x < T. Complex, a and b limited to [-H, H]: (log10(a^2 + b^2) / 2, log10(e) atan2(b, a)),
-   the second within 2 ulp, log10(e) taken as the constant of the precision; (log10 T, 0) when a^2 + b^2 < T. */
+   the second within 2 ulp, in single precision with log10(e) rounded first; (log10 T, 0) when a^2 + b^2 < T. */
 SIGPAK_API int32_t dspi_log10 (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_log10(dspf_vec *v);
 

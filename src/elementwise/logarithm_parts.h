@@ -149,15 +149,10 @@ inline constexpr logarithm_entry logarithm_table[128] = {
 
 // ln(1 + r) - r for |r| <= 2^-7; the Taylor series, whose next term is below 2^-65 of r.
 constexpr double log1p_rest(double r) noexcept {
-  double sum = 1.0 / 9;
-  sum = sum * r - 1.0 / 8;
-  sum = sum * r + 1.0 / 7;
-  sum = sum * r - 1.0 / 6;
-  sum = sum * r + 1.0 / 5;
-  sum = sum * r - 1.0 / 4;
-  sum = sum * r + 1.0 / 3;
-  sum = sum * r - 1.0 / 2;
-  return r * r * sum;
+  const double s = r * r;
+  const double odd = ((s * (1.0 / 9) + 1.0 / 7) * s + 1.0 / 5) * s + 1.0 / 3;
+  const double even = ((s * (1.0 / 8) + 1.0 / 6) * s + 1.0 / 4) * s + 1.0 / 2;
+  return s * (r * odd - even);
 }
 
 // lo may reach 2^-8 of hi. x normal and positive, not infinite: x = 2^k m with m in [0.6875, 1.375), ln x = k
@@ -170,9 +165,10 @@ constexpr double_double logarithm(double x) noexcept {
   const logarithm_entry entry = logarithm_table[(above >> 45) & 127];
   const std::uint64_t m_bits = bits - (above & (std::uint64_t(0xfff) << 52));
   const double m = std::bit_cast<double>(m_bits);
-  const double m_hi = std::bit_cast<double>(m_bits & ~std::uint64_t(0x7ffffff));
+  const double m_hi = upper_half(m);
 
-  const double_double r = exact_sum(m_hi * entry.reciprocal - 1, (m - m_hi) * entry.reciprocal);
+  // where the first part is the smaller, the sum has few digits and is exact
+  const double_double r = fast_sum(m_hi * entry.reciprocal - 1, (m - m_hi) * entry.reciprocal);
   constexpr double ln2_hi = 0x1.62e42fefa3800p-1;  // a multiple of 2^-42
   constexpr double ln2_lo = 0x1.ef35793c76730p-45;
   const double_double top = fast_sum(k * ln2_hi + entry.value.hi, r.hi);

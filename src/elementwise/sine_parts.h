@@ -30,32 +30,32 @@ constexpr reduced_angle reduce_angle(double x) noexcept {
   return {static_cast<std::int64_t>(n), rest};
 }
 
-// The Taylor series; the next terms are below 2^-62 of the result.
+// The Taylor series of (sin r - r) / r^3 and (cos r - 1 + r^2 / 2) / r^4 in r^2, highest coefficient first;
+// the next terms are below 2^-62 of the results.
+inline constexpr double sine_series[8] = {
+    1.0 / 355687428096000, -1.0 / 1307674368000, 1.0 / 6227020800, -1.0 / 39916800,
+    1.0 / 362880,          -1.0 / 5040,          1.0 / 120,        -1.0 / 6};
+inline constexpr double cosine_series[8] = {
+    -1.0 / 6402373705728000, 1.0 / 20922789888000, -1.0 / 87178291200, 1.0 / 479001600,
+    -1.0 / 3628800,          1.0 / 40320,          -1.0 / 720,         1.0 / 24};
+
+// In two chains, which overlap.
+constexpr double series(const double (&c)[8], double s) noexcept {
+  const double ss = s * s;
+  const double even = ((c[1] * ss + c[3]) * ss + c[5]) * ss + c[7];
+  const double odd = ((c[0] * ss + c[2]) * ss + c[4]) * ss + c[6];
+  return even + s * odd;
+}
+
 constexpr double_double sine_near_zero(double_double r) noexcept {
   const double s = r.hi * r.hi;
-  double sum = 1.0 / 355687428096000;  // 1 / 17!, the last of the odd factorials
-  sum = sum * s - 1.0 / 1307674368000;
-  sum = sum * s + 1.0 / 6227020800;
-  sum = sum * s - 1.0 / 39916800;
-  sum = sum * s + 1.0 / 362880;
-  sum = sum * s - 1.0 / 5040;
-  sum = sum * s + 1.0 / 120;
-  sum = sum * s - 1.0 / 6;
-  return {r.hi, r.hi * (s * sum) + r.lo * (1 - s / 2)};
+  return fast_sum(r.hi, r.hi * (s * series(sine_series, s)) + (r.lo - r.lo * (s / 2)));
 }
 
 constexpr double_double cosine_near_zero(double_double r) noexcept {
-  const double_double s = exact_product(r.hi, r.hi);
-  double sum = -1.0 / 6402373705728000;  // -1 / 18!, the last of the even factorials
-  sum = sum * s.hi + 1.0 / 20922789888000;
-  sum = sum * s.hi - 1.0 / 87178291200;
-  sum = sum * s.hi + 1.0 / 479001600;
-  sum = sum * s.hi - 1.0 / 3628800;
-  sum = sum * s.hi + 1.0 / 40320;
-  sum = sum * s.hi - 1.0 / 720;
-  sum = sum * s.hi + 1.0 / 24;
+  const double_double s = square(r.hi);
   const double_double top = fast_sum(1, -s.hi / 2);
-  return {top.hi, top.lo + (s.hi * (s.hi * sum) - s.lo / 2 - r.hi * r.lo)};
+  return fast_sum(top.hi, s.hi * (s.hi * series(cosine_series, s.hi)) + (top.lo - s.lo / 2 - r.hi * r.lo));
 }
 
 // sin x for |x| <= sine_reduction_end.

@@ -367,21 +367,22 @@ template <class T, class F> [[gnu::noinline]] void walk_some(T* x, index count, 
   write_some(x, f(a), count);
 }
 
+// x[i] = f(x[i]) from i on, whole vectors up to a wild one; how far it came. A function of its own, because
+// compilers give up constants in registers for a loop with a call around it.
+template <class T, class F> [[gnu::noinline]] index walk_vectors(T* x, index i, index n, F f) {
+  for (; i + lane_count <= n; i += lane_count) {
+    const real a = read(x + i);
+    if (any_wild(f, a)) break;
+    write(x + i, f(a));
+  }
+  return i;
+}
+
 // x[i] = f(x[i])
 template <class T, class F> SIGPAK_INLINE void walk(T* x, index n, F f) {
-  if (n == 0) return;
-  if (n <= lane_count) return walk_some(x, n, f);
-  index i = 0;
-  while (i < n) {
-    for (; i + lane_count <= n; i += lane_count) {
-      const real a = read(x + i);
-      if (any_wild(f, a)) break;
-      write(x + i, f(a));
-    }
-    const index count = n - i < lane_count ? n - i : lane_count;
-    if (count == 0) return;
-    walk_some(x + i, count, f);
-    i += count;
+  for (index i = 0; i < n; i += lane_count) {
+    if (n > lane_count) i = walk_vectors(x, i, n, f);
+    if (i < n) walk_some(x + i, n - i < lane_count ? n - i : lane_count, f);
   }
 }
 
@@ -402,28 +403,30 @@ template <class T, class F> [[gnu::noinline]] void walk_some_points(const T* z, 
   write_some(out + lane_count, high, 2 * count - lane_count);
 }
 
+template <class T, class F>
+[[gnu::noinline]] index walk_vectors_of_points(const T* z, T* out, index i, index points, F f) {
+  for (; i + lane_count <= points; i += lane_count) {
+    real a;
+    real b;
+    split_pairs(read(z + 2 * i), read(z + 2 * i + lane_count), a, b);
+    if (any_wild(f, a, b)) break;
+    f(a, b);
+    real low;
+    real high;
+    join_pairs(a, b, low, high);
+    write(out + 2 * i, low);
+    write(out + 2 * i + lane_count, high);
+  }
+  return i;
+}
+
 // f(a, b) replaces the parts of the points of z by those of out, which may be z.
 template <class T, class F> SIGPAK_INLINE void walk_points(const T* z, T* out, index points, F f) {
-  if (points == 0) return;
-  if (points <= lane_count) return walk_some_points(z, out, points, f);
-  index i = 0;
-  while (i < points) {
-    for (; i + lane_count <= points; i += lane_count) {
-      real a;
-      real b;
-      split_pairs(read(z + 2 * i), read(z + 2 * i + lane_count), a, b);
-      if (any_wild(f, a, b)) break;
-      f(a, b);
-      real low;
-      real high;
-      join_pairs(a, b, low, high);
-      write(out + 2 * i, low);
-      write(out + 2 * i + lane_count, high);
+  for (index i = 0; i < points; i += lane_count) {
+    if (points > lane_count) i = walk_vectors_of_points(z, out, i, points, f);
+    if (i < points) {
+      walk_some_points(z + 2 * i, out + 2 * i, points - i < lane_count ? points - i : lane_count, f);
     }
-    const index count = points - i < lane_count ? points - i : lane_count;
-    if (count == 0) return;
-    walk_some_points(z + 2 * i, out + 2 * i, count, f);
-    i += count;
   }
 }
 
@@ -437,23 +440,25 @@ template <class T, class F> [[gnu::noinline]] void pack_some_points(const T* z, 
   write_some(out, f(a, b), count);
 }
 
+template <class T, class F>
+[[gnu::noinline]] index pack_vectors_of_points(const T* z, T* out, index i, index points, F f) {
+  for (; i + lane_count <= points; i += lane_count) {
+    real a;
+    real b;
+    split_pairs(read(z + 2 * i), read(z + 2 * i + lane_count), a, b);
+    if (any_wild(f, a, b)) break;
+    write(out + i, f(a, b));
+  }
+  return i;
+}
+
 // out[i] = f(a, b) of the points of z; out may be z.
 template <class T, class F> SIGPAK_INLINE void walk_packing(const T* z, T* out, index points, F f) {
-  if (points == 0) return;
-  if (points <= lane_count) return pack_some_points(z, out, points, f);
-  index i = 0;
-  while (i < points) {
-    for (; i + lane_count <= points; i += lane_count) {
-      real a;
-      real b;
-      split_pairs(read(z + 2 * i), read(z + 2 * i + lane_count), a, b);
-      if (any_wild(f, a, b)) break;
-      write(out + i, f(a, b));
+  for (index i = 0; i < points; i += lane_count) {
+    if (points > lane_count) i = pack_vectors_of_points(z, out, i, points, f);
+    if (i < points) {
+      pack_some_points(z + 2 * i, out + i, points - i < lane_count ? points - i : lane_count, f);
     }
-    const index count = points - i < lane_count ? points - i : lane_count;
-    if (count == 0) return;
-    pack_some_points(z + 2 * i, out + i, count, f);
-    i += count;
   }
 }
 

@@ -119,8 +119,8 @@ template <record V> samples<V> arguments(const unary_function& f, index count, u
   return out;
 }
 
-// Points of every size and direction, with many close to the unit circle, where ln |z| loses digits, and some
-// on the axes.
+// Points of every size and direction, with many close to the unit circle, where ln |z| loses digits, some on
+// the axes, and some too far out for the reduction of an angle.
 template <record V> samples<V> points(index count, unsigned seed = 3) {
   using T = scalar<V>;
   std::mt19937_64 engine(seed);
@@ -132,7 +132,7 @@ template <record V> samples<V> points(index count, unsigned seed = 3) {
                           : i % 3 == 1 ? 1 + unit(engine) * 1e-6
                                        : std::exp2(unit(engine) * 30);
     const T a = static_cast<T>(radius * std::cos(angle));
-    const T b = static_cast<T>(radius * std::sin(angle));
+    const T b = static_cast<T>(radius * std::sin(angle) * (i % 23 == 0 ? 0x1p15 : 1));
     out.push_back(i % 17 == 0 ? T(0) : a);
     out.push_back(i % 19 == 0 && i % 17 != 0 ? T(0) : b);
   }
