@@ -10,16 +10,24 @@
 namespace sigpak {
 namespace {
 
-template <record V> status offset(V* v, scalar<V> amount) noexcept {
-  const index step = width(v);  // the real part of a complex point moves, the imaginary part stays
-  isa::run(scalars(v), [x = v->data, n = scalars(v), step, amount] {
-    if (step == 1) {
-      each(x, n, [=](index i) { x[i] += amount; });
-    } else {
-      for (index i = 0; i < n; i += 2) x[i] += amount;
-    }
+template <class T> void offset_scalars(T* x, index n, T amount) noexcept {
+  isa::run(n, [=] { each(x, n, [=](index i) { x[i] += amount; }); });
+}
+
+// The real part of a point moves, the imaginary part stays: x + -0 is x for every x. The compiler must not
+// know, or it takes the points one by one.
+template <class T> void offset_points(T* z, index points, T amount) noexcept {
+  T still = -T(0);
+  asm("" : "+m"(still));
+  isa::run(points, [=] {
+    each<2>(z, points, [=](index i) { put_point(z, i, {z[2 * i] + amount, z[2 * i + 1] + still}); });
   });
-  return ok;
+}
+
+template <record V> status offset(V* v, scalar<V> amount) noexcept {
+  return apply(
+      v, [amount](auto* x, index n) { offset_scalars(x, n, amount); },
+      [amount](auto* z, index points) { offset_points(z, points, amount); });
 }
 
 template <record V> status take_absolute(V* v) noexcept {
