@@ -5,6 +5,7 @@
 #include "elementwise/in_place.h"
 #include "elementwise/square_root.h"
 #include "elementwise/wide_guard.h"
+#include "kernels/points.h"
 
 namespace sigpak {
 namespace {
@@ -34,6 +35,8 @@ template <class T> void reciprocal(T* x, index n) noexcept {
 
 // conj(z) / |z|^2; a point beyond H is divided by H instead, and 0 becomes (0, -0).
 template <class T> void reciprocal_points(T* z, index points) noexcept {
+  const auto* wide = points > isa::short_run ? kernels::points<T>() : nullptr;
+  if (wide != nullptr) return wide->reciprocate(z, points);
   isa::run([=] {
     map_pairs(z, points, [](double a, double b) {
       constexpr double huge = wide_guard<T>::huge;

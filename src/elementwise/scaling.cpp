@@ -36,7 +36,7 @@ template <record V> status take_absolute(V* v) noexcept {
 }
 
 template <class T> void rotate_points(T* z, index points, point<double> factor) noexcept {
-  isa::run([=] {
+  isa::run(points, [=] {
     map_pairs(z, points, [=](double a, double b) { return product(point<double>{a, b}, factor); });
   });
 }

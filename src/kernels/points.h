@@ -15,6 +15,9 @@ template <class T> struct point_functions {
   point_function<T> divide;  // x / 0 is (H, H), 0 / 0 is (0, 0)
   // out[i] = |z[i]|^2, each square H where its part lies outside [-H, H]; out may be z.
   void (*square_magnitudes)(const T* z, T* out, std::ptrdiff_t points) noexcept;
+  // z[i] = 1 / z[i] in double, rounded once: a point with a part outside [-H, H] is divided by H, 0 is (0,
+  // -0).
+  void (*reciprocate)(T* z, std::ptrdiff_t points) noexcept;
 };
 
 template <class T> const point_functions<T>* points() noexcept;

@@ -207,10 +207,55 @@ template <class T> void square_magnitudes(const T* z, T* out, index points) noex
   if (i < points) magnitudes_of_rest(z + 2 * i, out + i, points - i);
 }
 
+using row = wide<double>;
+
+SIGPAK_INLINE row load_row(const double* x) { return load<row>(x); }
+SIGPAK_INLINE row load_row(const float* x) {
+  return {__builtin_convertvector(load<pack<float, row::width>>(x).v, row::vector)};
+}
+SIGPAK_INLINE void store_row(double* to, row a) { store(to, a); }
+SIGPAK_INLINE void store_row(float* to, row a) {
+  using narrow = pack<float, row::width>;
+  store(to, narrow{__builtin_convertvector(a.v, narrow::vector)});
+}
+
+// What the limits leave of 1 / z, or of z / H.
+template <class T> [[gnu::noinline]] void reciprocate_guarded(T* z, index points) {
+  constexpr double huge = double(guard<T>::huge);
+  for (index i = 0; i < 2 * points; i += 2) {
+    const double a = double(z[i]);
+    const double b = double(z[i + 1]);
+    const double s = a * a + b * b;
+    const bool outside = a > huge || a < -huge || b > huge || b < -huge;
+    const double inverse = outside ? 1 / huge : s == 0 ? huge : 1 / s;
+    z[i] = T(inverse * a);
+    z[i + 1] = T(-inverse * b);
+  }
+}
+
+template <class T> SIGPAK_INLINE void reciprocal_step(T* z) {
+  constexpr double huge = double(guard<T>::huge);
+  const row z0 = load_row(z);
+  const row z1 = load_row(z + row::width);
+  const row size = firsts(z0 * z0, z1 * z1) + seconds(z0 * z0, z1 * z1);
+  if (any_zero(size) || !all_below(size, splat<row>(huge * huge))) [[unlikely]] {
+    return reciprocate_guarded(z, row::width);
+  }
+  const row inverse = {1 / size.v};
+  store_row(z, z0 * low_parts(inverse, -inverse));
+  store_row(z + row::width, z1 * high_parts(inverse, -inverse));
+}
+
+template <class T> void reciprocate(T* z, index points) noexcept {
+  index i = 0;
+  for (; i + row::width <= points; i += row::width) reciprocal_step(z + 2 * i);
+  if (i < points) reciprocate_guarded(z + 2 * i, points - i);
+}
+
 template <class T>
 constexpr kernels::point_functions<T> table = {run_pairs<product_step<false>, T>,
                                                run_pairs<product_step<true>, T>, run_pairs<quotient_step, T>,
-                                               square_magnitudes<T>};
+                                               square_magnitudes<T>, reciprocate<T>};
 
 }  // namespace
 
