@@ -26,7 +26,7 @@ TYPED_TEST(Decimate, KeepsEveryPointOfThePhaseAndHandsItOn) {
                      {7, 25, {}, 15, 7},
                      {20, 4, {4}, 14, 20},
                      {4, -3, {0, 4, 8}, 2, 4},
-                     {4, NAN, {0, 4, 8}, 2, 4}};
+                     {4, std::nan(""), {0, 4, 8}, 2, 4}};
   for (const auto& c : cases) {
     for (const bool in_place : {false, true}) {
       for (const bool lent : {false, true}) {

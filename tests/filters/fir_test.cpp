@@ -7,8 +7,8 @@ namespace {
 using exact = std::complex<long double>;
 
 template <record V> exact point(const V* v, index i) {
-  if (v->complex == 0) return v->data[i];
-  return {v->data[2 * i], v->data[2 * i + 1]};
+  const auto part = [v](index k) { return static_cast<long double>(v->data[k]); };
+  return v->complex != 0 ? exact(part(2 * i), part(2 * i + 1)) : part(i);
 }
 
 // The defining sum; samples before the block come from the history, right-aligned.
@@ -39,7 +39,8 @@ template <record V> double output_scale(const V* in, const V* taps) {
 template <record V> double worst_error(const V* got, const std::vector<exact>& wanted) {
   EXPECT_EQ(length(got), static_cast<index>(wanted.size()));
   long double worst = 0;
-  for (index n = 0; n < length(got); ++n) worst = std::max(worst, std::abs(point(got, n) - wanted[n]));
+  for (index n = 0; n < length(got); ++n)
+    worst = std::max(worst, std::abs(point(got, n) - wanted[static_cast<std::size_t>(n)]));
   return static_cast<double>(worst);
 }
 

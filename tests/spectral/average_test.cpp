@@ -41,7 +41,7 @@ TYPED_TEST(Average, EveryModeFoldsItsWay) {
                {"every one", 6, 1, -1, 0, {1, 2, 3}, {1, 2, 3}},
                {"never again", 6, 0, -1, 0, {1, 2, 3}, {1, 1, 1}},
                {"never, negative", 6, -3, -1, 0, {1, 2, 3, 4}, {1, 1, 1, 1}},
-               {"weight not a number", 1, 0, NAN, 0, {2, 4}, {2, NAN}},
+               {"weight not a number", 1, 0, std::nan(""), 0, {2, 4}, {2, std::nan("")}},
                {"no mode", 7, 1, -1, 0, {1, 2}, {1, 1}},
                {"no mode", 15, 1, -1, 0, {1, 2}, {1, 1}},
                {"mean of squares", 1 | squared, 0, -1, 0, {1, 3, -2}, {1, 5, 14. / 3}},
