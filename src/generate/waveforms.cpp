@@ -1,114 +1,98 @@
 // Sinusoids and straight lines.
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <limits>
 #include <numbers>
 
-#include "core/blocks.h"
+#include "core/each.h"
 #include "core/isa.h"
 #include "core/storage.h"
+#include "generate/sweep.h"
 
 namespace sigpak {
 namespace {
-
-constexpr index lanes = 8;  // blocks turned side by side: the recurrence of one is a chain of dependent steps
-constexpr index stretch = 32;  // steps between two visits to the record
-
-// The angle of point i is i * step + phase.
-struct sweep {
-  double step;
-  double phase;
-};
 
 template <record V> sweep sweep_of(const V* v, scalar<V> frequency, scalar<V> phase) noexcept {
   return {2 * std::numbers::pi * static_cast<double>(frequency) * static_cast<double>(v->delta),
           static_cast<double>(phase)};
 }
 
-// One block of the record in each lane, at the same place of each.
-using side_by_side [[gnu::vector_size(lanes * sizeof(double))]] = double;
-
-struct phasors {
-  side_by_side re;
-  side_by_side im;
-};
-
-// A block alone, whose chain of steps nothing runs beside.
-template <class Put> void sweep_block(sweep angle, double c, double s, index n, Put put) noexcept {
-  double re = std::cos(angle.phase);
-  double im = std::sin(angle.phase);
-  for (index i = 0; i < n; ++i) {
-    put(i, re, im);
-    const double next = re * c - im * s;
-    im = re * s + im * c;
-    re = next;
-  }
-}
-
-// put(i, cos, sin) for every point of n, by rotation from an exact angle at the head of every block:
-// z' = z * exp(i step). Calls come in the order of the points inside a stretch only.
-template <class Put> void sweep_points(sweep angle, index n, Put put) noexcept {
-  const double c = std::cos(angle.step);
-  const double s = std::sin(angle.step);
-  if (n <= rotation_block) return sweep_block(angle, c, s, n, put);
-  for (index first = 0; first < n; first += lanes * rotation_block) {
-    side_by_side re{};
-    side_by_side im{};
-    for (index lane = 0; lane < lanes && first + lane * rotation_block < n; ++lane) {
-      const double anchor = static_cast<double>(first + lane * rotation_block) * angle.step + angle.phase;
-      re[lane] = std::cos(anchor);
-      im[lane] = std::sin(anchor);
-    }
-    const index longest = std::min(rotation_block, n - first);
-    for (index begin = 0; begin < longest; begin += stretch) {
-      phasors turned[stretch];
-      for (phasors& z : turned) {
-        z = {re, im};
-        const side_by_side next = re * c - im * s;
-        im = re * s + im * c;
-        re = next;
-      }
-      for (index lane = 0; lane < lanes; ++lane) {
-        const index at = first + lane * rotation_block + begin;
-        const index count = std::min(stretch, n - at);
-        for (index i = 0; i < count; ++i) put(at + i, turned[i].re[lane], turned[i].im[lane]);
-      }
-    }
-  }
-}
-
 template <class T> void write_cosine(T* x, index n, sweep angle) noexcept {
-  isa::run([=] { sweep_points(angle, n, [=](index i, double c, double) { x[i] = static_cast<T>(c); }); });
+  sweep_points(angle, n, swept<T>{&kernels::sweep_table<T>::cosine, x},
+               [=](index i, double c, double) { x[i] = static_cast<T>(c); });
 }
 
 template <class T> void write_exponential(T* z, index points, sweep angle) noexcept {
-  isa::run([=] {
-    sweep_points(angle, points, [=](index i, double c, double s) {
-      z[2 * i] = static_cast<T>(c);
-      z[2 * i + 1] = static_cast<T>(s);
-    });
-  });
+  sweep_points(angle, points, swept<T>{&kernels::sweep_table<T>::exponential, z, 2},
+               [=](index i, double c, double s) {
+                 z[2 * i] = static_cast<T>(c);
+                 z[2 * i + 1] = static_cast<T>(s);
+               });
+}
+
+template <class T> void add_to(T& x, double term) noexcept {
+  x = static_cast<T>(static_cast<double>(x) + term);
 }
 
 // Into every `width`-th scalar.
 template <class T> void add_cosine(T* x, index points, index width, sweep angle, double amplitude) noexcept {
-  isa::run([=] {
-    sweep_points(angle, points, [=](index i, double c, double) {
-      x[i * width] = static_cast<T>(static_cast<double>(x[i * width]) + amplitude * c);
-    });
-  });
+  using table = kernels::sweep_table<T>;
+  const auto kernel = width == 1 ? &table::add_cosine : &table::add_cosine_to_points;
+  sweep_points(angle, points, swept<T>{kernel, x, width, amplitude},
+               [=](index i, double c, double) { add_to(x[i * width], amplitude * c); });
 }
 
 template <class T> void add_exponential(T* z, index points, sweep angle, double amplitude) noexcept {
-  isa::run([=] {
-    sweep_points(angle, points, [=](index i, double c, double s) {
-      z[2 * i] = static_cast<T>(static_cast<double>(z[2 * i]) + amplitude * c);
-      z[2 * i + 1] = static_cast<T>(static_cast<double>(z[2 * i + 1]) + amplitude * s);
+  sweep_points(angle, points, swept<T>{&kernels::sweep_table<T>::add_exponential, z, 2, amplitude},
+               [=](index i, double c, double s) {
+                 add_to(z[2 * i], amplitude * c);
+                 add_to(z[2 * i + 1], amplitude * s);
+               });
+}
+
+// The largest power of two that divides x, as an exponent.
+int power_of_two_in(double x) noexcept {
+  if (x == 0) return std::numeric_limits<double>::max_exponent;
+  int exponent = 0;
+  constexpr int digits = std::numeric_limits<double>::digits;
+  const auto whole = static_cast<std::int64_t>(std::ldexp(std::frexp(x, &exponent), digits));
+  return exponent - digits + std::countr_zero(static_cast<std::uint64_t>(whole));
+}
+
+// Whether adding the step again and again never rounds: all sums are multiples of one power of two, and small
+// enough for the digits of T.
+template <class T> bool adds_exactly(T start, T step, index n) noexcept {
+  const auto first = static_cast<double>(start);
+  const auto rise = static_cast<double>(step);
+  const double most = std::abs(first) + std::abs(rise) * static_cast<double>(n);
+  if (!std::isfinite(most)) return false;
+  const int unit = std::min(power_of_two_in(first), power_of_two_in(rise));
+  return most < std::ldexp(1.0, unit + std::numeric_limits<T>::digits - 1);
+}
+
+// x[i + 1] = x[i] + step.
+template <class T> void write_line(T* x, index n, T start, T step) noexcept {
+  constexpr index worth_a_test = 1024;
+  if (n >= worth_a_test && adds_exactly(start, step, n)) {
+    isa::run([=] {
+      each(x, n, [=](index i) {
+        const auto steps = static_cast<double>(static_cast<std::int32_t>(i));
+        x[i] = static_cast<T>(static_cast<double>(start) + steps * static_cast<double>(step));
+      });
     });
-  });
+    x[0] = start;  // -0 stays what it is
+    return;
+  }
+  for (index i = 0; i < n; ++i) {
+    x[i] = start;
+    start += step;
+  }
 }
 
 // Sizes the record as preset, lets `write` fill it as a real one, and gives it its form back.
-template <record V, class Write> status generate_real(V* v, Write write) noexcept {
+template <record V, class Write>
+[[gnu::always_inline]] inline status generate_real(V* v, Write write) noexcept {
   if (allocate(v) != ok) return failed;
   const bool complex = is_complex(v);
   v->complex = 0;
@@ -129,13 +113,8 @@ template <record V> status generate_exponential(V* v, scalar<V> frequency, scala
 }
 
 template <record V> status generate_line(V* v, scalar<V> slope, scalar<V> start) noexcept {
-  return generate_real(v, [step = slope * v->delta, start](scalar<V>* x, index n) {
-    scalar<V> value = start;
-    for (index i = 0; i < n; ++i) {
-      x[i] = value;
-      value += step;
-    }
-  });
+  return generate_real(
+      v, [step = slope * v->delta, start](scalar<V>* x, index n) { write_line(x, n, start, step); });
 }
 
 constexpr std::int32_t exponential_mode = 1;

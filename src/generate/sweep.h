@@ -1,0 +1,122 @@
+// Points on the unit circle at evenly spaced angles, by rotation from an exact angle at the head of every
+// block.
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <concepts>
+
+#include "core/blocks.h"
+#include "core/isa.h"
+#include "kernels/sweep.h"
+
+namespace sigpak {
+
+// The angle of point i is i * step + phase.
+struct sweep {
+  double step;
+  double phase;
+};
+
+inline double angle_of(sweep angle, index i) noexcept {
+  return static_cast<double>(i) * angle.step + angle.phase;
+}
+
+struct phasor {
+  double re;
+  double im;
+};
+
+// Out of line: side by side, and wanted both, sine and cosine share their work.
+[[gnu::noinline]] inline phasor phasor_at(double angle) noexcept {
+  return {std::cos(angle), std::sin(angle)};
+}
+
+// put(i, cos, sin) for the points of one block from `first` on: z' = z * exp(i step).
+template <class Put> void sweep_block(sweep angle, phasor turn, index first, index count, Put put) noexcept {
+  auto [re, im] = phasor_at(angle_of(angle, first));
+  for (index i = first; i < first + count; ++i) {
+    put(i, re, im);
+    const double next = re * turn.re - im * turn.im;
+    im = re * turn.im + im * turn.re;
+    re = next;
+  }
+}
+
+// One kernel of the wide levels, and where it writes points of `width` scalars.
+template <class T> struct swept {
+  kernels::sweep<T> kernels::sweep_table<T>::*kernel;
+  T* x;
+  index width = 1;
+  double amplitude = 1;
+};
+
+// Null where the level has no wide vectors.
+template <class T> const kernels::sweep_table<T>* current_sweeps() noexcept {
+#if SIGPAK_WIDE_LEVELS
+  const isa::level level = isa::current();
+  if constexpr (std::same_as<T, double>) {
+    if (level == isa::level::avx512) return &avx512::sweeps_double;
+    if (level == isa::level::avx2) return &avx2::sweeps_double;
+  } else {
+    if (level == isa::level::avx512) return &avx512::sweeps_float;
+    if (level == isa::level::avx2) return &avx2::sweeps_float;
+  }
+#endif
+  return nullptr;
+}
+
+// Blocks from `first` on, the last of which may be cut short. Lanes left over turn nothing, into the void.
+template <class T>
+void sweep_lanes(sweep angle, phasor turn, index first, index points, const swept<T>& to,
+                 kernels::sweep<T> kernel) noexcept {
+  static_assert(kernels::sweep_points == rotation_block);
+  T spare[2 * rotation_block] = {};
+  T last[2 * rotation_block] = {};
+  kernels::sweep_start start = {.re = {}, .im = {}, .c = turn.re, .s = turn.im, .amplitude = to.amplitude};
+  T* x[kernels::most_sweep_lanes];
+  std::fill(x, x + kernels::most_sweep_lanes, &spare[0]);
+  int lanes = 0;
+  for (index begin = first; begin < first + points; begin += rotation_block, ++lanes) {
+    const phasor z = phasor_at(angle_of(angle, begin));
+    start.re[lanes] = z.re;
+    start.im[lanes] = z.im;
+    x[lanes] = to.x + begin * to.width;
+  }
+  T* const end = to.x + (first + points) * to.width;
+  T* const final_block = x[lanes - 1];
+  const bool cut_short = points % rotation_block != 0;
+  if (cut_short) {
+    std::copy(final_block, end, last);
+    x[lanes - 1] = last;
+  }
+  kernel(start, x, lanes);
+  if (cut_short) std::copy_n(last, end - final_block, final_block);
+}
+
+// How many of so many points make the next pass: of more than nine blocks sixteen, but not where blocks are
+// as long as the ways of the cache, which holds the same place of eight.
+template <class T> index points_of_pass(index points, index width) noexcept {
+  constexpr index way = 4096;
+  constexpr index half = kernels::most_sweep_lanes / 2 * rotation_block;
+  const bool wide = points > half + rotation_block && rotation_block * width * index{sizeof(T)} < way;
+  return std::min(points, wide ? 2 * half : half);
+}
+
+// put(i, cos, sin) for every point, or what does the same at the wide levels.
+template <class T, class Put>
+void sweep_points(sweep angle, index points, const swept<T>& to, Put put) noexcept {
+  const auto* const table = points > rotation_block ? current_sweeps<T>() : nullptr;
+  const phasor turn = phasor_at(angle.step);
+  index first = 0;
+  while (table != nullptr && points - first > rotation_block) {
+    const index here = points_of_pass<T>(points - first, to.width);
+    sweep_lanes(angle, turn, first, here, to, table->*to.kernel);
+    first += here;
+  }
+  for (; first < points; first += rotation_block) {
+    sweep_block(angle, turn, first, std::min(rotation_block, points - first), put);
+  }
+}
+
+}  // namespace sigpak

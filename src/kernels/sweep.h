@@ -1,0 +1,41 @@
+// Blocks of a sinusoid side by side at the wide levels, one lane each.
+#pragma once
+
+#include <cstddef>
+
+namespace sigpak::kernels {
+
+inline constexpr int most_sweep_lanes = 16;
+inline constexpr std::ptrdiff_t sweep_points = 256;
+
+// re + i im of every lane is its first point; c + i s turns it to the next.
+struct sweep_start {
+  double re[most_sweep_lanes];
+  double im[most_sweep_lanes];
+  double c;
+  double s;
+  double amplitude;
+};
+
+// Writes sweep_points points from x[lane] on, in eight lanes or in sixteen.
+template <class T> using sweep = void (*)(const sweep_start& start, T* const* x, int lanes);
+
+template <class T> struct sweep_table {
+  sweep<T> cosine;                // x = re
+  sweep<T> exponential;           // x = re, im
+  sweep<T> add_cosine;            // x += amplitude re
+  sweep<T> add_cosine_to_points;  // the same to the real part of every point
+  sweep<T> add_exponential;       // x += amplitude (re, im)
+};
+
+}  // namespace sigpak::kernels
+
+namespace sigpak::avx2 {
+extern const kernels::sweep_table<double> sweeps_double;
+extern const kernels::sweep_table<float> sweeps_float;
+}  // namespace sigpak::avx2
+
+namespace sigpak::avx512 {
+extern const kernels::sweep_table<double> sweeps_double;
+extern const kernels::sweep_table<float> sweeps_float;
+}  // namespace sigpak::avx512
