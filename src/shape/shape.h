@@ -13,6 +13,9 @@ template <record V> status reverse(V* v) noexcept;
 // Ascending; complex points by squared magnitude, then real part, then imaginary part.
 template <record V> status sort(V* v) noexcept;
 
+// Moves NaN to the end, whatever their sign; the count of the numbers before them.
+template <class T> index put_numbers_first(T* x, index n) noexcept;
+
 // Rotation by half the length, rounded down.
 template <record V> status rotate_right_half(V* v) noexcept;
 template <record V> status rotate_left_half(V* v) noexcept;

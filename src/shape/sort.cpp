@@ -13,48 +13,58 @@
 namespace sigpak {
 namespace {
 
-// Digits of the keys that order numbers as unsigned integers do: negative ones complemented, the sign of the
-// others set, so that -0 comes before 0.
+// Keys of the width of T, in digits.
 template <class T> struct digits {
   using word = std::conditional_t<sizeof(T) == 8, std::uint64_t, std::uint32_t>;
   static constexpr int bits = 11;
   static constexpr int count = (8 * sizeof(T) + bits - 1) / bits;
   static constexpr std::size_t values = std::size_t{1} << bits;
 
-  static word key(T x) noexcept {
-    constexpr int sign = 8 * sizeof(T) - 1;
-    const auto word_of = std::bit_cast<word>(x);
-    return word_of ^ ((word(0) - (word_of >> sign)) | (word(1) << sign));
-  }
   static std::size_t at(word key, int digit) noexcept { return (key >> (digit * bits)) & (values - 1); }
 };
 
-// One stable pass: `places` counts the values of the digit, and becomes where the next of each goes.
-template <class T> void distribute(const T* from, T* to, index n, int digit, std::uint32_t* places) noexcept {
-  using d = digits<T>;
-  std::exclusive_scan(places, places + d::values, places, std::uint32_t{0});
-  for (index i = 0; i < n; ++i) to[places[d::at(d::key(from[i]), digit)]++] = from[i];
+// A key that orders numbers as unsigned integers do: negative ones complemented, the sign of the others set,
+// so that -0 comes before 0.
+template <class T> auto key_of(T x) noexcept {
+  using word = typename digits<T>::word;
+  constexpr int sign = 8 * sizeof(T) - 1;
+  const auto word_of = std::bit_cast<word>(x);
+  return word_of ^ ((word(0) - (word_of >> sign)) | (word(1) << sign));
 }
 
-// Radix sort from the lowest digit up; false, and nothing done, without memory. A digit that all share is
-// passed over.
-template <class T> bool sort_by_digits(T* x, index n) noexcept {
+// One stable pass: `places` counts the values of the digit, and becomes where the next of each goes.
+template <class T, class Item>
+void distribute(const Item* from, Item* to, index n, int digit, std::uint32_t* places) noexcept {
   using d = digits<T>;
-  T* const scratch = allocate_table<T>(n);
-  if (scratch == nullptr) return false;
+  std::exclusive_scan(places, places + d::values, places, std::uint32_t{0});
+  for (index i = 0; i < n; ++i) to[places[d::at(key_of(from[i]), digit)]++] = from[i];
+}
+
+// Radix sort of items with keys of the width of T from the lowest digit up, in x and a scratch of the same
+// size; where they end up. A digit that all share is passed over.
+template <class T, class Item> Item* sort_by_digits(Item* x, Item* scratch, index n) noexcept {
+  using d = digits<T>;
   std::uint32_t places[d::count][d::values] = {};
   for (index i = 0; i < n; ++i) {
-    const auto key = d::key(x[i]);
+    const auto key = key_of(x[i]);
     for (int digit = 0; digit < d::count; ++digit) ++places[digit][d::at(key, digit)];
   }
-  T* from = x;
-  T* to = scratch;
+  Item* from = x;
+  Item* to = scratch;
   for (int digit = 0; digit < d::count; ++digit) {
-    if (places[digit][d::at(d::key(x[0]), digit)] == static_cast<std::uint32_t>(n)) continue;
-    distribute(from, to, n, digit, places[digit]);
+    if (places[digit][d::at(key_of(x[0]), digit)] == static_cast<std::uint32_t>(n)) continue;
+    distribute<T>(from, to, n, digit, places[digit]);
     std::swap(from, to);
   }
-  if (from != x) std::copy_n(from, n, x);
+  return from;
+}
+
+// False, and nothing done, without memory.
+template <class T> bool sort_numbers_by_digits(T* x, index n) noexcept {
+  T* const scratch = allocate_table<T>(n);
+  if (scratch == nullptr) return false;
+  const T* const sorted = sort_by_digits<T>(x, scratch, n);
+  if (sorted != x) std::copy_n(sorted, n, x);
   free_table(scratch);
   return true;
 }
@@ -66,11 +76,10 @@ template <class T> void sort_by_comparison(T* x, index n) noexcept {
   std::partition(zeros, zeros_end, [](T a) { return std::signbit(a); });
 }
 
-// NaN go to the end first, whatever their sign.
 template <class T> void sort_real(T* x, index n) noexcept {
-  constexpr index worth_counting = 700;
-  const index numbers = std::partition(x, x + n, [](T a) { return a == a; }) - x;
-  if (numbers < worth_counting || !sort_by_digits(x, numbers)) sort_by_comparison(x, numbers);
+  constexpr index worth_counting = 300;
+  const index numbers = put_numbers_first(x, n);
+  if (numbers < worth_counting || !sort_numbers_by_digits(x, numbers)) sort_by_comparison(x, numbers);
 }
 
 template <class T> struct point {
@@ -92,21 +101,86 @@ template <class T> constexpr T guarded_magnitude(point<T> z) noexcept {
 // The two zeros are equal, NaN come last.
 template <class T> constexpr bool precedes(T a, T b) noexcept { return a < b || (a == a && b != b); }
 
-template <class T> constexpr bool precedes(point<T> a, point<T> b) noexcept {
-  const T a_magnitude = guarded_magnitude(a);
-  const T b_magnitude = guarded_magnitude(b);
-  if (a_magnitude != b_magnitude) return a_magnitude < b_magnitude;
-  if (precedes(a.re, b.re)) return true;
-  if (precedes(b.re, a.re)) return false;
-  return precedes(a.im, b.im);
+// A point with its magnitude, or with where it stands in the record: by the magnitude alone.
+template <class T> struct measured_point {
+  T magnitude;
+  point<T> z;
+};
+template <class T> struct place_of_point {
+  typename digits<T>::word key;
+  std::uint32_t place;
+};
+template <class T> auto key_of(const place_of_point<T>& p) noexcept { return p.key; }
+
+template <class T> constexpr bool precedes(const measured_point<T>& a, const measured_point<T>& b) noexcept {
+  if (a.magnitude != b.magnitude) return a.magnitude < b.magnitude;
+  if (precedes(a.z.re, b.z.re)) return true;
+  if (precedes(b.z.re, a.z.re)) return false;
+  return precedes(a.z.im, b.z.im);
 }
 
-template <class T> void sort_complex(T* data, index points) noexcept {
+template <class T> constexpr measured_point<T> measured(point<T> z) noexcept {
+  return {guarded_magnitude(z), z};
+}
+
+template <class T> void sort_by_comparison(point<T>* z, index n) noexcept {
+  std::sort(z, z + n, [](point<T> a, point<T> b) { return precedes(measured(a), measured(b)); });
+}
+
+// A few points: each is measured once.
+constexpr index worth_places = 400;
+template <class T> void sort_few(point<T>* z, index n) noexcept {
+  measured_point<T> items[worth_places];
+  std::transform(z, z + n, items, measured<T>);
+  std::sort(items, items + n, [](const auto& a, const auto& b) { return precedes(a, b); });
+  std::transform(items, items + n, z, [](const auto& item) { return item.z; });
+}
+
+// Points of one magnitude stand together; the parts order them.
+template <class T> void sort_ties(point<T>* z, index n) noexcept {
+  for (index i = 0; i < n;) {
+    index end = i + 1;
+    while (end < n && guarded_magnitude(z[end]) == guarded_magnitude(z[i])) ++end;
+    if (end - i > 1) sort_by_comparison(z + i, end - i);
+    i = end;
+  }
+}
+
+// The places by magnitude, in memory for two lists of them and for the points in their order. A magnitude is
+// never negative and no NaN, so its bits order it.
+template <class T>
+void sort_by_places(point<T>* z, index n, place_of_point<T>* places, point<T>* sorted) noexcept {
+  using word = typename digits<T>::word;
+  for (index i = 0; i < n; ++i) {
+    places[i] = {std::bit_cast<word>(guarded_magnitude(z[i])), static_cast<std::uint32_t>(i)};
+  }
+  const place_of_point<T>* const order = sort_by_digits<T>(places, places + n, n);
+  for (index i = 0; i < n; ++i) sorted[i] = z[order[i].place];
+  sort_ties(sorted, n);
+  std::copy_n(sorted, n, z);
+}
+
+template <class T> void sort_complex(T* data, index n) noexcept {
   auto* const z = reinterpret_cast<point<T>*>(data);
-  std::sort(z, z + points, [](point<T> a, point<T> b) { return precedes(a, b); });
+  if (n <= worth_places) return sort_few(z, n);
+  auto* const places = allocate_table<place_of_point<T>>(2 * n);
+  auto* const sorted = allocate_table<point<T>>(n);
+  if (places != nullptr && sorted != nullptr) {
+    sort_by_places(z, n, places, sorted);
+  } else {
+    sort_by_comparison(z, n);
+  }
+  free_table(sorted);
+  free_table(places);
 }
 
 }  // namespace
+
+template <class T> index put_numbers_first(T* x, index n) noexcept {
+  bool all = true;
+  for (index i = 0; i < n; ++i) all &= x[i] == x[i];
+  return all ? n : std::partition(x, x + n, [](T a) { return a == a; }) - x;
+}
 
 template <record V> status sort(V* v) noexcept {
   if (is_complex(v)) {
@@ -117,6 +191,8 @@ template <record V> status sort(V* v) noexcept {
   return ok;
 }
 
+template index put_numbers_first(double*, index) noexcept;
+template index put_numbers_first(float*, index) noexcept;
 template status sort(dsp_vec*) noexcept;
 template status sort(dspf_vec*) noexcept;
 

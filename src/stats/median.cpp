@@ -1,6 +1,5 @@
 // The median: the middle of the sorted points, found without sorting where the points are real.
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -46,51 +45,53 @@ template <class T> double middle_of(const selection<T>& s, index points) noexcep
 
 // Where NaN reach the middle, it is one of them: they come last.
 template <class T> double select_middle(T* x, index points) noexcept {
-  const index numbers = std::partition(x, x + points, [](T a) { return a == a; }) - x;
+  const index numbers = put_numbers_first(x, points);
   if (numbers <= points / 2) return std::numeric_limits<double>::quiet_NaN();
   return middle_of(selection<T>{x, numbers, 0}, points);
 }
 
 // R. W. Floyd, R. L. Rivest, Expected time bounds for selection, Communications of the ACM 18 (1975): a
-// sorted sample brackets the middle, so that a fifteenth of the points is left to select from. The middle
-// lies outside once in 500 times.
-constexpr index sample_points = 2048;
-constexpr index bracket = 70;
-constexpr index worth_sampling = 16 * sample_points;
+// sample of the size n^(2/3) brackets the middle, so that few of the points are left to select from.
+constexpr index worth_sampling = 512;
+constexpr index block = 256;
+
+// Room for the sample, then for the points within the bracket, of which there is a block more than wanted.
+constexpr index room_for(index points) noexcept { return points / 4 + 2 * block; }
 
 template <class T> struct range {
   T low;
   T high;
 };
 
-// Points drawn by the multiplicative generator of D. H. Lehmer, modulo 2^31 - 1.
-template <class T> range<T> bracket_middle(const T* x, index points) noexcept {
-  std::array<T, sample_points> sample;
+// Points drawn by the multiplicative generator of D. H. Lehmer, modulo 2^31 - 1. The bracket is 3.1 standard
+// deviations of the rank to either side: the middle lies outside once in 500 times.
+template <class T> range<T> bracket_middle(const T* x, index points, T* sample) noexcept {
+  const double root = std::cbrt(static_cast<double>(points));
+  const auto taken = static_cast<index>(root * root);
+  const auto bracket = static_cast<index>(1.55 * root);
   std::uint64_t drawn = 1;
-  index taken = 0;
-  for (T& s : sample) {
+  index numbers = 0;
+  for (index i = 0; i < taken; ++i) {
     drawn = drawn * 48271 % 2147483647;
-    s = x[static_cast<index>(drawn) % points];
-    taken += s == s;
+    sample[i] = x[static_cast<index>(drawn) % points];
+    numbers += sample[i] == sample[i] ? 1 : 0;
   }
-  if (taken < sample_points) return {T(1), T(0)};
-  const auto low = sample.begin() + sample_points / 2 - bracket;
-  const auto high = sample.begin() + sample_points / 2 + bracket;
-  std::nth_element(sample.begin(), low, sample.end());
-  std::nth_element(low + 1, high, sample.end());
+  if (numbers < taken) return {T(1), T(0)};
+  T* const low = sample + taken / 2 - bracket;
+  T* const high = sample + taken / 2 + bracket;
+  std::nth_element(sample, low, sample + taken);
+  std::nth_element(low + 1, high, sample + taken);
   return {*low, *high};
 }
 
-// The points within the bracket, into room for a quarter of all; nothing where NaN are met or the room ends.
+// The points within the bracket; nothing where NaN are met or the room ends.
 template <class T>
 std::optional<selection<T>> select_within(const T* x, index points, range<T> r, T* found) noexcept {
-  constexpr index block = 1024;
-  const index room = points / 4;
   index count = 0;
   index below = 0;
   index numbers = 0;
   for (index begin = 0; begin < points; begin += block) {
-    if (count + block > room) return std::nullopt;
+    if (count + block > room_for(points)) return std::nullopt;
     for (index i = begin; i < std::min(begin + block, points); ++i) {
       found[count] = x[i];
       count += ((x[i] >= r.low) & (x[i] <= r.high)) ? 1 : 0;
@@ -104,7 +105,7 @@ std::optional<selection<T>> select_within(const T* x, index points, range<T> r, 
 
 // Nothing where the bracket missed one of the middle points.
 template <class T> std::optional<double> middle_by_sample(const T* x, index points, T* room) noexcept {
-  const auto s = select_within(x, points, bracket_middle(x, points), room);
+  const auto s = select_within(x, points, bracket_middle(x, points, room), room);
   const index first = points / 2 - (points % 2 == 0 ? 1 : 0);
   if (!s || first < s->below || points / 2 >= s->below + s->count) return std::nullopt;
   return middle_of(*s, points);
@@ -114,7 +115,7 @@ template <record V> status median_of_real(const V* v, V* result) noexcept {
   const index points = length(v);
   if (points >= worth_sampling) {
     temporary<V> candidates;
-    candidates.points = static_cast<std::uint32_t>(points / 4);
+    candidates.points = static_cast<std::uint32_t>(room_for(points));
     if (allocate<V>(&candidates) != ok) return failed;
     if (const auto found = middle_by_sample(v->data, points, candidates.data)) return store(result, *found);
   }

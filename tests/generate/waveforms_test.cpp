@@ -37,7 +37,7 @@ TYPED_TEST(Waveforms, SinusoidsAreTheRotationToTheLastBit) {
   using T = scalar<V>;
   using C = contents<V>;
   auto sizes = edge_sizes();
-  sizes.insert(sizes.end(), {2304, 10000});
+  sizes.insert(sizes.end(), {2304, 2305, 4095, 4097, 6600, 10000});
   for (const wave& w : waves) {
     const auto f = static_cast<T>(w.frequency);
     const auto phase = static_cast<T>(w.phase);
@@ -82,14 +82,27 @@ TYPED_TEST(Waveforms, SinusoidsStayCloseToTheTrueOnes) {
   }
 }
 
+// Steps that round and steps that do not, up to the last sum that is exact.
 TYPED_TEST(Waveforms, LinesAddTheStepAgainAndAgain) {
   using V = TypeParam;
   using T = scalar<V>;
-  expect_in_place<V>([](V* v) { return TWIN(c_line)(v, T(0.7), T(1)); },
-                     [](contents<V>& c) {
-                       T value = 1;
-                       for (auto& x : c.points) x = std::exchange(value, value + T(0.7) * c.delta);
-                     });
+  auto sizes = edge_sizes();
+  sizes.insert(sizes.end(), {1023, 1024, 1025, 5000});
+  constexpr T last = T(2) / std::numeric_limits<T>::epsilon();
+  constexpr T inf = std::numeric_limits<T>::infinity();
+  const std::pair<T, T> lines[] = {
+      {T(0.7), T(1)},   {T(0.5), T(-300)},  {T(-3), T(0.125)},
+      {T(0), T(-0.0)},  {T(-0.0), T(-0.0)}, {T(4), last - T(9000)},
+      {T(1), last / 4}, {T(1), inf},        {std::numeric_limits<T>::denorm_min(), T(0)},
+      {inf, T(0)}};
+  for (const auto& [step, start] : lines) {
+    const auto model = [step = step, start = start](contents<V>& c) {
+      T value = start;
+      for (auto& x : c.points) x = std::exchange(value, value + step * c.delta);
+    };
+    expect_in_place<V>([step = step, start = start](V* v) { return TWIN(c_line)(v, step, start); }, model,
+                       sizes);
+  }
 }
 
 TYPED_TEST(Waveforms, FailWithoutStorage) {

@@ -2,6 +2,7 @@
 #include <bit>
 #include <set>
 
+#include "support/failing.h"
 #include "support/forms.h"
 
 namespace sigpak::test {
@@ -56,7 +57,7 @@ template <class V> void become(kind k, V& v) {
 TYPED_TEST(Sort, IsAPermutationInAscendingOrder) {
   using V = TypeParam;
   auto sizes = edge_sizes();
-  sizes.push_back(30000);
+  sizes.insert(sizes.end(), {299, 300, 301, 399, 400, 401, 30000});
   for (int k = 0; k <= static_cast<int>(kind::half_nan); ++k) {
     for_each_form<V>(sizes, [k](signal<V>& v) {
       become<V>(static_cast<kind>(k), v);
@@ -72,6 +73,17 @@ TYPED_TEST(Sort, IsAPermutationInAscendingOrder) {
       }
     });
   }
+}
+
+TYPED_TEST(Sort, NeedsNoMemory) {
+  using V = TypeParam;
+  for_each_form<V>({300, 401, 1000}, [](signal<V>& v) {
+    signal<V> with_memory(v.values(), v.complex != 0);
+    ASSERT_EQ(TWIN(i_sort)(&with_memory), 0);
+    const failing_tables none(0);
+    ASSERT_EQ(TWIN(i_sort)(&v), 0);
+    EXPECT_EQ(v.values(), with_memory.values());
+  });
 }
 
 TYPED_TEST(Sort, ComplexTiesAreSettledByRealThenImaginaryPart) {
