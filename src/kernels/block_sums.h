@@ -53,14 +53,23 @@ void add_block(index begin, index points, Term term, sums<count>& total) noexcep
   for (std::size_t k = 0; k < count; ++k) total[k] += block[k];
 }
 
-// The points from `begin` on.
-template <index tile = 1, std::size_t count, class Term>
-void add_blocks_plainly(index begin, index points, Term term, sums<count>& total) noexcept {
-  index i = begin;
+// The points from `begin` on, one block after the other.
+template <index tile, std::size_t count, class Term>
+void add_in_turn(index begin, index points, Term term, sums<count>& total) noexcept {
+  for (index i = begin; i < points; i += sum_block) {
+    add_block<tile>(i, std::min(sum_block, points - i), term, total);
+  }
+}
+
+// All points where there are no wide vectors. Out of line, as what follows: a short record is done inline.
+template <class Term> [[gnu::noinline]] auto sum_side_by_side(index points, Term term) noexcept {
+  decltype(term(index())) total{};
+  index i = 0;
   for (; points - i >= 8 * sum_block; i += 8 * sum_block) add_blocks<8>(i, sum_block, term, total);
   for (; points - i >= 4 * sum_block; i += 4 * sum_block) add_blocks<4>(i, sum_block, term, total);
   for (; points - i >= 2 * sum_block; i += 2 * sum_block) add_blocks<2>(i, sum_block, term, total);
-  for (; i < points; i += sum_block) add_block<tile>(i, std::min(sum_block, points - i), term, total);
+  add_in_turn<1>(i, points, term, total);
+  return total;
 }
 
 // The same sums by a kernel of the wide levels: which one, and what it reads.
@@ -190,7 +199,6 @@ inline constexpr index worth_a_pass =
     sum_block + sum_block / 2;  // a pass of the kernel takes the time of one block
 inline constexpr index beyond_the_cache = index{16} << 20;  // bytes
 
-// Out of line, for it is long and its callers are inlined.
 template <class Term, class T>
 [[gnu::noinline]] auto sum_in_lanes(index points, Term term, const lane_terms<T>& terms,
                                     kernels::lane_sums<T> kernel) noexcept {
@@ -199,9 +207,7 @@ template <class Term, class T>
   const auto bytes = static_cast<index>(sizeof(T)) * points * (terms.width + terms.y_width);
   decltype(term(index())) total{};
   if (bytes > beyond_the_cache && !terms.streaming) {
-    for (index begin = 0; begin < points; begin += sum_block) {
-      add_block<1>(begin, std::min(sum_block, points - begin), term, total);
-    }
+    add_in_turn<1>(0, points, term, total);
     return total;
   }
   index i = 0;
@@ -212,7 +218,7 @@ template <class Term, class T>
     pass.add(here - (blocks - 1) * sum_block, bytes > beyond_the_cache && points - i >= 2 * most, total);
     i += here;
   }
-  if (i < points) add_blocks_plainly(i, points, term, total);
+  add_in_turn<1>(i, points, term, total);
   return total;
 }
 
@@ -223,19 +229,18 @@ enum class cost : bool { additions, terms };
 template <cost most = cost::additions, class Term, class T>
 [[gnu::always_inline]] inline auto blocked_sums(index points, Term term,
                                                 const lane_terms<T>& terms) noexcept {
-  using found = decltype(term(index()));
   if (points >= worth_a_pass) {
     const auto* const table = current_lane_sums<T>();
-    if (table != nullptr) return sum_in_lanes(points, term, terms, table->*terms.kernel);
-  } else if (most == cost::terms && points > isa::short_run && isa::current() != isa::level::baseline) {
-    return isa::run([points, term] {
-      found total{};
-      add_blocks_plainly<16>(0, points, term, total);
-      return total;
-    });
+    return table != nullptr ? sum_in_lanes(points, term, terms, table->*terms.kernel)
+                            : sum_side_by_side(points, term);
   }
-  found total{};
-  add_blocks_plainly(0, points, term, total);
+  constexpr index tile = 16;
+  decltype(term(index())) total{};
+  if (most == cost::terms && points > isa::short_run && isa::current() != isa::level::baseline) {
+    isa::run([points, term, &total] { add_in_turn<tile>(0, points, term, total); });
+  } else {
+    add_in_turn<1>(0, points, term, total);
+  }
   return total;
 }
 

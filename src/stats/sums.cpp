@@ -43,7 +43,7 @@ template <record V> double sum_of_squares(const V* v) noexcept {
         length(v), [x](index i) { return sums<1>{clamped_square(x[2 * i]) + clamped_square(x[2 * i + 1])}; },
         lane_terms<T>{.kernel = &table::point_squares, .x = x, .width = 2, .constants = limits})[0];
   }
-  return blocked_sums(
+  return blocked_sums<cost::terms>(
       length(v), [x](index i) { return sums<1>{clamped_square(x[i])}; },
       lane_terms<T>{&table::squares, x, 1, limits})[0];
 }
