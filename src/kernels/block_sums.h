@@ -61,13 +61,16 @@ void add_in_turn(index begin, index points, Term term, sums<count>& total) noexc
   }
 }
 
-// All points where there are no wide vectors. Out of line, as what follows: a short record is done inline.
-template <class Term> [[gnu::noinline]] auto sum_side_by_side(index points, Term term) noexcept {
+// All points where there are no wide vectors: what one record gives to one sum is worth lanes even so. Out of
+// line, as what follows: a short record is done inline.
+template <class Term, class T>
+[[gnu::noinline]] auto sum_without_vectors(index points, Term term, const T* y) noexcept {
   decltype(term(index())) total{};
   index i = 0;
-  for (; points - i >= 8 * sum_block; i += 8 * sum_block) add_blocks<8>(i, sum_block, term, total);
-  for (; points - i >= 4 * sum_block; i += 4 * sum_block) add_blocks<4>(i, sum_block, term, total);
-  for (; points - i >= 2 * sum_block; i += 2 * sum_block) add_blocks<2>(i, sum_block, term, total);
+  if (total.size() == 1 && y == nullptr) {
+    for (; points - i >= 8 * sum_block; i += 8 * sum_block) add_blocks<8>(i, sum_block, term, total);
+    for (; points - i >= 2 * sum_block; i += 2 * sum_block) add_blocks<2>(i, sum_block, term, total);
+  }
   add_in_turn<1>(i, points, term, total);
   return total;
 }
@@ -232,7 +235,7 @@ template <cost most = cost::additions, class Term, class T>
   if (points >= worth_a_pass) {
     const auto* const table = current_lane_sums<T>();
     return table != nullptr ? sum_in_lanes(points, term, terms, table->*terms.kernel)
-                            : sum_side_by_side(points, term);
+                            : sum_without_vectors(points, term, terms.y);
   }
   constexpr index tile = 16;
   decltype(term(index())) total{};
