@@ -141,6 +141,10 @@ template <class T> status wide_dft(T* x, index points, bool inverse) noexcept {
   return ok;
 }
 
+template <class T> T* wide_scratch(index count, const T* data) noexcept {
+  return scratch<T>.at_least(count, data);
+}
+
 template <class T> status release_wide_fft() noexcept {
   release_plans<T>();
   release_mixed_plans<T>();
@@ -157,6 +161,7 @@ template <class T> bool has_wide_real_fft(index) noexcept { return false; }
 template <class T> status wide_real_fft(T*, index, bool) noexcept { return failed; }
 template <class T> bool has_wide_dft(index) noexcept { return false; }
 template <class T> status wide_dft(T*, index, bool) noexcept { return failed; }
+template <class T> T* wide_scratch(index, const T*) noexcept { return nullptr; }
 template <class T> status release_wide_fft() noexcept { return ok; }
 
 #endif
@@ -175,6 +180,8 @@ template bool has_wide_dft<double>(index) noexcept;
 template bool has_wide_dft<float>(index) noexcept;
 template status wide_dft(double*, index, bool) noexcept;
 template status wide_dft(float*, index, bool) noexcept;
+template double* wide_scratch(index, const double*) noexcept;
+template float* wide_scratch(index, const float*) noexcept;
 template status release_wide_fft<double>() noexcept;
 template status release_wide_fft<float>() noexcept;
 

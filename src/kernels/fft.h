@@ -25,6 +25,9 @@ template <class T> status wide_real_fft(T* data, index points, bool inverse) noe
 template <class T> bool has_wide_dft(index points) noexcept;
 template <class T> status wide_dft(T* data, index points, bool inverse) noexcept;
 
+// Scratch memory for so many scalars of a transform of these data, the same for all; null on failure.
+template <class T> T* wide_scratch(index count, const T* data) noexcept;
+
 // Frees the tables and the scratch memory of one precision.
 template <class T> status release_wide_fft() noexcept;
 

@@ -1,4 +1,5 @@
-// The transform of any length as a convolution with a chirp, which power-of-two transforms carry out.
+// The transform of any length as a convolution with a chirp, which power-of-two transforms carry out, or a
+// kernel of its own where vectors are wide.
 //
 // With 2nk = n^2 + k^2 - (k - n)^2 and a[k] = exp(-i pi k^2 / N),
 //   X[k] = a[k] sum over n of (x[n] a[n]) conj a[k-n]
@@ -12,7 +13,9 @@
 #include "core/roots.h"
 #include "core/storage.h"
 #include "elementwise/elementwise.h"
+#include "kernels/chirp.h"
 #include "spectral/kernel.h"
+#include "spectral/tables.h"
 
 namespace sigpak {
 namespace {
@@ -31,6 +34,7 @@ template <record V> constinit chirp_tables<V> tables;
 template <record V> status release() noexcept {
   destroy(&tables<V>.chirp);
   destroy(&tables<V>.filter);
+  kernels::release_wide_chirp<scalar<V>>();
   tables<V>.length = 0;
   return ok;
 }
@@ -110,9 +114,8 @@ template <record V> status multiply_by(V* v, V* table) noexcept {
   return multiply(v, table, v);
 }
 
-}  // namespace
-
-template <record V> status chirp_transform(V* v, bool inverse) noexcept {
+// By power-of-two transforms, on the record itself.
+template <record V> status convolve(V* v, bool inverse) noexcept {
   auto& t = tables<V>;
   const index points = length(v);
   const index convolution = convolution_length(points);
@@ -124,6 +127,16 @@ template <record V> status chirp_transform(V* v, bool inverse) noexcept {
   v->points = static_cast<std::uint32_t>(points);
   if (multiply_by(v, &t.chirp) != ok) return failed;
   return inverse ? ok : scale(v, scalar<V>(1) / static_cast<scalar<V>>(points));
+}
+
+}  // namespace
+
+template <record V> status chirp_transform(V* v, bool inverse) noexcept {
+  if (!kernels::has_wide_chirp<scalar<V>>()) return convolve(v, inverse);
+  if (to_complex(v) != ok) return failed;
+  register_cache<V>(cache::dft, release<V>);
+  own_twiddle_cache<scalar<V>>();
+  return kernels::wide_chirp(v->data, length(v), inverse);
 }
 
 template status chirp_transform(dsp_vec*, bool) noexcept;
