@@ -104,12 +104,13 @@ template <class T> SIGPAK_INLINE real phase_for(ordered_point z, real x, real y)
   }
 }
 
-// sqrt(most^2 + least^2), with what the sum of the squares has lost.
+// sqrt(most^2 + least^2), corrected by what the sum of the squares and the root have lost.
 SIGPAK_INLINE real magnitude(ordered_point z) {
   const real square = z.least * z.least;
   const real sum = fma(z.most, z.most, square);
-  const real rest = (fms(z.most, z.most, sum) + square) + fms(z.least, z.least, square);
+  const real sum_rest = (fms(z.most, z.most, sum) + square) + fms(z.least, z.least, square);
   const real y = sqrt(sum);
+  const real rest = fnma(y, y, sum) + sum_rest;
   return fma(rest, all(0.5) * rough_inverse(y), y);
 }
 
