@@ -27,8 +27,8 @@ void advise_large_pages([[maybe_unused]] void* block, [[maybe_unused]] std::size
   constexpr std::size_t worth_advice = std::size_t{4} << 20;
   constexpr std::uintptr_t page = 4096;
   if (block == nullptr || bytes < worth_advice) return;
-  const std::uintptr_t begin = (reinterpret_cast<std::uintptr_t>(block) + page - 1) / page * page;
-  const std::uintptr_t end = (reinterpret_cast<std::uintptr_t>(block) + bytes) / page * page;
+  const std::uintptr_t begin = reinterpret_cast<std::uintptr_t>(block) / page * page;
+  const std::uintptr_t end = (reinterpret_cast<std::uintptr_t>(block) + bytes + page - 1) / page * page;
   const int error = errno;
   madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
   errno = error;

@@ -15,7 +15,8 @@ extern constinit table_source resize_table_bytes;
 void free_table(void* table) noexcept;
 
 // The first touch of fresh memory costs more than any pass over it, most of it for every page: a large block
-// asks for large pages. Advice only, so it may fail.
+// asks for large pages. Advice only, so it may fail. It takes in the pages where the block begins and ends: a
+// mapping advised in part is two to the kernel, which then cannot grow it without a copy.
 void advise_large_pages(void* block, std::size_t bytes) noexcept;
 
 template <class T> T* resize_table(T* table, index count) noexcept {
