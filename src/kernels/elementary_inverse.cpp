@@ -1,6 +1,7 @@
 // Inverse circular functions, and the polar form of points.
 #include "kernels/elementary_arctangent.h"
 #include "kernels/elementary_tables.h"
+#include "kernels/elementary_walk.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {

@@ -3,6 +3,7 @@
 #include "kernels/elementary_arctangent.h"
 #include "kernels/elementary_log.h"
 #include "kernels/elementary_tables.h"
+#include "kernels/elementary_walk.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {

@@ -2,6 +2,7 @@
 #include "core/guard.h"
 #include "kernels/elementary_arctangent.h"
 #include "kernels/elementary_tables.h"
+#include "kernels/elementary_walk.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {

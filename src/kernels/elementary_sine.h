@@ -2,7 +2,7 @@
 #pragma once
 
 #include "kernels/elementary_coefficients.h"
-#include "kernels/elementary_lanes.h"
+#include "kernels/elementary_walk.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
