@@ -15,7 +15,6 @@ namespace sigpak::kernels {
 namespace {
 
 constexpr index least_points = 4;
-constexpr index least_real_points = 32;
 constexpr index least_mixed_points = 16;
 constexpr std::uintptr_t alignment = 64;
 
@@ -88,6 +87,14 @@ template <class T> bool small_wide_fft(T* x, index points, bool inverse) noexcep
   return true;
 }
 
+template <class T> bool small_wide_real_fft(T* x, index points, bool inverse) noexcept {
+  const isa::level level = isa::current();
+  if (points < least_points || points >= index{1} << small_real_sizes || level == isa::level::baseline)
+    return false;
+  kernels_of<T>(level).small_real[std::countr_zero(static_cast<std::uint64_t>(points))].run[inverse](x);
+  return true;
+}
+
 template <class T> bool has_wide_fft(index points) noexcept {
   return points >= least_points && isa::current() != isa::level::baseline;
 }
@@ -105,11 +112,12 @@ template <class T> status wide_fft(T* x, index points, bool inverse) noexcept {
 }
 
 template <class T> bool has_wide_real_fft(index points) noexcept {
-  return points >= least_real_points && isa::current() != isa::level::baseline;
+  return points >= least_points && isa::current() != isa::level::baseline;
 }
 
 template <class T> status wide_real_fft(T* x, index points, bool inverse) noexcept {
   const fft_kernels<T>& kernels = kernels_of<T>(isa::current());
+  if (small_wide_real_fft(x, points, inverse)) return ok;
   const int lanes = lanes_for(points / 2, kernels.widest_lanes);
   const fft_plan<T>* const plan = find_plan<T>(points, lanes, data::real);
   if (plan == nullptr) return failed;
@@ -157,6 +165,7 @@ template <class T> status release_wide_fft() noexcept {
 template <class T> bool small_wide_fft(T*, index, bool) noexcept { return false; }
 template <class T> bool has_wide_fft(index) noexcept { return false; }
 template <class T> status wide_fft(T*, index, bool) noexcept { return failed; }
+template <class T> bool small_wide_real_fft(T*, index, bool) noexcept { return false; }
 template <class T> bool has_wide_real_fft(index) noexcept { return false; }
 template <class T> status wide_real_fft(T*, index, bool) noexcept { return failed; }
 template <class T> bool has_wide_dft(index) noexcept { return false; }
@@ -172,6 +181,8 @@ template bool has_wide_fft<double>(index) noexcept;
 template bool has_wide_fft<float>(index) noexcept;
 template status wide_fft(double*, index, bool) noexcept;
 template status wide_fft(float*, index, bool) noexcept;
+template bool small_wide_real_fft(double*, index, bool) noexcept;
+template bool small_wide_real_fft(float*, index, bool) noexcept;
 template bool has_wide_real_fft<double>(index) noexcept;
 template bool has_wide_real_fft<float>(index) noexcept;
 template status wide_real_fft(double*, index, bool) noexcept;

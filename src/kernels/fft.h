@@ -18,6 +18,7 @@ template <class T> status wide_fft(T* data, index points, bool inverse) noexcept
 
 // The same for real data: `points` reals to points / 2 + 1 pairs, and back from the pairs without a look at
 // the imaginary parts of the two outer ones; data has room for points + 2 scalars.
+template <class T> bool small_wide_real_fft(T* data, index points, bool inverse) noexcept;
 template <class T> bool has_wide_real_fft(index points) noexcept;
 template <class T> status wide_real_fft(T* data, index points, bool inverse) noexcept;
 

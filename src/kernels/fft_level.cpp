@@ -59,32 +59,36 @@ void run_mixed_lanes(const mixed_plan<T>& plan, T* x, T* scratch, bool inverse) 
   run_either_mixed<Narrow>(plan, x, scratch, inverse);
 }
 
+template <class T, int H>
+inline constexpr kernels::small_fft<T> small_real = {run_small_real<T, H>, run_small_real_inverse<T, H>};
 template <class P, int M>
 inline constexpr kernels::small_fft<typename P::scalar> small = {run_small<P, M, false>,
                                                                  run_small<P, M, true>};
 
 }  // namespace
 
-const kernels::fft_kernels<double> double_fft = {SIGPAK_VECTOR_BYTES / 8,
-                                                 {{},
-                                                  {},
-                                                  small<d2, 4>,
-                                                  small<d2, 8>,
-                                                  small<d2, 16>,
-                                                  small<d4, 16>,
+const kernels::fft_kernels<double> double_fft = {
+    SIGPAK_VECTOR_BYTES / 8,
+    {{},
+     {},
+     small<d2, 4>,
+     small<d2, 8>,
+     small<d2, 16>,
+     small<d4, 16>,
 #if SIGPAK_VECTOR_BYTES == 64
-                                                  small<d8, 16>},
+     small<d8, 16>},
 #else
-                                                  {run_small_split<d4, 16, false>,
-                                                   run_small_split<d4, 16, true>}},
+     {run_small_split<d4, 16, false>, run_small_split<d4, 16, true>}},
 #endif
-                                                 run_lanes<widest_d, widest_d>,
-                                                 run_real_lanes<widest_d, d4, d4>,
-                                                 run_mixed_lanes<widest_d, narrow_d>};
+    {{}, {}, small_real<double, 2>, small_real<double, 4>, small_real<double, 8>, small_real<double, 16>},
+    run_lanes<widest_d, widest_d>,
+    run_real_lanes<widest_d, d4, d4>,
+    run_mixed_lanes<widest_d, narrow_d>};
 
 const kernels::fft_kernels<float> float_fft = {
     SIGPAK_VECTOR_BYTES / 4,
     {{}, {}, small<f4, 2>, small<f4, 4>, small<f8, 4>, small<f8, 8>, small<f8, 16>},
+    {{}, {}, small_real<float, 2>, small_real<float, 4>, small_real<float, 8>, small_real<float, 16>},
     run_lanes<widest_f, f8>,
     run_real_lanes<widest_f, f8, f4>,
     run_mixed_lanes<widest_f, narrow_f>};

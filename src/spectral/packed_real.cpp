@@ -66,6 +66,7 @@ template <class T> void pack(T* x, index h, const T* groups) noexcept {
 }  // namespace
 
 template <class T> status forward_real(T* data, index points) noexcept {
+  if (kernels::small_wide_real_fft(data, points, false)) return ok;
   if (kernels::has_wide_real_fft<T>(points)) {
     own_twiddle_cache<T>();
     return kernels::wide_real_fft(data, points, false);
@@ -79,6 +80,7 @@ template <class T> status forward_real(T* data, index points) noexcept {
 }
 
 template <class T> status inverse_real(T* data, index points) noexcept {
+  if (kernels::small_wide_real_fft(data, points, true)) return ok;
   if (kernels::has_wide_real_fft<T>(points)) {
     own_twiddle_cache<T>();
     return kernels::wide_real_fft(data, points, true);
