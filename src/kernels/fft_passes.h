@@ -108,19 +108,20 @@ template <class P> SIGPAK_INLINE cplx<P> joined(cplx<P> a, cplx<P> b) {
   return {fms(a.re, b.re, a.im * b.im), fma(a.re, b.im, a.im * b.re)};
 }
 
-// The same for complex data: with the twiddles of the transform over the lanes, and interleaved. The twiddles
-// of all outputs of a butterfly in place of those of the first would be a stream as wide as the data.
-template <class P, int R, bool inverse>
+// The same for complex data: with the twiddles of the transform over the lanes, and interleaved. Where the
+// twiddles of all outputs would be a stream as wide as the data they are joined from those of the first
+// output of the butterfly and the steps from it, at the price of a rounding.
+template <class P, int R, bool inverse, bool stepped>
 void turning_leaf_pass(typename P::scalar* s, index length, const typename P::scalar* w,
                        const typename P::scalar* steps) {
-  for (index i = 0; i < length; i += R, w += 2 * P::width) {
+  for (index i = 0; i < length; i += R, w += 2 * P::width * (stepped ? 1 : R)) {
     cplx<P> a[R];
     unroll<R>([&](auto j) __attribute__((always_inline)) { a[j] = load_pair<P>(s, i + j); });
     transform(a);
     const cplx<P> first = load_pair<P>(w, 0);
     unroll<R>([&](auto k) __attribute__((always_inline)) {
       cplx<P> t = first;
-      if constexpr (k > 0) t = joined(first, load_pair<P>(steps, k - 1));
+      if constexpr (k > 0) t = stepped ? joined(first, load_pair<P>(steps, k - 1)) : load_pair<P>(w, k);
       store_points<P, inverse>(s + 2 * P::width * (i + k), turned(a[k], t.re, t.im));
     });
   }
@@ -296,10 +297,12 @@ void transform_lanes(const fft_plan<typename P::scalar>& plan, const typename P:
   const index padding = plan.stride - plan.block[1];
   all_middle_passes<P>(plan, s, [&plan, s, padding](T* at, index length) {
     const index place = (at - s) / pair;
-    const index butterfly = (place - place / plan.stride * padding) / plan.radix[plan.passes - 1];
-    const T* const w = plan.last + pair * butterfly;
-    with_even_radix(plan.radix[plan.passes - 1], [=, steps = plan.steps](auto radix) {
-      turning_leaf_pass<P, radix, inverse>(at, length, w, steps);
+    const int last_radix = plan.radix[plan.passes - 1];
+    const index unpadded = place - place / plan.stride * padding;
+    const T* const w = plan.last + pair * (plan.steps != nullptr ? unpadded / last_radix : unpadded);
+    with_even_radix(last_radix, [=, steps = plan.steps](auto radix) {
+      steps != nullptr ? turning_leaf_pass<P, radix, inverse, true>(at, length, w, steps)
+                       : turning_leaf_pass<P, radix, inverse, false>(at, length, w, nullptr);
     });
   });
 }

@@ -25,11 +25,11 @@ template <class T> struct fft_plan {
                           // last transform instead where complex data have only one pass
   const T* twiddles[most_passes];  // broadcast twiddles of the other passes
   int group;                       // kb that the last transform takes at once: W / 2, of real data W
-  const T* last;  // vectors of twiddles w_N^(l kb) of the last transform: one per butterfly of the last pass,
-                  // for its first output; of real data group by group, for every kb
-  const T* steps;  // vectors of twiddles from that output of a butterfly to the others, all but the first
-  bool collected;  // the last transform collects its output
-  bool streamed;   // and writes it past the caches
+  const T* last;  // vectors of twiddles w_N^(l kb) of the last transform: place by place, of real data group
+                  // by group, and with steps only for the first output of each butterfly of the last pass
+  const T* steps;                     // vectors of twiddles from that output to the others, or null
+  bool collected;                     // the last transform collects its output
+  bool streamed;                      // and writes it past the caches
   std::ptrdiff_t offset[most_lanes];  // of the vector of kb + p from that of kb, kb the first of a group
   const std::uint32_t* start;         // place of the vector of kb, the first of a group
 

@@ -95,6 +95,12 @@ template <class T> bool is_only_pass(const fft_plan<T>& plan) noexcept {
   return plan.group < plan.lanes && plan.passes == 1;
 }
 
+// Places from one vector of twiddles of the last transform to the next.
+template <class T> index last_step(const fft_plan<T>& plan) noexcept {
+  constexpr index stepped_from = index{1} << 16;
+  return plan.points >= stepped_from ? plan.radix[plan.passes - 1] : 1;
+}
+
 template <class T> plan_tables<T> carve(const fft_plan<T>& plan, data kind, carver& memory) noexcept {
   plan_tables<T> tables = {};
   for (T*& table : tables.first) {
@@ -106,9 +112,9 @@ template <class T> plan_tables<T> carve(const fft_plan<T>& plan, data kind, carv
   if (kind == data::real) {
     tables.last = memory.take<T>(2 * (plan.lanes - 1) * plan.vectors);
   } else if (!is_only_pass(plan)) {
-    const int radix = plan.radix[plan.passes - 1];
-    tables.last = memory.take<T>(2 * plan.lanes * (plan.vectors / radix));
-    tables.steps = memory.take<T>(2 * plan.lanes * (radix - 1));
+    const index step = last_step(plan);
+    tables.last = memory.take<T>(2 * plan.lanes * (plan.vectors / step));
+    if (step > 1) tables.steps = memory.take<T>(2 * plan.lanes * (step - 1));
   }
   tables.start = memory.take<std::uint32_t>(plan.vectors / plan.group);
   if (kind == data::real) {
@@ -131,8 +137,8 @@ void fill(fft_plan<T>& plan, data kind, const plan_tables<T>& tables, const root
   if (kind == data::real) {
     fill_by_group(tables.last, plan, w);
   } else if (!is_only_pass(plan)) {
-    fill_by_place(tables.last, plan, plan.radix[plan.passes - 1], w, 1);
-    fill_steps(tables.steps, plan, w);
+    fill_by_place(tables.last, plan, last_step(plan), w, 1);
+    if (tables.steps != nullptr) fill_steps(tables.steps, plan, w);
   }
   for (int pass = 1; pass < plan.passes - 1; ++pass) fill_pass(tables.passes[pass], plan, pass, w, 1);
   fill_places(tables.start, plan);
