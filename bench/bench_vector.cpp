@@ -72,7 +72,7 @@ struct arena {
   }
 };
 
-enum class bound { stream, read, divider, root };
+enum class bound { stream, two, widen, narrow, join, read, divider, root };
 
 // One operation on `points` points that occupy `footprint` scalars each, and move `moved` scalars each.
 struct operation {
@@ -111,16 +111,16 @@ constexpr std::array operations = {
                 dspi_limit(&m.va, 0, -0.99, 0.99, &clipped);
               },
               [](arena& m, index n) { m.sink += plain::limit(m.a.data(), n, -0.99, 0.99) ? 1 : 0; }},
-    operation{"add", bound::stream, false, 2, 3, combine<dspb_add>,
+    operation{"add", bound::two, false, 2, 3, combine<dspb_add>,
               [](arena& m, index n) { plain::add(m.a.data(), m.b.data(), n); }},
-    operation{"multiply", bound::stream, false, 2, 3, combine<dspb_mul>,
+    operation{"multiply", bound::two, false, 2, 3, combine<dspb_mul>,
               [](arena& m, index n) { plain::multiply(m.a.data(), m.b.data(), n); }},
-    operation{"minimum", bound::stream, false, 2, 3, combine<dspb_min>,
+    operation{"minimum", bound::two, false, 2, 3, combine<dspb_min>,
               [](arena& m, index n) { plain::minimum(m.a.data(), m.b.data(), n); }},
-    operation{"weighted mean", bound::stream, false, 2, 3,
+    operation{"weighted mean", bound::two, false, 2, 3,
               [](arena& m, index) { dspb_avg_add(&m.va, &m.vb, &m.va, 0.75); },
               [](arena& m, index n) { plain::blend(m.a.data(), m.b.data(), n, 0.75); }},
-    operation{"complex multiply", bound::stream, true, 4, 6, combine_points<dspb_mul>,
+    operation{"complex multiply", bound::two, true, 4, 6, combine_points<dspb_mul>,
               [](arena& m, index n) { plain::multiply_points(m.a.data(), m.turns.data(), n); }},
     operation{"divide", bound::divider, false, 2, 1, combine<dspb_div>,
               [](arena& m, index n) { plain::divide(m.a.data(), m.b.data(), n); }},
@@ -159,15 +159,15 @@ constexpr std::array operations = {
                 dspi_swap_halves(&m.va);
               },
               [](arena& m, index n) { plain::swap_halves(m.a.data(), n - 1); }},
-    operation{"real to complex", bound::stream, false, 2, 3, change_form<dspi_rtoc, 0>,
+    operation{"real to complex", bound::widen, false, 2, 3, change_form<dspi_rtoc, 0>,
               [](arena& m, index n) { plain::to_complex(m.a.data(), n); }},
-    operation{"real part", bound::stream, true, 2, 3, change_form<dspi_real, 1>,
+    operation{"real part", bound::narrow, true, 2, 3, change_form<dspi_real, 1>,
               [](arena& m, index n) { plain::keep_part(m.a.data(), n, 0); }},
-    operation{"imaginary part", bound::stream, true, 2, 3, change_form<dspi_imag, 1>,
+    operation{"imaginary part", bound::narrow, true, 2, 3, change_form<dspi_imag, 1>,
               [](arena& m, index n) { plain::keep_part(m.a.data(), n, 1); }},
-    operation{"squared magnitude", bound::stream, true, 2, 3, change_form<dspi_magsq, 1>,
+    operation{"squared magnitude", bound::narrow, true, 2, 3, change_form<dspi_magsq, 1>,
               [](arena& m, index n) { plain::square_magnitude(m.a.data(), n); }},
-    operation{"parts to complex", bound::stream, false, 4, 4,
+    operation{"parts to complex", bound::join, false, 4, 4,
               [](arena& m, index) { dspb_ritoc(&m.va, &m.vb, &m.vc); },
               [](arena& m, index n) { plain::interleave(m.a.data(), m.b.data(), m.c.data(), n); }},
     operation{"cosine", bound::stream, false, 1, 1, [](arena& m, index) { dspc_cos(&m.va, 0.01, 0); },
@@ -182,13 +182,24 @@ void refresh(arena& m, const operation& o, index points) {
   for (index i = 0; i < points * o.footprint; ++i) m.a.data()[i] = m.b.data()[i] * 0.5 + 1e-9;
 }
 
-// The limit at the same footprint, for as many scalars moved.
+// The limit at the same footprint: the same loads and stores, or as many scalars moved.
 contender limit_of(arena& m, const operation& o, index points) {
   switch (o.limit) {
     case bound::stream: {
       const index n = points * o.footprint / 64 * 64;
       return {"limit", [] {}, [&m, n] { bench::copy_scale(m.c.aligned(), n, -1.0); }};
     }
+    case bound::two: {
+      const index n = points * o.footprint / 2;
+      return {"limit", [] {}, [&m, n] { bench::add_to(m.c.aligned(), m.b.aligned(), n); }};
+    }
+    case bound::widen:
+      return {"limit", [] {}, [&m, points] { bench::widen(m.c.aligned(), points); }};
+    case bound::narrow:
+      return {"limit", [] {}, [&m, points] { bench::narrow(m.c.aligned(), points); }};
+    case bound::join:
+      return {"limit", [] {},
+              [&m, points] { bench::join(m.a.aligned(), m.b.aligned(), m.c.aligned(), points); }};
     case bound::read: {
       const index n = points * o.footprint / 64 * 64;
       return {"limit", [] {}, [&m, n] { m.sink += bench::read_all(m.c.aligned(), n); }};

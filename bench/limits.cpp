@@ -9,21 +9,75 @@ namespace bench {
 using sigpak::isa::run;
 
 namespace {
+
 constexpr std::size_t line = 64;
-}
+constexpr std::ptrdiff_t block = 16;  // scalars, one cache line or two
+
+template <class T> T* at_line(T* x) { return static_cast<T*>(__builtin_assume_aligned(x, line)); }
+
+}  // namespace
 
 template <class T> void copy_scale(T* x, std::ptrdiff_t n, T c) {
   run([=] {
-    auto* const aligned = static_cast<T*>(__builtin_assume_aligned(x, line));
+    T* const aligned = at_line(x);
     for (std::ptrdiff_t i = 0; i < n; i += 64) {
       for (std::ptrdiff_t j = 0; j < 64; ++j) aligned[i + j] *= c;
     }
   });
 }
 
+template <class T> void add_to(T* x, const T* y, std::ptrdiff_t n) {
+  run([=] {
+    T* __restrict const to = at_line(x);
+    const T* __restrict const from = at_line(y);
+    for (std::ptrdiff_t i = 0; i < n; ++i) to[i] += from[i];
+  });
+}
+
+// By halves from the end, which do not overlap.
+template <class T> void widen(T* x, std::ptrdiff_t n) {
+  run([=] {
+    for (std::ptrdiff_t left = n; left >= 2 * block; left /= 2) {
+      const T* __restrict const from = at_line(x + left / 2);
+      T* __restrict const to = at_line(x + left);
+      for (std::ptrdiff_t i = 0; i < left / 2; i += block) {
+        for (std::ptrdiff_t j = 0; j < block; ++j) {
+          to[2 * i + j] = from[i + j];
+          to[2 * i + block + j] = from[i + j];
+        }
+      }
+    }
+  });
+}
+
+template <class T> void narrow(T* x, std::ptrdiff_t n) {
+  run([=] {
+    T* const aligned = at_line(x);
+    for (std::ptrdiff_t i = 0; i < n; i += block) {
+#pragma GCC ivdep
+      for (std::ptrdiff_t j = 0; j < block; ++j)
+        aligned[i + j] = aligned[2 * i + j] + aligned[2 * i + block + j];
+    }
+  });
+}
+
+template <class T> void join(const T* x, const T* y, T* z, std::ptrdiff_t n) {
+  run([=] {
+    const T* __restrict const first = at_line(x);
+    const T* __restrict const second = at_line(y);
+    T* __restrict const to = at_line(z);
+    for (std::ptrdiff_t i = 0; i < n; i += block) {
+      for (std::ptrdiff_t j = 0; j < block; ++j) {
+        to[2 * i + j] = first[i + j];
+        to[2 * i + block + j] = second[i + j];
+      }
+    }
+  });
+}
+
 template <class T> T read_all(const T* x, std::ptrdiff_t n) {
   return run([=] {
-    const auto* const aligned = static_cast<const T*>(__builtin_assume_aligned(x, line));
+    const T* const aligned = at_line(x);
     T sums[64] = {};
     for (std::ptrdiff_t i = 0; i < n; i += 64) {
       for (std::ptrdiff_t j = 0; j < 64; ++j) sums[j] += aligned[i + j];
@@ -36,20 +90,28 @@ template <class T> T read_all(const T* x, std::ptrdiff_t n) {
 
 template <class T> void divide_one(T* x, std::ptrdiff_t n) {
   run([=] {
-    auto* const aligned = static_cast<T*>(__builtin_assume_aligned(x, line));
+    T* const aligned = at_line(x);
     for (std::ptrdiff_t i = 0; i < n; ++i) aligned[i] = 1 / aligned[i];
   });
 }
 
 template <class T> void root_one(T* x, std::ptrdiff_t n) {
   run([=] {
-    auto* const aligned = static_cast<T*>(__builtin_assume_aligned(x, line));
+    T* const aligned = at_line(x);
     for (std::ptrdiff_t i = 0; i < n; ++i) aligned[i] = std::sqrt(aligned[i]);
   });
 }
 
 template void copy_scale(double*, std::ptrdiff_t, double);
 template void copy_scale(float*, std::ptrdiff_t, float);
+template void add_to(double*, const double*, std::ptrdiff_t);
+template void widen(double*, std::ptrdiff_t);
+template void narrow(double*, std::ptrdiff_t);
+template void join(const double*, const double*, double*, std::ptrdiff_t);
+template void add_to(float*, const float*, std::ptrdiff_t);
+template void widen(float*, std::ptrdiff_t);
+template void narrow(float*, std::ptrdiff_t);
+template void join(const float*, const float*, float*, std::ptrdiff_t);
 template double read_all(const double*, std::ptrdiff_t);
 template float read_all(const float*, std::ptrdiff_t);
 template void divide_one(double*, std::ptrdiff_t);

@@ -8,6 +8,13 @@ namespace bench {
 // x[i] = c * x[i] with the widest vectors of the current level; x aligned to 64 bytes, n a multiple of 64.
 template <class T> void copy_scale(T* x, std::ptrdiff_t n, T c);
 
+// The loads and stores of in-place operations on two operands, of results twice and half as long as their
+// source (n scalars of it, of the result), and of two operands joined in a third place; as above.
+template <class T> void add_to(T* x, const T* y, std::ptrdiff_t n);
+template <class T> void widen(T* x, std::ptrdiff_t n);
+template <class T> void narrow(T* x, std::ptrdiff_t n);
+template <class T> void join(const T* x, const T* y, T* z, std::ptrdiff_t n);
+
 // Reads every value once, in many independent chains.
 template <class T> T read_all(const T* x, std::ptrdiff_t n);
 
