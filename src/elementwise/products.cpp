@@ -16,38 +16,42 @@ template <class T> constexpr point<double> widened(point<T> z) noexcept {
 
 // In blocks from zero, one product after the other; float operands are multiplied and summed in double.
 template <class T>
-[[gnu::noinline]] point<double> inner_product(complex_points<const T> a, complex_points<const T> b,
-                                              index points) noexcept {
+point<double> inner_product(complex_points<const T> a, complex_points<const T> b, index points) noexcept {
   const auto [re, im] = blocked_sums(
       points,
       [=](index i) {
         const point<double> z = product(widened(a.get(i)), widened(b.get(i)));
         return sums<2>{z.re, z.im};
       },
-      lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::point_products,
-                    .x = a.data,
-                    .width = 2,
-                    .y = b.data,
-                    .y_width = 2,
-                    .streaming = false});
+      [=] {
+        return lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::point_products,
+                             .x = a.data,
+                             .width = 2,
+                             .y = b.data,
+                             .y_width = 2,
+                             .blocks = 5,
+                             .streaming = false};
+      });
   return {re, im};
 }
 
 template <class T>
-[[gnu::noinline]] point<double> inner_product(complex_points<const T> a, real_points<const T> b,
-                                              index points) noexcept {
+point<double> inner_product(complex_points<const T> a, real_points<const T> b, index points) noexcept {
   const auto [re, im] = blocked_sums(
       points,
       [=](index i) {
         const point<double> z = product(widened(a.get(i)), widened(b.get(i)));
         return sums<2>{z.re, z.im};
       },
-      lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::mixed_products,
-                    .x = a.data,
-                    .width = 2,
-                    .y = b.data,
-                    .y_width = 1,
-                    .streaming = false});
+      [=] {
+        return lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::mixed_products,
+                             .x = a.data,
+                             .width = 2,
+                             .y = b.data,
+                             .y_width = 1,
+                             .blocks = 5,
+                             .streaming = false};
+      });
   return {re, im};
 }
 
@@ -55,7 +59,13 @@ template <class T>
 point<double> inner_product(real_points<const T> a, real_points<const T> b, index points) noexcept {
   const auto [total] = blocked_sums(
       points, [=](index i) { return sums<1>{widened(a.get(i)) * widened(b.get(i))}; },
-      lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::products, .x = a.data, .y = b.data, .y_width = 1});
+      [=] {
+        return lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::products,
+                             .x = a.data,
+                             .y = b.data,
+                             .y_width = 1,
+                             .blocks = 3};
+      });
   return as_point(total);
 }
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <concepts>
 #include <cstdint>
+#include <type_traits>
 
 #include "core/blocks.h"
 #include "core/isa.h"
@@ -29,49 +30,35 @@ void add_blocks(index begin, index points, Term term, sums<count>& total) noexce
   }
 }
 
-// One block, or a part of it. Its additions wait for each other; the terms can be made ahead of them, a tile
-// at once.
-template <index tile, std::size_t count, class Term>
-void add_block(index begin, index points, Term term, sums<count>& total) noexcept {
-  const index end = begin + points;
-  sums<count> block{};
-  index i = begin;
-  for (; tile > 1 && i + tile <= end; i += tile) {
-    double terms[count][tile];
-    for (index j = 0; j < tile; ++j) {
-      const sums<count> t = term(i + j);
-      for (std::size_t k = 0; k < count; ++k) terms[k][j] = t[k];
-    }
-    for (index j = 0; j < tile; ++j) {
-      for (std::size_t k = 0; k < count; ++k) block[k] += terms[k][j];
-    }
+// One block, or a part of it.
+template <class Term>
+[[gnu::always_inline]] inline auto sum_block_of(index begin, index end, Term term) noexcept {
+  decltype(term(index())) block{};
+  for (index i = begin; i < end; ++i) {
+    const auto terms = term(i);
+    for (std::size_t k = 0; k < terms.size(); ++k) block[k] += terms[k];
   }
-  for (; i < end; ++i) {
-    const sums<count> t = term(i);
-    for (std::size_t k = 0; k < count; ++k) block[k] += t[k];
-  }
-  for (std::size_t k = 0; k < count; ++k) total[k] += block[k];
+  return block;
 }
 
 // The points from `begin` on, one block after the other.
-template <index tile, std::size_t count, class Term>
+template <std::size_t count, class Term>
 void add_in_turn(index begin, index points, Term term, sums<count>& total) noexcept {
   for (index i = begin; i < points; i += sum_block) {
-    add_block<tile>(i, std::min(sum_block, points - i), term, total);
+    const sums<count> block = sum_block_of(i, std::min(i + sum_block, points), term);
+    for (std::size_t k = 0; k < count; ++k) total[k] += block[k];
   }
 }
 
-// All points where there are no wide vectors: what one record gives to one sum is worth lanes even so. Out of
-// line, as what follows: a short record is done inline.
-template <class Term, class T>
-[[gnu::noinline]] auto sum_without_vectors(index points, Term term, const T* y) noexcept {
+// All points where there are no wide vectors: what one record gives to one sum is worth lanes even so.
+template <class Term, class T> auto sum_without_vectors(index points, Term term, const T* y) noexcept {
   decltype(term(index())) total{};
   index i = 0;
   if (total.size() == 1 && y == nullptr) {
     for (; points - i >= 8 * sum_block; i += 8 * sum_block) add_blocks<8>(i, sum_block, term, total);
     for (; points - i >= 2 * sum_block; i += 2 * sum_block) add_blocks<2>(i, sum_block, term, total);
   }
-  add_in_turn<1>(i, points, term, total);
+  add_in_turn(i, points, term, total);
   return total;
 }
 
@@ -83,6 +70,7 @@ template <class T> struct lane_terms {
   kernels::term_constants constants = {};
   const T* y = nullptr;
   index y_width = 0;
+  index blocks = 2;       // from so many on, a pass takes less time than one block after the other
   bool streaming = true;  // worth more than the plain loop where memory is the limit
 };
 
@@ -198,52 +186,78 @@ template <class Term, class T> class lane_pass {
   kernels::lane_totals sums_ = {};
 };
 
-inline constexpr index worth_a_pass =
-    sum_block + sum_block / 2;  // a pass of the kernel takes the time of one block
 inline constexpr index beyond_the_cache = index{16} << 20;  // bytes
 
 template <class Term, class T>
-[[gnu::noinline]] auto sum_in_lanes(index points, Term term, const lane_terms<T>& terms,
-                                    kernels::lane_sums<T> kernel) noexcept {
+auto sum_in_lanes(index points, Term term, const lane_terms<T>& terms,
+                  kernels::lane_sums<T> kernel) noexcept {
   static_assert(kernels::lane_points == sum_block);
   constexpr index most = kernels::sum_lanes * sum_block;
+  constexpr index widening = sizeof(T) < sizeof(double) ? 1 : 0;  // takes a pass a block more
+  const index worth_a_pass = (terms.blocks + widening) * sum_block;
   const auto bytes = static_cast<index>(sizeof(T)) * points * (terms.width + terms.y_width);
   decltype(term(index())) total{};
-  if (bytes > beyond_the_cache && !terms.streaming) {
-    add_in_turn<1>(0, points, term, total);
-    return total;
-  }
   index i = 0;
-  while (points - i >= worth_a_pass) {
+  const bool waits_for_memory = bytes > beyond_the_cache && !terms.streaming;
+  while (!waits_for_memory && points - i >= worth_a_pass) {
     const index here = std::min(most, points - i);
     const index blocks = (here + sum_block - 1) / sum_block;
     lane_pass<Term, T> pass(term, terms, kernel, i, blocks);
     pass.add(here - (blocks - 1) * sum_block, bytes > beyond_the_cache && points - i >= 2 * most, total);
     i += here;
   }
-  add_in_turn<1>(i, points, term, total);
+  add_in_turn(i, points, term, total);
   return total;
 }
 
-enum class cost : bool { additions, terms };
+// Out of line: a short record is done inline.
+template <class Term, class T>
+[[gnu::noinline]] auto sum_many_blocks(index points, Term term, const lane_terms<T>& terms) noexcept {
+  const auto* const table = current_lane_sums<T>();
+  return table != nullptr ? sum_in_lanes(points, term, terms, table->*terms.kernel)
+                          : sum_without_vectors(points, term, terms.y);
+}
 
-// The sums over i = 0 .. points - 1 of the terms that term(i) gives, and that `terms` describes. Where the
-// terms cost more than their additions, one block too is worth the vectors of a wide level.
-template <cost most = cost::additions, class Term, class T>
-[[gnu::always_inline]] inline auto blocked_sums(index points, Term term,
-                                                const lane_terms<T>& terms) noexcept {
-  if (points >= worth_a_pass) {
-    const auto* const table = current_lane_sums<T>();
-    return table != nullptr ? sum_in_lanes(points, term, terms, table->*terms.kernel)
-                            : sum_without_vectors(points, term, terms.y);
-  }
-  constexpr index tile = 16;
-  decltype(term(index())) total{};
-  if (most == cost::terms && points > isa::short_run && isa::current() != isa::level::baseline) {
-    isa::run([points, term, &total] { add_in_turn<tile>(0, points, term, total); });
+// Sum by sum: sums copied as a whole would be in memory, those of a short record too, and reading two of them
+// at once waits for each to be written.
+template <std::size_t count>
+[[gnu::always_inline]] inline void assign(sums<count>& to, const sums<count>& from) noexcept {
+  for (std::size_t k = 0; k < count; ++k) to[k] = from[k];
+}
+
+// The sums over i = 0 .. points - 1 of the terms that term(i) gives, and that the lane_terms of `describe`
+// describe: put together only for a kernel, as that takes the time of some points.
+template <class Term, class Describe>
+[[gnu::always_inline]] inline auto blocked_sums(index points, Term term, Describe describe) noexcept {
+  decltype(term(index())) total;
+  if (points <= sum_block) [[likely]] {
+    assign(total, sum_block_of(0, points, term));
   } else {
-    add_in_turn<1>(0, points, term, total);
+    assign(total, sum_many_blocks(points, term, describe()));
   }
+  return total;
+}
+
+inline constexpr std::false_type without_limits{};
+inline constexpr std::true_type with_limits{};
+
+template <class Term, class Describe>
+[[gnu::noinline]] auto sum_with_limits(index points, Term term, Describe describe) noexcept {
+  return blocked_sums(
+      points, [term](index i) { return term(i, with_limits); }, describe);
+}
+
+// The same for term(i, limits) of samples limited to -huge .. huge, which adds their squares to the sums
+// `of_squares`. These only grow: below huge^2, no sample was beyond the limits, and the sums made without
+// looking at any are those of the definition.
+template <std::size_t... of_squares, class Term, class Describe>
+[[gnu::always_inline]] inline auto limited_sums(index points, double huge, Term term,
+                                                Describe describe) noexcept {
+  auto total = blocked_sums(
+      points, [term](index i) { return term(i, without_limits); }, describe);
+  const bool within = ((total[of_squares] < huge * huge) && ...);
+  if (!within) [[unlikely]]
+    assign(total, sum_with_limits(points, term, describe));
   return total;
 }
 

@@ -170,7 +170,6 @@ template <class T>
 constexpr kernels::lane_sum_table<T> table = {
     .samples = sum_lanes<sample, T>,
     .points = sum_lanes<point, T>,
-    .limited = sum_lanes<limited_sample, T>,
     .squares = sum_deviations<square, T>,
     .point_squares = sum_deviations<point_square, T>,
     .deviations = sum_deviations<deviation, T>,
@@ -180,7 +179,7 @@ constexpr kernels::lane_sum_table<T> table = {
     .line = sum_deviations<line, T>,
     .point_line = sum_deviations<point_line, T>,
     .reciprocals = sum_lanes<reciprocal, T>,
-    .point_reciprocals = sum_lanes<point_reciprocal, T>,
+    .point_reciprocals = sum_deviations<point_reciprocal, T>,
     .products = sum_products,
     .point_products = sum_lanes<point_product, T>,
     .mixed_products = sum_lanes<mixed_product, T>,

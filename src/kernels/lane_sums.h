@@ -36,7 +36,6 @@ using lane_sums = void (*)(const lane_points_of<T>&, const term_constants&, lane
 template <class T> struct lane_sum_table {
   lane_sums<T> samples;            // x
   lane_sums<T> points;             // re, im
-  lane_sums<T> limited;            // x within the limits
   lane_sums<T> squares;            // x^2, x within the limits
   lane_sums<T> point_squares;      // re^2 + im^2, each within the limits
   lane_sums<T> deviations;         // d = x - centre within the limits, d^2
@@ -46,7 +45,7 @@ template <class T> struct lane_sum_table {
   lane_sums<T> line;               // d, e, d^2, e^2, d e, for d of the time and e of the sample
   lane_sums<T> point_line;         // the same for d of re and e of im
   lane_sums<T> reciprocals;        // 1 / x
-  lane_sums<T> point_reciprocals;  // re, im of 1 / z, re and im within the limits
+  lane_sums<T> point_reciprocals;  // re, im of 1 / z, re^2 + im^2, re and im within the limits
   lane_sums<T> products;           // x y
   lane_sums<T> point_products;     // re, im of x y
   lane_sums<T> mixed_products;     // the same for y real

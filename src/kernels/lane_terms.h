@@ -52,30 +52,10 @@ struct point {
   }
 };
 
-struct limited_sample {
-  static constexpr int sums = 1, x_rows = 1, y_rows = 0;
-  SIGPAK_INLINE static void add(row* s, const row* x, const row*, const constants& c) {
-    s[0] = s[0] + c.limited(x[0]);
-  }
-};
-
 struct reciprocal {
   static constexpr int sums = 1, x_rows = 1, y_rows = 0;
   SIGPAK_INLINE static void add(row* s, const row* x, const row*, const constants&) {
     s[0] = s[0] + splat<row>(1.0) / x[0];
-  }
-};
-
-// The factor 1 / |z|^2 is kept finite; of 0 it is huge.
-struct point_reciprocal {
-  static constexpr int sums = 2, x_rows = 2, y_rows = 0;
-  SIGPAK_INLINE static void add(row* s, const row* z, const row*, const constants& c) {
-    const row re = c.limited(z[0]);
-    const row im = c.limited(z[1]);
-    const row q = re * re + im * im;
-    const row factor = where_positive(q, smaller(splat<row>(__DBL_MAX__), splat<row>(1.0) / q), c.huge);
-    s[0] = s[0] + re * factor;
-    s[1] = s[1] - im * factor;
   }
 };
 
@@ -125,6 +105,21 @@ template <bool limits> struct point_square {
     const row re = deviation_of<limits>(z[0], c);
     const row im = deviation_of<limits>(z[1], c);
     s[0] = s[0] + (re * re + im * im);
+  }
+};
+
+// The factor 1 / |z|^2 is kept finite; of 0 it is huge.
+template <bool limits> struct point_reciprocal {
+  static constexpr int sums = 3, x_rows = 2, y_rows = 0;
+  static constexpr int of_squares[] = {2};
+  SIGPAK_INLINE static void add(row* s, const row* z, const row*, const constants& c) {
+    const row re = deviation_of<limits>(z[0], c);
+    const row im = deviation_of<limits>(z[1], c);
+    const row q = re * re + im * im;
+    const row factor = where_positive(q, smaller(splat<row>(__DBL_MAX__), splat<row>(1.0) / q), c.huge);
+    s[0] = s[0] + re * factor;
+    s[1] = s[1] - im * factor;
+    s[2] = s[2] + q;
   }
 };
 

@@ -58,9 +58,12 @@ template <class T> bool contains_zero(const T* x, index points) noexcept {
 template <record V> double harmonic_mean_of_real(const V* v) noexcept {
   const scalar<V>* const x = v->data;
   const index points = length(v);
-  const auto [s] = blocked_sums<cost::terms>(
+  const auto [s] = blocked_sums(
       points, [x](index i) { return sums<1>{1.0 / wide(x[i])}; },
-      lane_terms<scalar<V>>{.kernel = &kernels::lane_sum_table<scalar<V>>::reciprocals, .x = x});
+      [x] {
+        using T = scalar<V>;
+        return lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::reciprocals, .x = x, .blocks = 4};
+      });
   if (points == 0 || (!std::isfinite(s) && contains_zero(x, points))) return 0;
   return s != 0 ? static_cast<double>(points) / s : wide_huge<scalar<V>>;
 }
@@ -73,18 +76,22 @@ template <class T> constexpr double reciprocal_of_square(double q) noexcept {
 template <record V> status store_harmonic_mean_of_complex(const V* v, V* result) noexcept {
   using T = scalar<V>;
   const T* const z = v->data;
-  const auto [re, im] = blocked_sums<cost::terms>(
-      length(v),
-      [z](index i) {
-        const double x = limited<T>(wide(z[2 * i]));
-        const double y = limited<T>(wide(z[2 * i + 1]));
-        const double r = reciprocal_of_square<T>(x * x + y * y);
-        return sums<2>{x * r, -(y * r)};
+  const auto [re, im, squares] = limited_sums<2>(
+      length(v), wide_huge<T>,
+      [z](index i, auto limits) {
+        const double x = limited<T>(wide(z[2 * i]), limits);
+        const double y = limited<T>(wide(z[2 * i + 1]), limits);
+        const double q = x * x + y * y;
+        const double r = reciprocal_of_square<T>(q);
+        return sums<3>{x * r, -(y * r), q};
       },
-      lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::point_reciprocals,
-                    .x = z,
-                    .width = 2,
-                    .constants = {.huge = wide_huge<T>}});
+      [z] {
+        return lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::point_reciprocals,
+                             .x = z,
+                             .width = 2,
+                             .constants = {.huge = wide_huge<T>},
+                             .blocks = 3};
+      });
   const double factor = static_cast<double>(length(v)) * reciprocal_of_square<T>(re * re + im * im);
   return store(result, factor * re, -(factor * im));
 }

@@ -12,8 +12,8 @@
 namespace sigpak {
 namespace {
 
-template <class T> constexpr double deviation(T x, double from) noexcept {
-  return limited<T>(wide(x) - from);
+template <class T, class Limits> constexpr double deviation(T x, double from, Limits limits) noexcept {
+  return limited<T>(wide(x) - from, limits);
 }
 
 template <class T>
@@ -22,18 +22,23 @@ lane_terms<T> deviations(kernels::lane_sums<T> kernels::lane_sum_table<T>::*kern
   return {kernel, x, 1, {.centre = centre, .huge = wide_huge<T>}};
 }
 
+// Of d and d^2.
+template <class T> auto deviation_sums(const T* x, index points, double from) noexcept {
+  return limited_sums<1>(
+      points, wide_huge<T>,
+      [x, from](index i, auto limits) {
+        const double d = deviation(x[i], from, limits);
+        return sums<2>{d, d * d};
+      },
+      [x, from] { return deviations(&kernels::lane_sum_table<T>::deviations, x, from); });
+}
+
 template <record V> double variance_of_real(const V* v, double reciprocal) noexcept {
   using T = scalar<V>;
   const T* const x = v->data;
   const index points = length(v);
   const double c = wide(centre(x, points, 1));
-  const auto [s1, s2] = blocked_sums<cost::terms>(
-      points,
-      [x, c](index i) {
-        const double d = deviation(x[i], c);
-        return sums<2>{d, d * d};
-      },
-      deviations(&kernels::lane_sum_table<T>::deviations, x, c));
+  const auto [s1, s2] = deviation_sums(x, points, c);
   const double m1 = s1 * reciprocal;
   return s2 * reciprocal - m1 * m1;
 }
@@ -44,17 +49,20 @@ template <record V> double variance_of_complex(const V* v, double reciprocal) no
   const index points = length(v);
   const double c_re = wide(centre(z, points, 2));
   const double c_im = wide(centre(z + 1, points, 2));
-  const auto [re1, re2, im1, im2] = blocked_sums<cost::terms>(
-      points,
-      [=](index i) {
-        const double re = deviation(z[2 * i], c_re);
-        const double im = deviation(z[2 * i + 1], c_im);
+  const auto [re1, re2, im1, im2] = limited_sums<1, 3>(
+      points, wide_huge<T>,
+      [=](index i, auto limits) {
+        const double re = deviation(z[2 * i], c_re, limits);
+        const double im = deviation(z[2 * i + 1], c_im, limits);
         return sums<4>{re, re * re, im, im * im};
       },
-      lane_terms<T>{&kernels::lane_sum_table<T>::point_deviations,
-                    z,
-                    2,
-                    {.centre = c_re, .centre_im = c_im, .huge = wide_huge<T>}});
+      [=] {
+        return lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::point_deviations,
+                             .x = z,
+                             .width = 2,
+                             .constants = {.centre = c_re, .centre_im = c_im, .huge = wide_huge<T>},
+                             .blocks = 3};
+      });
   const double m_re = re1 * reciprocal;
   const double m_im = im1 * reciprocal;
   return re2 * reciprocal + im2 * reciprocal - m_re * m_re - m_im * m_im;
@@ -92,13 +100,13 @@ template <record V> double skewness(const V* v) noexcept {
   const index points = length(v);
   if (points == 0) return 0;
   const double c = wide(centre(x, points, 1));
-  const auto [s1, s2, s3] = blocked_sums<cost::terms>(
-      points,
-      [x, c](index i) {
-        const double d = deviation(x[i], c);
+  const auto [s1, s2, s3] = limited_sums<1>(
+      points, wide_huge<T>,
+      [x, c](index i, auto limits) {
+        const double d = deviation(x[i], c, limits);
         return sums<3>{d, d * d, d * d * d};
       },
-      deviations(&kernels::lane_sum_table<T>::cubed_deviations, x, c));
+      [x, c] { return deviations(&kernels::lane_sum_table<T>::cubed_deviations, x, c); });
   const double reciprocal = 1.0 / static_cast<double>(points);
   const double m1 = s1 * reciprocal;
   const double m2 = s2 * reciprocal;
@@ -117,18 +125,14 @@ template <record V> double excess_kurtosis(const V* v) noexcept {
   const index points = length(v);
   if (points == 0) return -of_normal;
   const auto n = static_cast<double>(points);
-  using table = kernels::lane_sum_table<T>;
-  const auto [total] = blocked_sums<cost::terms>(
-      points, [x](index i) { return sums<1>{limited<T>(wide(x[i]))}; },
-      lane_terms<T>{&table::limited, x, 1, {.huge = wide_huge<T>}});
-  const double mean = total / n;
-  const auto [s2, s4] = blocked_sums<cost::terms>(
-      points,
-      [x, mean](index i) {
-        const double d = deviation(x[i], mean);
+  const double mean = deviation_sums(x, points, 0)[0] / n;
+  const auto [s2, s4] = limited_sums<0>(
+      points, wide_huge<T>,
+      [x, mean](index i, auto limits) {
+        const double d = deviation(x[i], mean, limits);
         return sums<2>{d * d, d * d * (d * d)};
       },
-      deviations(&table::fourth_deviations, x, mean));
+      [x, mean] { return deviations(&kernels::lane_sum_table<T>::fourth_deviations, x, mean); });
   const double m2 = s2 / n;
   const double m4 = s4 / n;
   if (m2 * m2 != 0) return m4 / (m2 * m2) - of_normal;

@@ -18,18 +18,18 @@ struct pair_sums {
   double x, y, xx, yy, xy;
 };
 
-template <class T, class Pair>
-pair_sums sum_pairs(index points, double x_centre, double y_centre, Pair pair,
-                    const lane_terms<T>& terms) noexcept {
-  const auto [x, y, xx, yy, xy] = blocked_sums<cost::terms>(
-      points,
-      [=](index i) {
+template <class T, class Pair, class Describe>
+[[gnu::always_inline]] inline pair_sums sum_pairs(index points, double x_centre, double y_centre, Pair pair,
+                                                  Describe describe) noexcept {
+  const auto [x, y, xx, yy, xy] = limited_sums<2, 3>(
+      points, wide_huge<T>,
+      [=](index i, auto limits) {
         const auto [px, py] = pair(i);
-        const double dx = limited<T>(px - x_centre);
-        const double dy = limited<T>(py - y_centre);
+        const double dx = limited<T>(px - x_centre, limits);
+        const double dy = limited<T>(py - y_centre, limits);
         return sums<5>{dx, dy, dx * dx, dy * dy, dx * dy};
       },
-      terms);
+      describe);
   return {static_cast<double>(points), x_centre, y_centre, x, y, xx, yy, xy};
 }
 
@@ -42,20 +42,30 @@ template <class T> pair_sums sum_list(const T* z, index points) noexcept {
       [z](index i) {
         return sums<2>{wide(z[2 * i]), wide(z[2 * i + 1])};
       },
-      {&kernels::lane_sum_table<T>::point_line, z, 2, {.centre = x, .centre_im = y, .huge = wide_huge<T>}});
+      [=] {
+        return lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::point_line,
+                             .x = z,
+                             .width = 2,
+                             .constants = {.centre = x, .centre_im = y, .huge = wide_huge<T>},
+                             .blocks = 3};
+      });
 }
 
 // Samples against their times.
 template <class T> pair_sums sum_samples(const T* samples, index points, double step) noexcept {
   const double x = static_cast<double>(points - 1) * step * 0.5;
   const double y = wide(centre(samples, points, 1));
-  return sum_pairs<T>(points, x, y,
-                      [samples, step](index i) {
-                        return sums<2>{static_cast<double>(i) * step, wide(samples[i])};
-                      },
-                      {.kernel = &kernels::lane_sum_table<T>::line,
-                       .x = samples,
-                       .constants = {.centre = y, .centre_im = x, .huge = wide_huge<T>, .step = step}});
+  return sum_pairs<T>(
+      points, x, y,
+      [samples, step](index i) {
+        return sums<2>{static_cast<double>(i) * step, wide(samples[i])};
+      },
+      [=] {
+        return lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::line,
+                             .x = samples,
+                             .constants = {.centre = y, .centre_im = x, .huge = wide_huge<T>, .step = step},
+                             .blocks = 3};
+      });
 }
 
 template <record V> pair_sums sum_record(const V* v) noexcept {
@@ -84,6 +94,30 @@ struct variable {
   double mean, variance;
 };
 
+struct pair_moments {
+  variable x, y;
+  double covariance;
+};
+
+pair_moments moments_of(const pair_sums& s) noexcept {
+  const double reciprocal = 1 / s.n;
+  const double u = s.x * reciprocal;
+  const double w = s.y * reciprocal;
+  return {{u + s.x_centre, spread(s.xx * reciprocal, u, s.n)},
+          {w + s.y_centre, spread(s.yy * reciprocal, w, s.n)},
+          s.xy * reciprocal - u * w};
+}
+
+struct line {
+  double slope, intercept;
+};
+
+template <class T> line fit(variable predictor, variable response, double covariance) noexcept {
+  if (predictor.variance == 0) return {wide_huge<T>, wide_huge<T>};
+  const double slope = 1 / predictor.variance * covariance;
+  return {slope, response.mean - slope * predictor.mean};
+}
+
 // The seven numbers of the line of `response` on `predictor`.
 template <class T>
 void describe_line(variable predictor, variable response, double covariance, double r, double n,
@@ -92,13 +126,13 @@ void describe_line(variable predictor, variable response, double covariance, dou
   const auto [mean, variance] = predictor;
   const bool vertical = variance == 0;
   const double freedom = n < 3 ? 0.0 : n / (n - 2);
-  const double slope = 1 / variance * covariance;
   const double unexplained = response.variance * (1 - r * r);
   const double residual = freedom * (unexplained < 0 ? 0.0 : unexplained);
   const double slope_variance = vertical ? freedom * most : residual / (n * variance);
   const double mean_square = mean * mean + variance;
-  out[0] = vertical ? most : slope;
-  out[1] = vertical ? most : response.mean - slope * mean;
+  const auto [slope, intercept] = fit<T>(predictor, response, covariance);
+  out[0] = slope;
+  out[1] = intercept;
   out[2] = residual;
   out[3] = slope_variance;
   out[4] = slope_variance * mean_square;
@@ -113,12 +147,7 @@ template <class T> table describe(const pair_sums& s) noexcept {
     out[8] = out[14] = s.x + s.x_centre;
     return out;
   }
-  const double reciprocal = 1 / s.n;
-  const double u = s.x * reciprocal;
-  const double w = s.y * reciprocal;
-  const variable x{u + s.x_centre, spread(s.xx * reciprocal, u, s.n)};
-  const variable y{w + s.y_centre, spread(s.yy * reciprocal, w, s.n)};
-  const double covariance = s.xy * reciprocal - u * w;
+  const auto [x, y, covariance] = moments_of(s);
   const double r = correlation(covariance, x.variance, y.variance);
   const double sample_factor = s.n / (s.n - 1);
   describe_line<T>(x, y, covariance, r, s.n, &out[0]);
@@ -132,10 +161,24 @@ template <class T> table describe(const pair_sums& s) noexcept {
   return out;
 }
 
-template <record V> status regress(const V* v, V* result, index entries) noexcept {
+template <class T> line least_squares(const pair_sums& s) noexcept {
+  if (s.n < 2) return {0, s.y + s.y_centre};
+  const auto [x, y, covariance] = moments_of(s);
+  return fit<T>(x, y, covariance);
+}
+
+template <record V> status regress(const V* v, V* result) noexcept {
+  const auto [slope, intercept] = least_squares<scalar<V>>(sum_record(v));
+  if (prepare_result(result, 2, false) != ok) return failed;
+  result->data[0] = static_cast<scalar<V>>(slope);
+  result->data[1] = static_cast<scalar<V>>(intercept);
+  return ok;
+}
+
+template <record V> status regress_both_ways(const V* v, V* result) noexcept {
   const table found = describe<scalar<V>>(sum_record(v));
-  if (prepare_result(result, entries, false) != ok) return failed;
-  std::transform(found.begin(), found.begin() + entries, result->data,
+  if (prepare_result(result, static_cast<index>(found.size()), false) != ok) return failed;
+  std::transform(found.begin(), found.end(), result->data,
                  [](double x) { return static_cast<scalar<V>>(x); });
   return ok;
 }
@@ -145,8 +188,8 @@ template <record V> status regress(const V* v, V* result, index entries) noexcep
 
 using namespace sigpak;
 
-int32_t dsps_lin_regres(const dsp_vec* v, dsp_vec* result) { return regress(v, result, 2); }
-int32_t dspfs_lin_regres(const dspf_vec* v, dspf_vec* result) { return regress(v, result, 2); }
+int32_t dsps_lin_regres(const dsp_vec* v, dsp_vec* result) { return regress(v, result); }
+int32_t dspfs_lin_regres(const dspf_vec* v, dspf_vec* result) { return regress(v, result); }
 
-int32_t dsps_lin_regres2(const dsp_vec* v, dsp_vec* result) { return regress(v, result, 20); }
-int32_t dspfs_lin_regres2(const dspf_vec* v, dspf_vec* result) { return regress(v, result, 20); }
+int32_t dsps_lin_regres2(const dsp_vec* v, dsp_vec* result) { return regress_both_ways(v, result); }
+int32_t dspfs_lin_regres2(const dspf_vec* v, dspf_vec* result) { return regress_both_ways(v, result); }

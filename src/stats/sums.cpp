@@ -19,33 +19,39 @@ template <record V> status scaled_sum(const V* v, V* result, double factor) noex
         [x](index i) {
           return sums<2>{wide(x[2 * i]), wide(x[2 * i + 1])};
         },
-        lane_terms<T>{.kernel = &table::points, .x = x, .width = 2});
+        [x] { return lane_terms<T>{.kernel = &table::points, .x = x, .width = 2, .blocks = 3}; });
     return store(result, re * factor, im * factor);
   }
   const auto [total] = blocked_sums(
       length(v), [x](index i) { return sums<1>{wide(x[i])}; },
-      lane_terms<T>{.kernel = &table::samples, .x = x});
+      [x] { return lane_terms<T>{.kernel = &table::samples, .x = x}; });
   return store(result, total * factor);
 }
 
-template <class T> constexpr double clamped_square(T x) noexcept {
-  const double part = limited<T>(wide(x));
+template <class T, class Limits> constexpr double clamped_square(T x, Limits limits) noexcept {
+  const double part = limited<T>(wide(x), limits);
   return part * part;
 }
 
 template <record V> double sum_of_squares(const V* v) noexcept {
   using T = scalar<V>;
   using table = kernels::lane_sum_table<T>;
-  constexpr kernels::term_constants limits = {.huge = wide_huge<T>};
   const T* const x = v->data;
   if (is_complex(v)) {
-    return blocked_sums<cost::terms>(
-        length(v), [x](index i) { return sums<1>{clamped_square(x[2 * i]) + clamped_square(x[2 * i + 1])}; },
-        lane_terms<T>{.kernel = &table::point_squares, .x = x, .width = 2, .constants = limits})[0];
+    return limited_sums<0>(
+        length(v), wide_huge<T>,
+        [x](index i, auto limits) {
+          return sums<1>{clamped_square(x[2 * i], limits) + clamped_square(x[2 * i + 1], limits)};
+        },
+        [x] {
+          return lane_terms<T>{&table::point_squares, x, 2, {.huge = wide_huge<T>}};
+        })[0];
   }
-  return blocked_sums<cost::terms>(
-      length(v), [x](index i) { return sums<1>{clamped_square(x[i])}; },
-      lane_terms<T>{&table::squares, x, 1, limits})[0];
+  return limited_sums<0>(
+      length(v), wide_huge<T>, [x](index i, auto limits) { return sums<1>{clamped_square(x[i], limits)}; },
+      [x] {
+        return lane_terms<T>{&table::squares, x, 1, {.huge = wide_huge<T>}};
+      })[0];
 }
 
 template <record V> status sum_squared_magnitudes(const V* v, V* result) noexcept {
