@@ -88,27 +88,5 @@ TYPED_TEST(Means, HarmonicMeanOfManyBlocks) {
   }
 }
 
-TYPED_TEST(Means, MedianIsTheMiddleOfTheSortedCopy) {
-  using V = TypeParam;
-  for (const index n : edge_sizes()) {
-    if (n == 0) continue;
-    samples<V> x = noise<V>(n, 11);
-    const signal<V> v(x);
-    const auto got = result_of<V>(TWIN(s_median), v);
-    EXPECT_EQ(v.values(), x) << "the input stays";
-    std::sort(x.begin(), x.end());
-    const auto middle = static_cast<std::size_t>(n / 2);
-    const double wanted = n % 2 != 0 ? wide(x[middle]) : (wide(x[middle - 1]) + wide(x[middle])) * 0.5;
-    EXPECT_EQ(got, samples<V>{static_cast<scalar<V>>(wanted)});
-  }
-  const signal<V> pairs({3, 0, 0, -3, 1, 1, 0, 9}, true);
-  EXPECT_EQ(result_of<V>(TWIN(s_median), pairs), (samples<V>{1.5, -1.5}))
-      << "(0, -3) and (3, 0), by magnitude";
-  signal<V> out{9};
-  const failing_records<V> none(0);
-  EXPECT_EQ(TWIN(s_median)(&pairs, &out), -1);
-  EXPECT_EQ(out.values(), samples<V>{9}) << "without memory the result stays";
-}
-
 }  // namespace
 }  // namespace sigpak::test

@@ -3,6 +3,7 @@
 
 #include <cstring>
 
+#include "support/failing.h"
 #include "support/signal.h"
 
 namespace sigpak::test {
@@ -47,6 +48,19 @@ TYPED_TEST(Median, IsTheMiddleOfTheSortedPoints) {
           << n << ' ' << kind << ' ' << expected << ' ' << out.data[0];
     }
   }
+}
+
+TYPED_TEST(Median, OfComplexPointsIsByMagnitudeAndNeedsMemory) {
+  using V = TypeParam;
+  const signal<V> pairs({3, 0, 0, -3, 1, 1, 0, 9}, true);
+  signal<V> out{9};
+  {
+    const failing_records<V> none(0);
+    EXPECT_EQ(TWIN(s_median)(&pairs, &out), -1);
+    EXPECT_EQ(out.values(), samples<V>{9}) << "without memory the result stays";
+  }
+  EXPECT_EQ(TWIN(s_median)(&pairs, &out), 0);
+  EXPECT_EQ(out.values(), (samples<V>{1.5, -1.5})) << "(0, -3) and (3, 0)";
 }
 
 }  // namespace
