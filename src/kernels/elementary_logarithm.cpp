@@ -29,10 +29,11 @@ template <class T> struct logarithm_of {
   }
 };
 
-// value * (hi + lo of the scale), rounded once.
+// value * (hi + lo of the scale), rounded once. The corrections of a zero are subtracted, as +0: it keeps its
+// sign.
 SIGPAK_INLINE real scaled(parts value, double hi, double lo) {
   const real top = value.hi * all(hi);
-  return top + (fms(value.hi, all(hi), top) + fma(value.hi, all(lo), value.lo * all(hi)));
+  return top - (fnma(value.hi, all(hi), top) - fma(value.hi, all(lo), value.lo * all(hi)));
 }
 
 template <class T> struct scaled_logarithm_of {

@@ -320,6 +320,23 @@ TYPED_TEST(UnaryGuard, DecibelsScaleTheLogarithmAndItsFloor) {
                                     T(40 * e::log10_i)}));
 }
 
+TYPED_TEST(UnaryGuard, DecibelsGiveZeroTheSignOfItsFactors) {
+  using V = TypeParam;
+  using T = scalar<V>;
+  for (const T factor : {T(-1.25), T(1.25)}) {
+    const T zero = std::copysign(T(0), factor);
+    signal<V> v{1};
+    ASSERT_EQ(TWIN(i_db)(&v, factor), 0);
+    EXPECT_TRUE(same(v.data[0], zero)) << factor;
+    signal<V> z({1, 0, 2, -0.0, 1e3, 0}, true);
+    ASSERT_EQ(TWIN(i_db)(&z, factor), 0);
+    EXPECT_TRUE(same(z.data[0], zero)) << factor;
+    EXPECT_TRUE(same(z.data[1], zero)) << factor;
+    EXPECT_TRUE(same(z.data[3], -zero)) << factor;
+    EXPECT_TRUE(same(z.data[5], zero)) << factor;
+  }
+}
+
 TYPED_TEST(UnaryGuard, LimitTakesItsBoundsInEitherOrder) {
   using V = TypeParam;
   using T = scalar<V>;
