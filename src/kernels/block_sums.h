@@ -5,6 +5,7 @@
 #include <concepts>
 #include <cstdint>
 #include <type_traits>
+#include <utility>
 
 #include "core/blocks.h"
 #include "core/isa.h"
@@ -218,11 +219,14 @@ template <class Term, class T>
                           : sum_without_vectors(points, term, terms.y);
 }
 
-// Sum by sum: sums copied as a whole would be in memory, those of a short record too, and reading two of them
-// at once waits for each to be written.
+// Sum by sum, and not by a loop, which is a copy of the whole to the compiler: sums copied as a whole would
+// be in memory, those of a short record too, and reading two of them at once waits for each to be written.
 template <std::size_t count>
 [[gnu::always_inline]] inline void assign(sums<count>& to, const sums<count>& from) noexcept {
-  for (std::size_t k = 0; k < count; ++k) to[k] = from[k];
+  [&]<std::size_t... k>(std::index_sequence<k...>) __attribute__((always_inline)) {
+    ((to[k] = from[k]), ...);
+  }
+  (std::make_index_sequence<count>{});
 }
 
 // The sums over i = 0 .. points - 1 of the terms that term(i) gives, and that the lane_terms of `describe`
