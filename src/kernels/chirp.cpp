@@ -1,6 +1,8 @@
 // The tables of the wide chirp transform of the last length, and which kernel runs.
 #include "kernels/chirp.h"
 
+#include <algorithm>
+
 #include "core/isa.h"
 #include "core/memory.h"
 #include "kernels/chirp_passes.h"
@@ -21,11 +23,6 @@ template <class T> const chirp_kernels<T>& kernels_of(isa::level level) noexcept
   }
 }
 
-root product(root a, root b) noexcept {
-  return {a.cosine * b.cosine - a.sine * b.sine, a.sine * b.cosine + a.cosine * b.sine};
-}
-root conjugate(root a) noexcept { return {a.cosine, -a.sine}; }
-
 // Memory for the making of tables, freed at the end of its scope.
 template <class T> class passing_table {
  public:
@@ -44,11 +41,6 @@ template <class T> T* lane_at(T* vectors, int lanes, index lane) noexcept {
   const index inside = lane & (lanes - 1);
   return vectors + 2 * (lane - inside) + inside;
 }
-template <class T> void put(T* vectors, int lanes, index lane, root value) noexcept {
-  T* const at = lane_at(vectors, lanes, lane);
-  at[0] = static_cast<T>(value.cosine);
-  at[lanes] = static_cast<T>(value.sine);
-}
 
 // Everything that the passes need, out of the roots of twice the points of the circle.
 template <class T>
@@ -58,13 +50,13 @@ void build_passes(fft_plan<T>& over, carver& memory, const roots* w, index point
   for (const int inverse : {0, 1}) {
     T* const first = memory.take<T>(1 + 2 * broadcasts(over, 0));
     over.first[inverse] = first;
-    const long double scale = inverse != 0 ? 1 : 1 / static_cast<long double>(points);
+    const factor scale(inverse != 0 ? 1 : 1 / static_cast<long double>(points));
     if (w != nullptr) fill_first(first, among, *w, scale);
   }
   for (int pass = 1; pass < over.passes - 1; ++pass) {
     T* const table = memory.take<T>(2 * broadcasts(over, pass));
     over.twiddles[pass] = table;
-    if (w != nullptr) fill_pass(table, among, pass, *w, 1);
+    if (w != nullptr) fill_pass(table, among, pass, *w, factor(1));
   }
 }
 
@@ -76,8 +68,8 @@ template <class T> void fill_turns(T* out, const fft_plan<T>& over, const roots&
       for (index l = 1; l < pairs; ++l) {
         const root r = w[2 * l * kb];
         T* const to = out + 2 * (pairs * (l - 1) + p);
-        to[0] = static_cast<T>(r.cosine);
-        to[1] = static_cast<T>(r.sine);
+        to[0] = static_cast<T>(rounded(r.cosine));
+        to[1] = static_cast<T>(rounded(r.sine));
       }
     }
   }
@@ -90,69 +82,133 @@ template <class T> index scratch_of(const fft_plan<T>& over) noexcept {
   return 2 * over.lanes * over.stride * over.radix[0];
 }
 
+// The memory of all that roots alone make, filled when `w` is there.
+template <class T> void build_transforms(chirp_plan<T>& plan, carver& memory, const roots* w) noexcept {
+  build_passes(plan.over, memory, w, plan.points);
+  T* const turns = memory.take<T>((plan.over.lanes - 2) * plan.over.vectors);
+  if (w != nullptr) fill_turns(turns, plan.over, *w);
+  plan.turns = turns;
+}
+
 // Those that the squares make.
 template <class T> struct chirp_tables {
   T* chirp;
   T* filter;
 };
 
-// Takes the memory of all tables, and fills those that roots alone make when `w` is there.
-template <class T>
-void build(chirp_plan<T>& plan, chirp_tables<T>& tables, carver& memory, const roots* w) noexcept {
-  fft_plan<T>& over = plan.over;
-  build_passes(over, memory, w, plan.points);
-  T* const turns = memory.take<T>((over.lanes - 2) * over.vectors);
-  if (w != nullptr) fill_turns(turns, over, *w);
-  plan.turns = turns;
-  plan.chirp = tables.chirp = memory.take<T>(2 * chirp_lanes(plan));
-  plan.filter = tables.filter = memory.take<T>(2 * over.lanes * over.vectors);
+template <class T> chirp_tables<T> build(chirp_plan<T>& plan, carver& memory, const roots* w) noexcept {
+  build_transforms(plan, memory, w);
+  const chirp_tables<T> tables = {memory.take<T>(2 * chirp_lanes(plan)),
+                                  memory.take<T>(2 * plan.over.lanes * plan.over.vectors)};
+  plan.chirp = tables.chirp;
+  plan.filter = tables.filter;
+  return tables;
 }
 
-// conj g[m] for m = 0 ... N; beyond, g[m] = g[2 N - m].
-bool fill_squares(root* out, index points) noexcept {
-  const roots w(2 * points);
-  if (!w.good()) return false;
-  for (index m = 0, square = 0; m <= points; ++m) {
-    out[m] = w[square];
-    square += 2 * m + 1;
-    if (square >= 2 * points) square -= 2 * points;
+constexpr index together = 64;
+
+// One part each of neighbouring numbers.
+struct parted_row {
+  double high[together];
+  double low[together];
+
+  [[gnu::always_inline]] void put(index i, parted x) noexcept {
+    high[i] = x.high;
+    low[i] = x.low;
   }
-  return true;
-}
+  parted operator[](index i) const noexcept { return {high[i], low[i]}; }
+};
 
-template <class T>
-void fill_chirp(T* out, const chirp_plan<T>& plan, const root* g, const roots& w) noexcept {
-  const int lanes = plan.over.lanes;
-  for (index i = 0; i < 2 * chirp_lanes(plan); ++i) out[i] = 0;
-  for (index n = 0; n < plan.points; ++n) {
-    const root back = conjugate(g[n]);  // a root is stored as that of the opposite angle
-    put(out, lanes, 2 * n, back);
-    put(out, lanes, 2 * n + 1, product(back, w[n]));
+// Two sequences side by side, as the lanes hold them: the even and the odd bins of the circle.
+struct stretch {
+  parted_row cosine[2];
+  parted_row sine[2];
+};
+
+// conj g[m] and its product with exp(-i pi m / K).
+class squares {
+ public:
+  squares(index points, const roots& of_circle) noexcept
+      : period_(2 * points), of_data_(2 * points), of_circle_(of_circle) {}
+
+  // From m = first on. There is nothing behind m = 2 N - 2.
+  [[gnu::always_inline]] void fill(stretch& out, index first, index count) const noexcept {
+    const index there = std::clamp(period_ - 1 - first, index{0}, count);
+    const auto square = static_cast<double>(first * first % period_);
+    const auto slope = static_cast<double>(2 * first);
+    const auto start = static_cast<double>(first);
+    const roots of_data = of_data_;
+    const roots of_circle = of_circle_;
+    for (std::int32_t i = 0; i < static_cast<std::int32_t>(there); ++i) {
+      const double step = i;
+      const angle even = of_data.angle_of(square + step * (slope + step));
+      const root g = root_at(even);
+      const root turned_g = root_at(even - of_circle.angle_of(start + step));
+      out.cosine[0].put(i, g.cosine);
+      out.sine[0].put(i, g.sine);
+      out.cosine[1].put(i, turned_g.cosine);
+      out.sine[1].put(i, turned_g.sine);
+    }
+    for (const int part : {0, 1}) {
+      for (index i = there; i < count; ++i) {
+        out.cosine[part].put(i, {0, 0});
+        out.sine[part].put(i, {0, 0});
+      }
+    }
+  }
+
+ private:
+  index period_;
+  roots of_data_;
+  roots of_circle_;
+};
+
+template <class T> void put_chirp(T* out, int lanes, index n, const stretch& of, index count) noexcept {
+  for (index i = 0; i < count; ++i) {
+    T* const at = lane_at(out, lanes, 2 * (n + i));
+    for (const int part : {0, 1}) {
+      at[part] = static_cast<T>(rounded(of.cosine[part][i]));
+      at[lanes + part] = static_cast<T>(-rounded(of.sine[part][i]));
+    }
   }
 }
 
-// 1 / (2 K) times the transform of conj g on the circle, whose two halves m and m + K are folded.
+inline void put_sums(double* out, int lanes, const stretch& low, const stretch& high, factor scale,
+                     index count) noexcept {
+  for (index i = 0; i < count; ++i) {
+    double* const at = lane_at(out, lanes, 2 * i);
+    for (const int part : {0, 1}) {
+      at[part] = scale * (low.cosine[part][i] + high.cosine[part][i]);
+      at[lanes + part] = scale * (low.sine[part][i] + high.sine[part][i]);
+    }
+  }
+}
+
+// The chirp, and 1 / (2 K) times conj g on the circle of 2 K points, whose two halves m and m + K are folded:
+// in scratch memory, as the first pass leaves its results.
 template <class T>
-void find_bins(const chirp_plan<T>& plan, const root* g, const roots& w, T* scratch, T* out,
-               isa::level level) noexcept {
-  const fft_plan<T>& over = plan.over;
-  const int lanes = over.lanes;
-  const index last = 2 * plan.points - 2;
-  const auto conj_g = [&](index m) {
-    return m > last ? root{0, 0} : m > plan.points ? g[2 * plan.points - m] : g[m];
-  };
-  const long double scale = 0.5L / static_cast<long double>(over.points);
+void fill_squares(T* chirp, const chirp_plan<T>& plan, double* scratch, const fft_plan<double>& over,
+                  const roots& of_circle) noexcept {
+  for (index i = 0; i < 2 * chirp_lanes(plan); ++i) chirp[i] = 0;
+  const squares of(plan.points, of_circle);
+  const factor scale(0.5L / static_cast<long double>(over.points));
   const index block = over.points / over.radix[0];
-  for (index m = 0; m < over.points; ++m) {
-    const root low = conj_g(m);
-    const root high = conj_g(m + over.points);
-    const root even = {(low.cosine + high.cosine) * scale, (low.sine + high.sine) * scale};
-    const root odd = {(low.cosine - high.cosine) * scale, (low.sine - high.sine) * scale};
-    const index at = m / block * over.stride * lanes + 2 * (m % block);
-    put(scratch, lanes, at, even);
-    put(scratch, lanes, at + 1, product(odd, conjugate(w[m])));
-  }
-  kernels_of<T>(level).spectrum(plan, scratch, out);
+  isa::run([=, points = plan.points, lanes = plan.over.lanes, wide_lanes = over.lanes, all = over.points,
+            step = 2 * over.stride * over.lanes] {
+    double* out = scratch;
+    stretch low;
+    stretch high;
+    for (index start = 0; start < all; start += block, out += step) {
+      for (index i = 0; i < block; i += together) {
+        const index m = start + i;
+        const index count = std::min(together, block - i);
+        of.fill(low, m, count);
+        of.fill(high, m + all, count);
+        put_sums(out + 4 * i, wide_lanes, low, high, scale, count);
+        put_chirp(chirp, lanes, m, low, std::min(count, points - m));
+      }
+    }
+  });
 }
 
 // Calls body(lane, bin) for every bin of the K-point transforms: its even one is in that lane of the filter's
@@ -167,57 +223,54 @@ template <class T, class Body> void for_each_bin(const fft_plan<T>& over, const 
   }
 }
 
-status fill_filter(double* out, const chirp_plan<double>& plan, const root* g, const roots& w,
-                   isa::level level) {
-  double* const scratch = wide_scratch(scratch_of(plan.over), plan.chirp);
+status fill(const chirp_plan<double>& plan, const chirp_tables<double>& tables, const roots& w,
+            isa::level level) noexcept {
+  double* const scratch = wide_scratch(scratch_of(plan.over), tables.chirp);
   if (scratch == nullptr) return failed;
-  find_bins(plan, g, w, scratch, out, level);
+  fill_squares(tables.chirp, plan, scratch, plan.over, w);
+  kernels_of<double>(level).spectrum(plan, scratch, tables.filter);
   return ok;
 }
 
-// By way of doubles, so that it is exact but for its own rounding.
-status fill_filter(float* out, const chirp_plan<float>& plan, const root* g, const roots& w,
-                   isa::level level) {
+// The filter by way of doubles, so that it is exact but for its own rounding.
+status fill(const chirp_plan<float>& plan, const chirp_tables<float>& tables, const roots& w,
+            isa::level level) noexcept {
   chirp_plan<double> wide = {};
   wide.points = plan.points;
   choose_passes(wide.over, plan.over.points, kernels_of<double>(level).widest_lanes);
   const fft_plan<double>& over = wide.over;
-  chirp_tables<double> tables;
+  double* scratch = nullptr;
+  double* filter = nullptr;
+  double* bins = nullptr;
+  const auto build_all = [&](carver& memory, const roots* known) {
+    build_transforms(wide, memory, known);
+    scratch = memory.take<double>(scratch_of(over));
+    filter = memory.take<double>(4 * over.points);
+    bins = memory.take<double>(4 * over.points);
+  };
   carver needed(nullptr);
-  build(wide, tables, needed, nullptr);
-  needed.take<double>(scratch_of(over));
-  needed.take<double>(4 * over.points);
+  build_all(needed, nullptr);
   const passing_table<std::byte> block(needed.taken() + alignment);
   if (block.get() == nullptr) return failed;
   carver memory(align(block.get()));
-  build(wide, tables, memory, &w);
-  find_bins(wide, g, w, memory.take<double>(scratch_of(over)), tables.filter, level);
-  auto* const bins = memory.take<double>(4 * over.points);
+  build_all(memory, &w);
+  fill_squares(tables.chirp, plan, scratch, over, w);
+  kernels_of<double>(level).spectrum(wide, scratch, filter);
   for_each_bin(over, [&](index lane, index bin) {
-    const double* const at = lane_at(tables.filter, over.lanes, lane);
+    const double* const at = lane_at(filter, over.lanes, lane);
     for (index part = 0; part < 2; ++part) {
       bins[4 * bin + part] = at[part];
       bins[4 * bin + 2 + part] = at[over.lanes + part];
     }
   });
   for_each_bin(plan.over, [&](index lane, index bin) {
-    float* const at = lane_at(out, plan.over.lanes, lane);
+    float* const at = lane_at(tables.filter, plan.over.lanes, lane);
     for (index part = 0; part < 2; ++part) {
       at[part] = static_cast<float>(bins[4 * bin + part]);
       at[plan.over.lanes + part] = static_cast<float>(bins[4 * bin + 2 + part]);
     }
   });
   return ok;
-}
-
-template <class T> status fill(chirp_plan<T>& plan, carver& memory, isa::level level) noexcept {
-  const roots w(2 * plan.over.points);
-  const passing_table<root> g(plan.points + 1);
-  if (!w.good() || g.get() == nullptr || !fill_squares(g.get(), plan.points)) return failed;
-  chirp_tables<T> tables;
-  build(plan, tables, memory, &w);
-  fill_chirp(tables.chirp, plan, g.get(), w);
-  return fill_filter(tables.filter, plan, g.get(), w, level);
 }
 
 template <class T> struct kept_plan {
@@ -234,13 +287,14 @@ template <class T> status keep(index points, isa::level level) noexcept {
   chirp_plan<T> plan = {};
   plan.points = points;
   choose_circle(plan.over, points, kernels.widest_lanes, kernels.narrowest_lanes);
-  chirp_tables<T> tables;
   carver needed(nullptr);
-  build(plan, tables, needed, nullptr);
+  build(plan, needed, nullptr);
   std::byte* const block = allocate_table<std::byte>(needed.taken() + alignment);
   if (block == nullptr) return failed;
   carver memory(align(block));
-  if (fill(plan, memory, level) != ok) {
+  const roots w(2 * plan.over.points);
+  const chirp_tables<T> tables = build(plan, memory, &w);
+  if (fill(plan, tables, w, level) != ok) {
     free_table(block);
     return failed;
   }

@@ -35,8 +35,8 @@ template <class T> void fill_by_group(T* out, const fft_plan<T>& plan, const roo
     for (index l = 1; l < lanes; ++l, out += 2 * lanes) {
       for (int p = 0; p < lanes; ++p) {
         const root r = w[l * (kb + point_at<T>(p, lanes))];
-        out[p] = static_cast<T>(r.cosine);
-        out[lanes + p] = static_cast<T>(r.sine);
+        out[p] = static_cast<T>(rounded(r.cosine));
+        out[lanes + p] = static_cast<T>(rounded(r.sine));
       }
     }
   }
@@ -44,25 +44,25 @@ template <class T> void fill_by_group(T* out, const fft_plan<T>& plan, const roo
 
 // One vector of twiddles for all lanes.
 template <class T>
-T* fill_lanes(T* out, const fft_plan<T>& plan, index kb, const roots& w, long double scale) noexcept {
+T* fill_lanes(T* out, const fft_plan<T>& plan, index kb, const roots& w, factor scale) noexcept {
   const int lanes = plan.lanes;
   for (int p = 0; p < lanes; ++p) {
     const root r = w[point_at<T>(p, lanes) * kb];
-    out[p] = static_cast<T>(r.cosine * scale);
-    out[lanes + p] = static_cast<T>(r.sine * scale);
+    out[p] = static_cast<T>(scale * r.cosine);
+    out[lanes + p] = static_cast<T>(scale * r.sine);
   }
   return out + 2 * lanes;
 }
 
 // In the order of the places, from one to that so many behind.
 template <class T>
-void fill_by_place(T* out, const fft_plan<T>& plan, index step, const roots& w, long double scale) noexcept {
+void fill_by_place(T* out, const fft_plan<T>& plan, index step, const roots& w, factor scale) noexcept {
   for (index at = 0; at < plan.vectors; at += step) out = fill_lanes(out, plan, output(plan, at), w, scale);
 }
 
 template <class T> void fill_steps(T* out, const fft_plan<T>& plan, const roots& w) noexcept {
   const int radix = plan.radix[plan.passes - 1];
-  for (index k = 1; k < radix; ++k) out = fill_lanes(out, plan, k * (plan.vectors / radix), w, 1);
+  for (index k = 1; k < radix; ++k) out = fill_lanes(out, plan, k * (plan.vectors / radix), w, factor(1));
 }
 
 template <class T> void fill_places(std::uint32_t* start, fft_plan<T>& plan) noexcept {
@@ -75,8 +75,8 @@ template <class T> void fill_places(std::uint32_t* start, fft_plan<T>& plan) noe
 template <class T> void fill_unpack(T* out, const fft_plan<T>& plan, const roots& w) noexcept {
   for (index k = 0; k < plan.vectors; ++k) {
     const root r = w[k * plan.lanes];
-    *out++ = static_cast<T>(r.cosine);
-    *out++ = static_cast<T>(r.sine);
+    *out++ = static_cast<T>(rounded(r.cosine));
+    *out++ = static_cast<T>(rounded(r.sine));
   }
 }
 
@@ -126,21 +126,22 @@ template <class T> plan_tables<T> carve(const fft_plan<T>& plan, data kind, carv
 
 template <class T>
 void fill(fft_plan<T>& plan, data kind, const plan_tables<T>& tables, const roots& w) noexcept {
-  const long double scale = (kind == data::real ? 0.5L : 1.0L) / static_cast<long double>(plan.points);
+  const factor scale((kind == data::real ? 0.5L : 1.0L) / static_cast<long double>(plan.points));
+  const factor none(1);
   if (is_only_pass(plan)) {
     fill_by_place(tables.first[0], plan, 1, w, scale);
-    fill_by_place(tables.first[1], plan, 1, w, 1);
+    fill_by_place(tables.first[1], plan, 1, w, none);
   } else {
     fill_first(tables.first[0], plan, w, scale);
-    fill_first(tables.first[1], plan, w, 1);
+    fill_first(tables.first[1], plan, w, none);
   }
   if (kind == data::real) {
     fill_by_group(tables.last, plan, w);
   } else if (!is_only_pass(plan)) {
-    fill_by_place(tables.last, plan, last_step(plan), w, 1);
+    fill_by_place(tables.last, plan, last_step(plan), w, none);
     if (tables.steps != nullptr) fill_steps(tables.steps, plan, w);
   }
-  for (int pass = 1; pass < plan.passes - 1; ++pass) fill_pass(tables.passes[pass], plan, pass, w, 1);
+  for (int pass = 1; pass < plan.passes - 1; ++pass) fill_pass(tables.passes[pass], plan, pass, w, none);
   fill_places(tables.start, plan);
   if (kind == data::real) {
     fill_unpack(tables.unpack, plan, w);
@@ -180,7 +181,6 @@ template <class T> const fft_plan<T>* find_plan(index points, int lanes, data ki
   needed.take<fft_plan<T>>(1);
   carve(plan, kind, needed);
   const roots w(points);
-  if (!w.good()) return nullptr;
   std::byte* const block = plans<T>.append(key, needed.taken() + alignment);
   if (block == nullptr) return nullptr;
   carver memory(align(block));

@@ -103,12 +103,12 @@ void build_lanes(fft_plan<T>& plan, carver& memory, const roots* w, long double 
                        memory.take<T>(1 + 2 * broadcasts(plan, 0))};
   for (int i = 0; i < 2; ++i) {
     plan.first[i] = first[i];
-    if (w != nullptr) fill_first(first[i], plan, *w, i == 0 ? forward_scale : 1);
+    if (w != nullptr) fill_first(first[i], plan, *w, factor(i == 0 ? forward_scale : 1));
   }
   for (int pass = 1; pass < plan.passes - 1; ++pass) {
     T* const table = memory.take<T>(2 * broadcasts(plan, pass));
     plan.twiddles[pass] = table;
-    if (w != nullptr) fill_pass(table, plan, pass, *w, 1);
+    if (w != nullptr) fill_pass(table, plan, pass, *w, factor(1));
   }
   auto* const start = memory.take<std::uint32_t>(plan.vectors);
   auto* const result = memory.take<std::uint32_t>(plan.vectors / plan.radix[plan.passes - 1]);
@@ -128,8 +128,8 @@ template <class T> void fill_twiddles(T* out, const mixed_plan<T>& plan, const r
     for (index k1 = 0; k1 < plan.over_columns.vectors; ++k1, out += 2 * lanes) {
       for (int p = 0; p < lanes; ++p) {
         const root r = w[(n2 + point_at<T>(p, lanes)) * k1];
-        out[p] = static_cast<T>(r.cosine);
-        out[lanes + p] = static_cast<T>(r.sine);
+        out[p] = static_cast<T>(rounded(r.cosine));
+        out[lanes + p] = static_cast<T>(rounded(r.sine));
       }
     }
   }
@@ -167,7 +167,6 @@ template <class T> const mixed_plan<T>* make_mixed_plan(index points, int widest
   needed.take<mixed_plan<T>>(1);
   build(plan, needed, nullptr);
   const roots w(points);
-  if (!w.good()) return nullptr;
   std::byte* const block = plans<T>.append(points * most_lanes + widest - 1, needed.taken() + alignment);
   if (block == nullptr) return nullptr;
   carver memory(align(block));

@@ -55,14 +55,14 @@ template <class T> index broadcasts(const fft_plan<T>& plan, int pass) noexcept 
 
 // w_L^(i j), i the butterfly and j its output, as cosine and sine.
 template <class T>
-void fill_pass(T* out, const fft_plan<T>& plan, int pass, const roots& w, long double scale) noexcept {
+void fill_pass(T* out, const fft_plan<T>& plan, int pass, const roots& w, factor scale) noexcept {
   const index step = plan.points / plan.block[pass];
   const index count = plan.block[pass] / plan.radix[pass];
   for (index i = 0; i < count; ++i) {
     for (index j = 1; j < plan.radix[pass]; ++j) {
       const root r = w[i * j * step];
-      *out++ = static_cast<T>(r.cosine * scale);
-      *out++ = static_cast<T>(r.sine * scale);
+      *out++ = static_cast<T>(scale * r.cosine);
+      *out++ = static_cast<T>(scale * r.sine);
     }
   }
 }
@@ -80,9 +80,8 @@ template <class T> index output(const fft_plan<T>& plan, index at) noexcept {
   return out;
 }
 
-template <class T>
-void fill_first(T* out, const fft_plan<T>& plan, const roots& w, long double scale) noexcept {
-  out[0] = static_cast<T>(scale);
+template <class T> void fill_first(T* out, const fft_plan<T>& plan, const roots& w, factor scale) noexcept {
+  out[0] = static_cast<T>(scale.value());
   fill_pass(out + 1, plan, 0, w, scale);
 }
 
