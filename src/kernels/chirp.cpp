@@ -119,67 +119,80 @@ struct parted_row {
   parted operator[](index i) const noexcept { return {high[i], low[i]}; }
 };
 
-// Two sequences side by side, as the lanes hold them: the even and the odd bins of the circle.
-struct stretch {
-  parted_row cosine[2];
-  parted_row sine[2];
+struct root_row {
+  parted_row cosine;
+  parted_row sine;
+
+  [[gnu::always_inline]] void put(index i, root r) noexcept {
+    cosine.put(i, r.cosine);
+    sine.put(i, r.sine);
+  }
+  root operator[](index i) const noexcept { return {cosine[i], sine[i]}; }
 };
 
-// conj g[m] and its product with exp(-i pi m / K).
+// conj g[m] and its product with exp(-i pi m / K): the even and the odd bins of the circle, which lie side by
+// side in the lanes.
 class squares {
  public:
   squares(index points, const roots& of_circle) noexcept
       : period_(2 * points), of_data_(2 * points), of_circle_(of_circle) {}
 
-  // From m = first on. There is nothing behind m = 2 N - 2.
-  [[gnu::always_inline]] void fill(stretch& out, index first, index count) const noexcept {
+  // From m = first on. There is nothing behind m = 2 N - 2. All loops but those over the table of coarse
+  // roots run in vectors.
+  [[gnu::always_inline]] void fill(root_row (&out)[2], index first, index count) const noexcept {
     const index there = std::clamp(period_ - 1 - first, index{0}, count);
+    std::int32_t coarse[2][together];
+    double fine[2][together];
+    find_angles(coarse, fine, first, there);
+    for (const int part : {0, 1}) {
+      root_row& row = out[part];
+      for (index i = 0; i < there; ++i) row.put(i, coarse_root(coarse[part][i]));
+      for (index i = 0; i < there; ++i) row.put(i, turned_by(row[i], fine[part][i]));
+      for (index i = there; i < count; ++i) row.put(i, {});
+    }
+  }
+
+ private:
+  [[gnu::always_inline]] void find_angles(std::int32_t (&coarse)[2][together], double (&fine)[2][together],
+                                          index first, index count) const noexcept {
     const auto square = static_cast<double>(first * first % period_);
     const auto slope = static_cast<double>(2 * first);
     const auto start = static_cast<double>(first);
     const roots of_data = of_data_;
     const roots of_circle = of_circle_;
-    for (std::int32_t i = 0; i < static_cast<std::int32_t>(there); ++i) {
-      const double step = i;
+    for (index i = 0; i < count; ++i) {
+      const double step = static_cast<std::int32_t>(i);
       const angle even = of_data.angle_of(square + step * (slope + step));
-      const root g = root_at(even);
-      const root turned_g = root_at(even - of_circle.angle_of(start + step));
-      out.cosine[0].put(i, g.cosine);
-      out.sine[0].put(i, g.sine);
-      out.cosine[1].put(i, turned_g.cosine);
-      out.sine[1].put(i, turned_g.sine);
-    }
-    for (const int part : {0, 1}) {
-      for (index i = there; i < count; ++i) {
-        out.cosine[part].put(i, {0, 0});
-        out.sine[part].put(i, {0, 0});
-      }
+      const angle odd = even - of_circle.angle_of(start + step);
+      coarse[0][i] = even.coarse;
+      fine[0][i] = even.fine;
+      coarse[1][i] = odd.coarse;
+      fine[1][i] = odd.fine;
     }
   }
 
- private:
   index period_;
   roots of_data_;
   roots of_circle_;
 };
 
-template <class T> void put_chirp(T* out, int lanes, index n, const stretch& of, index count) noexcept {
+template <class T> void put_chirp(T* out, int lanes, index n, const root_row (&of)[2], index count) noexcept {
   for (index i = 0; i < count; ++i) {
     T* const at = lane_at(out, lanes, 2 * (n + i));
     for (const int part : {0, 1}) {
-      at[part] = static_cast<T>(rounded(of.cosine[part][i]));
-      at[lanes + part] = static_cast<T>(-rounded(of.sine[part][i]));
+      at[part] = static_cast<T>(rounded(of[part].cosine[i]));
+      at[lanes + part] = static_cast<T>(-rounded(of[part].sine[i]));
     }
   }
 }
 
-inline void put_sums(double* out, int lanes, const stretch& low, const stretch& high, factor scale,
-                     index count) noexcept {
+inline void put_sums(double* out, int lanes, const root_row (&low)[2], const root_row (&high)[2],
+                     factor scale, index count) noexcept {
   for (index i = 0; i < count; ++i) {
     double* const at = lane_at(out, lanes, 2 * i);
     for (const int part : {0, 1}) {
-      at[part] = scale * (low.cosine[part][i] + high.cosine[part][i]);
-      at[lanes + part] = scale * (low.sine[part][i] + high.sine[part][i]);
+      at[part] = scale * (low[part].cosine[i] + high[part].cosine[i]);
+      at[lanes + part] = scale * (low[part].sine[i] + high[part].sine[i]);
     }
   }
 }
@@ -196,8 +209,8 @@ void fill_squares(T* chirp, const chirp_plan<T>& plan, double* scratch, const ff
   isa::run([=, points = plan.points, lanes = plan.over.lanes, wide_lanes = over.lanes, all = over.points,
             step = 2 * over.stride * over.lanes] {
     double* out = scratch;
-    stretch low;
-    stretch high;
+    root_row low[2];
+    root_row high[2];
     for (index start = 0; start < all; start += block, out += step) {
       for (index i = 0; i < block; i += together) {
         const index m = start + i;

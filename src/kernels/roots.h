@@ -88,17 +88,21 @@ struct coarse_sines {
 };
 extern constinit const coarse_sines sines;
 
-// By Taylor series from the coarse root; the angles are small enough for the terms written.
-inline root root_at(angle a) noexcept {
-  const std::int32_t k = a.coarse & (coarse_roots - 1);
-  const parted c = {sines.high[k + coarse_roots / 4], sines.low[k + coarse_roots / 4]};
-  const parted s = {sines.high[k], sines.low[k]};
-  const double x = a.fine;
+inline root coarse_root(std::int32_t k) noexcept {
+  k &= coarse_roots - 1;
+  constexpr int quarter = coarse_roots / 4;
+  return {{sines.high[k + quarter], sines.low[k + quarter]}, {sines.high[k], sines.low[k]}};
+}
+
+// A coarse root turned by the angle x, by Taylor series that end below the last digit.
+inline root turned_by(root r, double x) noexcept {
   const double square = x * x;
   const double sine = x + x * square * (-1.0 / 6 + square * (1.0 / 120 - square * (1.0 / 5040)));
   const double versed = square * (-0.5 + square * (1.0 / 24 - square * (1.0 / 720 - square * (1.0 / 40320))));
-  return {{c.high, c.low + (rounded(c) * versed - rounded(s) * sine)},
-          {s.high, s.low + (rounded(s) * versed + rounded(c) * sine)}};
+  const double c = rounded(r.cosine);
+  const double s = rounded(r.sine);
+  return {{r.cosine.high, r.cosine.low + (c * versed - s * sine)},
+          {r.sine.high, r.sine.low + (s * versed + c * sine)}};
 }
 
 // cos and sin of 2 pi k / n for k up to 2^22 n, below 2^45.
@@ -111,7 +115,10 @@ class roots {
     const auto coarse = static_cast<std::int32_t>(k * coarse_per_step_ + 0.5);
     return {coarse, (k * coarse_roots - coarse * n_) * radians_};
   }
-  root operator[](index k) const noexcept { return root_at(angle_of(static_cast<double>(k))); }
+  root operator[](index k) const noexcept {
+    const angle a = angle_of(static_cast<double>(k));
+    return turned_by(coarse_root(a.coarse), a.fine);
+  }
 
  private:
   static constexpr double turn = 6.283185307179586477;
