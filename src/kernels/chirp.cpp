@@ -286,6 +286,47 @@ status fill(const chirp_plan<float>& plan, const chirp_tables<float>& tables, co
   return ok;
 }
 
+// The table of the last short odd length; small enough to stay.
+template <class T> class direct_table {
+ public:
+  const T* of(index points, isa::level level) noexcept {
+    if (points_ != points || level_ != level) fill(points, kernels_of<T>(level).widest_lanes);
+    points_ = points;
+    level_ = level;
+    return values_;
+  }
+
+ private:
+  void fill(index points, index lanes) noexcept {
+    const roots w(points);
+    T cosine[most_direct_points<T>];
+    T sine[most_direct_points<T>];
+    for (index k = 0; k < points; ++k) {
+      const root r = w[k];
+      cosine[k] = static_cast<T>(rounded(r.cosine));
+      sine[k] = static_cast<T>(rounded(r.sine));
+    }
+    T* out = values_;
+    for (index first = 1; 2 * first < points; first += lanes) {
+      for (index j = 1; 2 * j < points; ++j, out += 2 * lanes) {
+        for (index p = 0, at = j * first % points; p < lanes; ++p) {
+          out[p] = cosine[at];
+          out[lanes + p] = sine[at];
+          at += j;
+          if (at >= points) at -= points;
+        }
+      }
+    }
+  }
+
+  static constexpr index most_terms = most_direct_points<T> / 2;
+  static constexpr index most_in_lanes = (most_terms + most_lanes - 1) / most_lanes * most_lanes;
+  T values_[2 * most_terms * most_in_lanes] = {};
+  index points_ = 0;
+  isa::level level_ = isa::level::baseline;
+};
+template <class T> constinit direct_table<T> direct;
+
 template <class T> struct kept_plan {
   std::byte* block = nullptr;
   chirp_plan<T> plan = {};
@@ -320,8 +361,12 @@ template <class T> status keep(index points, isa::level level) noexcept {
 template <class T> bool has_wide_chirp() noexcept { return isa::current() != isa::level::baseline; }
 
 template <class T> status wide_chirp(T* data, index points, bool inverse) noexcept {
-  const kept_plan<T>& k = kept<T>;
   const isa::level level = isa::current();
+  if (points <= most_direct_points<T> && points % 2 != 0) {
+    kernels_of<T>(level).run_direct(direct<T>.of(points, level), points, data, inverse);
+    return ok;
+  }
+  const kept_plan<T>& k = kept<T>;
   const bool known = k.block != nullptr && k.plan.points == points && k.level == level;
   if (!known && keep<T>(points, level) != ok) return failed;
   T* const scratch = wide_scratch<T>(scratch_of(k.plan.over), data);

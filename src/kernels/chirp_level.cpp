@@ -1,5 +1,6 @@
 // The chirp transforms of one level.
 #include "kernels/fft_chirp.h"
+#include "kernels/fft_direct.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
@@ -31,8 +32,9 @@ void spectrum_lanes(const chirp_plan<T>& plan, T* scratch, T* out) {
 }  // namespace
 
 const kernels::chirp_kernels<double> double_chirp = {
-    widest_d::width, widest_d::width, run_lanes<widest_d, widest_d>, spectrum_lanes<widest_d, widest_d>};
+    widest_d::width, widest_d::width, run_lanes<widest_d, widest_d>, spectrum_lanes<widest_d, widest_d>,
+    run_direct<widest_d>};
 const kernels::chirp_kernels<float> float_chirp = {widest_f::width, f8::width, run_lanes<widest_f, f8>,
-                                                   spectrum_lanes<widest_f, f8>};
+                                                   spectrum_lanes<widest_f, f8>, run_direct<widest_f>};
 
 }  // namespace sigpak::SIGPAK_LEVEL

@@ -19,6 +19,9 @@
 
 namespace sigpak::kernels {
 
+// Odd lengths up to this one are transformed by the definition instead, which is more accurate and as fast.
+template <class T> inline constexpr int most_direct_points = sizeof(T) == sizeof(double) ? 61 : 47;
+
 template <class T> struct chirp_plan {
   std::ptrdiff_t points;  // N
   fft_plan<T> over;       // of K points: `vectors` is L, `lanes` 2 V; the last radix is that of the core
@@ -34,6 +37,8 @@ template <class T> struct chirp_kernels {
   // From vectors in scratch memory, laid out as the first pass leaves its results, to their transforms in the
   // order of the filter.
   void (*spectrum)(const chirp_plan<T>& plan, T* scratch, T* out);
+  // The table holds, by vectors of k from 1 on and then by j, the cosines and sines of 2 pi j k / N.
+  void (*run_direct)(const T* table, std::ptrdiff_t points, T* x, bool inverse);
 };
 
 }  // namespace sigpak::kernels
