@@ -20,7 +20,7 @@
 namespace sigpak::kernels {
 
 // Odd lengths up to this one are transformed by the definition instead, which is more accurate and as fast.
-template <class T> inline constexpr int most_direct_points = sizeof(T) == sizeof(double) ? 61 : 47;
+template <class T> inline constexpr int most_direct_points = sizeof(T) == sizeof(double) ? 61 : 37;
 
 template <class T> struct chirp_plan {
   std::ptrdiff_t points;  // N
