@@ -15,8 +15,9 @@ template <class T> constexpr point<double> widened(point<T> z) noexcept {
 }
 
 // In blocks from zero, one product after the other; float operands are multiplied and summed in double.
-template <class T>
-point<double> inner_product(complex_points<const T> a, complex_points<const T> b, index points) noexcept {
+template <class T, class B>
+point<double> inner_product(complex_points<const T> a, B b, index points) noexcept {
+  using table = kernels::lane_sum_table<T>;
   const auto [re, im] = blocked_sums(
       points,
       [=](index i) {
@@ -24,31 +25,11 @@ point<double> inner_product(complex_points<const T> a, complex_points<const T> b
         return sums<2>{z.re, z.im};
       },
       [=] {
-        return lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::point_products,
+        return lane_terms<T>{.kernel = B::width == 2 ? &table::point_products : &table::mixed_products,
                              .x = a.data,
                              .width = 2,
                              .y = b.data,
-                             .y_width = 2,
-                             .blocks = 5,
-                             .streaming = false};
-      });
-  return {re, im};
-}
-
-template <class T>
-point<double> inner_product(complex_points<const T> a, real_points<const T> b, index points) noexcept {
-  const auto [re, im] = blocked_sums(
-      points,
-      [=](index i) {
-        const point<double> z = product(widened(a.get(i)), widened(b.get(i)));
-        return sums<2>{z.re, z.im};
-      },
-      [=] {
-        return lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::mixed_products,
-                             .x = a.data,
-                             .width = 2,
-                             .y = b.data,
-                             .y_width = 1,
+                             .y_width = B::width,
                              .blocks = 5,
                              .streaming = false};
       });
