@@ -180,7 +180,7 @@ template <class T> void print_row(const row& r, index bytes, int rounds) {
   const auto peers = peers_of(r.name, on);
 
   std::vector<bench::contender> all = {{"sigpak", [] {}, [&] { r.ours.run(m); }}, {"limit", [] {}, most.run}};
-  for (const bench::vector_peer& p : peers) all.push_back({p.library, [] {}, p.run});
+  for (const bench::vector_peer& p : peers) all.push_back({p.name, [] {}, p.run});
   for (bench::contender& c : all) c.repeats = static_cast<int>(std::max<index>(1, (index{1} << 17) / bytes));
   const auto t = bench::compare(all, rounds, 1e-4);
 

@@ -20,7 +20,7 @@ template <class T> struct arrays {
 };
 
 struct vector_peer {
-  std::string library;
+  std::string name;
   std::function<void()> run;
 };
 
