@@ -216,49 +216,19 @@ void core(typename P::scalar* s, index length, core_tables<typename P::scalar>& 
   if constexpr (!filtering) tables.spectrum += 2 * W * length;
 }
 
+// The last pass takes whole groups of V vectors.
 template <class P, class Body> SIGPAK_INLINE void with_core_radix(int radix, const Body& body) {
-  constexpr int V = P::width / 2;
-  if constexpr (V <= 4) {
-    if (radix == 4) return body(constant<4>{});
+  if constexpr (P::width / 2 <= 4) {
+    with_one_of<4, 8>(radix, body);
+  } else {
+    with_one_of<8, 16>(radix, body);
   }
-  if constexpr (V == 8) {
-    if (radix == 16) return body(constant<16>{});
-  }
-  body(constant<8>{});
 }
 template <class Body> SIGPAK_INLINE void with_inner_radix(int radix, const Body& body) {
-  switch (radix) {
-    case 3:
-      return body(constant<3>{});
-    case 4:
-      return body(constant<4>{});
-    case 5:
-      return body(constant<5>{});
-    case 6:
-      return body(constant<6>{});
-    case 7:
-      return body(constant<7>{});
-    case 8:
-      return body(constant<8>{});
-    case 10:
-      return body(constant<10>{});
-    default:
-      return body(constant<12>{});
-  }
+  with_one_of<3, 4, 5, 6, 7, 8, 10, 12>(radix, body);
 }
 template <class Body> SIGPAK_INLINE void with_outer_radix(int radix, const Body& body) {
-  switch (radix) {
-    case 1:
-      return body(constant<1>{});
-    case 3:
-      return body(constant<3>{});
-    case 4:
-      return body(constant<4>{});
-    case 5:
-      return body(constant<5>{});
-    default:
-      return body(constant<8>{});
-  }
+  with_one_of<1, 3, 4, 5, 8>(radix, body);
 }
 
 // Whole blocks one after the other, each finished before the next is begun.

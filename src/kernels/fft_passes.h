@@ -191,28 +191,12 @@ void last_pass(const fft_plan<typename P::scalar>& plan, const typename P::scala
   }
 }
 
-// Calls body with the radix as a constant.
+// Calls body with the radix, which is one of those listed, as a constant.
+template <int... radices, class Body> SIGPAK_INLINE void with_one_of(int radix, const Body& body) {
+  (void)((radix == radices && (body(constant<radices>{}), true)) || ...);
+}
 template <class Body> SIGPAK_INLINE void with_radix(int radix, const Body& body) {
-  switch (radix) {
-    case 2:
-      return body(constant<2>{});
-    case 3:
-      return body(constant<3>{});
-    case 4:
-      return body(constant<4>{});
-    case 5:
-      return body(constant<5>{});
-    case 7:
-      return body(constant<7>{});
-    case 8:
-      return body(constant<8>{});
-    case 11:
-      return body(constant<11>{});
-    case 13:
-      return body(constant<13>{});
-    default:
-      return body(constant<16>{});
-  }
+  with_one_of<2, 3, 4, 5, 7, 8, 11, 13, 16>(radix, body);
 }
 
 template <class P, bool scaled, class Source>
@@ -269,16 +253,9 @@ template <class P> void all_middle_passes(const fft_plan<typename P::scalar>& pl
                        [radix](typename P::scalar* at, index length) { leaf_pass<P>(radix, at, length); });
 }
 
-// Calls body with one of the radices of a pass over the lanes of complex data as a constant.
+// The radices of a pass over the lanes of complex data.
 template <class Body> SIGPAK_INLINE void with_even_radix(int radix, const Body& body) {
-  switch (radix) {
-    case 4:
-      return body(constant<4>{});
-    case 8:
-      return body(constant<8>{});
-    default:
-      return body(constant<16>{});
-  }
+  with_one_of<4, 8, 16>(radix, body);
 }
 
 // Everything before the last transform.
