@@ -8,7 +8,7 @@
 #include "core/product.h"
 #include "core/streaming.h"
 #include "elementwise/prepare.h"
-#include "kernels/points.h"
+#include "kernels/points/points.h"
 
 namespace sigpak {
 

@@ -6,8 +6,8 @@
 #include "elementwise/exponential_parts.h"
 #include "elementwise/in_place.h"
 #include "elementwise/sine_parts.h"
-#include "elementwise/wide_guard.h"
-#include "kernels/elementary.h"
+#include "core/wide_guard.h"
+#include "kernels/elementary/elementary.h"
 
 namespace sigpak {
 namespace {

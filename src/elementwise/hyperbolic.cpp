@@ -3,8 +3,8 @@
 
 #include "elementwise/exponential_parts.h"
 #include "elementwise/in_place.h"
-#include "elementwise/wide_guard.h"
-#include "kernels/elementary.h"
+#include "core/wide_guard.h"
+#include "kernels/elementary/elementary.h"
 
 namespace sigpak {
 namespace {

@@ -7,8 +7,8 @@
 #include "elementwise/elementwise.h"
 #include "elementwise/in_place.h"
 #include "elementwise/logarithm_parts.h"
-#include "elementwise/wide_guard.h"
-#include "kernels/elementary.h"
+#include "core/wide_guard.h"
+#include "kernels/elementary/elementary.h"
 
 namespace sigpak {
 namespace {

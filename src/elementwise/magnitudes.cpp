@@ -5,8 +5,8 @@
 #include "elementwise/elementwise.h"
 #include "elementwise/pack.h"
 #include "elementwise/prepare.h"
-#include "kernels/elementary.h"
-#include "kernels/points.h"
+#include "kernels/elementary/elementary.h"
+#include "kernels/points/points.h"
 
 namespace sigpak {
 namespace {

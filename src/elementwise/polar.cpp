@@ -5,7 +5,7 @@
 #include "elementwise/elementwise.h"
 #include "elementwise/pack.h"
 #include "elementwise/sine_parts.h"
-#include "kernels/elementary.h"
+#include "kernels/elementary/elementary.h"
 
 namespace sigpak {
 namespace {

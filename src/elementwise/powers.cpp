@@ -4,8 +4,8 @@
 #include "elementwise/elementwise.h"
 #include "elementwise/in_place.h"
 #include "elementwise/square_root.h"
-#include "elementwise/wide_guard.h"
-#include "kernels/points.h"
+#include "core/wide_guard.h"
+#include "kernels/points/points.h"
 
 namespace sigpak {
 namespace {

@@ -4,7 +4,7 @@
 #include "core/copy.h"
 #include "elementwise/combine.h"
 #include "elementwise/elementwise.h"
-#include "kernels/block_sums.h"
+#include "kernels/sums/block_sums.h"
 
 namespace sigpak {
 namespace {

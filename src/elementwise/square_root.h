@@ -5,7 +5,7 @@
 
 #include "core/guard.h"
 #include "core/product.h"
-#include "kernels/elementary.h"
+#include "kernels/elementary/elementary.h"
 
 namespace sigpak {
 

@@ -3,7 +3,7 @@
 
 #include "elementwise/in_place.h"
 #include "elementwise/sine_parts.h"
-#include "kernels/elementary.h"
+#include "kernels/elementary/elementary.h"
 
 namespace sigpak {
 namespace {

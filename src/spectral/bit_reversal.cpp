@@ -1,12 +1,12 @@
 // The bit-reversal permutation: by lists of index pairs where the points are few, else by tiles.
-#include "spectral/bit_reversal.h"
+#include "fft/baseline/bit_reversal.h"
 
 #include <utility>
 
 #include "core/frame.h"
 #include "core/memory.h"
-#include "spectral/tables.h"
-#include "spectral/tiles.h"
+#include "fft/baseline/tables.h"
+#include "fft/baseline/tiles.h"
 
 namespace sigpak {
 namespace {

@@ -13,9 +13,9 @@
 #include "core/roots.h"
 #include "core/storage.h"
 #include "elementwise/elementwise.h"
-#include "kernels/chirp.h"
-#include "spectral/kernel.h"
-#include "spectral/tables.h"
+#include "fft/wide_chirp.h"
+#include "fft/transform.h"
+#include "fft/baseline/tables.h"
 
 namespace sigpak {
 namespace {

@@ -1,12 +1,11 @@
 // The transforms of any length.
 #include "core/storage.h"
 #include "elementwise/elementwise.h"
-#include "kernels/fft.h"
+#include "fft/wide_fft.h"
 #include "spectral/chirp.h"
 #include "spectral/spacing.h"
 #include "spectral/spectral.h"
-#include "spectral/tables.h"
-#include "stats/stats.h"
+#include "fft/baseline/tables.h"
 
 namespace sigpak {
 namespace {

@@ -2,9 +2,9 @@
 #include "core/guard.h"
 #include "core/storage.h"
 #include "elementwise/elementwise.h"
-#include "spectral/kernel.h"
+#include "fft/transform.h"
 #include "spectral/spectral.h"
-#include "spectral/tables.h"
+#include "fft/baseline/tables.h"
 
 namespace sigpak {
 namespace {

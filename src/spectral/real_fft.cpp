@@ -1,11 +1,10 @@
 // The transform of a real record whose length is a power of two, to half a spectrum and back.
 #include "core/storage.h"
 #include "elementwise/elementwise.h"
-#include "spectral/kernel.h"
+#include "fft/transform.h"
 #include "spectral/spacing.h"
 #include "spectral/spectral.h"
-#include "spectral/tables.h"
-#include "stats/stats.h"
+#include "fft/baseline/tables.h"
 
 namespace sigpak {
 namespace {

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "core/guard.h"
-#include "spectral/tables.h"
+#include "fft/baseline/tables.h"
 
 namespace sigpak {
 

@@ -14,4 +14,7 @@ template <record V> status inverse_real_dft(V* v, bool odd) noexcept;
 template <record V> status real_fft(V* v) noexcept;
 template <record V> status inverse_real_fft(V* v) noexcept;
 
+// Half a spectrum to the whole: 2 (points - 1) points, one more when odd.
+template <record V> status reconstruct(V* v, bool odd) noexcept;
+
 }  // namespace sigpak

@@ -9,7 +9,7 @@
 #include "core/blocks.h"
 #include "core/guard.h"
 #include "core/isa.h"
-#include "stats/wide.h"
+#include "core/wide.h"
 
 namespace sigpak {
 

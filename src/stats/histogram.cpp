@@ -7,7 +7,7 @@
 #include "core/isa.h"
 #include "shape/shape.h"
 #include "stats/result.h"
-#include "stats/wide.h"
+#include "core/wide.h"
 
 namespace sigpak {
 namespace {

@@ -4,9 +4,9 @@
 #include <complex>
 #include <limits>
 
-#include "kernels/block_sums.h"
+#include "kernels/sums/block_sums.h"
 #include "stats/result.h"
-#include "stats/wide.h"
+#include "core/wide.h"
 
 namespace sigpak {
 namespace {

@@ -8,7 +8,7 @@
 #include "shape/shape.h"
 #include "stats/result.h"
 #include "stats/stats.h"
-#include "stats/wide.h"
+#include "core/wide.h"
 
 namespace sigpak {
 namespace {

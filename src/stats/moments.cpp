@@ -4,10 +4,10 @@
 // Algorithms for computing the sample variance, The American Statistician 37 (1983).
 #include <cmath>
 
-#include "kernels/block_sums.h"
+#include "kernels/sums/block_sums.h"
 #include "stats/centre.h"
 #include "stats/result.h"
-#include "stats/wide.h"
+#include "core/wide.h"
 
 namespace sigpak {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "core/double_double.h"
 #include "core/record.h"
-#include "stats/wide.h"
+#include "core/wide.h"
 
 namespace sigpak {
 

@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "kernels/block_sums.h"
+#include "kernels/sums/block_sums.h"
 #include "stats/centre.h"
 #include "stats/result.h"
-#include "stats/wide.h"
+#include "core/wide.h"
 
 namespace sigpak {
 namespace {

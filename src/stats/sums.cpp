@@ -1,10 +1,10 @@
 // Sum, mean, sum of squared magnitudes, root mean square. Float records accumulate in double.
 #include <cmath>
 
-#include "kernels/block_sums.h"
+#include "kernels/sums/block_sums.h"
 #include "stats/result.h"
 #include "stats/stats.h"
-#include "stats/wide.h"
+#include "core/wide.h"
 
 namespace sigpak {
 namespace {

@@ -1,7 +1,7 @@
 // The bit-reversal permutation and its lists.
 #include <gtest/gtest.h>
 
-#include "spectral/tables.h"
+#include "fft/baseline/tables.h"
 #include "support/failing.h"
 #include "support/signal.h"
 

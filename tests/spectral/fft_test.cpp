@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "spectral/reference.h"
-#include "spectral/tables.h"
+#include "fft/baseline/tables.h"
 #include "support/failing.h"
 
 namespace sigpak::test {

@@ -1,6 +1,6 @@
 // Polynomials: evaluation, coefficients from roots, closed forms, searches, all roots.
 #include "stats/hard_polynomials.h"
-#include "stats/wide.h"
+#include "core/wide.h"
 #include "support/failing.h"
 #include "support/forms.h"
 

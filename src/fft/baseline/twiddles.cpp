@@ -1,0 +1,76 @@
+// Twiddle tables of the power-of-two transforms.
+#include "core/frame.h"
+#include "core/memory.h"
+#include "core/roots.h"
+#include "fft/wide_fft.h"
+#include "fft/baseline/tables.h"
+
+namespace sigpak {
+namespace {
+
+template <class T> constinit keyed_list<T> tables;
+
+template <class T> void store_triple(T* out, unit_root<wider<T>> w) noexcept {
+  out[0] = static_cast<T>(w.cosine);
+  out[1] = static_cast<T>(-(w.cosine + w.sine));
+  out[2] = static_cast<T>(w.sine - w.cosine);
+}
+
+// The first triples: angles to an eighth of a turn directly, those above by exchanging sine and cosine.
+template <class T> void fill_first_triples(T* table, index points) noexcept {
+  const index quarter = points / 4;
+  store_triple<T>(table, {1, 0});
+  for (index k = 1; 2 * k <= quarter; ++k) {
+    const unit_root<wider<T>> w = root_of_unity<wider<T>>(k, points);
+    store_triple<T>(table + group * k, w);
+    store_triple<T>(table + group * (quarter - k), {w.sine, w.cosine});
+  }
+}
+
+// The second triples, of three times the angle: half a turn less the angle gives (-cos, sin), half a turn
+// more
+// (-cos, -sin), and with them the triples of the first column with their entries negated and exchanged.
+template <class T> void fill_second_triples(T* table, index points) noexcept {
+  const index quarter = points / 4;
+  for (index k = 0; k < quarter; ++k) {
+    T* const out = table + group * k + triple;
+    const index m = 3 * k;
+    if (m < quarter) {
+      const T* const from = table + group * m;
+      for (index i = 0; i < triple; ++i) out[i] = from[i];
+    } else {
+      const bool before_half = m < 2 * quarter;
+      const T* const from = table + group * (before_half ? 2 * quarter - m : m - 2 * quarter);
+      out[0] = -from[0];
+      out[1] = before_half ? -from[2] : -from[1];
+      out[2] = before_half ? -from[1] : -from[2];
+    }
+  }
+}
+
+}  // namespace
+
+template <class T> void own_twiddle_cache() noexcept {
+  register_cache<record_of<T>>(cache::twiddles, []() noexcept {
+    const status wide = kernels::release_wide_fft<T>();
+    return tables<T>.release() == ok ? wide : failed;
+  });
+}
+
+template <class T> const T* twiddles(index points) noexcept {
+  const index key = points / 4 * group;
+  if (const T* known = tables<T>.find(key); known != nullptr) return known;
+  own_twiddle_cache<T>();
+  T* const table = tables<T>.append(key, key);
+  if (table == nullptr) return nullptr;
+  fill_first_triples(table, points);
+  fill_second_triples(table, points);
+  return table;
+}
+
+template void own_twiddle_cache<double>() noexcept;
+template void own_twiddle_cache<float>() noexcept;
+template const double* twiddles(index) noexcept;
+template const float* twiddles(index) noexcept;
+
+}  // namespace sigpak

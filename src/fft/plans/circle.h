@@ -1,0 +1,16 @@
+// The circle of a wide chirp transform and the passes over it.
+#pragma once
+
+#include "core/record.h"
+#include "fft/plans/chirp_plan.h"
+
+namespace sigpak::kernels {
+
+// Lays out the cheapest transforms of a circle with room for `points`, for `widest` to `narrowest` lanes:
+// `points`, `lanes`, `vectors`, the passes and their blocks.
+template <class T> void choose_circle(fft_plan<T>& over, index points, int widest, int narrowest) noexcept;
+
+// The same for a circle of exactly `points`, which one chosen for other lanes is.
+template <class T> void choose_passes(fft_plan<T>& over, index points, int lanes) noexcept;
+
+}  // namespace sigpak::kernels

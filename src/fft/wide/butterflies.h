@@ -1,0 +1,135 @@
+// Short transforms of complex vectors in registers: forward, natural order in and out.
+//
+// A vector of complex points is either split, `cplx<P>`, or interleaved, a plain pack; the transforms are the
+// same for both.
+#pragma once
+
+#include "vectors/lanes.h"
+
+namespace sigpak::SIGPAK_LEVEL {
+namespace {
+
+template <class P> struct cplx { P re, im; };
+
+template <class P> SIGPAK_INLINE cplx<P> operator+(cplx<P> a, cplx<P> b) {
+  return {a.re + b.re, a.im + b.im};
+}
+template <class P> SIGPAK_INLINE cplx<P> operator-(cplx<P> a, cplx<P> b) {
+  return {a.re - b.re, a.im - b.im};
+}
+template <class P> SIGPAK_INLINE cplx<P> operator*(cplx<P> a, P s) { return {a.re * s, a.im * s}; }
+
+// s * a + b and b - s * a, s real.
+template <class P> SIGPAK_INLINE cplx<P> fma(P s, cplx<P> a, cplx<P> b) {
+  return {fma(s, a.re, b.re), fma(s, a.im, b.im)};
+}
+template <class P> SIGPAK_INLINE cplx<P> fnma(P s, cplx<P> a, cplx<P> b) {
+  return {fnma(s, a.re, b.re), fnma(s, a.im, b.im)};
+}
+
+template <class P> SIGPAK_INLINE P splat_constant(long double x) {
+  return splat<P>(static_cast<typename P::scalar>(x));
+}
+
+// a + i b and a - i b.
+template <class P> SIGPAK_INLINE cplx<P> plus_i(cplx<P> a, cplx<P> b) { return {a.re - b.im, a.im + b.re}; }
+template <class P> SIGPAK_INLINE cplx<P> minus_i(cplx<P> a, cplx<P> b) { return {a.re + b.im, a.im - b.re}; }
+template <class T, int W> SIGPAK_INLINE pack<T, W> plus_i(pack<T, W> a, pack<T, W> b) {
+  return fma_odd(a, splat_constant<pack<T, W>>(1), exchanged(b));
+}
+template <class T, int W> SIGPAK_INLINE pack<T, W> minus_i(pack<T, W> a, pack<T, W> b) {
+  return fma_even(a, splat_constant<pack<T, W>>(1), exchanged(b));
+}
+
+// a times c - i s: a twiddle is stored as the cosine and sine of its positive angle.
+template <class P> SIGPAK_INLINE cplx<P> turned(cplx<P> a, P c, P s) {
+  return {fma(a.re, c, a.im * s), fms(a.im, c, a.re * s)};
+}
+template <class T, int W> SIGPAK_INLINE pack<T, W> turned(pack<T, W> a, pack<T, W> c, pack<T, W> s) {
+  return fma_even(a, c, exchanged(a) * s);
+}
+
+inline constexpr long double half_root = 0.707106781186547524400844362104849039L;  // cos(pi / 4)
+inline constexpr long double cos_pi_8 = 0.923879532511286756128183189396788287L;
+inline constexpr long double sin_pi_8 = 0.382683432365089771728459984030398866L;
+
+template <class P> struct split_of { using real = P; };
+template <class P> struct split_of<cplx<P>> { using real = P; };
+template <class E> using real_of = typename split_of<E>::real;
+
+template <class E> SIGPAK_INLINE void transform(E (&)[1]) {}
+
+template <class E> SIGPAK_INLINE void transform(E (&x)[2]) {
+  const E t = x[0] - x[1];
+  x[0] = x[0] + x[1];
+  x[1] = t;
+}
+
+// What follows the sum and difference of x0 and x2.
+template <class E> SIGPAK_INLINE void finish4(E a, E b, E& x0, E& x1, E& x2, E& x3) {
+  const E c = x1 + x3;
+  const E d = x1 - x3;
+  x0 = a + c;
+  x1 = minus_i(b, d);
+  x2 = a - c;
+  x3 = plus_i(b, d);
+}
+template <class E> SIGPAK_INLINE void transform4(E& x0, E& x1, E& x2, E& x3) {
+  finish4(x0 + x2, x0 - x2, x0, x1, x2, x3);
+}
+
+template <class E> SIGPAK_INLINE void transform(E (&x)[4]) { transform4(x[0], x[1], x[2], x[3]); }
+
+// Odd points times w_8^k join the even ones by fused products, which balances the adders.
+template <class E> SIGPAK_INLINE void transform(E (&x)[8]) {
+  transform4(x[0], x[2], x[4], x[6]);
+  transform4(x[1], x[3], x[5], x[7]);
+  const auto h = splat_constant<real_of<E>>(half_root);
+  const E e0 = x[0], e1 = x[2], e2 = x[4], e3 = x[6];
+  const E o0 = x[1], o1 = minus_i(x[3], x[3]), o2 = x[5], o3 = plus_i(x[7], x[7]);
+  x[0] = e0 + o0;
+  x[4] = e0 - o0;
+  x[1] = fma(h, o1, e1);
+  x[5] = fnma(h, o1, e1);
+  x[2] = minus_i(e2, o2);
+  x[6] = plus_i(e2, o2);
+  x[3] = fnma(h, o3, e3);
+  x[7] = fma(h, o3, e3);
+}
+
+// a times w_8 and w_8^3.
+template <class E, class P> SIGPAK_INLINE E turned_eighth(E a, P h) { return minus_i(a, a) * h; }
+template <class E, class P> SIGPAK_INLINE E turned_three_eighths(E a, P h) { return plus_i(a, a) * -h; }
+
+template <class E> SIGPAK_INLINE void transform(E (&x)[16]) {
+  using P = real_of<E>;
+  const P h = splat_constant<P>(half_root);
+  const P c = splat_constant<P>(cos_pi_8);
+  const P s = splat_constant<P>(sin_pi_8);
+  unroll<4>([&](auto j) __attribute__((always_inline)) { transform4(x[j], x[j + 4], x[j + 8], x[j + 12]); });
+  x[5] = turned(x[5], c, s);
+  x[6] = turned_eighth(x[6], h);
+  x[7] = turned(x[7], s, c);
+  x[9] = turned_eighth(x[9], h);
+  x[11] = turned_three_eighths(x[11], h);
+  x[13] = turned(x[13], s, c);
+  x[14] = turned_three_eighths(x[14], h);
+  x[15] = turned(x[15], -c, -s);
+  transform4(x[0], x[1], x[2], x[3]);
+  transform4(x[4], x[5], x[6], x[7]);
+  finish4(minus_i(x[8], x[10]), plus_i(x[8], x[10]), x[8], x[9], x[10], x[11]);  // x[10] times w_4
+  transform4(x[12], x[13], x[14], x[15]);
+  // Row k, column k' holds the point k + 4 k'.
+  unroll<4>([&](auto k) __attribute__((always_inline)) {
+    unroll<4>([&](auto j) __attribute__((always_inline)) {
+      if constexpr (j > k) {
+        const E t = x[4 * k + j];
+        x[4 * k + j] = x[4 * j + k];
+        x[4 * j + k] = t;
+      }
+    });
+  });
+}
+
+}  // namespace
+}  // namespace sigpak::SIGPAK_LEVEL

@@ -1,0 +1,35 @@
+// Short transforms of composite length. Of coprime factors, n = B n1 + A n2 and k = k1 mod A, k2 mod B take
+// the twiddles away (I. J. Good, "The interaction algorithm and practical Fourier analysis", J. Roy. Statist.
+// Soc. B 20 (1958)).
+#pragma once
+
+#include "fft/wide/butterflies_odd.h"
+
+namespace sigpak::SIGPAK_LEVEL {
+namespace {
+
+template <class P> SIGPAK_INLINE void transform(cplx<P> (&)[1]) {}
+
+template <int A, int B, class P> SIGPAK_INLINE void coprime_transform(cplx<P> (&x)[A * B]) {
+  cplx<P> y[B][A];
+  unroll<B>([&](auto n2) __attribute__((always_inline)) {
+    unroll<A>([&](auto n1) __attribute__((always_inline)) { y[n2][n1] = x[(B * n1 + A * n2) % (A * B)]; });
+    transform(y[n2]);
+  });
+  unroll<A>([&](auto k1) __attribute__((always_inline)) {
+    cplx<P> column[B];
+    unroll<B>([&](auto n2) __attribute__((always_inline)) { column[n2] = y[n2][k1]; });
+    transform(column);
+    // The k below A B with these remainders.
+    unroll<A * B>([&](auto k) __attribute__((always_inline)) {
+      if constexpr (k % A == k1) x[k] = column[k % B];
+    });
+  });
+}
+
+template <class P> SIGPAK_INLINE void transform(cplx<P> (&x)[6]) { coprime_transform<2, 3>(x); }
+template <class P> SIGPAK_INLINE void transform(cplx<P> (&x)[10]) { coprime_transform<2, 5>(x); }
+template <class P> SIGPAK_INLINE void transform(cplx<P> (&x)[12]) { coprime_transform<4, 3>(x); }
+
+}  // namespace
+}  // namespace sigpak::SIGPAK_LEVEL

@@ -1,0 +1,70 @@
+// Short transforms of odd length: the points j and R - j by their sum and difference.
+#pragma once
+
+#include "fft/wide/butterflies.h"
+
+namespace sigpak::SIGPAK_LEVEL {
+namespace {
+
+constexpr long double pi = 3.141592653589793238462643383279502884L;
+
+// By the series, for angles up to a quarter turn.
+constexpr long double series(long double x, int first) {
+  long double term = first == 0 ? 1 : x;
+  long double total = term;
+  for (int k = first + 2; k < 40; k += 2) {
+    term *= -x * x / static_cast<long double>(k * (k - 1));
+    total += term;
+  }
+  return total;
+}
+
+// cos and sin of 2 pi k / n.
+constexpr long double cosine_of(int k, int n) {
+  k %= n;
+  if (2 * k > n) k = n - k;
+  return 4 * k > n ? -series(pi * static_cast<long double>(n - 2 * k) / static_cast<long double>(n), 0)
+                   : series(2 * pi * static_cast<long double>(k) / static_cast<long double>(n), 0);
+}
+constexpr long double sine_of(int k, int n) {
+  k %= n;
+  if (2 * k > n) return -sine_of(n - k, n);
+  return 4 * k > n ? series(pi * static_cast<long double>(n - 2 * k) / static_cast<long double>(n), 1)
+                   : series(2 * pi * static_cast<long double>(k) / static_cast<long double>(n), 1);
+}
+
+template <class T, int k, int n> constexpr T cosine_constant = static_cast<T>(cosine_of(k, n));
+template <class T, int k, int n> constexpr T sine_constant = static_cast<T>(sine_of(k, n));
+
+// X[j], X[R-j] = (x0 + sum c_jk t_k) -/+ i sum s_jk u_k with t_k = x_k + x_R-k, u_k = x_k - x_R-k.
+template <class P, int R>
+requires(R % 2 == 1) SIGPAK_INLINE void transform(cplx<P> (&x)[R]) {
+  using T = typename P::scalar;
+  constexpr int half = R / 2;
+  cplx<P> t[half], u[half];
+  cplx<P> total = x[0];
+  unroll<half>([&](auto k) __attribute__((always_inline)) {
+    t[k] = x[k + 1] + x[R - 1 - k];
+    u[k] = x[k + 1] - x[R - 1 - k];
+    total = total + t[k];
+  });
+  const cplx<P> x0 = x[0];
+  x[0] = total;
+  unroll<half>([&](auto j) __attribute__((always_inline)) {
+    cplx<P> a = x0;
+    cplx<P> b = u[0] * splat<P>(sine_constant<T, j + 1, R>);
+    unroll<half>([&](auto k) __attribute__((always_inline)) {
+      const P c = splat<P>(cosine_constant<T, (j + 1) * (k + 1) % R, R>);
+      a = {fma(t[k].re, c, a.re), fma(t[k].im, c, a.im)};
+      if constexpr (k > 0) {
+        const P s = splat<P>(sine_constant<T, (j + 1) * (k + 1) % R, R>);
+        b = {fma(u[k].re, s, b.re), fma(u[k].im, s, b.im)};
+      }
+    });
+    x[j + 1] = minus_i(a, b);
+    x[R - 1 - j] = plus_i(a, b);
+  });
+}
+
+}  // namespace
+}  // namespace sigpak::SIGPAK_LEVEL

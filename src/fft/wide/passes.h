@@ -1,0 +1,294 @@
+// The passes of a wide transform: from the data to vectors in scratch memory, there in place, and back.
+// An inverse transform is a forward one with real and imaginary parts exchanged on the way in and out.
+#pragma once
+
+#include "fft/wide/butterflies.h"
+#include "fft/wide/butterflies_odd.h"
+#include "fft/plans/pass_plan.h"
+
+namespace sigpak::SIGPAK_LEVEL {
+namespace {
+
+using kernels::fft_plan;
+using kernels::point_at;
+
+// One complex vector of scratch memory: the real parts, then the imaginary parts.
+template <class P> SIGPAK_INLINE cplx<P> load_pair(const typename P::scalar* s, index vector) {
+  const auto* const at = s + 2 * P::width * vector;
+  return {load<P>(at), load<P>(at + P::width)};
+}
+template <class P> SIGPAK_INLINE void store_pair(typename P::scalar* s, index vector, cplx<P> a) {
+  auto* const at = s + 2 * P::width * vector;
+  store(at, a.re);
+  store(at + P::width, a.im);
+}
+
+// The place of result k among those of a forward transform of R points. An inverse one has the same results
+// in the opposite order; where it has real and imaginary parts exchanged on the way in, that exchanges them
+// back too.
+template <int R, bool inverse> constexpr int result_at(int k) { return inverse ? (R - k) % R : k; }
+
+// W interleaved points, in the order of point_at.
+template <class P, bool inverse> SIGPAK_INLINE cplx<P> separated(P a, P b) {
+  P re, im;
+  if constexpr (sizeof(typename P::scalar) == 8) {
+    re = low_parts(a, b);
+    im = high_parts(a, b);
+  } else {
+    re = choose<0x88>(a, b);
+    im = choose<0xdd>(a, b);
+  }
+  if constexpr (inverse) return {im, re};
+  return {re, im};
+}
+template <class P, bool inverse> SIGPAK_INLINE cplx<P> load_points(const typename P::scalar* x) {
+  return separated<P, inverse>(load<P>(x), load<P>(x + P::width));
+}
+template <class P, bool inverse> SIGPAK_INLINE void store_points(typename P::scalar* x, cplx<P> a) {
+  const P re = inverse ? a.im : a.re;
+  const P im = inverse ? a.re : a.im;
+  store(x, low_parts(re, im));
+  store(x + P::width, high_parts(re, im));
+}
+
+template <class P> SIGPAK_INLINE cplx<P> turned(cplx<P> a, const typename P::scalar* twiddle) {
+  return turned(a, splat<P>(twiddle[0]), splat<P>(twiddle[1]));
+}
+
+// All M vectors, which `source` gives by their place, in butterflies of R that are M / R apart.
+template <class P, int R, bool scaled, class Source>
+void first_pass(const fft_plan<typename P::scalar>& plan, const Source& source, typename P::scalar* s) {
+  const index count = plan.vectors / R;
+  const index stride = plan.stride;
+  const auto* w = plan.first[!scaled];
+  const P scale = splat<P>(w[0]);
+  ++w;
+  for (index i = 0; i < count; ++i, w += 2 * (R - 1)) {
+    cplx<P> a[R];
+    unroll<R>([&](auto j) __attribute__((always_inline)) { a[j] = source(i + j * count); });
+    transform(a);
+    if constexpr (scaled) a[0] = a[0] * scale;
+    store_pair(s, i, a[0]);
+    unroll<R - 1>([&](auto k) __attribute__((always_inline)) {
+      store_pair(s, i + (k + 1) * stride, turned(a[k + 1], w + 2 * k));
+    });
+  }
+}
+
+// Blocks of `block` vectors, each in place.
+template <class P, int R>
+void middle_pass(typename P::scalar* s, index length, index block, const typename P::scalar* twiddles) {
+  const index count = block / R;
+  for (const auto* const end = s + 2 * P::width * length; s != end; s += 2 * P::width * block) {
+    const auto* w = twiddles;
+    for (index i = 0; i < count; ++i, w += 2 * (R - 1)) {
+      cplx<P> a[R];
+      unroll<R>([&](auto j) __attribute__((always_inline)) { a[j] = load_pair<P>(s, i + j * count); });
+      transform(a);
+      store_pair(s, i, a[0]);
+      unroll<R - 1>([&](auto k) __attribute__((always_inline)) {
+        store_pair(s, i + (k + 1) * count, turned(a[k + 1], w + 2 * k));
+      });
+    }
+  }
+}
+
+// The last pass within the lanes: neighbouring vectors, no twiddles.
+template <class P, int R> void leaf_pass(typename P::scalar* s, index length) {
+  for (index i = 0; i < length; i += R) {
+    cplx<P> a[R];
+    unroll<R>([&](auto j) __attribute__((always_inline)) { a[j] = load_pair<P>(s, i + j); });
+    transform(a);
+    unroll<R>([&](auto k) __attribute__((always_inline)) { store_pair(s, i + k, a[k]); });
+  }
+}
+
+// The product of two twiddles.
+template <class P> SIGPAK_INLINE cplx<P> joined(cplx<P> a, cplx<P> b) {
+  return {fms(a.re, b.re, a.im * b.im), fma(a.re, b.im, a.im * b.re)};
+}
+
+// The same for complex data: with the twiddles of the transform over the lanes, and interleaved. Where the
+// twiddles of all outputs would be a stream as wide as the data they are joined from those of the first
+// output of the butterfly and the steps from it, at the price of a rounding.
+template <class P, int R, bool inverse, bool stepped>
+void turning_leaf_pass(typename P::scalar* s, index length, const typename P::scalar* w,
+                       const typename P::scalar* steps) {
+  for (index i = 0; i < length; i += R, w += 2 * P::width * (stepped ? 1 : R)) {
+    cplx<P> a[R];
+    unroll<R>([&](auto j) __attribute__((always_inline)) { a[j] = load_pair<P>(s, i + j); });
+    transform(a);
+    const cplx<P> first = load_pair<P>(w, 0);
+    unroll<R>([&](auto k) __attribute__((always_inline)) {
+      cplx<P> t = first;
+      if constexpr (k > 0) t = stepped ? joined(first, load_pair<P>(steps, k - 1)) : load_pair<P>(w, k);
+      store_points<P, inverse>(s + 2 * P::width * (i + k), turned(a[k], t.re, t.im));
+    });
+  }
+}
+
+// First and last pass within the lanes at once: R vectors of data.
+template <class P, int R, bool inverse>
+void only_pass(const fft_plan<typename P::scalar>& plan, const typename P::scalar* x, typename P::scalar* s) {
+  const auto* const w = plan.first[inverse];
+  cplx<P> a[R];
+  unroll<R>([&](auto j)
+                __attribute__((always_inline)) { a[j] = load_points<P, inverse>(x + 2 * P::width * j); });
+  transform(a);
+  unroll<R>([&](auto k) __attribute__((always_inline)) {
+    const cplx<P> t = load_pair<P>(w, k);
+    store_points<P, inverse>(s + 2 * P::width * k, turned(a[k], t.re, t.im));
+  });
+}
+
+// Lanes and vectors change places.
+template <class P> SIGPAK_INLINE void transpose(cplx<P> (&y)[P::width]) {
+  constexpr int W = P::width;
+  P re[W], im[W];
+  unroll<W>([&](auto p) __attribute__((always_inline)) { re[p] = y[p].re; });
+  transpose(re);
+  unroll<W>([&](auto p) __attribute__((always_inline)) { im[p] = y[p].im; });
+  transpose(im);
+  unroll<W>([&](auto p) __attribute__((always_inline)) { y[p] = {re[p], im[p]}; });
+}
+
+// Rows of W points, as many as one vector holds: transposition and the transform of each column, to X[k' M].
+template <class P, bool inverse, class Row>
+SIGPAK_INLINE void transform_columns(const Row& row, typename P::scalar* x, index vectors) {
+  constexpr int W = P::width;
+  constexpr int rows = W / 2;
+  P y[W];
+  unroll<2>([&](auto half) __attribute__((always_inline)) {
+    P square[rows];
+    unroll<rows>([&](auto p) __attribute__((always_inline)) { square[p] = row(p, half); });
+    transpose_points(square);
+    unroll<rows>([&](auto l) __attribute__((always_inline)) { y[rows * half + l] = square[l]; });
+  });
+  transform(y);
+  unroll<W>([&](auto k)
+                __attribute__((always_inline)) { store(x + 2 * k * vectors, y[result_at<W, inverse>(k)]); });
+}
+
+// One group of kb, the vector of the first at `first`.
+template <class P, bool inverse>
+SIGPAK_INLINE void transform_group(const fft_plan<typename P::scalar>& plan, const typename P::scalar* first,
+                                   typename P::scalar* x, index vectors) {
+  constexpr int W = P::width;
+  transform_columns<P, inverse>(
+      [ =, offset = plan.offset ](auto p, auto half)
+          __attribute__((always_inline)) { return load<P>(first + 2 * W * offset[p] + W * half); },
+      x, vectors);
+}
+
+// The last transform, over the lanes; natural order out.
+template <class P, bool inverse>
+void last_pass(const fft_plan<typename P::scalar>& plan, const typename P::scalar* s, typename P::scalar* x) {
+  constexpr int W = P::width;
+  const index vectors = plan.vectors;
+  const std::uint32_t* start = plan.start;
+  for (index kb = 0; kb < vectors; kb += W / 2, ++start) {
+    transform_group<P, inverse>(plan, s + 2 * W * static_cast<index>(*start), x + 2 * kb, vectors);
+  }
+}
+
+// Calls body with the radix, which is one of those listed, as a constant.
+template <int... radices, class Body> SIGPAK_INLINE void with_one_of(int radix, const Body& body) {
+  (void)((radix == radices && (body(constant<radices>{}), true)) || ...);
+}
+template <class Body> SIGPAK_INLINE void with_radix(int radix, const Body& body) {
+  with_one_of<2, 3, 4, 5, 7, 8, 11, 13, 16>(radix, body);
+}
+
+template <class P, bool scaled, class Source>
+void first_pass(const fft_plan<typename P::scalar>& plan, const Source& source, typename P::scalar* s) {
+  with_radix(plan.radix[0], [&](auto radix) { first_pass<P, radix, scaled>(plan, source, s); });
+}
+
+template <class P>
+void middle_pass(int radix, typename P::scalar* s, index length, index block, const typename P::scalar* w) {
+  with_radix(radix, [=](auto r) { middle_pass<P, r>(s, length, block, w); });
+}
+
+template <class P> void leaf_pass(int radix, typename P::scalar* s, index length) {
+  with_radix(radix, [=](auto r) { leaf_pass<P, r>(s, length); });
+}
+
+// Blocks that fit the first cache are finished level by level, larger ones block by block.
+inline constexpr index cached_bytes = 24 * 1024;
+
+template <class P> constexpr bool is_cached(index vectors) {
+  return vectors * 2 * P::width * static_cast<index>(sizeof(typename P::scalar)) <= cached_bytes;
+}
+
+template <class P, class Leaf>
+void middle_passes(const fft_plan<typename P::scalar>& plan, int pass, typename P::scalar* s, index length,
+                   const Leaf& leaf) {
+  const index block = plan.block[pass];
+  if (pass == plan.passes - 1) return leaf(s, length);
+  if (is_cached<P>(block)) {
+    middle_pass<P>(plan.radix[pass], s, length, block, plan.twiddles[pass]);
+    return middle_passes<P>(plan, pass + 1, s, length, leaf);
+  }
+  for (index i = 0; i < length; i += block) {
+    auto* const at = s + 2 * P::width * i;
+    middle_pass<P>(plan.radix[pass], at, block, block, plan.twiddles[pass]);
+    middle_passes<P>(plan, pass + 1, at, block, leaf);
+  }
+}
+
+// All passes but the first, and within the lanes, on what the first left in the blocks of the scratch memory.
+template <class P, class Leaf>
+void all_middle_passes(const fft_plan<typename P::scalar>& plan, typename P::scalar* s, const Leaf& leaf) {
+  if (plan.passes == 1) return;
+  if (is_cached<P>(plan.vectors) && plan.stride == plan.block[1]) {
+    return middle_passes<P>(plan, 1, s, plan.vectors, leaf);
+  }
+  for (int block = 0; block < plan.radix[0]; ++block) {
+    middle_passes<P>(plan, 1, s + 2 * P::width * plan.stride * block, plan.block[1], leaf);
+  }
+}
+template <class P> void all_middle_passes(const fft_plan<typename P::scalar>& plan, typename P::scalar* s) {
+  const int radix = plan.radix[plan.passes - 1];
+  all_middle_passes<P>(plan, s,
+                       [radix](typename P::scalar* at, index length) { leaf_pass<P>(radix, at, length); });
+}
+
+// The radices of a pass over the lanes of complex data.
+template <class Body> SIGPAK_INLINE void with_even_radix(int radix, const Body& body) {
+  with_one_of<4, 8, 16>(radix, body);
+}
+
+// Everything before the last transform.
+template <class P, bool inverse>
+void transform_lanes(const fft_plan<typename P::scalar>& plan, const typename P::scalar* x,
+                     typename P::scalar* s) {
+  using T = typename P::scalar;
+  constexpr index pair = 2 * P::width;
+  if (plan.passes == 1) {
+    return with_even_radix(plan.radix[0], [&](auto radix) { only_pass<P, radix, inverse>(plan, x, s); });
+  }
+  first_pass<P, !inverse>(
+      plan,
+      [x](index i) __attribute__((always_inline)) { return load_points<P, inverse>(x + 2 * P::width * i); },
+      s);
+  const index padding = plan.stride - plan.block[1];
+  all_middle_passes<P>(plan, s, [&plan, s, padding](T* at, index length) {
+    const index place = (at - s) / pair;
+    const int last_radix = plan.radix[plan.passes - 1];
+    const index unpadded = place - place / plan.stride * padding;
+    const T* const w = plan.last + pair * (plan.steps != nullptr ? unpadded / last_radix : unpadded);
+    with_even_radix(last_radix, [=, steps = plan.steps](auto radix) {
+      steps != nullptr ? turning_leaf_pass<P, radix, inverse, true>(at, length, w, steps)
+                       : turning_leaf_pass<P, radix, inverse, false>(at, length, w, nullptr);
+    });
+  });
+}
+
+template <class P, bool inverse>
+void run(const fft_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
+  transform_lanes<P, inverse>(plan, x, s);
+  last_pass<P, inverse>(plan, s, x);
+}
+
+}  // namespace
+}  // namespace sigpak::SIGPAK_LEVEL

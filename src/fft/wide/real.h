@@ -1,0 +1,213 @@
+// Transforms of real data of N points to their half spectrum and back.
+//
+// The lanes hold real transforms of M = N / W points, two neighbouring vectors packed into the real and
+// imaginary parts of one: with Z the transform of H = M / 2 such vectors,
+//   2 Y[k] = (Z[k] + conj Z[H-k]) - i w_M^k (Z[k] - conj Z[H-k]).
+// Of the bins kb + M k' those with k' >= W / 2 lie in the upper half of the spectrum and stand for their
+// mirror images. Backwards everything runs in the opposite order on the conjugate of the spectrum.
+#pragma once
+
+#include "fft/wide/passes.h"
+#include "fft/plans/roots_of_unity.h"
+
+namespace sigpak::SIGPAK_LEVEL {
+namespace {
+
+template <class P> SIGPAK_INLINE cplx<P> conjugate(cplx<P> a) { return {a.re, -a.im}; }
+
+// W interleaved points at top, top - 1, ..., in the order of point_at.
+template <class P> SIGPAK_INLINE cplx<P> load_backwards(const typename P::scalar* top) {
+  const auto* const x = top - 2 * (P::width - 1);
+  return separated<P, false>(backwards(load<P>(x + P::width)), backwards(load<P>(x)));
+}
+template <class P> SIGPAK_INLINE void store_backwards(typename P::scalar* top, cplx<P> a) {
+  auto* const x = top - 2 * (P::width - 1);
+  store(x, backwards(high_parts(a.re, a.im)));
+  store(x + P::width, backwards(low_parts(a.re, a.im)));
+}
+
+// w_2W^(l (2 k' + 1)), by which the lanes give the bins H + M k'.
+template <class P> struct middle_roots {
+  static constexpr int W = P::width;
+  alignas(64) typename P::scalar c[W / 2][W] = {};
+  alignas(64) typename P::scalar s[W / 2][W] = {};
+  constexpr middle_roots() {
+    using T = typename P::scalar;
+    for (int k = 0; k < W / 2; ++k) {
+      for (int l = 0; l < W; ++l) {
+        c[k][l] = static_cast<T>(kernels::cosine(l * (2 * k + 1) * (32 / W)));
+        s[k][l] = static_cast<T>(kernels::sine(l * (2 * k + 1) * (32 / W)));
+      }
+    }
+  }
+};
+template <class P> constinit const middle_roots<P> middle_roots_of{};
+
+template <class P> SIGPAK_INLINE typename P::scalar sum(P a) {
+  typename P::scalar lanes[P::width];
+  store(lanes, a);
+  for (int step = P::width / 2; step > 0; step /= 2) {
+    for (int l = 0; l < step; ++l) lanes[l] += lanes[l + step];
+  }
+  return lanes[0];
+}
+
+// The vectors k and H - k of one row; `mirror` holds the places of the second kind.
+template <class P> class rows {
+ public:
+  using T = typename P::scalar;
+  rows(const fft_plan<T>& plan, index group) {
+    const index groups = plan.vectors / P::width;
+    start_ = plan.start[group];
+    mirror_ = plan.start[groups - 1 - group];
+    first_ = plan.start[group == 0 ? 0 : groups - group];
+  }
+  index place(const fft_plan<T>& plan, int v) const { return start_ + plan.offset[v]; }
+  index mirror(const fft_plan<T>& plan, int v) const {
+    return v == 0 ? first_ : mirror_ + plan.offset[P::width - v];
+  }
+
+ private:
+  index start_, mirror_, first_;
+};
+
+// (a + conj b) - i w (a - conj b): of Z[k] and Z[H-k] the doubled Y[k].
+template <class P> SIGPAK_INLINE cplx<P> unpacked(cplx<P> a, cplx<P> b, const typename P::scalar* w) {
+  const P c = splat<P>(w[0]);
+  const P s = splat<P>(w[1]);
+  const P re = a.re - b.re;
+  const P im = a.im + b.im;
+  return {fma(im, c, fnma(re, s, a.re + b.re)), fnma(re, c, fnma(im, s, a.im - b.im))};
+}
+
+// (a + conj b) + i w (a - conj b): of Y[k] and Y[H-k] the packed Z[k].
+template <class P> SIGPAK_INLINE cplx<P> packed(cplx<P> a, cplx<P> b, const typename P::scalar* w) {
+  const P c = splat<P>(w[0]);
+  const P s = splat<P>(w[1]);
+  const P re = a.re - b.re;
+  const P im = a.im + b.im;
+  return {fnma(im, c, fma(re, s, a.re + b.re)), fma(re, c, fma(im, s, a.im - b.im))};
+}
+
+template <class P>
+void real_last_pass(const fft_plan<typename P::scalar>& plan, const typename P::scalar* s,
+                    typename P::scalar* x) {
+  using T = typename P::scalar;
+  constexpr int W = P::width;
+  const index vectors = 2 * plan.vectors;
+  const cplx<P> z = load_pair<P>(s, 0);
+  const P middle = (z.re - z.im) * splat<P>(2);
+  const T* w = plan.last;
+  for (index kb = 0, group = 0; kb < plan.vectors; kb += W, ++group, w += 2 * W * (W - 1)) {
+    const rows<P> row(plan, group);
+    cplx<P> y[W];
+    unroll<W>([&](auto p) __attribute__((always_inline)) {
+      constexpr int v = point_at<T>(p, W);
+      y[p] = unpacked(load_pair<P>(s, row.place(plan, v)), load_pair<P>(s, row.mirror(plan, v)),
+                      plan.unpack + 2 * (kb + v));
+    });
+    transpose(y);
+    unroll<W - 1>([&](auto l) __attribute__((always_inline)) {
+      const cplx<P> t = load_pair<P>(w, l);
+      y[l + 1] = turned(y[l + 1], t.re, t.im);
+    });
+    transform(y);
+    unroll<W / 2>([&](auto k) __attribute__((always_inline)) {
+      store_points<P, false>(x + 2 * (kb + k * vectors), y[k]);
+      store_backwards(x + 2 * ((k + 1) * vectors - kb), conjugate(y[W - 1 - k]));
+    });
+  }
+  const auto& roots = middle_roots_of<P>;
+  for (int k = 0; k < W / 2; ++k) {
+    T* const out = x + 2 * (plan.vectors + k * vectors);
+    out[0] = sum(middle * load<P>(roots.c[k]));
+    out[1] = -sum(middle * load<P>(roots.s[k]));
+  }
+}
+
+// The opposite of the last pass: the lanes in the order of kb, and one more vector for kb = H.
+template <class P>
+void real_head_pass(const fft_plan<typename P::scalar>& plan, const typename P::scalar* x,
+                    typename P::scalar* s) {
+  using T = typename P::scalar;
+  constexpr int W = P::width;
+  const index vectors = 2 * plan.vectors;
+  const T* w = plan.last;
+  for (index kb = 0; kb < plan.vectors; kb += W, w += 2 * W * (W - 1)) {
+    cplx<P> y[W];
+    unroll<W / 2>([&](auto k) __attribute__((always_inline)) {
+      y[k] = conjugate(load_points<P, false>(x + 2 * (kb + k * vectors)));
+      y[W - 1 - k] = load_backwards<P>(x + 2 * ((k + 1) * vectors - kb));
+    });
+    transform(y);
+    unroll<W - 1>([&](auto l) __attribute__((always_inline)) {
+      const cplx<P> t = load_pair<P>(w, l);
+      y[l + 1] = turned(y[l + 1], t.re, t.im);
+    });
+    transpose(y);
+    unroll<W>([&](auto p) __attribute__((always_inline)) { store_pair(s, kb + point_at<T>(p, W), y[p]); });
+  }
+  const auto& roots = middle_roots_of<P>;
+  P middle = splat<P>(0);
+  for (int k = 0; k < W / 2; ++k) {
+    const T* const bin = x + 2 * (plan.vectors + k * vectors);
+    middle = fma(splat<P>(2 * bin[0]), load<P>(roots.c[k]), middle);
+    middle = fnma(splat<P>(2 * bin[1]), load<P>(roots.s[k]), middle);
+  }
+  store_pair(s, plan.vectors, cplx<P>{middle, splat<P>(0)});
+}
+
+// The last pass within the lanes, straight to the data: butterfly i of the pass has its outputs at result[i]
+// and every `step` vectors behind it.
+template <class P, int R>
+void result_pass(typename P::scalar* s, index length, const std::uint32_t* result, index step,
+                 typename P::scalar* x) {
+  for (index i = 0; i < length; i += R, ++result) {
+    cplx<P> a[R];
+    unroll<R>([&](auto j) __attribute__((always_inline)) { a[j] = load_pair<P>(s, i + j); });
+    transform(a);
+    unroll<R>([&](auto k) __attribute__((always_inline)) { store_pair(x, *result + k * step, a[k]); });
+  }
+}
+
+template <class P>
+void run_real(const fft_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
+  first_pass<P, true>(
+      plan, [x](index i) __attribute__((always_inline)) { return load_pair<P>(x, i); }, s);
+  all_middle_passes<P>(plan, s);
+  real_last_pass<P>(plan, s, x);
+}
+
+// The imaginary parts of the outer bins do not count.
+template <class P>
+void run_real_inverse(const fft_plan<typename P::scalar>& plan, typename P::scalar* x,
+                      typename P::scalar* s) {
+  using T = typename P::scalar;
+  const index vectors = plan.vectors;
+  x[1] = 0;
+  x[plan.points + 1] = 0;
+  real_head_pass<P>(plan, x, s);
+  const T* const w = plan.unpack;
+  const auto source = [=](index k) __attribute__((always_inline)) {
+    return packed(load_pair<P>(s, k), load_pair<P>(s, vectors - k), w + 2 * k);
+  };
+  if (plan.passes == 1) {
+    // One pass has no twiddles but 1, and its blocks are single vectors in their order.
+    first_pass<P, false>(plan, source, x);
+    return;
+  }
+  T* const blocks = s + 2 * P::width * (vectors + 1);
+  first_pass<P, false>(plan, source, blocks);
+  const int radix = plan.radix[plan.passes - 1];
+  const index step = vectors / radix;
+  all_middle_passes<P>(plan, blocks, [&](T* at, index length) {
+    const index vector = (at - blocks) / (2 * P::width);
+    const index padding = vector / plan.stride * (plan.stride - plan.block[1]);
+    const std::uint32_t* const result = plan.result + (vector - padding) / radix;
+    radix == 8 ? result_pass<P, 8>(at, length, result, step, x)
+               : result_pass<P, 4>(at, length, result, step, x);
+  });
+}
+
+}  // namespace
+}  // namespace sigpak::SIGPAK_LEVEL

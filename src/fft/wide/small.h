@@ -1,0 +1,179 @@
+// Transforms that stay in registers from load to store.
+#pragma once
+
+#include "fft/wide/passes.h"
+#include "fft/plans/roots_of_unity.h"
+
+namespace sigpak::SIGPAK_LEVEL {
+namespace {
+
+// N = M C interleaved points, C of them in a vector, n = C i + l and k = kb + M k': w_N^(l kb) for
+// kb = 1 ... M - 1, once for the real and once for the imaginary part; times 1/N for the forward transform,
+// conjugate for the inverse.
+template <class P, int M, bool inverse> struct point_twiddles {
+  using T = typename P::scalar;
+  static constexpr int N = M * P::width / 2;
+  static constexpr T scale = static_cast<T>(inverse ? 1.0 : 1.0 / N);
+  alignas(64) T c[M - 1][P::width] = {};
+  alignas(64) T s[M - 1][P::width] = {};
+  constexpr point_twiddles() {
+    for (int kb = 1; kb < M; ++kb) {
+      for (int p = 0; p < P::width; ++p) {
+        const int k = kb * (p / 2) * (64 / N);
+        c[kb - 1][p] = static_cast<T>(kernels::cosine(k)) * scale;
+        s[kb - 1][p] = static_cast<T>(inverse ? -kernels::sine(k) : kernels::sine(k)) * scale;
+      }
+    }
+  }
+};
+template <class P, int M, bool inverse> constinit const point_twiddles<P, M, inverse> point_twiddles_of{};
+
+// One point to a vector leaves nothing but the transform itself.
+template <class P, int M, bool inverse>
+requires(P::width == 2) void run_small(typename P::scalar* x) {
+  constexpr auto scale = typename P::scalar(1) / M;
+  P a[M];
+  unroll<M>([&](auto i) __attribute__((always_inline)) { a[i] = load<P>(x + 2 * i); });
+  transform(a);
+  unroll<M>([&](auto k) __attribute__((always_inline)) {
+    const P result = a[result_at<M, inverse>(k)];
+    store(x + 2 * k, inverse ? result : result * splat<P>(scale));
+  });
+}
+
+template <class P, int M, bool inverse>
+requires(P::width > 2) void run_small(typename P::scalar* x) {
+  constexpr int W = P::width;
+  constexpr int C = W / 2;
+  const auto& w = point_twiddles_of<P, M, inverse>;
+  P a[M];
+  unroll<M>([&](auto i) __attribute__((always_inline)) { a[i] = load<P>(x + W * i); });
+  transform(a);
+  P y[M];
+  y[0] = inverse ? a[0] : a[0] * splat<P>(w.scale);
+  unroll<M - 1>([&](auto i) __attribute__((always_inline)) {
+    y[i + 1] = turned(a[result_at<M, inverse>(i + 1)], load<P>(w.c[i]), load<P>(w.s[i]));
+  });
+  unroll<M / C>([&](auto group) __attribute__((always_inline)) {
+    P row[C];
+    unroll<C>([&](auto p) __attribute__((always_inline)) { row[p] = y[C * group + p]; });
+    transpose_points(row);
+    transform(row);
+    unroll<C>([&](auto k) __attribute__((always_inline)) {
+      store(x + 2 * (C * group + k * M), row[result_at<C, inverse>(k)]);
+    });
+  });
+}
+
+// N = M W points as in fft_plan, with its twiddles for the last transform; times 1/N for the forward one.
+template <class P, int M, bool inverse> struct lane_twiddles {
+  using T = typename P::scalar;
+  static constexpr int N = M * P::width;
+  static constexpr T scale = static_cast<T>(inverse ? 1.0 : 1.0 / N);
+  alignas(64) T values[M - 1][2][P::width] = {};
+  constexpr lane_twiddles() {
+    for (int kb = 1; kb < M; ++kb) {
+      for (int p = 0; p < P::width; ++p) {
+        const int k = kb * point_at<T>(p, P::width) * (64 / N);
+        values[kb - 1][0][p] = static_cast<T>(kernels::cosine(k)) * scale;
+        values[kb - 1][1][p] = static_cast<T>(kernels::sine(k)) * scale;
+      }
+    }
+  }
+};
+template <class P, int M, bool inverse> constinit const lane_twiddles<P, M, inverse> lane_twiddles_of{};
+
+// Half as many vectors per transform, where interleaved points would need too many.
+template <class P, int M, bool inverse> void run_small_split(typename P::scalar* x) {
+  constexpr int rows = P::width / 2;
+  const auto& w = lane_twiddles_of<P, M, inverse>;
+  cplx<P> a[M];
+  unroll<M>([&](auto i)
+                __attribute__((always_inline)) { a[i] = load_points<P, inverse>(x + 2 * P::width * i); });
+  transform(a);
+  if constexpr (!inverse) a[0] = a[0] * splat<P>(w.scale);
+  unroll<M - 1>([&](auto i) __attribute__((always_inline)) {
+    a[i + 1] = turned(a[i + 1], load<P>(w.values[i][0]), load<P>(w.values[i][1]));
+  });
+  unroll<M / rows>([&](auto group) __attribute__((always_inline)) {
+    transform_columns<P, inverse>(
+        [&](auto p, auto half) __attribute__((always_inline)) {
+          const cplx<P> y = a[rows * group + p];
+          const P first = inverse ? y.im : y.re;
+          const P second = inverse ? y.re : y.im;
+          return half ? high_parts(first, second) : low_parts(first, second);
+        },
+        x + 2 * rows * group, M);
+  });
+}
+
+// One point; those of single precision are computed in double.
+SIGPAK_INLINE d2 load_point(const double* x) { return load<d2>(x); }
+SIGPAK_INLINE d2 load_point(const float* x) {
+  return {_mm_cvtps_pd(_mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i_u*>(x))))};
+}
+SIGPAK_INLINE void store_point(double* x, d2 a) { store(x, a); }
+SIGPAK_INLINE void store_point(float* x, d2 a) {
+  _mm_storel_epi64(reinterpret_cast<__m128i_u*>(x), _mm_castps_si128(_mm_cvtpd_ps(a.v)));
+}
+
+SIGPAK_INLINE d2 conjugate(d2 a) { return {_mm_xor_pd(a.v, _mm_set_pd(-0.0, 0.0))}; }
+
+// With w = w_2H^k: even - i w odd, and even + i w odd.
+template <int H> SIGPAK_INLINE void split_pair(d2 even, d2 odd, int k, d2& sum, d2& difference) {
+  const int turn = k * (32 / H);
+  const auto c = static_cast<double>(kernels::cosine(turn));
+  const d2 s = splat_constant<d2>(kernels::sine(turn));
+  const d2 crossed = exchanged(odd);
+  sum = fma(crossed, d2{_mm_set_pd(-c, c)}, fnma(odd, s, even));
+  difference = fma(crossed, d2{_mm_set_pd(c, -c)}, fma(odd, s, even));
+}
+
+// Real data of 2 H points, two to a complex one. With Z their transform,
+//   2 X[k] = (Z[k] + conj Z[H-k]) - i w_2H^k (Z[k] - conj Z[H-k]),
+// and 2 X[H-k] is the conjugate of the sum of the same terms.
+template <class T, int H> void run_small_real(T* x) {
+  const d2 scale = splat<d2>(0.5 / H);
+  const d2 half = splat<d2>(0.25 / H);
+  d2 z[H];
+  unroll<H>([&](auto i) __attribute__((always_inline)) { z[i] = load_point(x + 2 * i); });
+  transform(z);
+  const d2 crossed = exchanged(z[0]);
+  const __m128d nothing = _mm_setzero_pd();
+  store_point(x, {_mm_unpacklo_pd(((z[0] + crossed) * scale).v, nothing)});
+  store_point(x + 2 * H, {_mm_unpacklo_pd(((z[0] - crossed) * scale).v, nothing)});
+  unroll<H / 2 - 1>([&](auto i) __attribute__((always_inline)) {
+    constexpr int k = i + 1;
+    const d2 a = z[k] * half;
+    const d2 mirrored = conjugate(z[H - k]) * half;
+    d2 low, high;
+    split_pair<H>(a + mirrored, a - mirrored, k, low, high);
+    store_point(x + 2 * k, low);
+    store_point(x + 2 * (H - k), conjugate(high));
+  });
+  store_point(x + H, conjugate(z[H / 2] * scale));
+}
+
+// Z[k] = (X[k] + conj X[H-k]) + i conj w_2H^k (X[k] - conj X[H-k]), from which the inverse transform follows
+// by results in the opposite order.
+template <class T, int H> void run_small_real_inverse(T* x) {
+  d2 z[H];
+  const d2 first = {_mm_set1_pd(static_cast<double>(x[0]))};
+  const d2 last = {_mm_set_pd(-static_cast<double>(x[2 * H]), static_cast<double>(x[2 * H]))};
+  z[0] = first + last;
+  unroll<H / 2 - 1>([&](auto i) __attribute__((always_inline)) {
+    constexpr int k = i + 1;
+    const d2 a = load_point(x + 2 * k);
+    const d2 mirrored = conjugate(load_point(x + 2 * (H - k)));
+    d2 low, high;
+    split_pair<H>(conjugate(a + mirrored), conjugate(a - mirrored), k, low, high);
+    z[k] = conjugate(low);
+    z[H - k] = high;
+  });
+  z[H / 2] = conjugate(load_point(x + H)) * splat<d2>(2);
+  transform(z);
+  unroll<H>([&](auto i) __attribute__((always_inline)) { store_point(x + 2 * i, z[result_at<H, true>(i)]); });
+}
+
+}  // namespace
+}  // namespace sigpak::SIGPAK_LEVEL

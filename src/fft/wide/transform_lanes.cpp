@@ -1,0 +1,96 @@
+// The table of transforms of one level.
+#include "fft/wide/kernels.h"
+#include "fft/wide/long.h"
+#include "fft/wide/mixed.h"
+#include "fft/wide/passes.h"
+#include "fft/wide/real.h"
+#include "fft/wide/small.h"
+
+namespace sigpak::SIGPAK_LEVEL {
+namespace {
+
+template <class P>
+void run_either(const fft_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* scratch,
+                bool inverse) {
+  if (plan.collected)
+    return inverse ? run_collected<P, true>(plan, x, scratch) : run_collected<P, false>(plan, x, scratch);
+  inverse ? run<P, true>(plan, x, scratch) : run<P, false>(plan, x, scratch);
+}
+template <class P>
+void run_either_real(const fft_plan<typename P::scalar>& plan, typename P::scalar* x,
+                     typename P::scalar* scratch, bool inverse) {
+  inverse ? run_real_inverse<P>(plan, x, scratch) : run_real<P>(plan, x, scratch);
+}
+
+template <class P>
+void run_either_mixed(const mixed_plan<typename P::scalar>& plan, typename P::scalar* x,
+                      typename P::scalar* scratch, bool inverse) {
+  inverse ? run_mixed<P, true>(plan, x, scratch) : run_mixed<P, false>(plan, x, scratch);
+}
+
+#if SIGPAK_VECTOR_BYTES == 64
+using widest_d = d8;
+using narrow_d = d4;
+using widest_f = f16;
+using narrow_f = f8;
+#else
+using widest_d = d4;
+using narrow_d = d2;
+using widest_f = f8;
+using narrow_f = f4;
+#endif
+
+// Plans come with the widest lanes that their length allows.
+template <class Wide, class Narrow, class T>
+void run_lanes(const fft_plan<T>& plan, T* x, T* scratch, bool inverse) {
+  if (plan.lanes == Wide::width) return run_either<Wide>(plan, x, scratch, inverse);
+  run_either<Narrow>(plan, x, scratch, inverse);
+}
+template <class Wide, class Narrow, class Narrowest, class T>
+void run_real_lanes(const fft_plan<T>& plan, T* x, T* scratch, bool inverse) {
+  if (plan.lanes == Wide::width) return run_either_real<Wide>(plan, x, scratch, inverse);
+  if (plan.lanes == Narrow::width) return run_either_real<Narrow>(plan, x, scratch, inverse);
+  run_either_real<Narrowest>(plan, x, scratch, inverse);
+}
+
+template <class Wide, class Narrow, class T>
+void run_mixed_lanes(const mixed_plan<T>& plan, T* x, T* scratch, bool inverse) {
+  if (plan.lanes == Wide::width) return run_either_mixed<Wide>(plan, x, scratch, inverse);
+  run_either_mixed<Narrow>(plan, x, scratch, inverse);
+}
+
+template <class T, int H>
+inline constexpr kernels::small_fft<T> small_real = {run_small_real<T, H>, run_small_real_inverse<T, H>};
+template <class P, int M>
+inline constexpr kernels::small_fft<typename P::scalar> small = {run_small<P, M, false>,
+                                                                 run_small<P, M, true>};
+
+}  // namespace
+
+const kernels::fft_kernels<double> double_fft = {
+    SIGPAK_VECTOR_BYTES / 8,
+    {{},
+     {},
+     small<d2, 4>,
+     small<d2, 8>,
+     small<d2, 16>,
+     small<d4, 16>,
+#if SIGPAK_VECTOR_BYTES == 64
+     small<d8, 16>},
+#else
+     {run_small_split<d4, 16, false>, run_small_split<d4, 16, true>}},
+#endif
+    {{}, {}, small_real<double, 2>, small_real<double, 4>, small_real<double, 8>, small_real<double, 16>},
+    run_lanes<widest_d, widest_d>,
+    run_real_lanes<widest_d, d4, d4>,
+    run_mixed_lanes<widest_d, narrow_d>};
+
+const kernels::fft_kernels<float> float_fft = {
+    SIGPAK_VECTOR_BYTES / 4,
+    {{}, {}, small<f4, 2>, small<f4, 4>, small<f8, 4>, small<f8, 8>, small<f8, 16>},
+    {{}, {}, small_real<float, 2>, small_real<float, 4>, small_real<float, 8>, small_real<float, 16>},
+    run_lanes<widest_f, f8>,
+    run_real_lanes<widest_f, f8, f4>,
+    run_mixed_lanes<widest_f, narrow_f>};
+
+}  // namespace sigpak::SIGPAK_LEVEL

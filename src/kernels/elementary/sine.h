@@ -1,0 +1,155 @@
+// Sines and cosines of vectors: reduction by multiples of pi / 2, then polynomials.
+#pragma once
+
+#include "kernels/elementary/coefficients.h"
+#include "kernels/elementary/walk.h"
+
+namespace sigpak::SIGPAK_LEVEL {
+namespace {
+
+// Beyond this the reduction is left to the C library.
+constexpr double reduction_end = 0x1p30;
+
+constexpr double quarter_pi_hi = 0x1.921fb54442d18p+0;  // pi / 2 in three doubles
+constexpr double quarter_pi_mid = 0x1.1a62633145c07p-54;
+constexpr double quarter_pi_lo = -0x1.f1976b7ed8fbcp-110;
+
+// x = quarter * pi / 2 + hi + lo, |hi| <= pi / 4; the quarter is in the low bits.
+struct angle {
+  real hi;
+  real lo;
+  words quarter;
+};
+
+// The first product is exact for |x| <= 2^38: the multiple of pi / 2 that it takes away has at most 53 bits
+// left.
+SIGPAK_INLINE angle reduce(real x) {
+  const real shifted = fma(x, all(0x1.45f306dc9c883p-1), all(to_integer));  // 2 / pi
+  const real n = shifted - all(to_integer);
+  const real first = fnma(n, all(quarter_pi_hi), x);
+  const real step = n * all(quarter_pi_mid);
+  const real step_rest = fms(n, all(quarter_pi_mid), step);
+  const real hi = first - step;
+  const real lo = ((first - hi) - step) - fma(n, all(quarter_pi_lo), step_rest);
+  return {hi, lo, bits(shifted)};
+}
+
+// For single precision, whose results need no rest of the angle.
+SIGPAK_INLINE angle reduce_single(real x) {
+  const real shifted = fma(x, all(0x1.45f306dc9c883p-1), all(to_integer));
+  const real n = shifted - all(to_integer);
+  return {fnma(n, all(quarter_pi_mid), fnma(n, all(quarter_pi_hi), x)), all(0), bits(shifted)};
+}
+
+// sin(a + quarter pi / 2), where `quarter` adds to what a holds: one polynomial, its coefficients chosen per
+// lane.
+SIGPAK_INLINE real turned_sine(angle a, words quarter) {
+  const mask odd = has_bit(quarter, 1);
+  const real z = a.hi * a.hi;
+  real p = choose(odd, all(cosine_terms[0]), all(sine_terms[0]));
+  unroll<5>([&](auto k) __attribute__((always_inline)) {
+    p = fma(p, z, choose(odd, all(cosine_terms[k + 1]), all(sine_terms[k + 1])));
+  });
+  const real half = z * all(0.5);
+  const real top = all(1) - half;
+  const real sine_rest = fnma(half, a.lo, a.lo);                     // lo cos(hi)
+  const real cosine_rest = fnma(a.hi, a.lo, (all(1) - top) - half);  // -lo sin(hi), and what top left out
+  const real base = choose(odd, top, a.hi);
+  const real y = base + fma(choose(odd, z, a.hi), z * p, choose(odd, cosine_rest, sine_rest));
+  return flip_sign(take_sign(y, base), quarter << 62);
+}
+
+// Sine and cosine of the reduced angle itself, each as a leading double and the rest, up to 2^-3 of it.
+struct sine_cosine {
+  parts sine;
+  parts cosine;
+};
+
+SIGPAK_INLINE sine_cosine both_parts(angle a) {
+  const real z = a.hi * a.hi;
+  const real half = z * all(0.5);
+  const real top = all(1) - half;
+  const real square_rest = fms(a.hi, a.hi, z);
+  const real cosine_rest = fnma(all(0.5), square_rest, fnma(a.hi, a.lo, (all(1) - top) - half));
+  return {{a.hi, fma(a.hi, z * polynomial(sine_terms, z), fnma(half, a.lo, a.lo))},
+          {top, fma(z, z * polynomial(cosine_terms, z), cosine_rest)}};
+}
+
+// For single precision: x = n pi + r, |r| <= pi / 2, and one polynomial.
+SIGPAK_INLINE real short_sine(real r, words turns) {
+  const real z = r * r;
+  const real y = fma(r * z, polynomial(sine_single_terms, z), r);
+  return flip_sign(take_sign(y, r), turns << 63);
+}
+
+SIGPAK_INLINE real sine_single(real x) {
+  const real shifted = fma(x, all(0x1.45f306dc9c883p-2), all(to_integer));  // 1 / pi
+  const real n = shifted - all(to_integer);
+  const real r = fnma(n, all(2 * quarter_pi_mid), fnma(n, all(2 * quarter_pi_hi), x));
+  return short_sine(r, bits(shifted));
+}
+
+// cos x = sin(x + pi / 2): the nearest odd multiple of pi / 2 takes the place of the multiple of pi.
+SIGPAK_INLINE real cosine_single(real x) {
+  const real shifted = fma(x, all(0x1.45f306dc9c883p-2), all(-0.5)) + all(to_integer);
+  const real n = (shifted - all(to_integer)) + all(0.5);
+  const real r = fma(n, all(2 * quarter_pi_mid), fms(n, all(2 * quarter_pi_hi), x));
+  return short_sine(r, bits(shifted));
+}
+
+SIGPAK_INLINE mask is_far(real x) { return not_at_most(absolute(x), reduction_end); }
+
+SIGPAK_INLINE parts flip_sign(parts a, words sign) { return {flip_sign(a.hi, sign), flip_sign(a.lo, sign)}; }
+
+// sin x and cos x, each with what its leading double leaves out.
+SIGPAK_INLINE sine_cosine sine_and_cosine(real x) {
+  const angle a = reduce(x);
+  const sine_cosine y = both_parts(a);
+  const mask odd = has_bit(a.quarter, 1);
+  const parts sine = flip_sign(choose(odd, y.cosine, y.sine), a.quarter << 62);
+  const parts cosine = flip_sign(choose(odd, y.sine, y.cosine), (a.quarter + 1) << 62);
+  return {sine, cosine};
+}
+
+// The same for single precision, where the leading doubles are enough.
+SIGPAK_INLINE sine_cosine sine_and_cosine_single(real x) {
+  const angle a = reduce_single(x);
+  const real z = a.hi * a.hi;
+  const real s = take_sign(fma(a.hi * z, polynomial(sine_quarter_single_terms, z), a.hi), a.hi);
+  const real c = fma(z * z, polynomial(cosine_quarter_single_terms, z), fnma(all(0.5), z, all(1)));
+  const mask odd = has_bit(a.quarter, 1);
+  const real sine = flip_sign(choose(odd, c, s), a.quarter << 62);
+  const real cosine = flip_sign(choose(odd, s, c), (a.quarter + 1) << 62);
+  return {{sine, all(0)}, {cosine, all(0)}};
+}
+
+template <class T> SIGPAK_INLINE sine_cosine sine_and_cosine_for(real x) {
+  if constexpr (sizeof(T) == sizeof(float)) {
+    return sine_and_cosine_single(x);
+  } else {
+    return sine_and_cosine(x);
+  }
+}
+
+// What the double nearest to x leaves out.
+SIGPAK_INLINE double rest_of(long double x) {
+  return static_cast<double>(x - static_cast<long double>(static_cast<double>(x)));
+}
+
+// With the C library's values where x is far.
+template <class T> SIGPAK_INLINE sine_cosine careful_sine_and_cosine(real x) {
+  const mask far = is_far(x);
+  sine_cosine y = sine_and_cosine_for<T>(x);
+  except(y.sine.hi, y.sine.lo, far, x, x, [](double u, double) {
+    const long double wide = __builtin_sinl(static_cast<long double>(u));
+    return point{static_cast<double>(wide), rest_of(wide)};
+  });
+  except(y.cosine.hi, y.cosine.lo, far, x, x, [](double u, double) {
+    const long double wide = __builtin_cosl(static_cast<long double>(u));
+    return point{static_cast<double>(wide), rest_of(wide)};
+  });
+  return y;
+}
+
+}  // namespace
+}  // namespace sigpak::SIGPAK_LEVEL

@@ -1,0 +1,107 @@
+// Direct sums of taps and samples: several vectors of outputs in registers, and taps that are a whole number
+// of vectors apart taken together, so that a vector of samples is loaded once for all of them.
+#include "kernels/fir.h"
+
+#include "vectors/lanes.h"
+
+namespace sigpak::SIGPAK_LEVEL {
+namespace {
+
+// A single scalar that goes through the same operations as a vector, for runs shorter than one.
+template <class T> struct single {
+  using scalar = T;
+  using vector = T;
+  using loose = T;
+  static constexpr int width = 1;
+  T v;
+};
+SIGPAK_INLINE single<double> fma(single<double> a, single<double> b, single<double> c) {
+  return {__builtin_fma(a.v, b.v, c.v)};
+}
+SIGPAK_INLINE single<float> fma(single<float> a, single<float> b, single<float> c) {
+  return {__builtin_fmaf(a.v, b.v, c.v)};
+}
+
+// Keeps a loaded vector in its register: folded into every product that uses it, it would be loaded as often,
+// and most of these loads cross a cache line.
+template <class P> SIGPAK_INLINE P held(P a) {
+  if constexpr (P::width > 1) asm("" : "+v"(a.v));
+  return a;
+}
+
+template <class T> struct filter {
+  const T* taps;
+  index count;
+  index tap_stride;
+  index x_stride;
+};
+
+// M taps, W / x_stride apart, onto R vectors of outputs; h is the first of them, x its samples. From the
+// oldest sample to the newest.
+template <int M, int W, class P, int R, class T>
+SIGPAK_INLINE void add_taps(P (&sums)[R], const T* h, index spacing, const T* x) {
+  P tap[M];
+  unroll<M>([&](auto m) __attribute__((always_inline)) { tap[m] = splat<P>(h[m * spacing]); });
+  unroll<R + M - 1>([&](auto place) __attribute__((always_inline)) {
+    constexpr int q = place - (M - 1);
+    const P samples = held(load<P>(x + q * W));
+    unroll<M>([&](auto m) __attribute__((always_inline)) {
+      constexpr int r = q + m;
+      if constexpr (r >= 0 && r < R) sums[r] = fma(tap[m], samples, sums[r]);
+    });
+  });
+}
+
+// Sets of M rows of taps, from the last taps down, while a whole set is left; a row is W / x_stride taps.
+template <int M, int W, class P, int R, class T>
+SIGPAK_INLINE index add_sets(P (&sums)[R], const filter<T>& f, index left, const T* x) {
+  const index row = W / f.x_stride;
+  while (left >= M * row) {
+    left -= M * row;
+    for (index k = left + row - 1; k >= left; --k) {
+      add_taps<M, W>(sums, f.taps + k * f.tap_stride, row * f.tap_stride, x + (f.count - 1 - k) * f.x_stride);
+    }
+  }
+  return left;
+}
+
+// R vectors of outputs. W is the level's width, also for single scalars, which must go the same way.
+template <int W, class P, int R, class T>
+SIGPAK_INLINE void sum_vectors(const filter<T>& f, const T* x, T* out) {
+  P sums[R];
+  unroll<R>([&](auto r) __attribute__((always_inline)) { sums[r] = splat<P>(T(0)); });
+  index left = add_sets<4, W>(sums, f, f.count, x);
+  left = add_sets<2, W>(sums, f, left, x);
+  left = add_sets<1, W>(sums, f, left, x);
+  for (index k = left - 1; k >= 0; --k) {
+    add_taps<1, W>(sums, f.taps + k * f.tap_stride, 0, x + (f.count - 1 - k) * f.x_stride);
+  }
+  unroll<R>([&](auto r) __attribute__((always_inline)) { store(out + r * P::width, sums[r]); });
+}
+
+template <class P, int R, class T = typename P::scalar>
+void sum(const T* taps, index count, index tap_stride, const T* x, index x_stride, T* out, index n) {
+  constexpr int W = P::width;
+  const filter<T> f = {taps, count, tap_stride, x_stride};
+  index j = 0;
+  for (; j + R * W <= n; j += R * W) sum_vectors<W, P, R>(f, x + j, out + j);
+  for (; j + W <= n; j += W) sum_vectors<W, P, 1>(f, x + j, out + j);
+  if (j == n) return;
+  if (n >= W) {
+    sum_vectors<W, P, 1>(f, x + n - W, out + n - W);  // some outputs once more, with the same bits
+  } else {
+    for (; j < n; ++j) sum_vectors<W, single<T>, 1>(f, x + j, out + j);
+  }
+}
+
+}  // namespace
+
+#if SIGPAK_VECTOR_BYTES == 64
+constexpr kernels::fir_sum<double> fir_sum_double = sum<d8, 8>;
+constexpr kernels::fir_sum<float> fir_sum_float = sum<f16, 8>;
+#else
+constexpr kernels::fir_sum<double> fir_sum_double = sum<d4, 8>;
+constexpr kernels::fir_sum<float> fir_sum_float = sum<f8, 8>;
+#endif
+
+}  // namespace sigpak::SIGPAK_LEVEL

@@ -1,0 +1,40 @@
+# Kernels that need vector width, shuffles or fused multiply-add by name: one source, compiled once per
+# instruction-set level. The source finds its level in SIGPAK_LEVEL, the namespace that holds all of it, and the
+# bytes of a vector in SIGPAK_VECTOR_BYTES; src/core/isa.h decides at run time which level is called. Such a source
+# is named NAME_lanes.cpp.
+include(CheckCXXSourceCompiles)
+check_cxx_source_compiles("
+  #if !defined(__x86_64__) || !defined(__GNUC__)
+  #error no wide levels here
+  #endif
+  int main() { return 0; }" SIGPAK_WIDE_LEVELS)
+
+set(avx2_bytes 32)
+set(avx2_options -mavx2 -mfma)
+set(avx512_bytes 64)
+set(avx512_options
+  -mavx512f -mavx512dq -mavx512bw -mavx512vl -mavx512vbmi2 -mfma -mprefer-vector-width=512)
+if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+  # g++ 12 takes the deliberately undefined source of its own 512-bit intrinsics for a mistake of the caller.
+  list(APPEND avx512_options -Wno-uninitialized -Wno-maybe-uninitialized)
+endif()
+
+# Adds NAME.cpp to the library once per level, as NAME_avx2 and NAME_avx512, with further options if given.
+function(sigpak_kernel name)
+  if(NOT SIGPAK_WIDE_LEVELS)
+    return()
+  endif()
+  file(RELATIVE_PATH source ${PROJECT_SOURCE_DIR}/src ${CMAKE_CURRENT_SOURCE_DIR}/${name}.cpp)
+  foreach(level avx2 avx512)
+    set(level_bytes ${${level}_bytes})
+    set(unit ${CMAKE_CURRENT_BINARY_DIR}/${name}_${level}.cpp)
+    file(CONFIGURE OUTPUT ${unit} @ONLY CONTENT [[
+#define SIGPAK_LEVEL @level@
+#define SIGPAK_VECTOR_BYTES @level_bytes@
+#include "@source@"
+]])
+    target_sources(sigpak_objects PRIVATE ${unit})
+    set_source_files_properties(${unit} TARGET_DIRECTORY sigpak_objects PROPERTIES
+      COMPILE_OPTIONS "${${level}_options};${ARGN}")
+  endforeach()
+endfunction()

@@ -1,0 +1,153 @@
+// The wide chirp transform on plain memory, at whatever level the suite runs.
+#include "fft/wide_chirp.h"
+
+#include <gtest/gtest.h>
+#include <malloc.h>
+
+#include <array>
+#include <set>
+
+#include "core/isa.h"
+#include "fft/plans/circle.h"
+#include "fft/wide_fft.h"
+#include "spectral/reference.h"
+#include "support/failing.h"
+
+namespace sigpak::test {
+namespace {
+
+template <class V> class WideChirp : public testing::Test {
+ protected:
+  // Fresh memory is full of huge numbers: what is read before it is written shows.
+  void SetUp() override {
+    if (!kernels::has_wide_chirp<scalar<V>>()) GTEST_SKIP();
+    mallopt(M_PERTURB, 0x80);
+    release();
+  }
+  void TearDown() override {
+    release();
+    mallopt(M_PERTURB, 0);
+  }
+  static void release() {
+    kernels::release_wide_chirp<scalar<V>>();
+    ASSERT_EQ(kernels::release_wide_fft<scalar<V>>(), ok);
+  }
+};
+TYPED_TEST_SUITE(WideChirp, records, record_names);
+
+constexpr double error_limit = 1.5;
+
+// The data start `offset` scalars behind the start of a block.
+template <record V> samples<V> chirped(const samples<V>& in, bool inverse, index offset) {
+  samples<V> padded(in.size() + static_cast<std::size_t>(offset) + 1, scalar<V>(42));
+  const auto first = padded.begin() + offset;
+  std::copy(in.begin(), in.end(), first);
+  EXPECT_EQ(kernels::wide_chirp(padded.data() + offset, static_cast<index>(in.size() / 2), inverse), ok);
+  for (auto at = padded.begin(); at != first; ++at) EXPECT_EQ(*at, 42);
+  EXPECT_EQ(padded.back(), 42) << "nothing is written outside the data";
+  return {first, padded.end() - 1};
+}
+
+template <class T> const kernels::chirp_kernels<T>& kernels_here() {
+  const bool widest = isa::current() == isa::level::avx512;
+  if constexpr (sizeof(T) == sizeof(double)) {
+    return widest ? avx512::double_chirp : avx2::double_chirp;
+  } else {
+    return widest ? avx512::float_chirp : avx2::float_chirp;
+  }
+}
+
+// What a transform is made of: its lanes, and which radix stands where.
+template <class T> std::set<std::array<int, 2>> parts_of(index points, int widest, int narrowest) {
+  kernels::fft_plan<T> plan = {};
+  kernels::choose_circle(plan, points, widest, narrowest);
+  EXPECT_GE(plan.points, points);
+  index vectors = 1;
+  std::set<std::array<int, 2>> parts = {{100, plan.lanes}};
+  for (int pass = 0; pass < plan.passes; ++pass) {
+    const int place = pass == 0 ? 200 : pass == plan.passes - 1 ? 300 + plan.lanes : 400;
+    parts.insert({place, plan.radix[pass]});
+    vectors *= plan.radix[pass];
+  }
+  EXPECT_EQ(vectors * plan.lanes / 2, plan.points);
+  return parts;
+}
+
+// All short lengths, and of the longer ones those with a part that no shorter one has.
+template <class T> std::vector<index> telling_lengths() {
+  const auto& table = kernels_here<T>();
+  std::vector<index> lengths;
+  std::set<std::array<int, 2>> seen;
+  for (index n = 3; n <= 20000; n += n / 50 + 1) {
+    const std::size_t before = seen.size();
+    seen.merge(parts_of<T>(n, table.widest_lanes, table.narrowest_lanes));
+    if (n <= 150 || seen.size() > before) lengths.push_back(n);
+  }
+  lengths.insert(lengths.end(), {523, 1009, 4099, 8198, 20011});
+  return lengths;
+}
+
+TYPED_TEST(WideChirp, FollowsTheDefinition) {
+  using V = TypeParam;
+  for (const index n : telling_lengths<scalar<V>>()) {
+    for (const bool inverse : {false, true}) {
+      if (n > 600 && inverse == (n % 2 == 0)) continue;  // one of the two where the reference takes long
+      const auto in = noise<V>(2 * n, static_cast<unsigned>(n));
+      const auto wanted = exact_transform(exact_points<V>(signal<V>(in, true)), inverse);
+      const signal<V> got(chirped<V>(in, inverse, 0), true);
+      EXPECT_LT(transform_error<V>(got, wanted, n), error_limit) << n << " inverse " << inverse;
+    }
+  }
+}
+
+// Every pass that there is, so that none is kept for nothing, at one level or another.
+TYPED_TEST(WideChirp, LengthsReachEveryRadix) {
+  using T = scalar<TypeParam>;
+  std::set<std::array<int, 2>> seen;
+  for (const int lanes : {4, 8, 16}) {
+    for (index n = 3; n < 200000; n += n / 50 + 1) seen.merge(parts_of<T>(n, lanes, lanes));
+    for (const int core : {std::max(lanes / 2, 4), std::max(lanes, 8)}) {
+      EXPECT_TRUE(seen.contains({300 + lanes, core})) << core;
+    }
+  }
+  for (const int outer : {1, 3, 4, 5, 8}) EXPECT_TRUE(seen.contains({200, outer})) << outer;
+  for (const int inner : {3, 4, 5, 6, 7, 8, 10, 12}) EXPECT_TRUE(seen.contains({400, inner})) << inner;
+}
+
+TYPED_TEST(WideChirp, BitsDependNeitherOnThePlaceNorOnOtherCalls) {
+  using V = TypeParam;
+  for (const index n : {3, 11, 34, 37, 523, 4099}) {
+    for (const bool inverse : {false, true}) {
+      const auto in = noise<V>(2 * n, 9);
+      const auto wanted = chirped<V>(in, inverse, 0);
+      for (const index offset : {1, 2, 3, 5}) EXPECT_EQ(chirped<V>(in, inverse, offset), wanted) << n;
+      chirped<V>(noise<V>(2 * n), !inverse, 0);
+      EXPECT_EQ(chirped<V>(in, inverse, 0), wanted) << n;
+      for (const index other : {n + 1, n + 2}) chirped<V>(noise<V>(2 * other), inverse, 0);
+      EXPECT_EQ(chirped<V>(in, inverse, 0), wanted) << n;
+      this->release();
+      EXPECT_EQ(chirped<V>(in, inverse, 0), wanted) << n;
+    }
+  }
+}
+
+TYPED_TEST(WideChirp, FailuresLeaveTheDataAndNoTables) {
+  using V = TypeParam;
+  const auto in = noise<V>(2 * 1009);
+  const auto wanted = chirped<V>(in, false, 0);
+  int allowed = 0;
+  for (bool done = false; !done; ++allowed) {
+    this->release();
+    auto x = in;
+    {
+      const failing_tables rest(allowed);
+      done = kernels::wide_chirp(x.data(), index{1009}, false) == ok;
+    }
+    EXPECT_EQ(x, done ? wanted : in);
+    EXPECT_EQ(chirped<V>(in, false, 0), wanted);
+  }
+  EXPECT_GT(allowed, 2);
+}
+
+}  // namespace
+}  // namespace sigpak::test
