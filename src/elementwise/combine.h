@@ -9,6 +9,7 @@
 #include "core/streaming.h"
 #include "elementwise/prepare.h"
 #include "kernels/points/points.h"
+#include "vectors/levels.h"
 
 namespace sigpak {
 
@@ -51,8 +52,9 @@ template <class A, class B, class Out, class F>
     return combine_past_cache(a, b, out, points, f);
   }
   if constexpr (A::width + B::width + Out::width == 6 && requires { f.kernel(out.data); }) {
-    const auto* wide =
-        points > isa::short_run ? kernels::points<std::decay_t<decltype(*out.data)>>() : nullptr;
+    const auto* wide = points > isa::short_run
+                           ? at_level<kernels::point_functions<std::decay_t<decltype(*out.data)>>>()
+                           : nullptr;
     if (wide != nullptr) return (wide->*f.kernel(out.data))(a.data, b.data, out.data, points), ok;
   }
   isa::run(points, [=] {

@@ -2,12 +2,13 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/wide_guard.h"
 #include "elementwise/elementwise.h"
 #include "elementwise/exponential_parts.h"
 #include "elementwise/in_place.h"
 #include "elementwise/sine_parts.h"
-#include "core/wide_guard.h"
-#include "kernels/elementary/elementary.h"
+#include "kernels/elementary/functions.h"
+#include "vectors/levels.h"
 
 namespace sigpak {
 namespace {
@@ -33,12 +34,13 @@ template <class T> point<double> turned(double_double size, double angle) noexce
 }
 
 template <class T> void exponential(T* x, index n) noexcept {
-  if (const auto* wide = kernels::exponential<T>()) return wide->exponential(x, n);
+  if (const auto* wide = at_level<kernels::exponential_functions<T>>()) return wide->exponential(x, n);
   map(x, n, guarded_exp<T>);
 }
 
 template <class T> void exponential_points(T* z, index points) noexcept {
-  if (const auto* wide = kernels::exponential<T>()) return wide->exponential_points(z, points);
+  if (const auto* wide = at_level<kernels::exponential_functions<T>>())
+    return wide->exponential_points(z, points);
   map_pairs(z, points, [](double a, double b) {
     constexpr double_double limit = {wide_guard<T>::huge * power_of_two(power_lift), 0};
     return turned<T>(a > wide_guard<T>::log_huge ? limit : lifted_exponential(a), b);
@@ -47,13 +49,14 @@ template <class T> void exponential_points(T* z, index points) noexcept {
 
 // A sample below -H stops the pass: it and everything after it stay as they are.
 template <class T> void exponential10(T* x, index n) noexcept {
-  if (const auto* wide = kernels::exponential<T>()) return wide->exponential10(x, n);
+  if (const auto* wide = at_level<kernels::exponential_functions<T>>()) return wide->exponential10(x, n);
   const T* stop = std::find_if(x, x + n, [](T sample) { return sample < -guard<T>::huge; });
   map(x, stop - x, guarded_exp10<T>);
 }
 
 template <class T> void exponential10_points(T* z, index points) noexcept {
-  if (const auto* wide = kernels::exponential<T>()) return wide->exponential10_points(z, points);
+  if (const auto* wide = at_level<kernels::exponential_functions<T>>())
+    return wide->exponential10_points(z, points);
   map_pairs(z, points, [](double a, double b) {
     constexpr double limit = wide_guard<T>::huge * power_of_two(power_lift);
     const double_double size = a > wide_guard<T>::log10_huge ? double_double{limit, 0}

@@ -1,10 +1,11 @@
 // Hyperbolic functions, in place.
 #include <cmath>
 
+#include "core/wide_guard.h"
 #include "elementwise/exponential_parts.h"
 #include "elementwise/in_place.h"
-#include "core/wide_guard.h"
-#include "kernels/elementary/elementary.h"
+#include "kernels/elementary/functions.h"
+#include "vectors/levels.h"
 
 namespace sigpak {
 namespace {
@@ -81,17 +82,17 @@ template <class T> double guarded_cosh(double x) noexcept {
 }
 
 template <class T> void hyperbolic_sine(T* x, index n) noexcept {
-  if (const auto* wide = kernels::exponential<T>()) return wide->hyperbolic_sine(x, n);
+  if (const auto* wide = at_level<kernels::exponential_functions<T>>()) return wide->hyperbolic_sine(x, n);
   map(x, n, guarded_sinh<T>);
 }
 
 template <class T> void hyperbolic_cosine(T* x, index n) noexcept {
-  if (const auto* wide = kernels::exponential<T>()) return wide->hyperbolic_cosine(x, n);
+  if (const auto* wide = at_level<kernels::exponential_functions<T>>()) return wide->hyperbolic_cosine(x, n);
   map(x, n, guarded_cosh<T>);
 }
 
 template <class T> void hyperbolic_tangent(T* x, index n) noexcept {
-  if (const auto* wide = kernels::exponential<T>()) return wide->hyperbolic_tangent(x, n);
+  if (const auto* wide = at_level<kernels::exponential_functions<T>>()) return wide->hyperbolic_tangent(x, n);
   map(x, n, [](double u) { return std::copysign(tanh_above_zero(std::abs(u)), u); });
 }
 

@@ -4,11 +4,12 @@
 #include <cstdint>
 #include <limits>
 
+#include "core/wide_guard.h"
 #include "elementwise/elementwise.h"
 #include "elementwise/in_place.h"
 #include "elementwise/logarithm_parts.h"
-#include "core/wide_guard.h"
-#include "kernels/elementary/elementary.h"
+#include "kernels/elementary/functions.h"
+#include "vectors/levels.h"
 
 namespace sigpak {
 namespace {
@@ -20,7 +21,8 @@ constexpr logarithm_constants natural_constants = {
     0.5, 0, 1, 0, wide_guard<T>::log_tiny, 0.5 * wide_guard<T>::log_huge};
 
 template <class T> void natural(T* x, index n) noexcept {
-  if (const auto* wide = kernels::logarithm<T>()) return wide->logarithm(x, n, natural_constants<T>);
+  if (const auto* wide = at_level<kernels::logarithm_functions<T>>())
+    return wide->logarithm(x, n, natural_constants<T>);
   map(x, n, [](double u) { return u < wide_guard<T>::tiny ? wide_guard<T>::log_tiny : std::log(u); });
 }
 
@@ -58,7 +60,7 @@ void map_plain(T* z, index points, logarithm_constants c) noexcept {
 }
 
 template <class T> void natural_points(T* z, index points) noexcept {
-  if (const auto* wide = kernels::logarithm<T>()) {
+  if (const auto* wide = at_level<kernels::logarithm_functions<T>>()) {
     return wide->logarithm_points(z, points, natural_constants<T>, natural_point<T>);
   }
   map_plain<natural_point<T>>(z, points, natural_constants<T>);
@@ -78,7 +80,7 @@ template <class T> void decimal_scaled(T* x, index n, double factor) noexcept {
   }
   const double_double scale = product({factor, 0}, log10_e);
   const double floor = factor * wide_guard<T>::log10_tiny;
-  if (const auto* wide = kernels::logarithm<T>()) {
+  if (const auto* wide = at_level<kernels::logarithm_functions<T>>()) {
     return wide->scaled_logarithm(x, n, {scale.hi, scale.lo, 0, 0, floor, 0});
   }
   map(x, n, [=](double u) {
@@ -113,7 +115,7 @@ template <class T> void decimal_scaled_points(T* z, index points, double factor)
   const double_double angle_scale = product({factor, 0}, wide_guard<T>::log10_e);
   const logarithm_constants c = {
       scale.hi, scale.lo, angle_scale.hi, angle_scale.lo, factor * wide_guard<T>::log10_tiny, 0};
-  if (const auto* wide = kernels::logarithm<T>()) {
+  if (const auto* wide = at_level<kernels::logarithm_functions<T>>()) {
     return wide->scaled_logarithm_points(z, points, c, decimal_point<T>);
   }
   map_plain<decimal_point<T>>(z, points, c);

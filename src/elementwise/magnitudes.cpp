@@ -5,8 +5,9 @@
 #include "elementwise/elementwise.h"
 #include "elementwise/pack.h"
 #include "elementwise/prepare.h"
-#include "kernels/elementary/elementary.h"
+#include "kernels/elementary/functions.h"
 #include "kernels/points/points.h"
+#include "vectors/levels.h"
 
 namespace sigpak {
 namespace {
@@ -25,7 +26,7 @@ struct squared_magnitude {
 };
 
 template <class T> void square_magnitudes_of(const T* z, T* out, index points) noexcept {
-  const auto* wide = points > isa::short_run ? kernels::points<T>() : nullptr;
+  const auto* wide = points > isa::short_run ? at_level<kernels::point_functions<T>>() : nullptr;
   if (wide == nullptr) return pack(z, out, points, squared_magnitude{});
   wide->square_magnitudes(z, out, points);
 }
@@ -44,7 +45,7 @@ template <record V, class F> status fill_real(const operands<V>& in, V* out, F f
 }  // namespace
 
 template <record V> status take_magnitude(V* v) noexcept {
-  const auto* wide = kernels::inverse<scalar<V>>();
+  const auto* wide = at_level<kernels::inverse_functions<scalar<V>>>();
   if (wide == nullptr || !is_complex(v)) return turn_real(v, magnitude{});
   wide->magnitude(v->data, v->data, length(v));
   v->complex = 0;
@@ -59,7 +60,7 @@ template <record V> status square_magnitude(V* v) noexcept {
 
 template <record V> status take_magnitudes(const V* in, V* out) noexcept {
   return prepare(in, in, out, is_complex(in), [out](const operands<V>& from) {
-    const auto* wide = kernels::inverse<scalar<V>>();
+    const auto* wide = at_level<kernels::inverse_functions<scalar<V>>>();
     if (wide == nullptr || !from.a_complex) return fill_real(from, out, magnitude{});
     wide->magnitude(from.a, out->data, from.points);
     out->complex = 0;

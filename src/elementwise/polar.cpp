@@ -5,7 +5,8 @@
 #include "elementwise/elementwise.h"
 #include "elementwise/pack.h"
 #include "elementwise/sine_parts.h"
-#include "kernels/elementary/elementary.h"
+#include "kernels/elementary/functions.h"
+#include "vectors/levels.h"
 
 namespace sigpak {
 namespace {
@@ -44,7 +45,7 @@ struct rectangular_of {
 }  // namespace
 
 template <record V> status take_phase(V* v) noexcept {
-  const auto* wide = kernels::inverse<scalar<V>>();
+  const auto* wide = at_level<kernels::inverse_functions<scalar<V>>>();
   if (wide == nullptr || !is_complex(v)) return turn_real(v, phase_of{});
   wide->phase(v->data, v->data, length(v));
   v->complex = 0;
@@ -52,7 +53,7 @@ template <record V> status take_phase(V* v) noexcept {
 }
 
 template <record V> status to_polar(V* v) noexcept {
-  const auto* wide = kernels::inverse<scalar<V>>();
+  const auto* wide = at_level<kernels::inverse_functions<scalar<V>>>();
   if (wide == nullptr || !is_complex(v)) return turn_complex(v, polar_of{});
   wide->polar(v->data, length(v));
   return ok;
@@ -60,7 +61,7 @@ template <record V> status to_polar(V* v) noexcept {
 
 template <record V> status to_rectangular(V* v) noexcept {
   if (!is_complex(v)) return ok;
-  if (const auto* wide = kernels::circular<scalar<V>>()) {
+  if (const auto* wide = at_level<kernels::circular_functions<scalar<V>>>()) {
     wide->rectangular(v->data, length(v));
   } else {
     map_points(v->data, v->data, length(v), rectangular_of{});

@@ -1,11 +1,12 @@
 // Squares, reciprocals and square roots, in place.
 #include "core/each.h"
 #include "core/isa.h"
+#include "core/wide_guard.h"
 #include "elementwise/elementwise.h"
 #include "elementwise/in_place.h"
 #include "elementwise/square_root.h"
-#include "core/wide_guard.h"
 #include "kernels/points/points.h"
+#include "vectors/levels.h"
 
 namespace sigpak {
 namespace {
@@ -35,7 +36,7 @@ template <class T> void reciprocal(T* x, index n) noexcept {
 
 // conj(z) / |z|^2; a point beyond H is divided by H instead, and 0 becomes (0, -0).
 template <class T> void reciprocal_points(T* z, index points) noexcept {
-  const auto* wide = points > isa::short_run ? kernels::points<T>() : nullptr;
+  const auto* wide = points > isa::short_run ? at_level<kernels::point_functions<T>>() : nullptr;
   if (wide != nullptr) return wide->reciprocate(z, points);
   isa::run([=] {
     map_pairs(z, points, [](double a, double b) {

@@ -3,23 +3,24 @@
 
 #include "elementwise/in_place.h"
 #include "elementwise/sine_parts.h"
-#include "kernels/elementary/elementary.h"
+#include "kernels/elementary/functions.h"
+#include "vectors/levels.h"
 
 namespace sigpak {
 namespace {
 
 template <class T> void sine(T* x, index n) noexcept {
-  if (const auto* wide = kernels::circular<T>()) return wide->sine(x, n);
+  if (const auto* wide = at_level<kernels::circular_functions<T>>()) return wide->sine(x, n);
   map(x, n, [](double u) { return std::sin(u); });
 }
 
 template <class T> void cosine(T* x, index n) noexcept {
-  if (const auto* wide = kernels::circular<T>()) return wide->cosine(x, n);
+  if (const auto* wide = at_level<kernels::circular_functions<T>>()) return wide->cosine(x, n);
   map(x, n, [](double u) { return std::cos(u); });
 }
 
 template <class T> void tangent(T* x, index n) noexcept {
-  if (const auto* wide = kernels::circular<T>()) return wide->tangent(x, n);
+  if (const auto* wide = at_level<kernels::circular_functions<T>>()) return wide->tangent(x, n);
   map(x, n, [](double u) { return std::tan(u); });
 }
 
@@ -36,22 +37,22 @@ template <class T> double unnormalised_sinc(double x) noexcept {
 }
 
 template <class T> void sine_quotient(T* x, index n) noexcept {
-  if (const auto* wide = kernels::circular<T>()) return wide->sine_quotient(x, n);
+  if (const auto* wide = at_level<kernels::circular_functions<T>>()) return wide->sine_quotient(x, n);
   map(x, n, [](double u) { return unnormalised_sinc<T>(u); });
 }
 
 template <class T> void arctangent(T* x, index n) noexcept {
-  if (const auto* wide = kernels::inverse<T>()) return wide->arctangent(x, n);
+  if (const auto* wide = at_level<kernels::inverse_functions<T>>()) return wide->arctangent(x, n);
   map(x, n, [](double u) { return std::atan(u); });
 }
 
 template <class T> void arcsine(T* x, index n) noexcept {
-  if (const auto* wide = kernels::inverse<T>()) return wide->arcsine(x, n);
+  if (const auto* wide = at_level<kernels::inverse_functions<T>>()) return wide->arcsine(x, n);
   map(x, n, [](double u) { return std::abs(u) > 1 ? 0.0 : std::asin(u); });
 }
 
 template <class T> void arccosine(T* x, index n) noexcept {
-  if (const auto* wide = kernels::inverse<T>()) return wide->arccosine(x, n);
+  if (const auto* wide = at_level<kernels::inverse_functions<T>>()) return wide->arccosine(x, n);
   map(x, n, [](double u) { return std::abs(u) > 1 ? 0.0 : std::acos(u); });
 }
 

@@ -5,26 +5,17 @@
 
 #include "core/isa.h"
 #include "core/memory.h"
-#include "fft/wide/kernels.h"
 #include "fft/plans/lane_plan.h"
+#include "fft/wide/kernels.h"
+#include "vectors/levels.h"
 
 namespace sigpak::kernels {
-
-#if SIGPAK_WIDE_LEVELS
 
 namespace {
 
 constexpr index least_points = 4;
 constexpr index least_mixed_points = 16;
 constexpr std::uintptr_t alignment = 64;
-
-template <class T> const fft_kernels<T>& kernels_of(isa::level level) noexcept {
-  if constexpr (sizeof(T) == sizeof(double)) {
-    return level == isa::level::avx512 ? avx512::double_fft : avx2::double_fft;
-  } else {
-    return level == isa::level::avx512 ? avx512::float_fft : avx2::float_fft;
-  }
-}
 
 // Scratch memory of the longest transform so far.
 //
@@ -80,18 +71,16 @@ int lanes_for(index points, int widest) noexcept {
 }  // namespace
 
 template <class T> bool small_wide_fft(T* x, index points, bool inverse) noexcept {
-  const isa::level level = isa::current();
-  if (points < least_points || points >= index{1} << small_sizes || level == isa::level::baseline)
-    return false;
-  kernels_of<T>(level).small[std::countr_zero(static_cast<std::uint64_t>(points))].run[inverse](x);
+  const auto* const kernels = at_level<fft_kernels<T>>();
+  if (points < least_points || points >= index{1} << small_sizes || kernels == nullptr) return false;
+  kernels->small[std::countr_zero(static_cast<std::uint64_t>(points))].run[inverse](x);
   return true;
 }
 
 template <class T> bool small_wide_real_fft(T* x, index points, bool inverse) noexcept {
-  const isa::level level = isa::current();
-  if (points < least_points || points >= index{1} << small_real_sizes || level == isa::level::baseline)
-    return false;
-  kernels_of<T>(level).small_real[std::countr_zero(static_cast<std::uint64_t>(points))].run[inverse](x);
+  const auto* const kernels = at_level<fft_kernels<T>>();
+  if (points < least_points || points >= index{1} << small_real_sizes || kernels == nullptr) return false;
+  kernels->small_real[std::countr_zero(static_cast<std::uint64_t>(points))].run[inverse](x);
   return true;
 }
 
@@ -100,7 +89,7 @@ template <class T> bool has_wide_fft(index points) noexcept {
 }
 
 template <class T> status wide_fft(T* x, index points, bool inverse) noexcept {
-  const fft_kernels<T>& kernels = kernels_of<T>(isa::current());
+  const fft_kernels<T>& kernels = *at_level<fft_kernels<T>>();
   if (small_wide_fft(x, points, inverse)) return ok;
   const fft_plan<T>* const plan =
       find_plan<T>(points, lanes_for(points, kernels.widest_lanes), data::complex);
@@ -116,7 +105,7 @@ template <class T> bool has_wide_real_fft(index points) noexcept {
 }
 
 template <class T> status wide_real_fft(T* x, index points, bool inverse) noexcept {
-  const fft_kernels<T>& kernels = kernels_of<T>(isa::current());
+  const fft_kernels<T>& kernels = *at_level<fft_kernels<T>>();
   if (small_wide_real_fft(x, points, inverse)) return ok;
   const int lanes = lanes_for(points / 2, kernels.widest_lanes);
   const fft_plan<T>* const plan = find_plan<T>(points, lanes, data::real);
@@ -129,14 +118,14 @@ template <class T> status wide_real_fft(T* x, index points, bool inverse) noexce
 }
 
 template <class T> bool has_wide_dft(index points) noexcept {
-  const isa::level level = isa::current();
-  if (points < least_mixed_points || level == isa::level::baseline) return false;
-  const int widest = kernels_of<T>(level).widest_lanes;
+  const auto* const kernels = at_level<fft_kernels<T>>();
+  if (points < least_mixed_points || kernels == nullptr) return false;
+  const int widest = kernels->widest_lanes;
   return find_mixed_plan<T>(points, widest) != nullptr || has_mixed_plan<T>(points, widest);
 }
 
 template <class T> status wide_dft(T* x, index points, bool inverse) noexcept {
-  const fft_kernels<T>& kernels = kernels_of<T>(isa::current());
+  const fft_kernels<T>& kernels = *at_level<fft_kernels<T>>();
   const mixed_plan<T>* plan = find_mixed_plan<T>(points, kernels.widest_lanes);
   if (plan == nullptr) plan = make_mixed_plan<T>(points, kernels.widest_lanes);
   if (plan == nullptr) return failed;
@@ -159,21 +148,6 @@ template <class T> status release_wide_fft() noexcept {
   scratch<T>.release();
   return ok;
 }
-
-#else
-
-template <class T> bool small_wide_fft(T*, index, bool) noexcept { return false; }
-template <class T> bool has_wide_fft(index) noexcept { return false; }
-template <class T> status wide_fft(T*, index, bool) noexcept { return failed; }
-template <class T> bool small_wide_real_fft(T*, index, bool) noexcept { return false; }
-template <class T> bool has_wide_real_fft(index) noexcept { return false; }
-template <class T> status wide_real_fft(T*, index, bool) noexcept { return failed; }
-template <class T> bool has_wide_dft(index) noexcept { return false; }
-template <class T> status wide_dft(T*, index, bool) noexcept { return failed; }
-template <class T> T* wide_scratch(index, const T*) noexcept { return nullptr; }
-template <class T> status release_wide_fft() noexcept { return ok; }
-
-#endif
 
 template bool small_wide_fft(double*, index, bool) noexcept;
 template bool small_wide_fft(float*, index, bool) noexcept;

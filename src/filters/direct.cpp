@@ -2,10 +2,9 @@
 #include "filters/direct.h"
 
 #include <algorithm>
-#include <concepts>
 
-#include "core/isa.h"
 #include "kernels/fir.h"
+#include "vectors/levels.h"
 
 namespace sigpak {
 namespace {
@@ -31,17 +30,8 @@ void sum_plainly(const T* taps, index count, index tap_stride, const T* x, index
 }
 
 template <class T> kernels::fir_sum<T> current_sum() noexcept {
-#if SIGPAK_WIDE_LEVELS
-  const isa::level level = isa::current();
-  if constexpr (std::same_as<T, double>) {
-    if (level == isa::level::avx512) return avx512::fir_sum_double;
-    if (level == isa::level::avx2) return avx2::fir_sum_double;
-  } else {
-    if (level == isa::level::avx512) return avx512::fir_sum_float;
-    if (level == isa::level::avx2) return avx2::fir_sum_float;
-  }
-#endif
-  return sum_plainly<T>;
+  const auto* const wide = at_level<kernels::fir_table<T>>();
+  return wide != nullptr ? wide->sum : sum_plainly<T>;
 }
 
 // The sums by the real and those by the imaginary parts of the taps, joined to `n` scalars of complex

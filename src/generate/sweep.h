@@ -7,8 +7,8 @@
 #include <concepts>
 
 #include "core/blocks.h"
-#include "core/isa.h"
 #include "kernels/sweep.h"
+#include "vectors/levels.h"
 
 namespace sigpak {
 
@@ -51,21 +51,6 @@ template <class T> struct swept {
   double amplitude = 1;
 };
 
-// Null where the level has no wide vectors.
-template <class T> const kernels::sweep_table<T>* current_sweeps() noexcept {
-#if SIGPAK_WIDE_LEVELS
-  const isa::level level = isa::current();
-  if constexpr (std::same_as<T, double>) {
-    if (level == isa::level::avx512) return &avx512::sweeps_double;
-    if (level == isa::level::avx2) return &avx2::sweeps_double;
-  } else {
-    if (level == isa::level::avx512) return &avx512::sweeps_float;
-    if (level == isa::level::avx2) return &avx2::sweeps_float;
-  }
-#endif
-  return nullptr;
-}
-
 // Blocks from `first` on, the last of which may be cut short. Lanes left over turn nothing, into the void.
 template <class T>
 void sweep_lanes(sweep angle, phasor turn, index first, index points, const swept<T>& to,
@@ -106,7 +91,7 @@ template <class T> index points_of_pass(index points, index width) noexcept {
 // put(i, cos, sin) for every point, or what does the same at the wide levels.
 template <class T, class Put>
 void sweep_points(sweep angle, index points, const swept<T>& to, Put put) noexcept {
-  const auto* const table = points > rotation_block ? current_sweeps<T>() : nullptr;
+  const auto* const table = points > rotation_block ? at_level<kernels::sweep_table<T>>() : nullptr;
   const phasor turn = phasor_at(angle.step);
   index first = 0;
   while (table != nullptr && points - first > rotation_block) {

@@ -11,14 +11,6 @@ template <class T>
 using fir_sum = void (*)(const T* taps, std::ptrdiff_t count, std::ptrdiff_t tap_stride, const T* x,
                          std::ptrdiff_t x_stride, T* out, std::ptrdiff_t n);
 
+template <class T> struct fir_table { fir_sum<T> sum; };
+
 }  // namespace sigpak::kernels
-
-namespace sigpak::avx2 {
-extern const kernels::fir_sum<double> fir_sum_double;
-extern const kernels::fir_sum<float> fir_sum_float;
-}  // namespace sigpak::avx2
-
-namespace sigpak::avx512 {
-extern const kernels::fir_sum<double> fir_sum_double;
-extern const kernels::fir_sum<float> fir_sum_float;
-}  // namespace sigpak::avx512

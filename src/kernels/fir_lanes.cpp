@@ -3,6 +3,7 @@
 #include "kernels/fir.h"
 
 #include "vectors/lanes.h"
+#include "vectors/levels.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
@@ -95,13 +96,11 @@ void sum(const T* taps, index count, index tap_stride, const T* x, index x_strid
 }
 
 }  // namespace
-
-#if SIGPAK_VECTOR_BYTES == 64
-constexpr kernels::fir_sum<double> fir_sum_double = sum<d8, 8>;
-constexpr kernels::fir_sum<float> fir_sum_float = sum<f16, 8>;
-#else
-constexpr kernels::fir_sum<double> fir_sum_double = sum<d4, 8>;
-constexpr kernels::fir_sum<float> fir_sum_float = sum<f8, 8>;
-#endif
-
 }  // namespace sigpak::SIGPAK_LEVEL
+
+namespace sigpak {
+
+SIGPAK_LEVEL_TABLE(kernels::fir_table<double>) = {SIGPAK_LEVEL::sum<SIGPAK_LEVEL::widest<double>, 8>};
+SIGPAK_LEVEL_TABLE(kernels::fir_table<float>) = {SIGPAK_LEVEL::sum<SIGPAK_LEVEL::widest<float>, 8>};
+
+}  // namespace sigpak

@@ -29,13 +29,3 @@ template <class T> struct sweep_table {
 };
 
 }  // namespace sigpak::kernels
-
-namespace sigpak::avx2 {
-extern const kernels::sweep_table<double> sweeps_double;
-extern const kernels::sweep_table<float> sweeps_float;
-}  // namespace sigpak::avx2
-
-namespace sigpak::avx512 {
-extern const kernels::sweep_table<double> sweeps_double;
-extern const kernels::sweep_table<float> sweeps_float;
-}  // namespace sigpak::avx512

@@ -3,6 +3,7 @@
 #include "kernels/sweep.h"
 
 #include "vectors/lanes.h"
+#include "vectors/levels.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
@@ -104,7 +105,11 @@ constexpr kernels::sweep_table<T> table = {turn<cosine, T>, turn<exponential, T>
 
 }  // namespace
 
-constexpr kernels::sweep_table<double> sweeps_double = table<double>;
-constexpr kernels::sweep_table<float> sweeps_float = table<float>;
-
 }  // namespace sigpak::SIGPAK_LEVEL
+
+namespace sigpak {
+
+SIGPAK_LEVEL_TABLE(kernels::sweep_table<double>) = SIGPAK_LEVEL::table<double>;
+SIGPAK_LEVEL_TABLE(kernels::sweep_table<float>) = SIGPAK_LEVEL::table<float>;
+
+}  // namespace sigpak

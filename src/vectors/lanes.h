@@ -27,6 +27,9 @@ template <class T, int W> struct pack {
   vector v;
 };
 
+// As many as the level's vectors hold.
+template <class T> using widest = pack<T, SIGPAK_VECTOR_BYTES / static_cast<int>(sizeof(T))>;
+
 template <class P> SIGPAK_INLINE P load(const typename P::scalar* from) {
   return {*reinterpret_cast<const typename P::loose*>(from)};
 }

@@ -12,6 +12,7 @@
 #include "fft/wide_fft.h"
 #include "spectral/reference.h"
 #include "support/failing.h"
+#include "vectors/levels.h"
 
 namespace sigpak::test {
 namespace {
@@ -48,15 +49,6 @@ template <record V> samples<V> chirped(const samples<V>& in, bool inverse, index
   return {first, padded.end() - 1};
 }
 
-template <class T> const kernels::chirp_kernels<T>& kernels_here() {
-  const bool widest = isa::current() == isa::level::avx512;
-  if constexpr (sizeof(T) == sizeof(double)) {
-    return widest ? avx512::double_chirp : avx2::double_chirp;
-  } else {
-    return widest ? avx512::float_chirp : avx2::float_chirp;
-  }
-}
-
 // What a transform is made of: its lanes, and which radix stands where.
 template <class T> std::set<std::array<int, 2>> parts_of(index points, int widest, int narrowest) {
   kernels::fft_plan<T> plan = {};
@@ -75,7 +67,7 @@ template <class T> std::set<std::array<int, 2>> parts_of(index points, int wides
 
 // All short lengths, and of the longer ones those with a part that no shorter one has.
 template <class T> std::vector<index> telling_lengths() {
-  const auto& table = kernels_here<T>();
+  const auto& table = *at_level<kernels::chirp_kernels<T>>();
   std::vector<index> lengths;
   std::set<std::array<int, 2>> seen;
   for (index n = 3; n <= 20000; n += n / 50 + 1) {

@@ -6,22 +6,13 @@
 #include "core/isa.h"
 #include "core/memory.h"
 #include "fft/plans/circle.h"
-#include "fft/wide_fft.h"
 #include "fft/plans/pass_tables.h"
+#include "fft/wide_fft.h"
+#include "vectors/levels.h"
 
 namespace sigpak::kernels {
 
-#if SIGPAK_WIDE_LEVELS
-
 namespace {
-
-template <class T> const chirp_kernels<T>& kernels_of(isa::level level) noexcept {
-  if constexpr (sizeof(T) == sizeof(double)) {
-    return level == isa::level::avx512 ? avx512::double_chirp : avx2::double_chirp;
-  } else {
-    return level == isa::level::avx512 ? avx512::float_chirp : avx2::float_chirp;
-  }
-}
 
 // Memory for the making of tables, freed at the end of its scope.
 template <class T> class passing_table {
@@ -241,7 +232,7 @@ status fill(const chirp_plan<double>& plan, const chirp_tables<double>& tables, 
   double* const scratch = wide_scratch(scratch_of(plan.over), tables.chirp);
   if (scratch == nullptr) return failed;
   fill_squares(tables.chirp, plan, scratch, plan.over, w);
-  kernels_of<double>(level).spectrum(plan, scratch, tables.filter);
+  at_level<chirp_kernels<double>>(level)->spectrum(plan, scratch, tables.filter);
   return ok;
 }
 
@@ -250,7 +241,7 @@ status fill(const chirp_plan<float>& plan, const chirp_tables<float>& tables, co
             isa::level level) noexcept {
   chirp_plan<double> wide = {};
   wide.points = plan.points;
-  choose_passes(wide.over, plan.over.points, kernels_of<double>(level).widest_lanes);
+  choose_passes(wide.over, plan.over.points, at_level<chirp_kernels<double>>(level)->widest_lanes);
   const fft_plan<double>& over = wide.over;
   double* scratch = nullptr;
   double* filter = nullptr;
@@ -268,7 +259,7 @@ status fill(const chirp_plan<float>& plan, const chirp_tables<float>& tables, co
   carver memory(align(block.get()));
   build_all(memory, &w);
   fill_squares(tables.chirp, plan, scratch, over, w);
-  kernels_of<double>(level).spectrum(wide, scratch, filter);
+  at_level<chirp_kernels<double>>(level)->spectrum(wide, scratch, filter);
   for_each_bin(over, [&](index lane, index bin) {
     const double* const at = lane_at(filter, over.lanes, lane);
     for (index part = 0; part < 2; ++part) {
@@ -290,7 +281,7 @@ status fill(const chirp_plan<float>& plan, const chirp_tables<float>& tables, co
 template <class T> class direct_table {
  public:
   const T* of(index points, isa::level level) noexcept {
-    if (points_ != points || level_ != level) fill(points, kernels_of<T>(level).widest_lanes);
+    if (points_ != points || level_ != level) fill(points, at_level<chirp_kernels<T>>(level)->widest_lanes);
     points_ = points;
     level_ = level;
     return values_;
@@ -337,7 +328,7 @@ template <class T> constinit kept_plan<T> kept;
 // Nothing is kept until all of it is there.
 template <class T> status keep(index points, isa::level level) noexcept {
   release_wide_chirp<T>();
-  const chirp_kernels<T>& kernels = kernels_of<T>(level);
+  const chirp_kernels<T>& kernels = *at_level<chirp_kernels<T>>(level);
   chirp_plan<T> plan = {};
   plan.points = points;
   choose_circle(plan.over, points, kernels.widest_lanes, kernels.narrowest_lanes);
@@ -363,7 +354,7 @@ template <class T> bool has_wide_chirp() noexcept { return isa::current() != isa
 template <class T> status wide_chirp(T* data, index points, bool inverse) noexcept {
   const isa::level level = isa::current();
   if (points <= most_direct_points<T> && points % 2 != 0) {
-    kernels_of<T>(level).run_direct(direct<T>.of(points, level), points, data, inverse);
+    at_level<chirp_kernels<T>>(level)->run_direct(direct<T>.of(points, level), points, data, inverse);
     return ok;
   }
   const kept_plan<T>& k = kept<T>;
@@ -371,7 +362,7 @@ template <class T> status wide_chirp(T* data, index points, bool inverse) noexce
   if (!known && keep<T>(points, level) != ok) return failed;
   T* const scratch = wide_scratch<T>(scratch_of(k.plan.over), data);
   if (scratch == nullptr) return failed;
-  kernels_of<T>(level).run(k.plan, data, scratch, inverse);
+  at_level<chirp_kernels<T>>(level)->run(k.plan, data, scratch, inverse);
   return ok;
 }
 
@@ -379,14 +370,6 @@ template <class T> void release_wide_chirp() noexcept {
   free_table(kept<T>.block);
   kept<T> = {};
 }
-
-#else
-
-template <class T> bool has_wide_chirp() noexcept { return false; }
-template <class T> status wide_chirp(T*, index, bool) noexcept { return failed; }
-template <class T> void release_wide_chirp() noexcept {}
-
-#endif
 
 template bool has_wide_chirp<double>() noexcept;
 template bool has_wide_chirp<float>() noexcept;

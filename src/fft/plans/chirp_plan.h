@@ -42,13 +42,3 @@ template <class T> struct chirp_kernels {
 };
 
 }  // namespace sigpak::kernels
-
-namespace sigpak::avx2 {
-extern const kernels::chirp_kernels<double> double_chirp;
-extern const kernels::chirp_kernels<float> float_chirp;
-}  // namespace sigpak::avx2
-
-namespace sigpak::avx512 {
-extern const kernels::chirp_kernels<double> double_chirp;
-extern const kernels::chirp_kernels<float> float_chirp;
-}  // namespace sigpak::avx512

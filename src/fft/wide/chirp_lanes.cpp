@@ -1,17 +1,13 @@
 // The chirp transforms of one level.
 #include "fft/wide/chirp.h"
 #include "fft/wide/definition.h"
+#include "vectors/levels.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
-#if SIGPAK_VECTOR_BYTES == 64
-using widest_d = d8;
-using widest_f = f16;
-#else
-using widest_d = d4;
-using widest_f = f8;
-#endif
+using widest_d = widest<double>;
+using widest_f = widest<float>;
 
 template <class P, class T> void run_either(const chirp_plan<T>& plan, T* x, T* scratch, bool inverse) {
   inverse ? run_chirp<P, true>(plan, x, scratch) : run_chirp<P, false>(plan, x, scratch);
@@ -30,11 +26,19 @@ void spectrum_lanes(const chirp_plan<T>& plan, T* scratch, T* out) {
 }
 
 }  // namespace
-
-const kernels::chirp_kernels<double> double_chirp = {
-    widest_d::width, widest_d::width, run_lanes<widest_d, widest_d>, spectrum_lanes<widest_d, widest_d>,
-    run_direct<widest_d>};
-const kernels::chirp_kernels<float> float_chirp = {widest_f::width, f8::width, run_lanes<widest_f, f8>,
-                                                   spectrum_lanes<widest_f, f8>, run_direct<widest_f>};
-
 }  // namespace sigpak::SIGPAK_LEVEL
+
+namespace sigpak {
+
+SIGPAK_LEVEL_TABLE(kernels::chirp_kernels<double>) = {
+    SIGPAK_LEVEL::widest_d::width, SIGPAK_LEVEL::widest_d::width,
+    SIGPAK_LEVEL::run_lanes<SIGPAK_LEVEL::widest_d, SIGPAK_LEVEL::widest_d>,
+    SIGPAK_LEVEL::spectrum_lanes<SIGPAK_LEVEL::widest_d, SIGPAK_LEVEL::widest_d>,
+    SIGPAK_LEVEL::run_direct<SIGPAK_LEVEL::widest_d>};
+SIGPAK_LEVEL_TABLE(kernels::chirp_kernels<float>) = {
+    SIGPAK_LEVEL::widest_f::width, SIGPAK_LEVEL::f8::width,
+    SIGPAK_LEVEL::run_lanes<SIGPAK_LEVEL::widest_f, SIGPAK_LEVEL::f8>,
+    SIGPAK_LEVEL::spectrum_lanes<SIGPAK_LEVEL::widest_f, SIGPAK_LEVEL::f8>,
+    SIGPAK_LEVEL::run_direct<SIGPAK_LEVEL::widest_f>};
+
+}  // namespace sigpak

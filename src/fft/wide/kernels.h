@@ -22,13 +22,3 @@ template <class T> struct fft_kernels {
 };
 
 }  // namespace sigpak::kernels
-
-namespace sigpak::avx2 {
-extern const kernels::fft_kernels<double> double_fft;
-extern const kernels::fft_kernels<float> float_fft;
-}  // namespace sigpak::avx2
-
-namespace sigpak::avx512 {
-extern const kernels::fft_kernels<double> double_fft;
-extern const kernels::fft_kernels<float> float_fft;
-}  // namespace sigpak::avx512

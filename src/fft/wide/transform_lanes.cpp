@@ -5,6 +5,7 @@
 #include "fft/wide/passes.h"
 #include "fft/wide/real.h"
 #include "fft/wide/small.h"
+#include "vectors/levels.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
@@ -28,17 +29,10 @@ void run_either_mixed(const mixed_plan<typename P::scalar>& plan, typename P::sc
   inverse ? run_mixed<P, true>(plan, x, scratch) : run_mixed<P, false>(plan, x, scratch);
 }
 
-#if SIGPAK_VECTOR_BYTES == 64
-using widest_d = d8;
-using narrow_d = d4;
-using widest_f = f16;
-using narrow_f = f8;
-#else
-using widest_d = d4;
-using narrow_d = d2;
-using widest_f = f8;
-using narrow_f = f4;
-#endif
+using widest_d = widest<double>;
+using widest_f = widest<float>;
+using narrow_d = pack<double, widest_d::width / 2>;
+using narrow_f = pack<float, widest_f::width / 2>;
 
 // Plans come with the widest lanes that their length allows.
 template <class Wide, class Narrow, class T>
@@ -65,9 +59,7 @@ template <class P, int M>
 inline constexpr kernels::small_fft<typename P::scalar> small = {run_small<P, M, false>,
                                                                  run_small<P, M, true>};
 
-}  // namespace
-
-const kernels::fft_kernels<double> double_fft = {
+constexpr kernels::fft_kernels<double> double_fft = {
     SIGPAK_VECTOR_BYTES / 8,
     {{},
      {},
@@ -85,7 +77,7 @@ const kernels::fft_kernels<double> double_fft = {
     run_real_lanes<widest_d, d4, d4>,
     run_mixed_lanes<widest_d, narrow_d>};
 
-const kernels::fft_kernels<float> float_fft = {
+constexpr kernels::fft_kernels<float> float_fft = {
     SIGPAK_VECTOR_BYTES / 4,
     {{}, {}, small<f4, 2>, small<f4, 4>, small<f8, 4>, small<f8, 8>, small<f8, 16>},
     {{}, {}, small_real<float, 2>, small_real<float, 4>, small_real<float, 8>, small_real<float, 16>},
@@ -93,4 +85,12 @@ const kernels::fft_kernels<float> float_fft = {
     run_real_lanes<widest_f, f8, f4>,
     run_mixed_lanes<widest_f, narrow_f>};
 
+}  // namespace
 }  // namespace sigpak::SIGPAK_LEVEL
+
+namespace sigpak {
+
+SIGPAK_LEVEL_TABLE(kernels::fft_kernels<double>) = SIGPAK_LEVEL::double_fft;
+SIGPAK_LEVEL_TABLE(kernels::fft_kernels<float>) = SIGPAK_LEVEL::float_fft;
+
+}  // namespace sigpak

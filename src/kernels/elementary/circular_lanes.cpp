@@ -1,6 +1,7 @@
 // Sine, cosine, tangent, sin(x)/x, and points from polar form.
-#include "kernels/elementary/sine.h"
 #include "kernels/elementary/functions.h"
+#include "kernels/elementary/sine.h"
+#include "vectors/levels.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
@@ -113,11 +114,17 @@ template <class T> void rectangular_points(T* z, index points) {
   walk_points(z, z, points, rectangular_form<T>{});
 }
 
+template <class T>
+constexpr kernels::circular_functions<T> functions = {sines, cosines, tangents, sine_quotients,
+                                                      rectangular_points<T>};
+
 }  // namespace
 
-const kernels::circular_functions<double> circular_double = {sines, cosines, tangents, sine_quotients,
-                                                             rectangular_points<double>};
-const kernels::circular_functions<float> circular_float = {sines, cosines, tangents, sine_quotients,
-                                                           rectangular_points<float>};
-
 }  // namespace sigpak::SIGPAK_LEVEL
+
+namespace sigpak {
+
+SIGPAK_LEVEL_TABLE(kernels::circular_functions<double>) = SIGPAK_LEVEL::functions<double>;
+SIGPAK_LEVEL_TABLE(kernels::circular_functions<float>) = SIGPAK_LEVEL::functions<float>;
+
+}  // namespace sigpak

@@ -1,8 +1,9 @@
 // Powers of e and of ten, real and complex, and the hyperbolic functions.
 #include "core/guard.h"
+#include "kernels/elementary/functions.h"
 #include "kernels/elementary/power.h"
 #include "kernels/elementary/sine.h"
-#include "kernels/elementary/functions.h"
+#include "vectors/levels.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
@@ -219,7 +220,11 @@ constexpr kernels::exponential_functions<T> functions = {
 
 }  // namespace
 
-const kernels::exponential_functions<double> exponential_double = functions<double>;
-const kernels::exponential_functions<float> exponential_float = functions<float>;
-
 }  // namespace sigpak::SIGPAK_LEVEL
+
+namespace sigpak {
+
+SIGPAK_LEVEL_TABLE(kernels::exponential_functions<double>) = SIGPAK_LEVEL::functions<double>;
+SIGPAK_LEVEL_TABLE(kernels::exponential_functions<float>) = SIGPAK_LEVEL::functions<float>;
+
+}  // namespace sigpak

@@ -60,34 +60,8 @@ template <class T> struct logarithm_functions {
 
 // The principal roots of points; out may be z. Points that are too large, too small or NaN go to `root`, one
 // by one.
-template <class T>
-using root_function = void (*)(const T* z, T* out, std::ptrdiff_t points, void (*root)(T* point));
+template <class T> struct root_functions {
+  void (*root_points)(const T* z, T* out, std::ptrdiff_t points, void (*root)(T* point));
+};
 
 }  // namespace sigpak::kernels
-
-namespace sigpak {
-namespace avx2 {
-extern const kernels::circular_functions<double> circular_double;
-extern const kernels::circular_functions<float> circular_float;
-extern const kernels::exponential_functions<double> exponential_double;
-extern const kernels::exponential_functions<float> exponential_float;
-extern const kernels::inverse_functions<double> inverse_double;
-extern const kernels::inverse_functions<float> inverse_float;
-extern const kernels::logarithm_functions<double> logarithm_double;
-extern const kernels::logarithm_functions<float> logarithm_float;
-extern const kernels::root_function<double> root_double;
-extern const kernels::root_function<float> root_float;
-}  // namespace avx2
-namespace avx512 {
-extern const kernels::circular_functions<double> circular_double;
-extern const kernels::circular_functions<float> circular_float;
-extern const kernels::exponential_functions<double> exponential_double;
-extern const kernels::exponential_functions<float> exponential_float;
-extern const kernels::inverse_functions<double> inverse_double;
-extern const kernels::inverse_functions<float> inverse_float;
-extern const kernels::logarithm_functions<double> logarithm_double;
-extern const kernels::logarithm_functions<float> logarithm_float;
-extern const kernels::root_function<double> root_double;
-extern const kernels::root_function<float> root_float;
-}  // namespace avx512
-}  // namespace sigpak

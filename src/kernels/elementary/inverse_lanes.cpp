@@ -2,6 +2,7 @@
 #include "kernels/elementary/arctangent.h"
 #include "kernels/elementary/functions.h"
 #include "kernels/elementary/walk.h"
+#include "vectors/levels.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
@@ -150,7 +151,11 @@ constexpr kernels::inverse_functions<T> functions = {arctangents,   arcsines,  a
 
 }  // namespace
 
-const kernels::inverse_functions<double> inverse_double = functions<double>;
-const kernels::inverse_functions<float> inverse_float = functions<float>;
-
 }  // namespace sigpak::SIGPAK_LEVEL
+
+namespace sigpak {
+
+SIGPAK_LEVEL_TABLE(kernels::inverse_functions<double>) = SIGPAK_LEVEL::functions<double>;
+SIGPAK_LEVEL_TABLE(kernels::inverse_functions<float>) = SIGPAK_LEVEL::functions<float>;
+
+}  // namespace sigpak

@@ -1,9 +1,10 @@
 // Logarithms and decibels, real and complex.
 #include "core/guard.h"
 #include "kernels/elementary/arctangent.h"
-#include "kernels/elementary/logarithm.h"
 #include "kernels/elementary/functions.h"
+#include "kernels/elementary/logarithm.h"
 #include "kernels/elementary/walk.h"
+#include "vectors/levels.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
@@ -114,7 +115,11 @@ constexpr kernels::logarithm_functions<T> functions = {logarithms<T>, scaled_log
 
 }  // namespace
 
-const kernels::logarithm_functions<double> logarithm_double = functions<double>;
-const kernels::logarithm_functions<float> logarithm_float = functions<float>;
-
 }  // namespace sigpak::SIGPAK_LEVEL
+
+namespace sigpak {
+
+SIGPAK_LEVEL_TABLE(kernels::logarithm_functions<double>) = SIGPAK_LEVEL::functions<double>;
+SIGPAK_LEVEL_TABLE(kernels::logarithm_functions<float>) = SIGPAK_LEVEL::functions<float>;
+
+}  // namespace sigpak

@@ -3,6 +3,7 @@
 #include "kernels/elementary/arctangent.h"
 #include "kernels/elementary/functions.h"
 #include "kernels/elementary/walk.h"
+#include "vectors/levels.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
@@ -75,7 +76,11 @@ template <class T> void root_points(const T* z, T* out, index points, void (*pla
 
 }  // namespace
 
-const kernels::root_function<double> root_double = root_points<double>;
-const kernels::root_function<float> root_float = root_points<float>;
-
 }  // namespace sigpak::SIGPAK_LEVEL
+
+namespace sigpak {
+
+SIGPAK_LEVEL_TABLE(kernels::root_functions<double>) = {SIGPAK_LEVEL::root_points<double>};
+SIGPAK_LEVEL_TABLE(kernels::root_functions<float>) = {SIGPAK_LEVEL::root_points<float>};
+
+}  // namespace sigpak

@@ -1,8 +1,9 @@
 // Products, quotients and squared magnitudes of complex points that lie re, im side by side. Shuffles stay
 // within 128 bits wherever they can; no product is fused, so every level gives the bits of the plain loop.
 #include "core/guard.h"
-#include "vectors/lanes.h"
 #include "kernels/points/points.h"
+#include "vectors/lanes.h"
+#include "vectors/levels.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
@@ -259,7 +260,11 @@ constexpr kernels::point_functions<T> table = {run_pairs<product_step<false>, T>
 
 }  // namespace
 
-constexpr kernels::point_functions<double> points_double = table<double>;
-constexpr kernels::point_functions<float> points_float = table<float>;
-
 }  // namespace sigpak::SIGPAK_LEVEL
+
+namespace sigpak {
+
+SIGPAK_LEVEL_TABLE(kernels::point_functions<double>) = SIGPAK_LEVEL::table<double>;
+SIGPAK_LEVEL_TABLE(kernels::point_functions<float>) = SIGPAK_LEVEL::table<float>;
+
+}  // namespace sigpak

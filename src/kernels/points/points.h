@@ -1,4 +1,4 @@
-// Arithmetic of complex points at the wide levels; null where the library runs at the baseline.
+// Arithmetic of complex points at the wide levels.
 #pragma once
 
 #include <cstddef>
@@ -20,16 +20,4 @@ template <class T> struct point_functions {
   void (*reciprocate)(T* z, std::ptrdiff_t points) noexcept;
 };
 
-template <class T> const point_functions<T>* points() noexcept;
-
 }  // namespace sigpak::kernels
-
-namespace sigpak::avx2 {
-extern const kernels::point_functions<double> points_double;
-extern const kernels::point_functions<float> points_float;
-}  // namespace sigpak::avx2
-
-namespace sigpak::avx512 {
-extern const kernels::point_functions<double> points_double;
-extern const kernels::point_functions<float> points_float;
-}  // namespace sigpak::avx512

@@ -10,6 +10,7 @@
 #include "core/blocks.h"
 #include "core/isa.h"
 #include "kernels/sums/lane_sums.h"
+#include "vectors/levels.h"
 
 namespace sigpak {
 
@@ -74,21 +75,6 @@ template <class T> struct lane_terms {
   index blocks = 2;       // from so many on, a pass takes less time than one block after the other
   bool streaming = true;  // worth more than the plain loop where memory is the limit
 };
-
-// Null where the level has no wide vectors.
-template <class T> const kernels::lane_sum_table<T>* current_lane_sums() noexcept {
-#if SIGPAK_WIDE_LEVELS
-  const isa::level level = isa::current();
-  if constexpr (std::same_as<T, double>) {
-    if (level == isa::level::avx512) return &avx512::lane_sums_double;
-    if (level == isa::level::avx2) return &avx2::lane_sums_double;
-  } else {
-    if (level == isa::level::avx512) return &avx512::lane_sums_float;
-    if (level == isa::level::avx2) return &avx2::lane_sums_float;
-  }
-#endif
-  return nullptr;
-}
 
 // Blocks from `begin` on, at most eight, one lane each. The kernel takes the points in eights; what is left
 // over at the ends of a block is added here, as is the end of a last block that is cut short.
@@ -214,7 +200,7 @@ auto sum_in_lanes(index points, Term term, const lane_terms<T>& terms,
 // Out of line: a short record is done inline.
 template <class Term, class T>
 [[gnu::noinline]] auto sum_many_blocks(index points, Term term, const lane_terms<T>& terms) noexcept {
-  const auto* const table = current_lane_sums<T>();
+  const auto* const table = at_level<kernels::lane_sum_table<T>>();
   return table != nullptr ? sum_in_lanes(points, term, terms, table->*terms.kernel)
                           : sum_without_vectors(points, term, terms.y);
 }

@@ -52,13 +52,3 @@ template <class T> struct lane_sum_table {
 };
 
 }  // namespace sigpak::kernels
-
-namespace sigpak::avx2 {
-extern const kernels::lane_sum_table<double> lane_sums_double;
-extern const kernels::lane_sum_table<float> lane_sums_float;
-}  // namespace sigpak::avx2
-
-namespace sigpak::avx512 {
-extern const kernels::lane_sum_table<double> lane_sums_double;
-extern const kernels::lane_sum_table<float> lane_sums_float;
-}  // namespace sigpak::avx512

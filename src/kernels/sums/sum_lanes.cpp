@@ -3,6 +3,7 @@
 #include "kernels/sums/lane_sums.h"
 
 #include "kernels/sums/terms.h"
+#include "vectors/levels.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
@@ -187,7 +188,11 @@ constexpr kernels::lane_sum_table<T> table = {
 
 }  // namespace
 
-constexpr kernels::lane_sum_table<double> lane_sums_double = table<double>;
-constexpr kernels::lane_sum_table<float> lane_sums_float = table<float>;
-
 }  // namespace sigpak::SIGPAK_LEVEL
+
+namespace sigpak {
+
+SIGPAK_LEVEL_TABLE(kernels::lane_sum_table<double>) = SIGPAK_LEVEL::table<double>;
+SIGPAK_LEVEL_TABLE(kernels::lane_sum_table<float>) = SIGPAK_LEVEL::table<float>;
+
+}  // namespace sigpak
