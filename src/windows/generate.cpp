@@ -20,11 +20,6 @@ double triangle_peak(index n, int mode) noexcept {
 
 namespace {
 
-// The side lobes of KaiserNN stay below -NN dB, those of GaussNN likewise.
-constexpr double kaiser_betas[] = {9.473960131326246,  10.751776690564654, 12.014077292090791,
-                                   13.264372446115681, 14.505082414495599, 15.73795091271457};
-constexpr double gaussian_deviations[] = {0.1583722, 0.1442161, 0.1328102};  // of the length
-
 // sum of a[k] cos(k x) by Clenshaw's recurrence in c = cos(x).
 double cosine_sum(std::span<const double> a, double c) noexcept {
   double next = 0;
@@ -65,39 +60,40 @@ template <class T> void fill_cosine_sum(T* w, index n, double width, std::span<c
   fill_centred(w, n, width, [=](double angle, double) { return cosine_sum(a, std::cos(angle)); });
 }
 
-template <record V> status generate_periodic(V* v, int window, int flags, double width) noexcept {
+template <record V>
+status generate_periodic(V* v, const catalogued_window& window, int flags, double width) noexcept {
   const int mode = mode_of(flags);
   const bool narrowed = has(flags, DSP_WINDOW_FLAG_WIDTH);
-  if (narrowed && (std::isnan(width) || window == DSP_WINDOW_TRIANGULAR)) return failed;
-  const std::span<const double> terms = cosine_terms(window, mode);
-  if (terms.empty() && window != DSP_WINDOW_TRIANGULAR && window != DSP_WINDOW_RIEMANN) return failed;
+  if (has(flags, DSP_WINDOW_FLAG_SYMMETRIC)) return failed;
+  if (narrowed && (std::isnan(width) || window.kind == window_kind::triangle)) return failed;
   const index n = length(v);
   if (n == 0) return ok;
   const double span = narrowed ? width : static_cast<double>(n);
-  switch (window) {
-    case DSP_WINDOW_UNIFORM:
-      return fill_constant(v->data, n, span, terms[0]), ok;
-    case DSP_WINDOW_TRIANGULAR:
+  switch (window.kind) {
+    case window_kind::constant:
+      return fill_constant(v->data, n, span, window.terms_of(mode)[0]), ok;
+    case window_kind::triangle:
       return fill_triangle(v->data, n, triangle_peak(n, mode)), ok;
-    case DSP_WINDOW_RIEMANN:
+    case window_kind::sinc_lobe:
       return fill_sinc_lobe(v->data, n, span), normalise(v, mode, 1);
     default:
-      return fill_cosine_sum(v->data, n, span, terms), ok;
+      return fill_cosine_sum(v->data, n, span, window.terms_of(mode)), ok;
   }
 }
 
 }  // namespace
 
 template <record V> status generate_window(V* v, int window, int flags, double width) noexcept {
-  if (is_complex(v) || mode_of(flags) == refused_mode) return failed;
-  if (window >= DSP_WINDOW_KAISER70 && window <= DSP_WINDOW_KAISER120) {
-    return kaiser(v, kaiser_betas[window - DSP_WINDOW_KAISER70], flags);
+  const catalogued_window* const row = find_window(window);
+  if (row == nullptr || is_complex(v) || mode_of(flags) == refused_mode) return failed;
+  switch (row->kind) {
+    case window_kind::kaiser:
+      return kaiser(v, row->parameter, flags);
+    case window_kind::gaussian:
+      return gaussian(v, row->parameter, flags);
+    default:
+      return generate_periodic(v, *row, flags, width);
   }
-  if (window >= DSP_WINDOW_GAUSS60 && window <= DSP_WINDOW_GAUSS80) {
-    return gaussian(v, gaussian_deviations[window - DSP_WINDOW_GAUSS60], flags);
-  }
-  if (has(flags, DSP_WINDOW_FLAG_SYMMETRIC)) return failed;
-  return generate_periodic(v, window, flags, width);
 }
 
 template status generate_window(dsp_vec*, int, int, double) noexcept;

@@ -35,18 +35,13 @@ double mean_square_of(terms a, index n) noexcept {
 }
 
 // From the stored coefficients alone, corrected where so few points make terms alias.
-status scale_from_terms(double* scale, int window, int mode, index n) noexcept {
-  const terms raw = cosine_terms(window, DSP_WINDOW_FLAG_PEAK);
-  const terms set = cosine_terms(window, mode);
-  if (set.empty()) return failed;
+double scale_from_terms(const catalogued_window& window, int mode, index n) noexcept {
+  const terms raw = window.terms_of(DSP_WINDOW_FLAG_PEAK);
+  const terms set = window.terms_of(mode);
   const auto count = static_cast<index>(set.size());
   const double plain = set[0] / raw[0];
-  if (mode == DSP_WINDOW_FLAG_MEAN) {
-    *scale = n >= count ? plain : plain * set[0] / mean_of(set, n);
-  } else {
-    *scale = n >= 2 * count - 1 ? plain : plain / std::sqrt(mean_square_of(set, n));
-  }
-  return ok;
+  if (mode == DSP_WINDOW_FLAG_MEAN) return n >= count ? plain : plain * set[0] / mean_of(set, n);
+  return n >= 2 * count - 1 ? plain : plain / std::sqrt(mean_square_of(set, n));
 }
 
 template <record V>
@@ -71,14 +66,17 @@ template <record V> status find_scale(double* scale, int window, int flags, inde
     return ok;
   }
   if (mode == refused_mode) return failed;
-  if (has(flags, DSP_WINDOW_FLAG_WIDTH) || window >= DSP_WINDOW_KAISER70) {
-    return scale_from_points<V>(scale, window, flags, n, width);
-  }
-  if (window == DSP_WINDOW_TRIANGULAR) {
+  const catalogued_window* const row = find_window(window);
+  if (row == nullptr) return failed;
+  if (!has(flags, DSP_WINDOW_FLAG_WIDTH) && row->kind == window_kind::triangle) {
     *scale = triangle_peak(n, mode);
     return ok;
   }
-  return scale_from_terms(scale, window, mode, n);
+  if (!has(flags, DSP_WINDOW_FLAG_WIDTH) && row->terms > 0) {
+    *scale = scale_from_terms(*row, mode, n);
+    return ok;
+  }
+  return scale_from_points<V>(scale, window, flags, n, width);
 }
 
 template <record V>
