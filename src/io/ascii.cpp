@@ -137,7 +137,7 @@ template <record V> class ascii_reader {
   }
 
   status finish(step last) noexcept {
-    v_->points = static_cast<std::uint32_t>(count_);
+    v_->points = v_->data != nullptr ? static_cast<std::uint32_t>(count_) : 0;
     if (last == step::fail) return failed;
     if (complex_) {
       v_->complex = 1;

@@ -27,9 +27,10 @@ template <class T> T byte_reversed(T x) noexcept {
   return std::bit_cast<T>(bytes);
 }
 
-template <class T> bool read_items(T* items, index count, std::FILE* f) noexcept {
-  const auto wanted = static_cast<std::size_t>(count);
-  return wanted == 0 || std::fread(items, sizeof(T), wanted, f) == wanted;
+// How many arrived.
+template <class T> index read_items(T* items, index count, std::FILE* f) noexcept {
+  return count == 0 ? 0
+                    : static_cast<index>(std::fread(items, sizeof(T), static_cast<std::size_t>(count), f));
 }
 
 template <class T> bool write_items(const T* items, index count, std::FILE* f) noexcept {
@@ -39,7 +40,7 @@ template <class T> bool write_items(const T* items, index count, std::FILE* f) n
 
 template <class T> bool read_field(T* field, std::FILE* f, bool swapped) noexcept {
   T stored;
-  if (!read_items(&stored, 1, f)) return false;
+  if (read_items(&stored, 1, f) != 1) return false;
   *field = swapped ? byte_reversed(stored) : stored;
   return true;
 }
@@ -65,49 +66,54 @@ constexpr std::uint32_t stored_width(std::uint32_t magic, std::uint32_t type) no
   return magic == magic_double ? sizeof(double) : magic == magic_float ? sizeof(float) : type & type_width;
 }
 
-template <class Stored, class T> bool read_scalars(T* data, index n, std::FILE* f, bool swapped) noexcept {
+// How many of the n scalars arrived.
+template <class Stored, class T> index read_scalars(T* data, index n, std::FILE* f, bool swapped) noexcept {
   if constexpr (std::same_as<Stored, T>) {
-    if (!read_items(data, n, f)) return false;
-    if (swapped) std::transform(data, data + n, data, byte_reversed<T>);
+    const index arrived = read_items(data, n, f);
+    if (swapped) std::transform(data, data + arrived, data, byte_reversed<T>);
+    return arrived;
   } else {
     Stored stored[piece];
-    for (index done = 0; done < n; done += piece) {
-      const index count = std::min(piece, n - done);
-      if (!read_items(stored, count, f)) return false;
-      std::transform(stored, stored + count, data + done,
+    index arrived = 0;
+    for (index last = piece; arrived < n && last == piece; arrived += last) {
+      last = read_items(stored, std::min(piece, n - arrived), f);
+      std::transform(stored, stored + last, data + arrived,
                      [swapped](Stored x) { return static_cast<T>(swapped ? byte_reversed(x) : x); });
     }
+    return arrived;
   }
-  return true;
 }
 
 // The room doubles with what has arrived, so that a header cannot make us touch more memory than about twice
-// what its stream really holds; a pipe does not tell that beforehand.
-template <class Stored, record V> status read_samples(V* v, std::FILE* f, bool swapped) noexcept {
-  const std::uint32_t points = v->points;
+// what its stream really holds; a pipe does not tell that beforehand. The record counts the points that
+// arrived whole, however the reading ends.
+template <class Stored, record V>
+status read_samples(V* v, index wanted, std::FILE* f, bool swapped) noexcept {
   const index per_point = width(v);
-  if (index{points} * per_point > std::numeric_limits<std::int32_t>::max()) return allocate(v);
-  index have = 0;
+  if (wanted > std::numeric_limits<std::int32_t>::max() / per_point) return failed;
   index room = std::max<index>({first_room, v->alloc}) / per_point;
-  bool complete = true;
   do {
-    v->points = static_cast<std::uint32_t>(std::min<index>(room, points));
-    const index now = length(v);
-    complete =
-        (have == 0 ? allocate(v) : reallocate(v, static_cast<std::uint32_t>(have), v->complex)) == ok &&
-        read_scalars<Stored>(v->data + have * per_point, (now - have) * per_point, f, swapped);
-    have = now;
-    room = 2 * now;
-  } while (complete && have < points);
-  v->points = points;
-  return complete ? vector_read : failed;
+    const index have = length(v);
+    const index asked = std::min(room, wanted);
+    v->points = static_cast<std::uint32_t>(asked);
+    const bool sized =
+        (have == 0 ? allocate(v) : reallocate(v, static_cast<std::uint32_t>(have), v->complex)) == ok;
+    const index at = have * per_point;
+    const index arrived =
+        sized ? have + read_scalars<Stored>(v->data + at, asked * per_point - at, f, swapped) / per_point : 0;
+    v->points = static_cast<std::uint32_t>(arrived);
+    if (arrived < asked) return failed;
+    room = 2 * asked;
+  } while (length(v) < wanted);
+  return vector_read;
 }
 
-template <class Stored, record V> status read_spaced(V* v, std::FILE* f, bool swapped) noexcept {
+template <class Stored, record V>
+status read_spaced(V* v, std::uint32_t points, std::FILE* f, bool swapped) noexcept {
   Stored delta;
   if (!read_field(&delta, f, swapped)) return failed;
   v->delta = static_cast<scalar<V>>(delta);
-  return read_samples<Stored>(v, f, swapped);
+  return read_samples<Stored>(v, points, f, swapped);
 }
 
 template <record V> bool write_header(const V* v, std::FILE* f) noexcept {
@@ -122,14 +128,15 @@ template <record V> status read_binary(V* v, std::FILE* f) noexcept {
   const auto found = read_magic(f);
   if (!found) return failed;
   std::uint32_t type = 0;
+  std::uint32_t points = 0;
   if (found->magic == magic_typed && !read_field(&type, f, found->swapped)) return failed;
-  if (!read_field(&v->points, f, found->swapped)) return failed;
+  if (!read_field(&points, f, found->swapped)) return failed;
   if (!read_field(&v->complex, f, found->swapped)) return failed;
   switch (stored_width(found->magic, type)) {
     case sizeof(double):
-      return read_spaced<double>(v, f, found->swapped);
+      return read_spaced<double>(v, points, f, found->swapped);
     case sizeof(float):
-      return read_spaced<float>(v, f, found->swapped);
+      return read_spaced<float>(v, points, f, found->swapped);
     default:
       return failed;
   }

@@ -17,7 +17,7 @@ struct parts {
   bool body;
 };
 
-// The next vector of the stream; the record may be partly filled on failure.
+// The next vector of the stream into a record without points, which on failure has those that arrived.
 template <record V> status read_binary(V* v, std::FILE* f) noexcept;
 template <record V> status read_ascii(V* v, std::FILE* f) noexcept;
 
