@@ -25,8 +25,14 @@ template <record V> status copy_run(const V* in, V* out, std::int32_t start, std
   return ok;
 }
 
+template <record V> status copy_front(V* dst, const V* src, std::int32_t count) noexcept {
+  const bool lent_by_src = dst != src && dst->alloc <= 0 && dst->data == src->data;
+  if (lent_by_src) dst->data = nullptr;
+  return copy_run(src, dst, 0, count);
+}
+
 template <record V> status copy(V* dst, const V* src) noexcept {
-  return copy_run(src, dst, 0, static_cast<std::int32_t>(src->points));
+  return dst == src ? ok : copy_front(dst, src, static_cast<std::int32_t>(src->points));
 }
 
 template <record V> status append(V* dst, const V* src) noexcept {
@@ -50,6 +56,8 @@ template <record V> status append(V* dst, const V* src) noexcept {
 
 template status copy_run(const dsp_vec*, dsp_vec*, std::int32_t, std::int32_t) noexcept;
 template status copy_run(const dspf_vec*, dspf_vec*, std::int32_t, std::int32_t) noexcept;
+template status copy_front(dsp_vec*, const dsp_vec*, std::int32_t) noexcept;
+template status copy_front(dspf_vec*, const dspf_vec*, std::int32_t) noexcept;
 template status copy(dsp_vec*, const dsp_vec*) noexcept;
 template status copy(dspf_vec*, const dspf_vec*) noexcept;
 template status append(dsp_vec*, const dsp_vec*) noexcept;
@@ -66,8 +74,8 @@ int32_t dsp_copy(dsp_vec* dst, const dsp_vec* src) { return copy(dst, src); }
 int32_t dspf_copy(dspf_vec* dst, const dspf_vec* src) { return copy(dst, src); }
 
 int32_t dsp_copy_at_most(dsp_vec* dst, const dsp_vec* src, int32_t count) {
-  return copy_run(src, dst, 0, count);
+  return copy_front(dst, src, count);
 }
 int32_t dspf_copy_at_most(dspf_vec* dst, const dspf_vec* src, int32_t count) {
-  return copy_run(src, dst, 0, count);
+  return copy_front(dst, src, count);
 }

@@ -10,6 +10,11 @@ namespace sigpak {
 // points move inside it, overlapping or not.
 template <record V> status copy_run(const V* in, V* out, std::int32_t start, std::int32_t count) noexcept;
 
+// dst becomes the first `count` points of src, in storage of its own: what it was lent by src, if anything,
+// is left behind. A record copied onto itself is cut in place.
+template <record V> status copy_front(V* dst, const V* src, std::int32_t count) noexcept;
+
+// The same with all points; a record copied onto itself does not change.
 template <record V> status copy(V* dst, const V* src) noexcept;
 
 // dst grows by the points of src and turns complex when src is; its spacing stays.

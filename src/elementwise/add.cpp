@@ -1,6 +1,4 @@
 // Sum and difference, the shorter operand padded with zeros.
-#include <algorithm>
-
 #include "core/copy.h"
 #include "elementwise/combine.h"
 #include "elementwise/elementwise.h"
@@ -35,11 +33,13 @@ struct minus {
 template <record V, class F>
 [[gnu::noinline]] status combine_padded(const V* a, const V* b, V* out, F f) noexcept {
   const bool a_shorter = length(a) < length(b);
+  V longer = a_shorter ? *b : *a;
+  longer.points = static_cast<std::uint32_t>(length(&longer));  // none for a negative count
   temporary<V> storage;
   V* const padded = &storage;
   if (copy(padded, a_shorter ? a : b) != ok) return failed;
-  if (pad(padded, std::max(length(a), length(b))) != ok) return failed;
-  return a_shorter ? combine<V>(padded, b, out, f) : combine<V>(a, padded, out, f);
+  if (pad(padded, length(&longer)) != ok) return failed;
+  return a_shorter ? combine<V>(padded, &longer, out, f) : combine<V>(&longer, padded, out, f);
 }
 
 template <record V, class F>

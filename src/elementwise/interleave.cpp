@@ -35,12 +35,22 @@ template <class T> double_points(T*) -> double_points<T>;
 
 }  // namespace
 
+// Unlike the other operations this one grows out with its contents, an operand or not.
 template <record V> status join_parts(const V* re, const V* im, V* out) noexcept {
-  if (is_complex(re) || is_complex(im)) return failed;
-  return prepare(re, im, out, true, [out](const operands<V>& in) {
-    return combine_points(real_points{in.a}, real_points{in.b}, complex_points{out->data}, in.points,
-                          side_by_side{});
-  });
+  if (re->points != im->points || is_complex(re) || is_complex(im)) return failed;
+  operands<V> in = operands_of(re, im);
+  const bool owned_re = out->alloc > 0 && out->data == in.a;
+  const bool owned_im = out->alloc > 0 && out->data == in.b;
+  const auto old_points = static_cast<std::uint32_t>(length(out));
+  const std::int32_t old_complex = out->complex;
+  out->delta = mean_spacing(re, im);
+  out->points = static_cast<std::uint32_t>(in.points);
+  out->complex = 1;
+  if (reallocate(out, old_points, old_complex) != ok) return failed;
+  if (owned_re) in.a = out->data;
+  if (owned_im) in.b = out->data;
+  return combine_points(real_points{in.a}, real_points{in.b}, complex_points{out->data}, in.points,
+                        side_by_side{});
 }
 
 template <record V> status interleave(const V* a, const V* b, V* out) noexcept {

@@ -30,6 +30,37 @@ TYPED_TEST(Copy, TakesShapeSpacingAndPointsButNotTheReservedWord) {
   }
 }
 
+// A copy moves out of storage that its source lent it; storage that it owns and lends to the source stays.
+TYPED_TEST(Copy, IsIndependentOfTheSourceWhateverItWasLent) {
+  using V = TypeParam;
+  for (const bool owned : {false, true}) {
+    for (const std::int32_t count : {-1, 0, 2, 4}) {
+      signal<V> storage{1, 2, 3, 4};
+      V view = storage;
+      view.alloc = owned ? 0 : -1;
+      V* const dst = owned ? &storage : &view;
+      const V* const src = owned ? &view : &storage;
+      ASSERT_EQ(count == 4 ? TWIN(_copy)(dst, src) : TWIN(_copy_at_most)(dst, src, count), 0);
+      EXPECT_EQ(dst->points, static_cast<std::uint32_t>(std::max(count, 0)));
+      EXPECT_EQ(dst->data == src->data, owned);
+      if (owned) continue;
+      ASSERT_EQ(TWIN(u_subvec)(&storage, &view, 1, 3), 0);
+      EXPECT_EQ(storage.values(), (samples<V>{1, 2, 3, 4}));
+      TWIN(_destroy)(&view);
+    }
+  }
+}
+
+TYPED_TEST(Copy, OntoItselfKeepsANegativeCount) {
+  using V = TypeParam;
+  signal<V> v{1, 2};
+  for (const std::uint32_t points : {0x80000000U, 0xfffffffdU}) {
+    v.points = points;
+    EXPECT_EQ(TWIN(_copy)(&v, &v), 0);
+    EXPECT_EQ(v.points, points);
+  }
+}
+
 TYPED_TEST(Copy, AppendJoinsEveryPairOfForms) {
   using V = TypeParam;
   for_each_form<V>({0, 3}, [](signal<V>& src) {

@@ -164,6 +164,53 @@ TYPED_TEST(Binary, EveryPairingOfFormsAliasesAndOwnersFollowsTheDefinition) {
   }
 }
 
+TYPED_TEST(Binary, OperandsOfNegativeCountsAreEmptyInEitherOrder) {
+  using V = TypeParam;
+  const signal<V> two{1, 2};
+  for (const auto run : {runner<V>(TWIN(b_add)), runner<V>(TWIN(b_sub))}) {
+    for (const std::uint32_t first : {0U, 2U, 0xfffffffdU, 0x80000000U}) {
+      for (const std::uint32_t second : {0U, 2U, 0xfffffffdU, 0x80000000U}) {
+        V a = two;
+        V b = two;
+        a.points = first;
+        b.points = second;
+        signal<V> out{7, 7, 7};
+        EXPECT_EQ(run(&a, &b, &out), 0) << first << ' ' << second;
+        EXPECT_EQ(out.points, first == 2 || second == 2 ? 2U : 0U) << first << ' ' << second;
+      }
+    }
+  }
+}
+
+// Of the record that it replaces, not of the operands.
+template <record V> struct asked_to_grow {
+  static inline std::pair<std::uint32_t, std::int32_t> shape;
+  asked_to_grow() {
+    TWIN(_lib_realloc)
+    (
+        [](V* v, std::uint32_t points, std::int32_t complex) {
+          shape = {points, complex};
+          v->data = static_cast<scalar<V>*>(std::realloc(v->data, 64 * sizeof(scalar<V>)));
+          return ok;
+        },
+        nullptr);
+  }
+  ~asked_to_grow() { TWIN(_lib_realloc)(nullptr, nullptr); }
+};
+
+TYPED_TEST(Binary, JoiningPartsGrowsTheResultWithItsContents) {
+  using V = TypeParam;
+  const signal<V> parts{1, 2, 3};
+  const asked_to_grow<V> watch;
+  for (const bool lent : {false, true}) {
+    signal<V> out({5, 6, 7, 8}, true);
+    if (lent) out.lend();
+    ASSERT_EQ(TWIN(b_ritoc)(&parts, &parts, &out), 0);
+    EXPECT_EQ(watch.shape, std::pair(2U, 1));
+    EXPECT_EQ(out.values(), (samples<V>{1, 1, 2, 2, 3, 3}));
+  }
+}
+
 TYPED_TEST(Binary, EveryLevelGivesTheSameBits) {
   using V = TypeParam;
   const isa::level before = isa::current();
