@@ -18,8 +18,9 @@
 namespace sigpak {
 namespace {
 
-// Taps closer than this, relative to the first, share a spectrum: five times the epsilon of the precision.
-template <class T> constexpr T same_taps = T(5) * std::numeric_limits<T>::epsilon();
+// Taps closer than this, relative to the first, share a spectrum, in both precisions: ten roundings of a
+// double.
+constexpr double same_taps = 5 * std::numeric_limits<double>::epsilon();
 
 template <record V> constinit V kept_taps = {1, nullptr, 0, 0, 0, 0};
 template <record V> constinit V kept_spectrum = {1, nullptr, 0, 0, 0, 0};
@@ -33,13 +34,14 @@ template <record V> status release() noexcept {
   return destroy(&kept_spectrum<V>);
 }
 
-template <record V> bool holds_nan(const V* taps) noexcept {
-  return std::any_of(taps->data, taps->data + length(taps), [](auto h) { return std::isnan(h); });
+// A tap that is not finite makes a difference that is NaN, which passes for none.
+template <record V> bool comparable(const V* taps) noexcept {
+  return std::all_of(taps->data, taps->data + length(taps), [](auto h) { return std::isfinite(h); });
 }
 
 template <record V> bool spectrum_fits(const V* taps, index transform) noexcept {
   if (kept_length<V> != transform) return false;
-  const scalar<V> tolerance = std::abs(taps->data[0]) * same_taps<scalar<V>>;
+  const auto tolerance = static_cast<scalar<V>>(std::abs(static_cast<double>(taps->data[0])) * same_taps);
   std::int32_t order = 0;
   return compare(taps, &kept_taps<V>, tolerance, &order) == ok && order == 0;
 }
@@ -48,14 +50,14 @@ template <record V> bool spectrum_fits(const V* taps, index transform) noexcept 
 // failure.
 template <record V> const V* spectrum_of(const V* taps, index transform) noexcept {
   register_cache<V>(cache::fir, release<V>);
-  const bool comparable = !holds_nan(taps);  // a NaN would pass for equal to any tap
-  if (comparable && spectrum_fits(taps, transform)) return &kept_spectrum<V>;
+  const bool keeps = comparable(taps);
+  if (keeps && spectrum_fits(taps, transform)) return &kept_spectrum<V>;
   V* const spectrum = &kept_spectrum<V>;
   kept_length<V> = 0;
   if (copy(&kept_taps<V>, taps) != ok || copy(spectrum, taps) != ok) return nullptr;
   scale(spectrum, static_cast<scalar<V>>(transform));
   if (pad(spectrum, transform) != ok || real_fft(spectrum) != ok) return nullptr;
-  if (comparable) kept_length<V> = transform;
+  if (keeps) kept_length<V> = transform;
   return spectrum;
 }
 

@@ -1,6 +1,6 @@
 // FIR filtering of a block, with the samples before it kept in the caller's record.
 #include <algorithm>
-#include <limits>
+#include <cmath>
 
 #include "core/copy.h"
 #include "core/memory.h"
@@ -39,10 +39,16 @@ template <record V> status filter_by_sums(const V* in, V* out, const V* taps, co
   return ok;
 }
 
+// What is not finite would spread over a whole transform, so a history that holds such samples reaches the
+// outputs that see them through the sums alone.
 template <record V> status filter_fast(const V* in, V* out, const V* taps, const V* history) noexcept {
-  const index left = convolve_fast(in, out, taps, history);
-  if (left > 0) return filter_start(in, out, taps, history, left);
-  return left == 0 ? ok : failed;
+  const index before = length(taps) - 1;
+  const bool harmless = history == nullptr || std::all_of(history->data, history->data + before,
+                                                          [](auto x) { return std::isfinite(x); });
+  const index left = convolve_fast<V>(in, out, taps, harmless ? history : nullptr);
+  if (left < 0) return failed;
+  const index count = harmless ? left : before;
+  return count > 0 ? filter_start(in, out, taps, history, count) : ok;
 }
 
 // The last samples before the next block: what of the history is still recent enough, then the block's.
@@ -62,16 +68,21 @@ template <record V> status prepare_output(V* out, const V* in, const V* taps) no
   return allocate(out);
 }
 
-template <record V>
-status run(const V* in, V* out, const V* taps, V* history, index from_taps) noexcept {
+enum class method { fastest, direct };
+
+template <record V> bool pays_to_transform(const V* in, const V* taps) noexcept {
+  const index count = length(taps);
+  return !is_complex(in) && !is_complex(taps) && count >= least_fast_taps() && length(in) >= count - 1;
+}
+
+template <record V> status run(const V* in, V* out, const V* taps, V* history, method allowed) noexcept {
   const index count = length(taps);
   if (count == 0) return copy(out, in);
   if (history != nullptr && fit_state(history, in, count - 1) != ok) return failed;
   const bool shared = out->data == in->data || out->data == taps->data;
   V* const result = shared ? substitute_output<V>() : out;
   if (prepare_output(result, in, taps) != ok) return failed;
-  const bool fast =
-      !is_complex(in) && !is_complex(taps) && count >= from_taps && length(in) >= count - 1;
+  const bool fast = allowed == method::fastest && pays_to_transform(in, taps);
   if ((fast ? filter_fast(in, result, taps, history) : filter_by_sums(in, result, taps, history)) != ok) {
     return failed;
   }
@@ -82,11 +93,11 @@ status run(const V* in, V* out, const V* taps, V* history, index from_taps) noex
 }  // namespace
 
 template <record V> status filter(const V* in, V* out, const V* taps, V* history) noexcept {
-  return run(in, out, taps, history, least_fast_taps());
+  return run(in, out, taps, history, method::fastest);
 }
 
 template <record V> status filter_directly(const V* in, V* out, const V* taps, V* history) noexcept {
-  return run(in, out, taps, history, std::numeric_limits<index>::max());
+  return run(in, out, taps, history, method::direct);
 }
 
 template status filter(const dsp_vec*, dsp_vec*, const dsp_vec*, dsp_vec*) noexcept;

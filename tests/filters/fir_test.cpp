@@ -160,6 +160,28 @@ TYPED_TEST(Fir, AnInfiniteSampleReachesOnlyTheOutputsThatSeeIt) {
   }
 }
 
+// A block that goes through the transform, behind a history whose last sample is not finite.
+TYPED_TEST(Fir, AHistoryThatIsNotFiniteReachesOnlyTheOutputsThatSeeIt) {
+  using V = TypeParam;
+  using T = scalar<V>;
+  const signal<V> taps(noise<V>(200, 41));
+  for (const T bad : {std::numeric_limits<T>::infinity(), std::numeric_limits<T>::quiet_NaN()}) {
+    for (const index points : {200, 700, 10'000}) {
+      for (const index at : {0, 100, 198}) {
+        const signal<V> in(noise<V>(points, 43));
+        signal<V> history(noise<V>(199, 47));
+        history.data[at] = bad;
+        signal<V> out;
+        ASSERT_EQ(TWIN(d_fir)(&in, &out, &taps, &history), 0);
+        for (index n = 0; n < points; ++n) {
+          ASSERT_EQ(std::isfinite(out.data[n]), n > at) << points << ' ' << at << ' ' << n;
+        }
+        EXPECT_EQ(history.data[198], in.data[points - 1]);
+      }
+    }
+  }
+}
+
 TYPED_TEST(Fir, NoTapsCopyTheInput) {
   using V = TypeParam;
   const signal<V> in(noise<V>(10), true);
@@ -199,6 +221,28 @@ TYPED_TEST(Fir, KeptSpectrumIsUsedOnlyForItsOwnTapsAndLength) {
       for (const index points : {120, 700, 3000}) {
         EXPECT_EQ(filtered(*taps, points), *wanted++);
         EXPECT_TRUE(std::isnan(filtered(poisoned, points)[points - 1]));
+      }
+    }
+  }
+}
+
+// Taps far below the rounding of the first one count in their number, and none is equal to an infinite one.
+TYPED_TEST(Fir, TapsThatDifferByLittleDoNotShareASpectrum) {
+  using V = TypeParam;
+  const signal<V> in(samples<V>(1000, 1));
+  for (const double small : {5e-7, 4e-15, std::numeric_limits<double>::infinity()}) {
+    signal<V> taps(samples<V>(200, 0));
+    taps.data[0] = 1;
+    signal<V> out;
+    ASSERT_EQ(TWIN(d_fir)(&in, &out, &taps, nullptr), 0);
+    for (const double h : {small, 0.0, small}) {
+      std::fill_n(taps.data + 1, 199, static_cast<scalar<V>>(h));
+      ASSERT_EQ(TWIN(d_fir)(&in, &out, &taps, nullptr), 0);
+      const double wanted = 1 + 199 * h;
+      if (std::isfinite(wanted)) {
+        EXPECT_NEAR(static_cast<double>(out.data[999]), wanted, 4 * unit_roundoff<V>) << h;
+      } else {
+        EXPECT_FALSE(std::isfinite(out.data[999]));
       }
     }
   }
