@@ -1,8 +1,8 @@
 /* sigpak: digital signal processing on sampled vectors, in double and single precision.
 
-   This header is the whole interface and its reference manual. A signal is a small record that the caller owns:
-   the spacing between samples, the samples, how many there are, and whether they are complex. Some 150 operations
-   work on it, each in two precisions.
+   This header is the whole interface and its reference manual. A signal is a small record that the caller
+   owns: the spacing between samples, the samples, how many there are, and whether they are complex. Some 150
+   operations work on it, each in two precisions.
 
        dsp_vec v;
        dsp_init(&v);
@@ -17,30 +17,48 @@
 
    Conventions, said once; the functions below state only what differs.
 
-   Twins        Every operation exists for dsp_vec (prefix dsp) and for dspf_vec (prefix dspf). The twins behave
-                alike and differ in the scalar type and in H. File operations add f after the precision:
-                dspf_fread fills a dsp_vec, dspff_fread a dspf_vec.
-   Families     dspi_ in place, dspb_ two operands, dspbs_ two operands to one number, dspc_ generate, dspd_ filter
-                to another length, dsph_ with history, dsps_ statistic or search, dspu_ one record into another;
-                dsp_ without a letter is the core.
-   Status       0 on success, -1 on failure. A refused argument leaves every record as it was. There are no
-                messages and no error state. Null record pointers are not tested for.
-   Empty        points is read as signed: a negative count means no points. Operations accept empty records.
+   Twins        Every operation exists for dsp_vec (prefix dsp) and for dspf_vec (prefix dspf). The twins
+                behave alike and differ in the scalar type and in H. File operations add f after the
+                precision: dspf_fread fills a dsp_vec, dspff_fread a dspf_vec.
+   Families     dspi_ in place, dspb_ two operands, dspbs_ two operands to one number, dspc_ generate, dspd_
+                filter to another length, dsph_ with history, dsps_ statistic or search, dspu_ one record into
+                another; dsp_ without a letter is the core.
+   Status       0 on success, -1 on failure. A refused argument leaves every record as it was. A record that
+                cannot grow is left without storage (data null, alloc 0), with the points and complex that it
+                was to have. There are no messages and no error state. Null record pointers are not tested
+                for.
+   Empty        points is read as signed: a negative count means no points. Operations accept empty records,
+                and one that a result leaves empty has the complex and the delta that points would have had.
+                Sizing reads points as it stands, so that a negative count fails, and its storage is lost, in
+                dsp_alloc and dsp_realloc, where points are preset (dspc_), where real turns complex
+                (dspi_rtoc and such), and as the input of dspd_fir and dspd_hwfilt. Where points must agree,
+                it does not agree with 0.
    Results      Operations size their results themselves. The result of a statistic is a record of one point.
    Aliasing     A result may be one of the operands.
    Complex      Complex samples are interleaved: re, im, re, im. A polar record is a complex record that holds
                 (magnitude, phase); nothing marks it.
-   H            The huge value that stands for infinity: 1e100, in single precision 1e15. Division by zero gives H,
-                0/0 gives 0. T is the smallest normal number, the floor of logarithms. Comparisons with the guards
-                are strict, and NaN passes through them.
-   delta        The spacing of samples, a time or a frequency step in the unit that the caller chooses. Kept unless
-                an operation says otherwise. Transforms turn it into 1 / (points * delta), H when delta is 0.
-   Frequency    Generators: cycles per unit of delta. FIR design: cycles per sample, 0.5 is the Nyquist frequency.
-   Ownership    The caller owns the record. With alloc > 0 the library owns data and grows it to the exact need,
-                never shrinking it before dsp_destroy. With alloc <= 0 and data set, data is lent by the caller:
-                used, never freed, and left behind when the record must grow.
-   Concurrency  No locks and no thread-local state. Hooks, the scratch caches of transforms, windows and filters,
-                and the random state are process-wide: calls of one precision that use them must not overlap.
+   H            The huge value that stands for infinity: 1e100, in single precision 1e15. Division by zero
+                gives H, 0/0 gives 0. T is the smallest normal number, the floor of logarithms. Comparisons
+                with the guards are strict, and NaN passes through them.
+   delta        The spacing of samples, a time or a frequency step in the unit that the caller chooses. Kept
+                unless an operation says otherwise. Transforms turn it into 1 / (points * delta), H when delta
+                is 0.
+   Frequency    Generators: cycles per unit of delta. FIR design: cycles per sample, 0.5 is the Nyquist
+                frequency.
+   Ownership    The caller owns the record. With alloc > 0 the library owns data and grows it to the exact
+                need, never shrinking it before dsp_destroy. With alloc <= 0 and data set, data is lent by the
+                caller: read, never freed, and of capacity 0 wherever a result is sized. Every such result, of
+                whatever length, ends in storage of the library's own and leaves the lent buffer as it was:
+                generators, results of dspb_, dspu_, dsps_, dspd_ and dsph_, in place too (dspb_mul(v, v, v)),
+                dspi_zero, windows, lists of roots, and what grows or turns complex. Written through lent
+                storage, where the points change their values or places only: element-wise mathematics,
+                complex to real, order, dspi_unzpad, differences and integral, dspi_edge, dspi_hwfilt and
+                dspd_hwfilt in place, dspu_subvec and dspd_deci in place, dspi_bitrev, dspi_dct, transforms of
+                complex records to as many complex points, and the states and histories of filters that are
+                long enough. dspi_analytic of a complex record does both.
+   Concurrency  No locks and no thread-local state. Hooks and the scratch caches of transforms, windows and
+                filters are process-wide, one set for each precision: calls of one precision that use them
+                must not overlap. The random state is one for both precisions.
    Sizes        A need above 2^31 - 1 scalars is a failed allocation. */
 #ifndef SIGPAK_H
 #define SIGPAK_H
@@ -77,12 +95,12 @@ typedef struct dsp_vec {
 } dsp_vec;
 
 typedef struct dspf_vec {
-  float delta;
-  float *data;
-  int32_t alloc;
-  uint32_t points;
-  int32_t complex;
-  uint32_t reserved;
+  float delta;       /* spacing */
+  float *data;       /* samples */
+  int32_t alloc;     /* capacity */
+  uint32_t points;   /* length */
+  int32_t complex;   /* form */
+  uint32_t reserved; /* ignored */
 } dspf_vec;
 
 #pragma pop_macro("complex")
@@ -121,11 +139,64 @@ enum {
 enum {
   DSP_WINDOW_FLAG_MEAN = 0,       /* mean of the window 1: amplitudes of lines stay */
   DSP_WINDOW_FLAG_RMS = 1,        /* mean square of the window 1: powers of noise stay */
-  DSP_WINDOW_FLAG_PEAK = 2,       /* not normalised: peak 1 for cosine sums and triangle */
-  DSP_WINDOW_FLAG_SYMMETRIC = 4,  /* symmetric form; Kaiser and Gaussian windows only */
+  DSP_WINDOW_FLAG_PEAK = 2,       /* not normalised: 1 in the middle */
+  DSP_WINDOW_FLAG_SYMMETRIC = 4,  /* symmetric form, for Kaiser and Gaussian windows */
   DSP_WINDOW_FLAG_WIDTH = 8,      /* a width in samples is given */
   DSP_WINDOW_FLAG_ROTATE = 16,    /* rotate the data by half its length after a uniform window */
   DSP_WINDOW_FLAG_NO_ROTATE = 32  /* do not rotate the data after any other window */
+};
+
+/* ---- Names for kinds, modes and flags ------------------------------------------------------------------------ */
+
+/* The kinds of dspc_fir. */
+enum {
+  DSP_FIR_BAND_PASS = 0, DSP_FIR_BAND_STOP = 1, DSP_FIR_HIGH_PASS = 2, DSP_FIR_LOW_PASS = 3,
+  DSP_FIR_COSINE_SUM = 4, DSP_FIR_DELAYED = 5, DSP_FIR_DIFFERENTIATOR = 6, DSP_FIR_GAUSSIAN = 7,
+  DSP_FIR_HILBERT = 8, DSP_FIR_KAISER = 9, DSP_FIR_RAMP = 10
+};
+
+/* The distributions of dspc_rand. */
+enum { DSP_RAND_UNIFORM = 0, DSP_RAND_NORMAL = 1, DSP_RAND_EXPONENTIAL = 2, DSP_RAND_LAPLACE = 3 };
+
+/* The flags of dspi_zpad2 and dspi_unzpad: one scale and one placement. */
+enum {
+  DSP_PAD_RATIO = 0,       /* times the ratio of the lengths */
+  DSP_PAD_ROOT = 1,        /* times its square root */
+  DSP_PAD_UNSCALED = 2,
+  DSP_PAD_START = 0x000,   /* the points at the start */
+  DSP_PAD_CENTRE = 0x100,
+  DSP_PAD_END = 0x200,
+  DSP_PAD_SPLIT = 0x300    /* half of them at either end, as a spectrum needs it */
+};
+
+/* The flags of dspi_edge. */
+enum { DSP_EDGE_RISING = 1, DSP_EDGE_FALLING = 2, DSP_EDGE_BOTH = 3 };
+
+/* The flags of dsps_peak: one interpolation, and any of the rest. */
+enum {
+  DSP_PEAK_SAMPLE = 0x0000,            /* no interpolation */
+  DSP_PEAK_PARABOLA = 0x0100,
+  DSP_PEAK_LOG_RATIO = 0x0200,
+  DSP_PEAK_SHAPED_LOG_RATIO = 0x0300,
+  DSP_PEAK_AT_INDEX = 0x1000,          /* at the index given, without a search */
+  DSP_PEAK_MINIMUM = 0x2000            /* search for the minimum */
+};
+
+/* The flags of dspi_dct. */
+enum { DSP_DCT_FORWARD = 0, DSP_DCT_INVERSE = 1 };
+
+/* The flags of dsph_avg: one mode, and any of the rest. */
+enum {
+  DSP_AVG_REPLACE = 0, DSP_AVG_MEAN = 1, DSP_AVG_MAXIMUM = 2, DSP_AVG_MINIMUM = 3,
+  DSP_AVG_HARMONIC = 4, DSP_AVG_GEOMETRIC = 5, DSP_AVG_DECIMATE = 6,
+  DSP_AVG_EXPONENTIAL = 16,            /* the weight settles at 1/maxcount */
+  DSP_AVG_SQUARED = 32                 /* of squared magnitudes */
+};
+
+/* The flags of dspf_fwrite2: one form, and either of the rest. */
+enum {
+  DSP_WRITE_BINARY = 0, DSP_WRITE_ASCII = 1, DSP_WRITE_SUMMARY = 2,
+  DSP_WRITE_NO_HEADER = 0x100, DSP_WRITE_HEADER_ONLY = 0x200
 };
 
 /* ---- Core: storage of a record ----------------------------------------------------------------------------- */
@@ -139,26 +210,29 @@ SIGPAK_API int32_t dsp_destroy (dsp_vec  *v);
 SIGPAK_API int32_t dspf_destroy(dspf_vec *v);
 
 /* Makes the capacity at least what points and complex ask for; contents are kept only when it already was.
-   On failure -1, alloc 0 and data null; points and complex stay as set. A lent buffer is replaced, not freed. */
+   On failure -1, alloc 0 and data null; points and complex stay as set. A lent buffer is replaced, not
+   freed. */
 SIGPAK_API int32_t dsp_alloc (dsp_vec  *v);
 SIGPAK_API int32_t dspf_alloc(dspf_vec *v);
 
-/* As dsp_alloc, keeping the contents. Set the new points and complex first and pass the old ones: they tell how
-   much to copy out of lent storage. On failure as dsp_alloc, the old contents are released. */
+/* As dsp_alloc, keeping the contents. Set the new points and complex first and pass the old ones: they tell
+   how much to copy out of lent storage. On failure as dsp_alloc, the old contents are released. */
 SIGPAK_API int32_t dsp_realloc (dsp_vec  *v, uint32_t old_points, int32_t old_complex);
 SIGPAK_API int32_t dspf_realloc(dspf_vec *v, uint32_t old_points, int32_t old_complex);
 
-/* dst = dst followed by src. dst turns complex when src is, and keeps its delta; a real src appended to a complex
-   dst gets zero imaginary parts.
+/* dst = dst followed by src. dst turns complex when src is, and keeps its delta; a real src appended to a
+   complex dst gets zero imaginary parts.
    src  another record than dst, with its own storage; the same record is refused */
 SIGPAK_API int32_t dsp_append (dsp_vec  *dst, const dsp_vec  *src);
 SIGPAK_API int32_t dspf_append(dspf_vec *dst, const dspf_vec *src);
 
-/* dst = src, with its delta; the word reserved of dst stays. A record copied onto itself does not change. */
+/* dst = src, with its delta; the word reserved of dst stays. A record copied onto itself does not change; a
+   dst that src lends its storage leaves it behind. */
 SIGPAK_API int32_t dsp_copy (dsp_vec  *dst, const dsp_vec  *src);
 SIGPAK_API int32_t dspf_copy(dspf_vec *dst, const dspf_vec *src);
 
-/* dst = the first count points of src, fewer when src is shorter; a negative count gives an empty record. */
+/* dst = the first count points of src, fewer when src is shorter; a negative count gives an empty record. dst
+   may be src, and is otherwise independent of it, as by dsp_copy. */
 SIGPAK_API int32_t dsp_copy_at_most (dsp_vec  *dst, const dsp_vec  *src, int32_t count);
 SIGPAK_API int32_t dspf_copy_at_most(dspf_vec *dst, const dspf_vec *src, int32_t count);
 
@@ -170,10 +244,12 @@ SIGPAK_API int32_t dspf_cmp(const dspf_vec *a, const dspf_vec *b, float  toleran
 
 /* ---- Core: allocation hooks, caches, version ---------------------------------------------------------------- */
 
-/* Functions that stand in for malloc, realloc and free where records are sized and destroyed. What they return is
-   ignored; null data afterwards means failure. The need is points, doubled when complex is set.
+/* Functions that stand in for malloc, realloc and free where records are sized and destroyed. What they
+   return is ignored; null data afterwards means failure. The need is points, doubled when complex is set.
    alloc    leaves in data storage for the need, and disposes of storage that the record owned (alloc > 0)
-   realloc  leaves in data storage for the need that holds the old contents; data is null when there are none
+   realloc  leaves in data storage for the need that begins with the old contents: old_points scalars, doubled
+            when old_complex is set, as far as they fit. Null data has none: lent storage has been taken out
+            before the call, and is copied after it. alloc still counts the scalars of data
    free     releases data; called only when alloc > 0 */
 typedef int32_t (*dsp_alloc_hook)(dsp_vec *v);
 typedef int32_t (*dspf_alloc_hook)(dspf_vec *v);
@@ -199,8 +275,8 @@ SIGPAK_API int32_t dspf_lib_init(void);
 SIGPAK_API int32_t dsp_version(void);
 SIGPAK_API int32_t dspf_version(void);
 
-/* Releases the scratch caches of one precision: filter spectra, bit-reversal lists, twiddle tables, windows. They
-   are built anew when needed. For any time between operations. */
+/* Releases the scratch caches of one precision: filter spectra, bit-reversal lists, twiddle tables, windows.
+   They are built anew when needed. For any time between operations. */
 SIGPAK_API int32_t dsp_free_internal(void);
 SIGPAK_API int32_t dspf_free_internal(void);
 
@@ -353,7 +429,8 @@ SIGPAK_API int32_t dspfi_lgamma(dspf_vec *v);
          pointer. */
 
 /* out[i] = a[i] + b[i], out[i] = a[i] - b[i]. A real operand contributes to the real part alone.
-   a, b  any points: the shorter one counts as padded with zeros to the length of the longer one */
+   a, b  any points, none when negative: the shorter one counts as padded with zeros to the length of the
+         longer */
 SIGPAK_API int32_t dspb_add (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out);
 SIGPAK_API int32_t dspfb_add(const dspf_vec *a, const dspf_vec *b, dspf_vec *out);
 SIGPAK_API int32_t dspb_sub (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out);
@@ -381,14 +458,15 @@ SIGPAK_API int32_t dspb_avg_add (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  
 SIGPAK_API int32_t dspfb_avg_add(const dspf_vec *a, const dspf_vec *b, dspf_vec *out, float  weight);
 
 /* out[i] = the smaller, or the larger, of a[i] and b[i]; b[i] on ties and where a NaN is compared. Complex:
-   the whole point of smaller, or larger, squared magnitude, which counts as H when a part lies outside [-H,
-   H]; a real operand beside a complex one has no imaginary part. */
+   the whole point of smaller, or larger, squared magnitude, which counts as H when a part lies outside
+   [-H, H], less than that of a point of magnitude above sqrt(H) inside; a real operand beside a complex one
+   has no imaginary part. */
 SIGPAK_API int32_t dspb_min (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out);
 SIGPAK_API int32_t dspfb_min(const dspf_vec *a, const dspf_vec *b, dspf_vec *out);
 SIGPAK_API int32_t dspb_max (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out);
 SIGPAK_API int32_t dspfb_max(const dspf_vec *a, const dspf_vec *b, dspf_vec *out);
 
-/* out[i] = (re[i], im[i]), complex.
+/* out[i] = (re[i], im[i]), complex. Sized by dsp_realloc, whatever out is.
    re, im  real, same points; otherwise -1 and out is untouched */
 SIGPAK_API int32_t dspb_ritoc (const dsp_vec  *re, const dsp_vec  *im, dsp_vec  *out);
 SIGPAK_API int32_t dspfb_ritoc(const dspf_vec *re, const dspf_vec *im, dspf_vec *out);
@@ -404,12 +482,16 @@ SIGPAK_API int32_t dspbs_dot (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *ou
 SIGPAK_API int32_t dspfbs_dot(const dspf_vec *a, const dspf_vec *b, dspf_vec *out);
 
 /* out[k] = the sum of a[i] * b[k - i] over i: the product of two polynomials with coefficients a and b, the
-   full linear convolution, from zero by rising i. a.points + b.points - 1 points, none when either is empty.
+   full linear convolution, from zero by rising i, in the precision of the records. a.points + b.points - 1
+   points, none when either is empty.
    a, b  any points */
 SIGPAK_API int32_t dspb_pmul (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out);
 SIGPAK_API int32_t dspfb_pmul(const dspf_vec *a, const dspf_vec *b, dspf_vec *out);
 
 /* ---- Complex forms ------------------------------------------------------------------------------------------- */
+
+/* Magnitudes and phases are within 1 ulp of the exact values, and so are both parts of dspi_rtop and
+   dspi_ptor; in single precision within 0.501. */
 
 /* Real to complex, x to (x, 0). A complex record stays; an empty one turns complex too. */
 SIGPAK_API int32_t dspi_rtoc (dsp_vec  *v);
@@ -459,14 +541,15 @@ SIGPAK_API int32_t dspfi_ptor(dspf_vec *v);
 SIGPAK_API int32_t dspi_unwrap (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_unwrap(dspf_vec *v);
 
-/* out = |in|, out = |in|^2: as dspi_mag and dspi_magsq, into a second record, which is real and may be in. */
+/* out = |in|, out = |in|^2: as dspi_mag and dspi_magsq, into a second record, which is real, may be in, and
+   takes its delta. */
 SIGPAK_API int32_t dspu_mag (const dsp_vec  *in, dsp_vec  *out);
 SIGPAK_API int32_t dspfu_mag(const dspf_vec *in, dspf_vec *out);
 SIGPAK_API int32_t dspu_magsq (const dsp_vec  *in, dsp_vec  *out);
 SIGPAK_API int32_t dspfu_magsq(const dspf_vec *in, dspf_vec *out);
 
-/* out = the square root of in, which out may be. Real: 0 for negative values. Complex: the principal root;
-   the magnitude counts as H when a part lies outside [-H, H]. */
+/* out = the square root of in, which out may be, with its delta. Real: 0 for negative values. Complex: the
+   principal root; the magnitude counts as H when a part lies outside [-H, H]. */
 SIGPAK_API int32_t dspu_sqrt (const dsp_vec  *in, dsp_vec  *out);
 SIGPAK_API int32_t dspfu_sqrt(const dspf_vec *in, dspf_vec *out);
 
@@ -480,8 +563,9 @@ SIGPAK_API int32_t dspfu_subvec(const dspf_vec *in, dspf_vec *out, int32_t start
 /* x[n] = cos(2 pi f delta n + phase), for the points preset in v.
    f      cycles per unit of delta
    phase  radians
-   A complex record gets zero imaginary parts. By rotation from an exact angle at every 256th point, in double for
-   both precisions; the error is below 2^-52 (256 + |angle|), plus the rounding to single precision. */
+   A complex record gets zero imaginary parts. By rotation from a fresh angle at every 256th point, in double
+   for both precisions; the error is below 2^-44 + 2^-51 (|2 pi f delta n| + |phase|), plus the rounding to
+   single precision. */
 SIGPAK_API int32_t dspc_cos (dsp_vec  *v, double f, double phase);
 SIGPAK_API int32_t dspfc_cos(dspf_vec *v, float  f, float  phase);
 
@@ -489,8 +573,8 @@ SIGPAK_API int32_t dspfc_cos(dspf_vec *v, float  f, float  phase);
 SIGPAK_API int32_t dspc_cexp (dsp_vec  *v, double f, double phase);
 SIGPAK_API int32_t dspfc_cexp(dspf_vec *v, float  f, float  phase);
 
-/* x[0] = start, x[n] = x[n-1] + slope * delta, by repeated addition, for the points preset in v. A complex record
-   gets zero imaginary parts. */
+/* x[0] = start, x[n] = x[n-1] + slope * delta, by repeated addition, for the points preset in v. A complex
+   record gets zero imaginary parts. */
 SIGPAK_API int32_t dspc_line (dsp_vec  *v, double slope, double start);
 SIGPAK_API int32_t dspfc_line(dspf_vec *v, float  slope, float  start);
 
@@ -502,15 +586,17 @@ SIGPAK_API int32_t dspfi_addcos(dspf_vec *v, int32_t mode, float  f, float  amp,
 /* ---- Random sequences ---------------------------------------------------------------------------------------- */
 
 /* Fills the points preset in v with random numbers.
-   distribution  0  uniform in [-1, 1); complex: uniform in the open unit disc
+   distribution  one of DSP_RAND_*; any other gives -1
+                 0  uniform in [-1, 1]; complex: uniform in the open unit disc. The end 1, and the circle, come
+                    of rounding alone, in single precision once in some 2^26 draws, in double in 2^54
                  1  normal, mean 0 and variance 1; complex: each part so
                  2  exponential with mean 1; complex: -1
                  3  Laplace with mean 0 and scale 1; complex: -1
-                 any other: -1
-   A refusal comes after v has been sized. The source is rand(), seeded from the time before the first draw of the
-   process, by this function or dspi_shuffle; call srand after that for a sequence that repeats. Real normal
-   numbers are drawn in pairs by the polar method (Marsaglia and Bray, SIAM Review 6, 1964), and the second one is
-   kept for the next call in either precision; complex ones as Box and Muller (Ann. Math. Stat. 29, 1958). */
+   A refusal comes after v has been sized. The source is rand(), seeded from the time before the first draw of
+   the process, by this function or dspi_shuffle; call srand after that for a sequence that repeats. Real
+   normal numbers are drawn in pairs by the polar method (Marsaglia and Bray, SIAM Review 6, 1964); complex
+   ones as Box and Muller (Ann. Math. Stat. 29, 1958). The second of a pair is kept for the next draw, whose
+   precision may be the other one, and outlives srand. */
 SIGPAK_API int32_t dspc_rand (dsp_vec  *v, int32_t distribution);
 SIGPAK_API int32_t dspfc_rand(dspf_vec *v, int32_t distribution);
 
@@ -528,10 +614,10 @@ SIGPAK_API int32_t dspfi_shift(dspf_vec *v, uint32_t n);
 SIGPAK_API int32_t dspi_shuffle (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_shuffle(dspf_vec *v);
 
-/* Sorts the points in ascending order. Real points by value, with -0 before +0 and NaN last. Complex points by
-   squared magnitude, in which a part outside [-H, H] or NaN counts as H; points of equal magnitude by real part,
-   then by imaginary part, where the zeros are equal and NaN come last. Equal points in no particular order.
-   Always 0. */
+/* Sorts the points in ascending order. Real points by value, with -0 before +0 and NaN last. Complex points
+   by squared magnitude, in which a part outside [-H, H] or NaN counts as H; points of equal magnitude by real
+   part, then by imaginary part, where the zeros are equal and NaN come last. Equal points in no particular
+   order. Always 0. */
 SIGPAK_API int32_t dspi_sort (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_sort(dspf_vec *v);
 
@@ -544,7 +630,8 @@ SIGPAK_API int32_t dspfi_swap_halves(dspf_vec *v);
 SIGPAK_API int32_t dspi_swap_halves2 (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_swap_halves2(dspf_vec *v);
 
-/* Lengthens the record to points by appending zeros; never shortens. */
+/* Lengthens the record to points by appending zeros; never shortens. -1 when it cannot grow, as in all of
+   padding. */
 SIGPAK_API int32_t dspi_zpad (dsp_vec  *v, int32_t points);
 SIGPAK_API int32_t dspfi_zpad(dspf_vec *v, int32_t points);
 
@@ -552,21 +639,22 @@ SIGPAK_API int32_t dspfi_zpad(dspf_vec *v, int32_t points);
 SIGPAK_API int32_t dspi_zero (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_zero(dspf_vec *v);
 
-/* x[2i] = x[i], x[2i+1] = 0: inserts a zero after every point. points doubles, delta halves. */
+/* x[2i] = x[i], x[2i+1] = 0: inserts a zero after every point. points doubles, delta halves, after a failure
+   too. */
 SIGPAK_API int32_t dspi_zinter (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_zinter(dspf_vec *v);
 
 /* Lengthens the record from N to n points, zeros among them; never shortens.
-   flags  what the old points are multiplied by: 0 n / N, 1 sqrt(n / N), 2 nothing; 3 is refused
-          plus where they go: 0x000 to the start; 0x100 to the centre, point N/2 to point n/2, both rounded down;
-          0x200 to the end; 0x300 the first half, rounded up, to the start and the other to the end, as the bins
-          of a spectrum need it; any other in 0x700 is refused
+   flags  DSP_PAD_*: what the old points are multiplied by: 0 n / N, 1 sqrt(n / N), 2 nothing; 3 is refused
+          plus where they go: 0x000 to the start; 0x100 to the centre, point N/2 to point n/2, both rounded
+          down; 0x200 to the end; 0x300 the first half, rounded up, to the start and the other to the end, as
+          the bins of a spectrum need it; any other in 0x700 is refused
    A refusal comes after the growth: the record has n points, those beyond N undefined. */
 SIGPAK_API int32_t dspi_zpad2 (dsp_vec  *v, int32_t n, int32_t flags);
 SIGPAK_API int32_t dspfi_zpad2(dspf_vec *v, int32_t n, int32_t flags);
 
-/* Shortens the record from N to n points; never lengthens. The inverse of dspi_zpad2 with the same flags. With n not
-   below N the flags are not looked at.
+/* Shortens the record from N to n points; never lengthens. The inverse of dspi_zpad2 with the same flags.
+   With n not below N the flags are not looked at.
    n      a negative one counts as 0
    flags  what the points are multiplied by, as dspi_zpad2, plus which are kept: 0x000 the first; 0x100 those
           around the centre; 0x200 the last; 0x300 the first half, rounded up, and the last */
@@ -575,8 +663,8 @@ SIGPAK_API int32_t dspfi_unzpad(dspf_vec *v, int32_t n, int32_t flags);
 
 /* ---- Differences, integral, level crossings ------------------------------------------------------------------ */
 
-/* x[n] = (x[n] - x[n-1]) / delta, as a product with 1 / delta, or with H when delta is 0; x[-1] is 0. Both parts of
-   complex points. Always 0. */
+/* x[n] = (x[n] - x[n-1]) / delta, as a product with 1 / delta, or with H when delta is 0; x[-1] is 0. Both
+   parts of complex points. Always 0. */
 SIGPAK_API int32_t dspi_differ (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_differ(dspf_vec *v);
 
@@ -585,22 +673,24 @@ SIGPAK_API int32_t dspfi_differ(dspf_vec *v);
 SIGPAK_API int32_t dspi_integ (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_integ(dspf_vec *v);
 
-/* x[n] = (n + 1) * x[n+1]: the derivative of the polynomial with the coefficients x, lowest power first. points
-   becomes one less. Always 0. */
+/* x[n] = (n + 1) * x[n+1]: the derivative of the polynomial with the coefficients x, lowest power first.
+   points becomes one less. Always 0. */
 SIGPAK_API int32_t dspi_pdiffer (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_pdiffer(dspf_vec *v);
 
-/* The times at which a real signal crosses a level, interpolated linearly, become the points of v, in order; delta
-   becomes 1.
-   flags  1 rising crossings, x[n] <= level < x[n+1]; 2 falling ones, x[n] >= level > x[n+1]; 3 both
+/* The times at which a real signal crosses a level, interpolated linearly, become the points of v, in order;
+   delta becomes 1.
+   flags  DSP_EDGE_*: 1 rising crossings, x[n] <= level < x[n+1]; 2 falling ones, x[n] >= level > x[n+1];
+          3 both
    A complex record is refused; an empty one stays as it is. */
 SIGPAK_API int32_t dspi_edge (dsp_vec  *v, int32_t flags, double level);
 SIGPAK_API int32_t dspfi_edge(dspf_vec *v, int32_t flags, float  level);
 
 /* ---- Descriptive statistics ----------------------------------------------------------------------------------- */
 
-/* result = the sum of the samples, complex when v is; 0 for an empty record. Summed in blocks of 2048 points, each
-   from zero in the order of the samples, then added to the total; single precision accumulates in double. */
+/* result = the sum of the samples, complex when v is; 0 for an empty record. Summed in blocks of 2048 points,
+   each from zero in the order of the samples, then added to the total; single precision accumulates in
+   double. */
 SIGPAK_API int32_t dsps_sum (const dsp_vec  *v, dsp_vec  *result);
 SIGPAK_API int32_t dspfs_sum(const dspf_vec *v, dspf_vec *result);
 
@@ -608,11 +698,11 @@ SIGPAK_API int32_t dspfs_sum(const dspf_vec *v, dspf_vec *result);
 SIGPAK_API int32_t dsps_mean (const dsp_vec  *v, dsp_vec  *result);
 SIGPAK_API int32_t dspfs_mean(const dspf_vec *v, dspf_vec *result);
 
-/* result = the smallest, or largest, sample, complex when v is; 0 for an empty record. Of a complex record the
-   point of smallest, or largest, squared magnitude, the first of equals; a point with a component beyond H counts
-   as H. NaN is never chosen. The search starts from H, or -H: a real record that lies wholly beyond gives that
-   start; a complex one whose points all count as H, or are NaN, gives the minimum (H, H), and one whose points are
-   all NaN the maximum (0, 0). */
+/* result = the smallest, or largest, sample, complex when v is; 0 for an empty record. Of a complex record
+   the point of smallest, or largest, squared magnitude, the first of equals; a point with a component beyond
+   H counts as H, less than one of magnitude above sqrt(H) inside. The search starts from H, or -H, and NaN is
+   never chosen: a real record without a sample below H, above -H, gives that start, a complex one without a
+   squared magnitude below H the minimum (H, H), and one of NaN alone the maximum (0, 0). */
 SIGPAK_API int32_t dsps_min (const dsp_vec  *v, dsp_vec  *result);
 SIGPAK_API int32_t dspfs_min(const dspf_vec *v, dspf_vec *result);
 SIGPAK_API int32_t dsps_max (const dsp_vec  *v, dsp_vec  *result);
@@ -626,10 +716,11 @@ SIGPAK_API int32_t dspfs_magsq_sum(const dspf_vec *v, dspf_vec *result);
 SIGPAK_API int32_t dsps_rms (const dsp_vec  *v, dsp_vec  *result);
 SIGPAK_API int32_t dspfs_rms(const dspf_vec *v, dspf_vec *result);
 
-/* result = the population variance, divisor n = points; of a complex record the variances of both parts added; 0
-   for an empty record. With d = x - c the deviations from a centre c = (x[n-1] + x[n/2] + x[0]) / 3, each limited
-   to -H .. H: sum(d^2) / n - (sum(d) / n)^2, blocks as in dsps_sum. Rounding may leave a variance of nearly 0
-   slightly negative. Source: Chan, Golub, LeVeque, The American Statistician 37 (1983). */
+/* result = the population variance, divisor n = points; of a complex record the variances of both parts
+   added; 0 for an empty record. With d = x - c the deviations from a centre c = (x[n-1] + x[n/2] + x[0]) / 3,
+   each limited to -H .. H: sum(d^2) / n - (sum(d) / n)^2, blocks as in dsps_sum. Rounding may leave a
+   variance of nearly 0 slightly negative. Source: Chan, Golub, LeVeque, The American Statistician 37
+   (1983). */
 SIGPAK_API int32_t dsps_pop_var (const dsp_vec  *v, dsp_vec  *result);
 SIGPAK_API int32_t dspfs_pop_var(const dspf_vec *v, dspf_vec *result);
 
@@ -643,27 +734,27 @@ SIGPAK_API int32_t dspfs_pop_stddev(const dspf_vec *v, dspf_vec *result);
 SIGPAK_API int32_t dsps_samp_stddev (const dsp_vec  *v, dsp_vec  *result);
 SIGPAK_API int32_t dspfs_samp_stddev(const dspf_vec *v, dspf_vec *result);
 
-/* result = the skewness, third central moment / pop_var^(3/2), from deviations as in dsps_pop_var. H when only the
-   divisor is 0, 0 when both are, and for an empty record.
+/* result = the skewness, third central moment / pop_var^(3/2), from deviations as in dsps_pop_var. H when
+   only the divisor is 0, 0 when both are, and for an empty record.
    v  real; otherwise -1 */
 SIGPAK_API int32_t dsps_skew (const dsp_vec  *v, dsp_vec  *result);
 SIGPAK_API int32_t dspfs_skew(const dspf_vec *v, dspf_vec *result);
 
-/* result = the excess kurtosis, fourth central moment / pop_var^2 - 3, from deviations from the mean. H when only
-   the divisor is 0, -3 when both are, and for an empty record.
+/* result = the excess kurtosis, fourth central moment / pop_var^2 - 3, from deviations from the mean. H when
+   only the divisor is 0, -3 when both are, and for an empty record.
    v  real; otherwise -1 */
 SIGPAK_API int32_t dsps_excess (const dsp_vec  *v, dsp_vec  *result);
 SIGPAK_API int32_t dspfs_excess(const dspf_vec *v, dspf_vec *result);
 
 /* result = (x[0] x[1] ... x[n-1])^(1/n), of a complex record the principal root. The product is formed as it
-   stands and may leave the range of double. 0 when it is below T, of a complex record when its squared magnitude
-   is, and for an empty record. */
+   stands and may leave the range of double. 0 when it is below T, of a complex record when its squared
+   magnitude is, and for an empty record. */
 SIGPAK_API int32_t dsps_gmean (const dsp_vec  *v, dsp_vec  *result);
 SIGPAK_API int32_t dspfs_gmean(const dspf_vec *v, dspf_vec *result);
 
 /* result = n / sum(1 / x), blocks as in dsps_sum; 0 when a sample is 0 or the record is empty, H when the
-   reciprocals cancel. In a complex record parts are limited to -H .. H, the reciprocal of 0 counts as 0, and the
-   result is 0 when the reciprocals cancel. */
+   reciprocals cancel. In a complex record parts are limited to -H .. H, the reciprocal of 0 counts as 0, and
+   the result is 0 when the reciprocals cancel. */
 SIGPAK_API int32_t dsps_hmean (const dsp_vec  *v, dsp_vec  *result);
 SIGPAK_API int32_t dspfs_hmean(const dspf_vec *v, dspf_vec *result);
 
@@ -737,40 +828,44 @@ SIGPAK_API int32_t dspfi_orecon(dspf_vec *v, int32_t odd);
 
 /* ---- Peaks, histogram, regression ----------------------------------------------------------------------------- */
 
-/* result = (height, position), real, the position in samples; (0, 0) for an empty record. With y the samples, of a
-   complex record the squared magnitudes, and i the place of the extreme:
+/* result = (height, position), real, the position in samples; (0, 0) for an empty record. With y the samples,
+   of a complex record the squared magnitudes, and i the place of the extreme:
      none        y[i] at i
-     parabola    p = (y[i+1] - y[i-1]) / 2, q = (y[i+1] - 2 y[i] + y[i-1]) / 2: y[i] - p^2 / (4 q) at i - p / (2 q);
-                 not interpolated at the ends of the record; a flat parabola divides by zero
+     parabola    p = (y[i+1] - y[i-1]) / 2, q = (y[i+1] - 2 y[i] + y[i-1]) / 2: y[i] - p^2 / (4 q) at
+                 i - p / (2 q); not interpolated at the ends of the record; a flat parabola divides by zero
      log ratio   over the pair j, j + 1 of i and its larger neighbour: d = 0.79223 ln(y[j+1] / y[j]) + 0.5,
-                 y[j] exp(0.31556 d^2) at j + d; needs 2 points; -1 when d had to be limited to -0.5 .. 1.5, the
-                 record is written all the same
-   flags  0x1000 take index, limited to the record; otherwise search for the first maximum, with 0x2000 for the
-          first minimum, as dsps_max and dsps_min do; index 0 when those find none
+                 y[j] exp(0.31556 d^2) at j + d; needs 2 points; -1 when d had to be limited to -0.5 .. 1.5,
+                 the record is written all the same. It takes y for the squared magnitudes of a spectrum under
+                 DSP_WINDOW_GAUSSTOP, where positions are right to 0.001, with the shape below to 5e-5; the
+                 top of the power is y[j] exp(0.63113 d^2), the square of the height over y[j]
+   flags  DSP_PEAK_*: 0x1000 take index, limited to the record; otherwise search for the first maximum, with
+          0x2000 for the first minimum, as dsps_max and dsps_min do; index 0 when those find none
           0x0000 no interpolation, 0x0100 parabola, 0x0200 log ratio, 0x0300 log ratio with the first term
-          t = 0.79223 ln(...) of d replaced by t (1 - 0.02036 (t^2 - 0.25)); another value of the bits 0x0700 is
-          refused
+          t = 0.79223 ln(...) of d replaced by t (1 - 0.02036 (t^2 - 0.25)); another value of the bits 0x0700
+          is refused
    result may be v; its delta is then 1 */
 SIGPAK_API int32_t dsps_peak (const dsp_vec  *v, dsp_vec  *result, int32_t flags, int32_t index);
 SIGPAK_API int32_t dspfs_peak(const dspf_vec *v, dspf_vec *result, int32_t flags, int32_t index);
 
-/* result[k] = how many samples, of a complex record magnitudes, lie in lo + k width <= x < lo + (k + 1) width;
-   real, and its delta is width. The upper edge lo + bins * width belongs to the last bin, within a relative
-   tolerance of 10 epsilons; other samples outside, and NaN, are not counted. In single precision a count stops
-   at 2^24.
+/* result[k] = how many samples, of a complex record magnitudes, lie in lo + k width <= x < lo + (k + 1)
+   width; real, and its delta is width. The upper edge lo + bins * width belongs to the last bin, within a
+   relative tolerance of 10 epsilons; other samples outside, and NaN, are not counted. In single precision a
+   count stops at 2^24.
    width  0 counts the samples equal to lo, in bin 0
    bins   the points of the result; negative counts as 0
    result may be v */
 SIGPAK_API int32_t dsps_hist (const dsp_vec  *v, dsp_vec  *result, double lo, double width, int32_t bins);
 SIGPAK_API int32_t dspfs_hist(const dspf_vec *v, dspf_vec *result, float  lo, float  width, int32_t bins);
 
-/* result = (slope, intercept) of the least-squares line of y on x: the first two numbers of dsps_lin_regres2. */
+/* result = (slope, intercept) of the least-squares line of y on x: the first two numbers of
+   dsps_lin_regres2. */
 SIGPAK_API int32_t dsps_lin_regres (const dsp_vec  *v, dsp_vec  *result);
 SIGPAK_API int32_t dspfs_lin_regres(const dspf_vec *v, dspf_vec *result);
 
-/* The straight lines of least squares through n = points pairs (x, y), real, of 20 points. A complex record is the
-   list of pairs (re, im); a real one holds y over x = k * delta, with 1 for a delta of 0. With the means mx and my,
-   the population variances vx and vy and the covariance c, r = c / sqrt(vx vy) and f = n / (n - 2), 0 below n = 3:
+/* The straight lines of least squares through n = points pairs (x, y), real, of 20 points. A complex record
+   is the list of pairs (re, im); a real one holds y over x = k * delta, with 1 for a delta of 0. With the
+   means mx and my, the population variances vx and vy and the covariance c, r = c / sqrt(vx vy) and
+   f = n / (n - 2), 0 below n = 3:
       0  slope c / vx of y on x            1  intercept my - slope * mx
       2  residual variance f vy (1 - r^2)  3  variance of the slope, that / (n vx)
       4  variance of the intercept         5  covariance of slope and intercept
@@ -779,8 +874,9 @@ SIGPAK_API int32_t dspfs_lin_regres(const dspf_vec *v, dspf_vec *result);
      16  n / (n - 1) * vx                 17  n / (n - 1) * vy
      18  n / (n - 1) * c                  19  r
    Slope and intercept are H when vx is 0, the variance of the slope then f H; r is 0 when vx or vy is 0, and
-   variances are never negative. Deviations from the centre of the data are limited to -H .. H. Below 2 points all
-   are 0 but 1 and 15, which are y, and 8 and 14, which are x. Source: Draper, Smith, Applied Regression Analysis. */
+   variances are never negative. Deviations from the centre of the data are limited to -H .. H. Below 2 points
+   all are 0 but 1 and 15, which are y, and 8 and 14, which are x. Source: Draper, Smith, Applied Regression
+   Analysis. */
 SIGPAK_API int32_t dsps_lin_regres2 (const dsp_vec  *v, dsp_vec  *result);
 SIGPAK_API int32_t dspfs_lin_regres2(const dspf_vec *v, dspf_vec *result);
 
@@ -866,22 +962,24 @@ SIGPAK_API int32_t dspfi_analytic(dspf_vec *v);
 
 /* ---- Running average of records ------------------------------------------------------------------------------- */
 
-/* Folds a record into the running result that the caller keeps. The first one, count <= 1, is copied whatever the
-   mode.
+/* Folds a record into the running result that the caller keeps. The first one, count <= 1, is copied whatever
+   the mode.
    in        the new record; other lengths than that of avg are refused by the modes that combine the two
    avg       the running result, in the form and with the spacing that the operations on two records give it
-   scratch   for intermediate results, or null; may be avg
-   flags     bits 0 to 3 the mode, one of
+   scratch   for intermediate results, or null. With avg as scratch the modes 4 and 5, and all with flag 32,
+             lose the running result and give that of in alone
+   flags     DSP_AVG_*: bits 0 to 3 the mode, one of
                0  avg = in                                   4  harmonic mean: of the reciprocals, inverted
                1  avg = w in + (1 - w) avg                   5  geometric mean: of the logarithms, raised
-               2  avg = max(in, avg), peak hold              6  avg = in at counts 1, 1 + every, 1 + 2 every, ...
+               2  avg = max(in, avg), peak hold              6  avg = in at counts 1, 1 + every, ...
                3  avg = min(in, avg), minimum hold           7 to 15  avg stays
              16: exponential averaging from maxcount records on; 32: squared magnitudes of in instead of in
    count     records so far, this one included
    every     interval of mode 6; 0 or less never replaces after the first record
    weight    w of modes 1, 4 and 5; a negative one asks for 1/count, the mean of all records
    maxcount  with flag 16 and when above 0, the count at which that weight stops falling
-   In modes 4 and 5 the steps after one that failed still run where they can, and avg may be partly updated. */
+   In modes 4 and 5 the steps after one that failed still run where they can, and avg may be partly
+   updated. */
 SIGPAK_API int32_t dsph_avg (const dsp_vec  *in, dsp_vec  *avg, dsp_vec  *scratch, int32_t flags, int32_t count,
                              int32_t every, double weight, double maxcount);
 SIGPAK_API int32_t dspfh_avg(const dspf_vec *in, dspf_vec *avg, dspf_vec *scratch, int32_t flags, int32_t count,
@@ -889,21 +987,23 @@ SIGPAK_API int32_t dspfh_avg(const dspf_vec *in, dspf_vec *avg, dspf_vec *scratc
 
 /* ---- Windows: application and names ---------------------------------------------------------------------------- */
 
-/* v = v * window, complex points as a whole; then, except for the uniform window, v is rotated left by half its
-   points, rounded down, so that the window's peak becomes the first point. Windows are kept: the 16 made last are
-   found again by points, window, flags and width.
-       Sums of cosines   w[c + m] = w[c - m] = sum over k of a[k] cos(2 pi k m / width), c = points / 2 rounded down
+/* v = v * window, complex points as a whole; then, except for the uniform window, v is rotated left by half
+   its points, rounded down, so that the window's peak becomes the first point. Windows are kept: the 16 made
+   last are found again by points, window, flags and width.
+       Sums of cosines   w[c + m] = w[c - m] = sum over k of a[k] cos(2 pi k m / width), c = points / 2
+                         rounded down
        Triangle          falls from its peak in c to 0 at the distance points / 2
        Riemann           sin(x) / x with x = 2 pi m / width, the main lobe; normalised over all points
-   These forms are periodic: an even number of points has its end on the left only. The angles advance by addition
-   and are exact every 1024 points. In DSP_WINDOW_FLAG_MEAN and _RMS the coefficients are stored ones.
-   v       a lent record may end in storage of the library's own; the lent buffer is then left as it was
+   These forms are periodic: an even number of points has its end on the left only. The angles advance by
+   addition and are exact every 1024 points. In DSP_WINDOW_FLAG_MEAN and _RMS the coefficients are stored
+   ones.
    window  DSP_WINDOW_*; others give -1
-   flags   DSP_WINDOW_FLAG_*: two of the normalisations together, SYMMETRIC except for Kaiser and Gaussian, and
-           WIDTH in dspi_window give -1. ROTATE is for the uniform window, NO_ROTATE for all others
-   width   in points, with DSP_WINDOW_FLAG_WIDTH; whole numbers are met within 4.4e-15. Points farther than half
-           of it from c are 0; the uniform window starts at the first point instead. NaN, and any width for
-           triangle, Kaiser and Gaussian, give -1 */
+   flags   DSP_WINDOW_FLAG_*: RMS and PEAK together, and WIDTH in dspi_window, give -1; so does SYMMETRIC,
+           except for Kaiser, Gaussian, and the uniform window without WIDTH. ROTATE is for the uniform
+           window, NO_ROTATE for all others; other bits are ignored
+   width   in points, with DSP_WINDOW_FLAG_WIDTH; whole numbers are met within 4.4e-15. Points farther than
+           half of it from c are 0, and all are when it is not above 0; the uniform window starts at the first
+           point instead. NaN, and any width for triangle, Kaiser and Gaussian, give -1 */
 SIGPAK_API int32_t dspi_window (dsp_vec  *v, int32_t window, int32_t flags);
 SIGPAK_API int32_t dspfi_window(dspf_vec *v, int32_t window, int32_t flags);
 SIGPAK_API int32_t dspi_window2 (dsp_vec  *v, int32_t window, int32_t flags, double width);
@@ -915,27 +1015,31 @@ SIGPAK_API int32_t dspfi_window2(dspf_vec *v, int32_t window, int32_t flags, flo
 SIGPAK_API int32_t dsp_window_to_str (int32_t window, char *buffer, int32_t size);
 SIGPAK_API int32_t dspf_window_to_str(int32_t window, char *buffer, int32_t size);
 
-/* *window = the window of a name, which is any name of the enumeration, with or without DSP_WINDOW_, in capitals or
-   not. An unknown name gives 0 and -1; a null pointer -1. */
+/* *window = the window of a name, which is any name of the enumeration, with or without DSP_WINDOW_, in
+   capitals or not. An unknown name gives 0 and -1; a null pointer -1. */
 SIGPAK_API int32_t dsp_window_from_str (const char *name, int32_t *window);
 SIGPAK_API int32_t dspf_window_from_str(const char *name, int32_t *window);
 
 /* ---- Windows: scale and noise bandwidth ------------------------------------------------------------------------ */
 
-/* *scale = what a normalised window exceeds its unnormalised form u by: 1 / mean(u) with DSP_WINDOW_FLAG_MEAN,
-   1 / rms(u) with _RMS, and 1 with _PEAK or without points, for whatever window. From the stored coefficients where
-   the window is a sum of cosines, from its points for a width, Kaiser, Gaussian and Riemann; H for a window of zeros.
-   window  an unknown one gives -1
-   flags   DSP_WINDOW_FLAG_*, those that shape the window; the rest is ignored. Combinations that the window refuses
-           give -1, and so does WIDTH in dsp_window_scale
-   width   in points, with DSP_WINDOW_FLAG_WIDTH */
+/* *scale = what a normalised window exceeds its unnormalised form u by: 1 / mean(u) with
+   DSP_WINDOW_FLAG_MEAN, 1 / rms(u) with _RMS, and 1 with _PEAK or without points, for whatever window. From
+   the stored coefficients where the window is a sum of cosines, from its points for a width, Kaiser, Gaussian
+   and Riemann; H for a window of zeros, as every one of a width not above 0 is.
+   window  an unknown one gives -1, but not with _PEAK or without points
+   flags   DSP_WINDOW_FLAG_*: RMS and PEAK together give -1, and so does WIDTH in dsp_window_scale. SYMMETRIC
+           shapes Kaiser and Gaussian windows, gives -1 for Riemann and together with WIDTH, and counts for
+           nothing with sums of cosines and the triangle, which dspi_window refuses, and with _PEAK. The rest
+           is ignored
+   width   in points, with DSP_WINDOW_FLAG_WIDTH; NaN, and one for triangle, Kaiser or Gaussian, give -1 */
 SIGPAK_API int32_t dsp_window_scale (double *scale, int32_t window, int32_t flags, int32_t points);
 SIGPAK_API int32_t dspf_window_scale(float  *scale, int32_t window, int32_t flags, int32_t points);
 SIGPAK_API int32_t dsp_window2_scale (double *scale, int32_t window, int32_t flags, int32_t points, double width);
 SIGPAK_API int32_t dspf_window2_scale(float  *scale, int32_t window, int32_t flags, int32_t points, float  width);
 
-/* *bins = mean(u^2) / mean(u)^2, the equivalent noise bandwidth of a window in units of 1 / (points * delta), as the
-   square of the ratio of its two scales. Errors as above. */
+/* *bins = mean(u^2) / mean(u)^2, the equivalent noise bandwidth of a window in units of 1 / (points * delta),
+   as the square of the ratio of its two scales; 1 without points and for a window of zeros. Errors as
+   above. */
 SIGPAK_API int32_t dsp_window_enbw (double *bins, int32_t window, int32_t points);
 SIGPAK_API int32_t dspf_window_enbw(float  *bins, int32_t window, int32_t points);
 SIGPAK_API int32_t dsp_window2_enbw (double *bins, int32_t window, int32_t points, double width);
@@ -943,15 +1047,19 @@ SIGPAK_API int32_t dspf_window2_enbw(float  *bins, int32_t window, int32_t point
 
 /* ---- Windows: Kaiser and Gaussian ------------------------------------------------------------------------------ */
 
-/* v = v * window, rotated as by dspi_window. x is the distance from the point c = points / 2, rounded down. With
-   DSP_WINDOW_FLAG_SYMMETRIC and an even number of points it is the distance from the middle between c - 1 and c.
-       Kaiser     I0(beta sqrt(1 - (2 x / d)^2)), d = points, points - 1 with SYMMETRIC; 1 at the distance d / 2
+/* v = v * window, rotated as by dspi_window. x is the distance from the point c = points / 2, rounded down.
+   With DSP_WINDOW_FLAG_SYMMETRIC and an even number of points it is the distance from the middle between
+   c - 1 and c.
+       Kaiser     I0(beta sqrt(1 - (2 x / d)^2)), d = points, points - 1 with SYMMETRIC; 1 at d / 2
        Gaussian   exp(-x^2 / (2 (a points)^2))
-   Normalised by the mean, the root mean square or the peak of their points.
-   beta   its magnitude is limited to ln 1e200, to ln 1e100 with DSP_WINDOW_FLAG_RMS; a larger one, and NaN, count as
-          the limit. The same in single precision, whose windows are computed in double
-   a      the standard deviation as a part of the length; with 0 the innermost points alone are left. NaN gives -1
-   flags  as in dspi_window; WIDTH, and two of the normalisations together, give -1
+   Divided by the mean or the root mean square of their points; with DSP_WINDOW_FLAG_PEAK Kaiser by I0(beta)
+   and Gaussian by nothing, so that the middle is 1, which SYMMETRIC passes between two points when they are
+   even.
+   beta   its magnitude is limited to ln 1e200, to ln 1e100 with DSP_WINDOW_FLAG_RMS; a larger one, and NaN,
+          count as the limit. The same in single precision, whose windows are computed in double
+   a      the standard deviation as a part of the length; with 0 the innermost points alone are left. NaN
+          gives -1
+   flags  as in dspi_window; WIDTH, and RMS and PEAK together, give -1
    J. F. Kaiser, "Nonrecursive digital filter design using the I0-sinh window function", ISCAS 1974. */
 SIGPAK_API int32_t dspi_window_kaiser (dsp_vec  *v, double beta, int32_t flags);
 SIGPAK_API int32_t dspfi_window_kaiser(dspf_vec *v, float  beta, int32_t flags);
@@ -960,9 +1068,12 @@ SIGPAK_API int32_t dspfi_window_gauss(dspf_vec *v, float  a, int32_t flags);
 
 /* ---- Filters: design -------------------------------------------------------------------------------------------- */
 
-/* v = the taps of a linear-phase filter; points is their number N, delta is neither read nor changed, and a complex
-   v gets zero imaginary parts. Tap n lies at t = n - (N - 1) / 2 from the middle. Frequencies are in cycles per
-   sample. x = 2 pi fc t, advanced by addition from the middle outwards; sinc(x) = sin(x) / x. No window is applied.
+/* v = the taps of a linear-phase filter; points is their number N, delta is neither read nor changed, and a
+   complex v gets zero imaginary parts. Tap n lies at t = n - (N - 1) / 2 from the middle. Frequencies are in cycles
+   per sample. x = 2 pi fc t, advanced by addition from the middle outwards, that of kind 5 from the first tap
+   on; sinc(x) = sin(x) / x. No window is applied. Kinds 6, 8 and 10 cancel: relative to the largest tap the
+   error of their inner taps grows to u / (2 (2 pi fc)^2), u the unit roundoff, which is 1e-12 at fc = 0.001,
+   in single precision 8e-4.
 
    kind                    param1      param2      taps
     0  band pass           centre f    width w     those of 3 with fc = w / 2, times 2 cos(2 pi f t)
@@ -970,23 +1081,25 @@ SIGPAK_API int32_t dspfi_window_gauss(dspf_vec *v, float  a, int32_t flags);
     2  high pass           cut-off fc              a unit pulse less 3; odd N only
     3  low pass            cut-off fc              2 fc sinc(x)
     4  cosine-sum kernel   shape b                 sinh(r), r^2 = b^2 (1 - (2 t / (N + 1))^2), sum 1
-    5  delayed low pass    cut-off fc  delay d     2 fc sinc(2 pi fc (t - d)), sum 1
+    5  delayed low pass    cut-off fc  delay d     2 fc sinc(2 pi fc (t - d)), divided by their sum, which a
+                                                   delay beyond the taps makes small
     6  differentiator      cut-off fc              2 fc 2 pi fc (cos(x) - sinc(x)) / x, antisymmetric
     7  Gaussian            cut-off fc              exp(-(x^2) / (2 ln 2)), 3 dB down at fc, sum 1
     8  Hilbert             cut-off fc              2 fc (cos(x) - 1) / x, antisymmetric
     9  Kaiser kernel       shape b                 sinh(r) / r, r^2 = b^2 - (b^2 + pi^2) (2 t / (N + 1))^2, sum 1
    10  ramp 2 |f|          cut-off fc              (2 fc)^2 (sinc(x) + (cos(x) - 1) / x^2)
 
-   4 and 9 smooth with spectra like the windows that they are named for; b = 0 takes a shape that suits N, imaginary
-   r counts as sin instead of sinh, and 4 has stored taps for N = 5, 7 and 9 (A. H. Nuttall, "Some windows with very
-   good sidelobe behavior", IEEE Trans. ASSP 29, 1981). Taps whose sum is 0 stay as they are.
-   Other kinds, an even N for 1 and 2, and parameters that lead to taps that are not finite give -1; v is then real
-   and its taps are partly written. */
+   4 and 9 smooth with spectra like the windows that they are named for; b = 0 takes a shape that suits N,
+   imaginary r counts as sin instead of sinh, and 4 has stored taps for N = 5, 7 and 9 (A. H. Nuttall, "Some
+   windows with very good sidelobe behavior", IEEE Trans. ASSP 29, 1981). Taps whose sum is 0 stay as they
+   are.
+   kind  DSP_FIR_*; other kinds, an even N for 1 and 2, and parameters that lead to taps that are not finite
+         give -1; v is then real and its taps are partly written */
 SIGPAK_API int32_t dspc_fir (dsp_vec  *v, int32_t kind, double param1, double param2);
 SIGPAK_API int32_t dspfc_fir(dspf_vec *v, int32_t kind, float  param1, float  param2);
 
-/* v = one of two stored filters: code 100 has 12 taps, 101 has 20; neither is symmetric. Sets points; a complex v
-   gets zero imaginary parts. Another code gives -1. */
+/* v = one of two stored filters: code 100 has 12 taps, 101 has 20; neither is symmetric. Sets points; a
+   complex v gets zero imaginary parts. Another code gives -1. */
 SIGPAK_API int32_t dspc_fir2 (dsp_vec  *v, int32_t code);
 SIGPAK_API int32_t dspfc_fir2(dspf_vec *v, int32_t code);
 
@@ -995,17 +1108,23 @@ SIGPAK_API int32_t dspfc_fir2(dspf_vec *v, int32_t code);
 /* out[n] = sum over k of taps[k] * in[n - k]; no conjugation.
    in, taps  real or complex, any lengths; without taps the call is dsp_copy(out, in)
    out       points and delta of in, complex when in or the taps are; may be in
-   history   the taps - 1 samples before the block, the oldest first, or null for zeros. It is brought to the form of
-             in, zero-padded or cut to its first taps - 1 points, and leaves holding the last taps - 1 samples of the
-             stream: the next call goes on where this one ended. An empty record starts a stream.
-   Real blocks of at least taps - 1 samples go through the transform from 46 taps on, with wide vectors from 112 on
-   (overlap-save; the spectrum of the taps is kept for the next call). Everything else is summed directly. Any split
-   of a stream into blocks gives the same output, to the last bit where it is summed directly. A failure may leave
-   out and history partly updated. */
+   history   the taps - 1 samples before the block, the oldest first, or null for zeros. A record of its own,
+             not in, out or taps, nor over their data. It is brought to the form of in, zero-padded or cut to
+             its first taps - 1 points, and leaves holding the last taps - 1 samples of the stream: the next
+             call goes on where this one ended. An empty record starts a stream.
+   Real blocks of at least taps - 1 samples go through the transform from 46 taps on, with wide vectors from
+   112 on (overlap-save; the spectrum of the taps is kept for the next call, and serves taps that differ from
+   them by at most 1.11e-15 |taps[0]|). Everything else is summed directly. Any split of a stream into blocks
+   gives the same output, to the last bit where it is summed directly. Transformed outputs have an error of up
+   to 4 u times the largest sample of their section times sum |taps|, u the unit roundoff, however small they
+   are themselves. A sample of in that is not finite then reaches every output of the sections that hold it,
+   earlier ones too: a section is a short block as a whole, otherwise 4 to 16 times the taps and at least 1024
+   samples. One in the history reaches only the outputs that see it, and so does any where the sum is direct.
+   A failure may leave out and history partly updated. */
 SIGPAK_API int32_t dspd_fir (const dsp_vec  *in, dsp_vec  *out, const dsp_vec  *taps, dsp_vec  *history);
 SIGPAK_API int32_t dspfd_fir(const dspf_vec *in, dspf_vec *out, const dspf_vec *taps, dspf_vec *history);
 
-/* dspd_fir with a linear-phase filter given by its leading half.
+/* dspd_fir with a linear-phase filter given by its leading half. Below 61 taps always summed directly.
    half           the taps h[0] ... h[N - 1]; the whole filter goes on with their mirror image
    odd            0 for 2 N taps; otherwise 2 N - 1 taps, h[N - 1] being the centre
    antisymmetric  nonzero negates the mirrored taps
@@ -1018,21 +1137,23 @@ SIGPAK_API int32_t dspfd_sfir(const dspf_vec *in, dspf_vec *out, const dspf_vec 
 /* out[i] = in[s + i * factor]: every factor-th point, unfiltered; delta is factor times that of in.
    factor  below 1 counts as 1
    out     may be in
-   state   null starts with s = 0. Otherwise a record of one real point: its value, rounded, is s, and it leaves
+   state   null starts with s = 0. Otherwise a record of one real point: its value, rounded, is s, 0 when it
+           is negative or NaN; it leaves
            holding the start in the next block, which may lie beyond it. An empty record starts at 0. */
 SIGPAK_API int32_t dspd_deci (const dsp_vec  *in, dsp_vec  *out, int32_t factor, dsp_vec  *state);
 SIGPAK_API int32_t dspfd_deci(const dspf_vec *in, dspf_vec *out, int32_t factor, dspf_vec *state);
 
 /* ---- Filters: hwfilt --------------------------------------------------------------------------------------------- */
 
-/* A fixed recursive low-pass: four equal sections (1 + 1/z) (1 + 1/z + 1/z^2) / (4 + 2/z^2), one after the other. The
-   gain is 1 at zero frequency and 0 at the Nyquist frequency. The real and the imaginary parts of complex samples are
-   filtered as two signals. In single precision what passes from section to section is rounded.
+/* A fixed recursive low-pass: four equal sections (1 + 1/z) (1 + 1/z + 1/z^2) / (4 + 2/z^2), one after the
+   other. The gain is 1 at zero frequency and 0 at the Nyquist frequency. The real and the imaginary parts of
+   complex samples are filtered as two signals. In single precision what passes from section to section is
+   rounded.
    out       points, complex and delta of in; may be in
    reserved  0; otherwise -1
-   state     12 points of delays in the form of in, kept from block to block; brought to that form on entry, the
-             first points kept. An empty record starts at rest. Null uses one state that all such calls of a precision
-             share, and that dsp_free_internal resets: they continue one stream. */
+   state     12 points of delays in the form of in, kept from block to block; brought to that form on entry,
+             the first points kept. An empty record starts at rest. Null uses one state that all such calls of
+             a precision share, and that dsp_free_internal resets: they continue one stream. */
 SIGPAK_API int32_t dspd_hwfilt (const dsp_vec  *in, dsp_vec  *out, int32_t reserved, dsp_vec  *state);
 SIGPAK_API int32_t dspfd_hwfilt(const dspf_vec *in, dspf_vec *out, int32_t reserved, dspf_vec *state);
 
@@ -1042,8 +1163,8 @@ SIGPAK_API int32_t dspfi_hwfilt(dspf_vec *v, int32_t reserved);
 
 /* ---- Vector files ------------------------------------------------------------------------------------------------ */
 
-/* A stream holds any number of vectors, one after the other, in either of two forms; the reader takes both, and
-   either precision into either record.
+/* A stream holds any number of vectors, one after the other, in either of two forms; the reader takes both,
+   and either precision into either record.
 
    Binary  magic 0xEB0330BE, type word 0x408 (doubles) or 0x404 (floats), points, complex: four bytes each, in
            the writer's byte order; then delta and the scalars, 8 or 4 bytes each. Exact. The reader takes the
@@ -1058,9 +1179,13 @@ SIGPAK_API int32_t dspfi_hwfilt(dspf_vec *v, int32_t reserved);
                1
                2.5
            The reader takes numbers between any white space, "0x1A" (32 bits in two's complement: 0xffffffff
-           is -1), "inf" and "nan"; whatever begins with # is a comment to the end of its line. Of the header it
-           needs nothing: without points the vector runs to the end of the stream, without complex it is real,
-           without delta that is 1. The decimal point is a point in every locale.
+           is -1), "inf" and "nan"; whatever begins with # is a comment to the end of its line. Of the header
+           it needs nothing: without points the vector runs to the end of the stream, without complex it is
+           real, without delta that is 1. The decimal point is a point in every locale.
+
+   Both forms may follow each other in one stream, but behind an ASCII vector that declares its points the end
+   of its last line is still unread: the next read skips it before ASCII vectors, gives -1, once, before a
+   binary one, and one more vector of no points at the end of the stream.
 
    Open binary vectors with "rb" and "wb". */
 
@@ -1073,11 +1198,11 @@ SIGPAK_API FILE *dspff_fopen(const char *name, const char *mode);
 SIGPAK_API int32_t dspf_fclose (FILE *f);
 SIGPAK_API int32_t dspff_fclose(FILE *f);
 
-/* v = the next vector of the stream, with delta, points and complex. 1 when there was one; 0 at the end of the
-   stream, v is then empty; -1 when it is malformed or cut short, or when storage is wanting: v is then partly
-   filled. Storage grows with what has arrived, so that a header alone cannot ask for it.
-   A binary vector ends after its scalars, an ASCII one after the points that it declares; white space and
-   comments alone are a vector of no points. */
+/* v = the next vector of the stream, with delta, points and complex. 1 when there was one; 0 at the end of
+   the stream: v is then empty, its delta and complex as before; -1 when it is malformed or cut short, or when
+   storage is wanting: v then holds the points that arrived, or none. Storage grows with what has arrived, so
+   that a header alone cannot ask for it. A binary vector ends after its scalars, an ASCII one after the
+   points that it declares; white space and comments alone are a vector of no points. */
 SIGPAK_API int32_t dspf_fread (dsp_vec  *v, FILE *f);
 SIGPAK_API int32_t dspff_fread(dspf_vec *v, FILE *f);
 
@@ -1090,7 +1215,7 @@ SIGPAK_API int32_t dspf_fwrite_ascii (const dsp_vec  *v, FILE *f);
 SIGPAK_API int32_t dspff_fwrite_ascii(const dspf_vec *v, FILE *f);
 
 /* Writes v as flags tell. -1 on a short binary write, or for an unknown form.
-   flags  0 binary, 1 ASCII, 2 summary; plus 0x100 without the header, 0x200 the header alone
+   flags  DSP_WRITE_*: 0 binary, 1 ASCII, 2 summary; plus 0x100 without the header, 0x200 the header alone
    The summary is a line for people, "[40/0.5] 1 2 3 ...": points and delta, then at most 32 points with 4
    significant digits, whole from 9999 to 999999999; a complex point is re,im. */
 SIGPAK_API int32_t dspf_fwrite2 (const dsp_vec  *v, FILE *f, int32_t flags);

@@ -46,14 +46,13 @@ struct extreme {
 
 // The parabola through the logarithms at a point and its neighbours.
 extreme parabola(const spectrum& s, std::size_t at) {
-  constexpr std::int32_t parabola_at_index = 0x1100;
   constexpr double least = 1e-300;
   const auto power = s.power.scalars();
   if (at == 0 || at + 1 == power.size()) return {std::sqrt(power[at]), static_cast<double>(at)};
   record levels(3);
   for (std::size_t i = 0; i < 3; ++i) levels.data[i] = std::log(std::max(power[at - 1 + i], least));
   record peak;
-  require(dsps_peak(&levels, &peak, parabola_at_index, 1));
+  require(dsps_peak(&levels, &peak, DSP_PEAK_PARABOLA | DSP_PEAK_AT_INDEX, 1));
   return {std::exp(peak.data[0] / 2), static_cast<double>(at - 1) + peak.data[1]};
 }
 

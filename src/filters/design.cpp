@@ -12,21 +12,6 @@
 namespace sigpak {
 namespace {
 
-// As the callers number them.
-enum kind : std::uint32_t {
-  band_pass,
-  band_stop,
-  high_pass,
-  low_pass,
-  cosine_sum_smoother,
-  fractional_delay,
-  differentiator,
-  gaussian_smoother,
-  hilbert_transformer,
-  kaiser_smoother,
-  ramp
-};
-
 template <class T> inline constexpr T pi = design_constants<T>::pi;
 
 // h(x), the same or negated on the left.
@@ -113,31 +98,31 @@ template <record V> status gaussian_kernel(V* v, scalar<V> cutoff) noexcept {
   return normalise_sum(v);
 }
 
-template <record V> status fill_taps(V* v, std::uint32_t kind, scalar<V> p1, scalar<V> p2) noexcept {
+template <record V> status fill_taps(V* v, std::int32_t kind, scalar<V> p1, scalar<V> p2) noexcept {
   scalar<V>* const h = v->data;
   const index n = length(v);
   switch (kind) {
-    case band_pass:
+    case DSP_FIR_BAND_PASS:
       return fill_band_pass(h, n, p1, p2), ok;
-    case band_stop:
+    case DSP_FIR_BAND_STOP:
       return fill_band_pass(h, n, p1, p2), complement(h, n), ok;
-    case high_pass:
+    case DSP_FIR_HIGH_PASS:
       return fill_low_pass(h, n, p1), complement(h, n), ok;
-    case low_pass:
+    case DSP_FIR_LOW_PASS:
       return fill_low_pass(h, n, p1), ok;
-    case cosine_sum_smoother:
+    case DSP_FIR_COSINE_SUM:
       return cosine_sum_kernel(v, p1);
-    case fractional_delay:
+    case DSP_FIR_DELAYED:
       return fill_delayed(h, n, p1, p2), normalise_sum(v);
-    case differentiator:
+    case DSP_FIR_DIFFERENTIATOR:
       return fill_differentiator(h, n, p1), ok;
-    case gaussian_smoother:
+    case DSP_FIR_GAUSSIAN:
       return gaussian_kernel(v, p1);
-    case hilbert_transformer:
+    case DSP_FIR_HILBERT:
       return fill_hilbert(h, n, p1), ok;
-    case kaiser_smoother:
+    case DSP_FIR_KAISER:
       return kaiser_spectrum_kernel(v, p1);
-    case ramp:
+    case DSP_FIR_RAMP:
       return fill_ramp(h, n, p1), ok;
     default:
       return failed;
@@ -151,12 +136,11 @@ template <record V> bool finite(const V* v) noexcept {
 template <record V> status design(V* v, std::int32_t kind, scalar<V> p1, scalar<V> p2) noexcept {
   if (allocate(v) != ok) return failed;
   const bool complex = is_complex(v);
-  const auto number = static_cast<std::uint32_t>(kind);
   v->complex = 0;
-  if (number > ramp) return failed;
+  if (kind < DSP_FIR_BAND_PASS || kind > DSP_FIR_RAMP) return failed;
   const bool even = length(v) % 2 == 0;
-  if (even && (number == band_stop || number == high_pass)) return failed;
-  if (length(v) > 0 && (fill_taps(v, number, p1, p2) != ok || !finite(v))) return failed;
+  if (even && (kind == DSP_FIR_BAND_STOP || kind == DSP_FIR_HIGH_PASS)) return failed;
+  if (length(v) > 0 && (fill_taps(v, kind, p1, p2) != ok || !finite(v))) return failed;
   return complex ? to_complex(v) : ok;
 }
 

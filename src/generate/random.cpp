@@ -109,18 +109,16 @@ template <pair (*draw)(), record V> status fill(V* v) noexcept {
   return ok;
 }
 
-enum distribution : std::int32_t { uniform_draw, normal_draw, exponential_draw, laplace_draw };
-
 template <record V> status generate_random(V* v, std::int32_t code) noexcept {
   if (allocate(v) != ok) return failed;
   switch (code) {
-    case uniform_draw:
+    case DSP_RAND_UNIFORM:
       return is_complex(v) ? fill<disc>(v) : fill<symmetric>(v);
-    case normal_draw:
+    case DSP_RAND_NORMAL:
       return is_complex(v) ? fill<normal_pair>(v) : fill<normal>(v);
-    case exponential_draw:
+    case DSP_RAND_EXPONENTIAL:
       return is_complex(v) ? failed : fill<exponential>(v);
-    case laplace_draw:
+    case DSP_RAND_LAPLACE:
       return is_complex(v) ? failed : fill<laplace>(v);
     default:
       return failed;

@@ -11,8 +11,6 @@ constexpr int native_mark = 0xBE;   // the first byte of a binary vector, in thi
 constexpr int swapped_mark = 0xEB;  // and in the other
 
 constexpr std::int32_t form_bits = 0xff;
-constexpr std::int32_t no_header = 0x100;
-constexpr std::int32_t header_only = 0x200;
 
 // There is no translation of line ends to switch off: binary and text streams are the same here.
 std::FILE* open(const char* name, const char* mode) noexcept {
@@ -31,7 +29,8 @@ template <record V> status read(V* v, std::FILE* f) noexcept {
 }
 
 template <record V> status write(const V* v, std::FILE* f, std::int32_t flags) noexcept {
-  const parts wanted{.header = (flags & no_header) == 0, .body = (flags & header_only) == 0};
+  const parts wanted{.header = (flags & DSP_WRITE_NO_HEADER) == 0,
+                     .body = (flags & DSP_WRITE_HEADER_ONLY) == 0};
   switch (static_cast<form>(flags & form_bits)) {
     case form::binary:
       return write_binary(v, f, wanted);

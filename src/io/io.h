@@ -11,7 +11,11 @@ inline constexpr status vector_read = 1;  // what reading returns beside failed
 inline constexpr status end_of_vectors = 0;
 
 // What a vector is written as, and which parts of it.
-enum class form : std::int32_t { binary, ascii, summary };
+enum class form : std::int32_t {
+  binary = DSP_WRITE_BINARY,
+  ascii = DSP_WRITE_ASCII,
+  summary = DSP_WRITE_SUMMARY
+};
 struct parts {
   bool header;
   bool body;

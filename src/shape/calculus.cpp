@@ -75,9 +75,6 @@ template <record V> status differentiate_polynomial(V* v) noexcept {
   return ok;
 }
 
-constexpr std::int32_t rising = 1;
-constexpr std::int32_t falling = 2;
-
 // The crossing times gather at the front: there is at most one for every pair that has been read.
 template <class T>
 index find_crossings(T* x, index points, std::int32_t flags, T level, double delta) noexcept {
@@ -85,8 +82,8 @@ index find_crossings(T* x, index points, std::int32_t flags, T level, double del
   T a = x[0];
   for (index i = 0; i + 1 < points; ++i) {
     const T b = x[i + 1];
-    const bool rises = a <= level && level < b && (flags & rising) != 0;
-    const bool falls = a >= level && level > b && (flags & falling) != 0;
+    const bool rises = a <= level && level < b && (flags & DSP_EDGE_RISING) != 0;
+    const bool falls = a >= level && level > b && (flags & DSP_EDGE_FALLING) != 0;
     if (rises || falls) {
       const auto before = static_cast<double>(a);
       const double fraction = (static_cast<double>(level) - before) / (static_cast<double>(b) - before);

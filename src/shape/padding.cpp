@@ -15,18 +15,17 @@ namespace {
 // The flags word of dspi_zpad2 and dspi_unzpad.
 constexpr std::int32_t mode_bits = 3;
 constexpr std::int32_t placement_bits = 0x700;
-enum mode : std::int32_t { by_ratio, by_root, unscaled, invalid };
-enum placement : std::int32_t { at_start = 0x000, centred = 0x100, at_end = 0x200, split = 0x300 };
+constexpr std::int32_t invalid_mode = 3;
 
 constexpr bool valid(std::int32_t flags) noexcept {
-  return (flags & mode_bits) != invalid && (flags & placement_bits) <= split;
+  return (flags & mode_bits) != invalid_mode && (flags & placement_bits) <= DSP_PAD_SPLIT;
 }
 
-constexpr bool scaled(std::int32_t flags) noexcept { return (flags & mode_bits) != unscaled; }
+constexpr bool scaled(std::int32_t flags) noexcept { return (flags & mode_bits) != DSP_PAD_UNSCALED; }
 
 template <record V> scalar<V> factor(std::int32_t flags, index points, index old_points) noexcept {
   const double ratio = static_cast<double>(points) / static_cast<double>(old_points);
-  return static_cast<scalar<V>>((flags & mode_bits) == by_ratio ? ratio : std::sqrt(ratio));
+  return static_cast<scalar<V>>((flags & mode_bits) == DSP_PAD_RATIO ? ratio : std::sqrt(ratio));
 }
 
 // How the points of the shorter record lie in the longer one: the first `leading` at its start, the rest from
@@ -39,13 +38,13 @@ struct layout {
 // When centred the middle points coincide, those at half the lengths rounded down.
 constexpr layout layout_of(std::int32_t flags, index longer, index shorter) noexcept {
   switch (flags & placement_bits) {
-    case centred:
+    case DSP_PAD_CENTRE:
       return {0, longer / 2 - shorter / 2};
-    case at_end:
+    case DSP_PAD_END:
       return {0, longer - shorter};
-    case split:
+    case DSP_PAD_SPLIT:
       return {shorter - shorter / 2, longer - shorter / 2};
-    case at_start:
+    case DSP_PAD_START:
     default:
       return {shorter, shorter};
   }

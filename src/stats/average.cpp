@@ -6,14 +6,11 @@
 namespace sigpak {
 namespace {
 
-enum mode { replace, mean, maximum, minimum, harmonic, geometric, decimate };
 constexpr int mode_bits = 15;
-constexpr int exponential_flag = 16;
-constexpr int squared_flag = 32;
 
 template <class T> T automatic_weight(int flags, std::int32_t count, T most) noexcept {
   const T records = static_cast<T>(count);
-  const bool settled = (flags & exponential_flag) != 0 && most > 0 && records >= most;
+  const bool settled = (flags & DSP_AVG_EXPONENTIAL) != 0 && most > 0 && records >= most;
   return T(1) / (settled ? most : records);
 }
 
@@ -41,19 +38,19 @@ template <record V>
 status fold(const V* in, V* avg, V* scratch, int mode, std::int32_t count, std::int32_t every,
             scalar<V> weight) noexcept {
   switch (mode) {
-    case replace:
+    case DSP_AVG_REPLACE:
       return copy(avg, in);
-    case mean:
+    case DSP_AVG_MEAN:
       return add_weighted(in, avg, avg, weight);
-    case maximum:
+    case DSP_AVG_MAXIMUM:
       return take_maximum(in, avg, avg);
-    case minimum:
+    case DSP_AVG_MINIMUM:
       return take_minimum(in, avg, avg);
-    case harmonic:
+    case DSP_AVG_HARMONIC:
       return transformed_mean<V>(in, avg, scratch, weight, reciprocate<V>, reciprocate<V>);
-    case geometric:
+    case DSP_AVG_GEOMETRIC:
       return transformed_mean<V>(in, avg, scratch, weight, take_logarithm<V>, exponentiate<V>);
-    case decimate:
+    case DSP_AVG_DECIMATE:
       return every == 1 || (every > 0 && count % every == 1) ? copy(avg, in) : ok;
     default:
       return ok;
@@ -65,7 +62,7 @@ status average(const V* in, V* avg, V* scratch, int flags, std::int32_t count, s
                scalar<V> weight, scalar<V> most) noexcept {
   temporary<V> own;
   if (scratch == nullptr) scratch = &own;
-  if ((flags & squared_flag) != 0) {
+  if ((flags & DSP_AVG_SQUARED) != 0) {
     if (square_magnitudes(in, scratch) != ok) return failed;
     in = scratch;
   }

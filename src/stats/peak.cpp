@@ -7,16 +7,7 @@
 namespace sigpak {
 namespace {
 
-constexpr std::int32_t given_index = 0x1000;
-constexpr std::int32_t search_minimum = 0x2000;
 constexpr std::int32_t interpolation_field = 0x0700;
-
-enum class interpolation : std::int32_t {
-  none = 0x0000,
-  parabolic = 0x0100,
-  log_ratio = 0x0200,
-  shaped_log_ratio = 0x0300
-};
 
 struct peak {
   double height;
@@ -26,9 +17,9 @@ struct peak {
 
 template <record V> index peak_index(const V* v, std::int32_t flags, std::int32_t wanted) noexcept {
   const index points = length(v);
-  if ((flags & given_index) != 0) return std::clamp<index>(wanted, 0, points - 1);
+  if ((flags & DSP_PEAK_AT_INDEX) != 0) return std::clamp<index>(wanted, 0, points - 1);
   const bool complex = is_complex(v);
-  const index found = (flags & search_minimum) != 0
+  const index found = (flags & DSP_PEAK_MINIMUM) != 0
                           ? find_extreme<extreme::smallest>(v->data, points, complex)
                           : find_extreme<extreme::largest>(v->data, points, complex);
   return std::max<index>(found, 0);
@@ -71,23 +62,23 @@ template <record V> peak log_ratio_line(const V* v, index i, bool shaped) noexce
   return {y0 * std::exp(lobe * (d * d)), static_cast<double>(j) + d, outside ? failed : ok};
 }
 
-template <record V> peak interpolated_peak(const V* v, interpolation method, index i) noexcept {
+template <record V> peak interpolated_peak(const V* v, std::int32_t method, index i) noexcept {
   const index points = length(v);
   const bool inside = i > 0 && i < points - 1;
-  const bool log_ratio = method == interpolation::log_ratio || method == interpolation::shaped_log_ratio;
-  if (method == interpolation::parabolic && inside) return parabola_vertex(v, i);
-  if (log_ratio && points >= 2) return log_ratio_line(v, i, method == interpolation::shaped_log_ratio);
+  const bool log_ratio = method == DSP_PEAK_LOG_RATIO || method == DSP_PEAK_SHAPED_LOG_RATIO;
+  if (method == DSP_PEAK_PARABOLA && inside) return parabola_vertex(v, i);
+  if (log_ratio && points >= 2) return log_ratio_line(v, i, method == DSP_PEAK_SHAPED_LOG_RATIO);
   return {height(v, i), static_cast<double>(i)};
 }
 
 template <record V>
 status find_peak(const V* v, V* result, std::int32_t flags, std::int32_t wanted) noexcept {
   const std::int32_t method = flags & interpolation_field;
-  if (method > static_cast<std::int32_t>(interpolation::shaped_log_ratio)) return failed;
+  if (method > DSP_PEAK_SHAPED_LOG_RATIO) return failed;
   return run_apart(v, result, [=](const V* in, V* out) {
     peak found{0, 0};
     if (length(in) > 0) {
-      found = interpolated_peak(in, interpolation{method}, peak_index(in, flags, wanted));
+      found = interpolated_peak(in, method, peak_index(in, flags, wanted));
     }
     if (prepare_result(out, 2, false) != ok) return failed;
     out->data[0] = static_cast<scalar<V>>(found.height);
