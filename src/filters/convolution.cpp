@@ -35,9 +35,7 @@ template <record V> status release() noexcept {
 }
 
 // A tap that is not finite makes a difference that is NaN, which passes for none.
-template <record V> bool comparable(const V* taps) noexcept {
-  return std::all_of(taps->data, taps->data + length(taps), [](auto h) { return std::isfinite(h); });
-}
+template <record V> bool comparable(const V* taps) noexcept { return all_finite(taps->data, length(taps)); }
 
 template <record V> bool spectrum_fits(const V* taps, index transform) noexcept {
   if (kept_length<V> != transform) return false;

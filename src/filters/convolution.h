@@ -1,12 +1,26 @@
 // Fast convolution of long real filters through the real transform.
 #pragma once
 
+#include <algorithm>
+
 #include "core/record.h"
 
 namespace sigpak {
 
-// From this many taps on, blocks at least as long as the history are transformed: where the cost of an output is
-// that of its direct sum. Wide registers speed up sums more than transforms.
+// Neither NaN nor infinite: x - x is then 0. Several sums side by side become vectors.
+template <class T> bool all_finite(const T* x, index n) noexcept {
+  constexpr index lanes = 8;
+  T zeros[lanes] = {};
+  index i = 0;
+  for (; i + lanes <= n; i += lanes) {
+    for (index k = 0; k < lanes; ++k) zeros[k] += x[i + k] - x[i + k];
+  }
+  for (; i < n; ++i) zeros[0] += x[i] - x[i];
+  return std::all_of(zeros, zeros + lanes, [](T sum) { return sum == 0; });
+}
+
+// From this many taps on, blocks at least as long as the history are transformed: where the cost of an output
+// is that of its direct sum. Wide registers speed up sums more than transforms.
 index least_fast_taps() noexcept;
 
 // The outputs of a block from its real input, with the samples before it in `history`, or zeros when that is

@@ -1,6 +1,5 @@
 // FIR filtering of a block, with the samples before it kept in the caller's record.
 #include <algorithm>
-#include <cmath>
 
 #include "core/copy.h"
 #include "core/memory.h"
@@ -43,8 +42,7 @@ template <record V> status filter_by_sums(const V* in, V* out, const V* taps, co
 // outputs that see them through the sums alone.
 template <record V> status filter_fast(const V* in, V* out, const V* taps, const V* history) noexcept {
   const index before = length(taps) - 1;
-  const bool harmless = history == nullptr || std::all_of(history->data, history->data + before,
-                                                          [](auto x) { return std::isfinite(x); });
+  const bool harmless = history == nullptr || all_finite(history->data, before);
   const index left = convolve_fast<V>(in, out, taps, harmless ? history : nullptr);
   if (left < 0) return failed;
   const index count = harmless ? left : before;

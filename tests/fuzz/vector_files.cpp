@@ -55,6 +55,7 @@ template <class Twin> void read_all(const std::uint8_t* data, std::size_t size) 
   typename Twin::record v;
   Twin::init(&v);
   while (Twin::read(&v, f) == 1) write_and_compare<Twin>(v);
+  require(v.points <= static_cast<std::uint32_t>(v.alloc) / (v.complex != 0 ? 2U : 1U));
   Twin::destroy(&v);
   std::fclose(f);
 }
