@@ -1069,11 +1069,11 @@ SIGPAK_API int32_t dspfi_window_gauss(dspf_vec *v, float  a, int32_t flags);
 /* ---- Filters: design -------------------------------------------------------------------------------------------- */
 
 /* v = the taps of a linear-phase filter; points is their number N, delta is neither read nor changed, and a
-   complex v gets zero imaginary parts. Tap n lies at t = n - (N - 1) / 2 from the middle. Frequencies are in cycles
-   per sample. x = 2 pi fc t, advanced by addition from the middle outwards, that of kind 5 from the first tap
-   on; sinc(x) = sin(x) / x. No window is applied. Kinds 6, 8 and 10 cancel: relative to the largest tap the
-   error of their inner taps grows to u / (2 (2 pi fc)^2), u the unit roundoff, which is 1e-12 at fc = 0.001,
-   in single precision 8e-4.
+   complex v gets zero imaginary parts. Tap n lies at t = n - (N - 1) / 2 from the middle. Frequencies are in
+   cycles per sample. x = 2 pi fc t, advanced by addition from the middle outwards, that of kind 5 from the
+   first tap on; sinc(x) = sin(x) / x. No window is applied. Kinds 6, 8 and 10 cancel: relative to the largest
+   tap the error of their inner taps grows to u / (2 (2 pi fc)^2), u the unit roundoff, which is 1.4e-12 at
+   fc = 0.001, in single precision 8e-4.
 
    kind                    param1      param2      taps
     0  band pass           centre f    width w     those of 3 with fc = w / 2, times 2 cos(2 pi f t)
