@@ -2,6 +2,7 @@
 #include <CLI/CLI.hpp>
 
 #include <cerrno>
+#include <charconv>
 #include <cstdio>
 #include <cstring>
 #include <new>
@@ -85,8 +86,10 @@ std::string canonical_window(std::string& name) {
 
 // Rates that frequencies can be printed for.
 std::string checked_rate(const std::string& text) {
+  const char* const end = text.data() + text.size();
   double rate = 0;
-  const bool fits = CLI::detail::lexical_cast(text, rate) && rate >= 1e-9 && rate <= 1e15;
+  const auto [parsed, error] = std::from_chars(text.data() + (text.starts_with('+') ? 1 : 0), end, rate);
+  const bool fits = error == std::errc() && parsed == end && rate >= 1e-9 && rate <= 1e15;
   return fits ? std::string() : text + " is no number from 1e-9 to 1e15";
 }
 

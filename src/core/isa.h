@@ -1,10 +1,8 @@
 // Instruction-set levels: which one the processor offers, and plain loops compiled for each.
 #pragma once
 
-#if defined(__x86_64__) && defined(__GNUC__)
-#define SIGPAK_WIDE_LEVELS 1
-#else
-#define SIGPAK_WIDE_LEVELS 0
+#if !defined(SIGPAK_WIDE_LEVELS)
+#error "the build says whether there are wide levels: SIGPAK_WIDE_LEVELS is 1 or 0"
 #endif
 
 #include <atomic>

@@ -2,12 +2,6 @@
 # instruction-set level. The source finds its level in SIGPAK_LEVEL, the namespace that holds all of it, and the
 # bytes of a vector in SIGPAK_VECTOR_BYTES; src/core/isa.h decides at run time which level is called. Such a source
 # is named NAME_lanes.cpp.
-include(CheckCXXSourceCompiles)
-check_cxx_source_compiles("
-  #if !defined(__x86_64__) || !defined(__GNUC__)
-  #error no wide levels here
-  #endif
-  int main() { return 0; }" SIGPAK_WIDE_LEVELS)
 
 set(avx2_bytes 32)
 set(avx2_options -mavx2 -mfma)
@@ -19,7 +13,8 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
   list(APPEND avx512_options -Wno-uninitialized -Wno-maybe-uninitialized)
 endif()
 
-# Adds NAME.cpp to the library once per level, as NAME_avx2 and NAME_avx512, with further options if given.
+# Adds NAME.cpp to the library once per level, as NAME_avx2 and NAME_avx512, with further options if given. The library's
+# property SIGPAK_LEVEL_UNITS names all of them.
 function(sigpak_kernel name)
   if(NOT SIGPAK_WIDE_LEVELS)
     return()
@@ -34,6 +29,7 @@ function(sigpak_kernel name)
 #include "@source@"
 ]])
     target_sources(sigpak_objects PRIVATE ${unit})
+    set_property(TARGET sigpak_objects APPEND PROPERTY SIGPAK_LEVEL_UNITS ${name}_${level})
     set_source_files_properties(${unit} TARGET_DIRECTORY sigpak_objects PROPERTIES
       COMPILE_OPTIONS "${${level}_options};${ARGN}")
   endforeach()
