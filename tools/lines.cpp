@@ -1,6 +1,7 @@
 // The strongest lines of a spectrum, placed between its points.
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "analysis.h"
 
@@ -56,31 +57,48 @@ extreme parabola(const spectrum& s, std::size_t at) {
   return {std::exp(peak.data[0] / 2), static_cast<double>(at - 1) + peak.data[1]};
 }
 
+std::size_t half_a_resolution(const spectrum& s) {
+  return static_cast<std::size_t>(std::lround(s.resolution() / s.step / 2));
+}
+
 // Half a step of the resolution off its middle a flat-top window has hardly fallen.
 bool has_flat_top(const spectrum& s) {
   constexpr double flat = 0.97;
-  const auto half = static_cast<std::size_t>(std::lround(s.resolution() / s.step / 2));
-  return s.leakage.scalars()[half] > flat;
+  return s.leakage.scalars()[half_a_resolution(s)] > flat;
 }
 
-// Where the power has fallen to half on the way from `at` in one direction; the end of the record otherwise.
-double half_power_place(std::span<const double> power, std::size_t at, std::ptrdiff_t step) {
+// Where the power has fallen to half on the way from `at` in one direction, at most `reach` points away.
+std::optional<double> half_power_place(std::span<const double> power, std::size_t at, std::ptrdiff_t step,
+                                       std::size_t reach) {
   const double half = power[at] / 2;
-  auto i = static_cast<std::ptrdiff_t>(at);
-  const auto value = [power](std::ptrdiff_t k) { return power[static_cast<std::size_t>(k)]; };
-  const auto end = step < 0 ? -1 : std::ssize(power);
-  while (i + step != end && value(i + step) > half) i += step;
-  if (i + step == end) return static_cast<double>(i);
-  const double part = std::log(value(i) / half) / std::log(value(i) / std::max(value(i + step), 1e-300));
-  return static_cast<double>(i) + static_cast<double>(step) * part;
+  const auto room = step < 0 ? at : power.size() - 1 - at;
+  const auto value = [&](std::size_t k) { return power[step < 0 ? at - k : at + k]; };
+  for (std::size_t k = 1; k <= std::min(reach, room); ++k) {
+    if (value(k) > half) continue;
+    const double part = std::log(value(k - 1) / half) / std::log(value(k - 1) / std::max(value(k), 1e-300));
+    return static_cast<double>(at) + static_cast<double>(step) * (static_cast<double>(k - 1) + part);
+  }
+  return std::nullopt;
 }
 
-// A flat top has ripples, so its line lies in the middle between its flanks.
+// A flat top has ripples, so its line lies in the middle between its flanks: where the window has them, and
+// around the maximum. In noise, or at an end of the band, there may be no such flanks.
+std::optional<double> middle_of_flanks(const spectrum& s, std::size_t at) {
+  const auto leakage = s.leakage.scalars();
+  const auto flank = std::ranges::find_if(leakage, [](double part) { return part < 0.5; }) - leakage.begin();
+  const std::size_t reach = static_cast<std::size_t>(flank) + half_a_resolution(s);
+  const auto left = half_power_place(s.power.scalars(), at, -1, reach);
+  const auto right = half_power_place(s.power.scalars(), at, 1, reach);
+  if (!left || !right) return std::nullopt;
+  const double middle = (*left + *right) / 2;
+  const double off = std::abs(middle - static_cast<double>(at));
+  return off <= static_cast<double>(half_a_resolution(s)) ? std::optional(middle) : std::nullopt;
+}
+
 line interpolated(const spectrum& s, std::size_t at) {
   auto [amplitude, place] = parabola(s, at);
-  const auto power = s.power.scalars();
-  if (!s.two_sided && at + 1 == power.size()) amplitude /= 2;  // line and image are one at half the rate
-  if (has_flat_top(s)) place = (half_power_place(power, at, -1) + half_power_place(power, at, 1)) / 2;
+  if (!s.two_sided && at + 1 == s.power.points) amplitude /= 2;  // line and image are one at half the rate
+  if (has_flat_top(s)) place = middle_of_flanks(s, at).value_or(place);
   return {s.frequency(place), amplitude};
 }
 

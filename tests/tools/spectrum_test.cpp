@@ -29,6 +29,33 @@ void expect_sine(const result& r, double frequency, double amplitude, double res
   EXPECT_NEAR(lines[0].level, 20 * std::log10(amplitude), 8.7 * tolerance + 0.006);
 }
 
+// The powers of Welch's method at a quarter of the resolution `1 / length`, without the factor for
+// amplitudes.
+std::vector<double> welch(const std::vector<double>& x, std::uint32_t length, int window) {
+  std::vector<double> power(2 * length + 1);
+  dsp_vec v;
+  dsp_init(&v);
+  for (std::size_t start = 0; start + length <= x.size(); start += length / 2) {
+    v.complex = 0, v.points = length;
+    EXPECT_EQ(dsp_alloc(&v), 0);
+    std::copy_n(x.begin() + static_cast<std::ptrdiff_t>(start), length, v.data);
+    EXPECT_EQ(dspi_window(&v, window, DSP_WINDOW_FLAG_NO_ROTATE), 0);
+    EXPECT_EQ(dspi_zpad(&v, static_cast<std::int32_t>(4 * length)), 0);
+    EXPECT_EQ(dspi_rfft(&v), 0);
+    EXPECT_EQ(dspi_magsq(&v), 0);
+    for (std::size_t i = 0; i < power.size(); ++i) power[i] += v.data[i];
+  }
+  dsp_destroy(&v);
+  return power;
+}
+
+bool is_maximum(const std::vector<double>& power, std::ptrdiff_t at) {
+  const auto value = [&power](std::ptrdiff_t i) {
+    return i < 0 || i >= std::ssize(power) ? 0 : power[static_cast<std::size_t>(i)];
+  };
+  return value(at) > value(at - 1) && value(at) >= value(at + 1);
+}
+
 // A vector file of so many samples.
 std::string recorded(const waveform& x, int count, double rate) {
   return write_vector("signal", samples(x, count), 1 / rate, 0);
@@ -147,6 +174,30 @@ TEST(Spectrum, NoisePowerIsAveraged) {
   const double expected = std::sqrt(4.0 / 12 * 1.5 / 256);
   EXPECT_GT(lines[0].amplitude, expected);
   EXPECT_LT(lines[0].amplitude, 1.15 * expected);
+}
+
+// A line that lifts averaged noise by 1 dB at its place: flanks at half the power are nowhere to be seen.
+TEST(Spectrum, LinesOfNoiseStandAtItsMaxima) {
+  constexpr std::uint32_t length = 256;
+  std::mt19937 engine(2);
+  std::normal_distribution<double> noise;
+  const double amplitude = 2 * std::sqrt(0.26 * 1.5 / length);
+  const waveform line = sine(amplitude, 0.2, 1);
+  const auto x = samples([&](int i) { return noise(engine) + line(i); }, 100'000);
+  const auto file = write_vector("faint", x, 1, 0);
+  for (int window = DSP_WINDOW_UNIFORM; window <= DSP_WINDOW_RIEMANN; ++window) {
+    char name[32];
+    ASSERT_EQ(dsp_window_to_str(window, name, sizeof name), 0);
+    const auto power = welch(x, length, window);
+    const auto lines = lines_of(run("spectrum -n 30 -s 256 " + file + " -w " + name).out);
+    EXPECT_GE(lines.size(), 5U) << name;
+    for (const auto& l : lines) {
+      const double place = 4 * length * l.frequency;
+      bool found = false;
+      for (int i = 0; i < 4; ++i) found = found || is_maximum(power, std::lround(std::ceil(place - 2)) + i);
+      EXPECT_TRUE(found) << name << ": no maximum within half a resolution of " << l.frequency;
+    }
+  }
 }
 
 TEST(Spectrum, LinesAtHalfTheRateBelowZeroAndWithoutARate) {
