@@ -1,0 +1,1 @@
+// The precompiled headers of the suites belong to the target of this file.
