@@ -99,13 +99,14 @@ constexpr double rounded_product(double_double a, double_double b) noexcept {
   return short_a * short_b + (short_a * rest_of_b + ((a.hi - short_a) + a.lo) * (b.hi + b.lo));
 }
 
-// a / b, rounded once but for an error near 2^-79.
-constexpr double quotient(double_double a, double_double b) noexcept {
-  const double q = a.hi / b.hi;
+// a / b with an error near 2^-79, when 1 / b neither overflows nor is subnormal.
+constexpr double_double quotient(double_double a, double_double b) noexcept {
+  const double inverse = 1 / b.hi;
+  const double q = a.hi * inverse;
   const double short_q = upper_half(q);
   const double short_b = upper_half(b.hi);
   const double left = ((a.hi - short_q * short_b) - short_q * (b.hi - short_b)) - (q - short_q) * b.hi;
-  return q + (left + a.lo - q * b.lo) / b.hi;
+  return {q, (left + a.lo - q * b.lo) * inverse};
 }
 
 }  // namespace sigpak

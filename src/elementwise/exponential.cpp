@@ -6,8 +6,8 @@
 #include "elementwise/elementwise.h"
 #include "elementwise/exponential_parts.h"
 #include "elementwise/in_place.h"
-#include "elementwise/sine_parts.h"
 #include "kernels/elementary/functions.h"
+#include "kernels/elementary/sine_parts.h"
 #include "vectors/levels.h"
 
 namespace sigpak {
@@ -24,11 +24,11 @@ template <class T> double guarded_exp10(double x) noexcept {
 // size * 2^-power_lift in the direction of the angle. In single precision the leading doubles are enough.
 template <class T> point<double> turned(double_double size, double angle) noexcept {
   constexpr double drop = power_of_two(-power_lift);
+  const sine_cosine y = sine_and_cosine_for<T>(angle);
   if constexpr (sizeof(T) < sizeof(double)) {
     const double plain = rounded(size) * drop;
-    return {plain * std::cos(angle), plain * std::sin(angle)};
+    return {plain * y.cosine.hi, plain * y.sine.hi};
   } else {
-    const sine_cosine y = sine_and_cosine(angle);
     return {rounded_component(size, y.cosine) * drop, rounded_component(size, y.sine) * drop};
   }
 }

@@ -4,8 +4,8 @@
 
 #include "elementwise/elementwise.h"
 #include "elementwise/pack.h"
-#include "elementwise/sine_parts.h"
 #include "kernels/elementary/functions.h"
+#include "kernels/elementary/sine_parts.h"
 #include "vectors/levels.h"
 
 namespace sigpak {
@@ -32,11 +32,10 @@ struct polar_of {
 struct rectangular_of {
   template <class T> point<T> operator()(point<T> polar) const noexcept {
     const double magnitude = static_cast<double>(polar.re);
-    const double phase = static_cast<double>(polar.im);
+    const sine_cosine y = sine_and_cosine_for<T>(static_cast<double>(polar.im));
     if constexpr (sizeof(T) < sizeof(double)) {
-      return {static_cast<T>(magnitude * std::cos(phase)), static_cast<T>(magnitude * std::sin(phase))};
+      return {static_cast<T>(magnitude * y.cosine.hi), static_cast<T>(magnitude * y.sine.hi)};
     } else {
-      const sine_cosine y = sine_and_cosine(phase);
       return {rounded_component({magnitude, 0}, y.cosine), rounded_component({magnitude, 0}, y.sine)};
     }
   }

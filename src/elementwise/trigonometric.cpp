@@ -1,38 +1,58 @@
 // Trigonometric functions and their inverses, in place.
+#include <bit>
 #include <cmath>
+#include <cstdint>
 
 #include "elementwise/in_place.h"
-#include "elementwise/sine_parts.h"
+#include "kernels/elementary/circular.h"
 #include "kernels/elementary/functions.h"
+#include "kernels/elementary/sine_parts.h"
 #include "vectors/levels.h"
 
 namespace sigpak {
 namespace {
 
+// Single precision is rounded right at every x, for which y, in double, must not be too close to where the
+// float changes: within 2^-47, which is far more than a C library's error.
+template <class T> bool is_decided(double y) noexcept {
+  if constexpr (sizeof(T) < sizeof(double)) {
+    constexpr std::uint64_t unit = std::uint64_t(1) << 29;  // of a float in the last bits of a double
+    constexpr std::uint64_t doubt = 1U << 6;
+    return (std::bit_cast<std::uint64_t>(y) + unit / 2 + doubt) % unit >= 2 * doubt;
+  } else {
+    return true;
+  }
+}
+
+// The C library's y near zero; its reduction of far angles loses digits beside the multiples of pi / 2.
+template <class T> double choose(double x, double y, double careful(double) noexcept) noexcept {
+  return std::abs(x) <= sine_reduction_end && is_decided<T>(y) ? y : careful(x);
+}
+
 template <class T> void sine(T* x, index n) noexcept {
   if (const auto* wide = at_level<kernels::circular_functions<T>>()) return wide->sine(x, n);
-  map(x, n, [](double u) { return std::sin(u); });
+  map(x, n, [](double u) { return choose<T>(u, std::sin(u), kernels::careful_sine<T>); });
 }
 
 template <class T> void cosine(T* x, index n) noexcept {
   if (const auto* wide = at_level<kernels::circular_functions<T>>()) return wide->cosine(x, n);
-  map(x, n, [](double u) { return std::cos(u); });
+  map(x, n, [](double u) { return choose<T>(u, std::cos(u), kernels::careful_cosine<T>); });
 }
 
 template <class T> void tangent(T* x, index n) noexcept {
   if (const auto* wide = at_level<kernels::circular_functions<T>>()) return wide->tangent(x, n);
-  map(x, n, [](double u) { return std::tan(u); });
+  map(x, n, [](double u) { return choose<T>(u, std::tan(u), kernels::careful_tangent<T>); });
 }
 
-// sin(x) / x; in double precision the sine carries more digits, so that the quotient is rounded once.
+// In double precision the sine carries more digits, so that the quotient is rounded once.
 template <class T> double unnormalised_sinc(double x) noexcept {
-  if (x == 0) return 1;
+  if (std::abs(x) < 0x1p-27) return 1;  // to which it rounds
   if constexpr (sizeof(T) < sizeof(double)) {
-    return std::sin(x) / x;
+    return choose<T>(x, std::sin(x) / x, kernels::careful_sine_quotient<T>);
   } else {
-    if (std::abs(x) <= sine_reduction_end) return quotient(sine_parts(x), {x, 0});
-    const auto wide = static_cast<long double>(x);
-    return static_cast<double>(std::sin(wide) / wide);
+    if (std::abs(x) <= sine_reduction_end) [[likely]]
+      return rounded(quotient(sine_parts(x), {x, 0}));
+    return kernels::careful_sine_quotient<T>(x);
   }
 }
 

@@ -9,6 +9,11 @@ namespace {
 constexpr double sine_terms[] = {0x1.5e0f5b038162cp-33,  -0x1.ae601abfcaec3p-26, 0x1.71de37abab66fp-19,
                                  -0x1.a01a019e9c7bbp-13, 0x1.1111111110c71p-7,   -0x1.5555555555555p-3};
 
+// the same for sin x = x + x z (S(z) - 1/8), which rounds less
+constexpr double lifted_sine_terms[] = {0x1.5e0f5b038162cp-33, -0x1.ae601abfcaec3p-26,
+                                        0x1.71de37abab66fp-19, -0x1.a01a019e9c7bbp-13,
+                                        0x1.1111111110c71p-7,  -0x1.5555555555554p-5};
+
 // |x| <= pi/4: cos x = 1 - z / 2 + z^2 C(z); 2^-61
 constexpr double cosine_terms[] = {-0x1.90723be93fac3p-37, 0x1.1eeb5614f1114p-29,  -0x1.27e4fa01485d2p-22,
                                    0x1.a01a019f3712bp-16,  -0x1.6c16c16c168c6p-10, 0x1.5555555555555p-5};

@@ -1,13 +1,14 @@
 // Sines and cosines of vectors: reduction by multiples of pi / 2, then polynomials.
 #pragma once
 
+#include "kernels/elementary/circular.h"
 #include "kernels/elementary/coefficients.h"
 #include "kernels/elementary/walk.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
-// Beyond this the reduction is left to the C library.
+// Beyond this the functions of single numbers take over.
 constexpr double reduction_end = 0x1p30;
 
 constexpr double quarter_pi_hi = 0x1.921fb54442d18p+0;  // pi / 2 in three doubles
@@ -65,13 +66,15 @@ struct sine_cosine {
   parts cosine;
 };
 
-SIGPAK_INLINE sine_cosine both_parts(angle a) {
+// `of_rest` is how much the cosine takes of what the rounding of hi^2 left out: a half is its own share.
+SIGPAK_INLINE sine_cosine both_parts(angle a, double of_rest = 0.5) {
   const real z = a.hi * a.hi;
   const real half = z * all(0.5);
   const real top = all(1) - half;
   const real square_rest = fms(a.hi, a.hi, z);
-  const real cosine_rest = fnma(all(0.5), square_rest, fnma(a.hi, a.lo, (all(1) - top) - half));
-  return {{a.hi, fma(a.hi, z * polynomial(sine_terms, z), fnma(half, a.lo, a.lo))},
+  const real cubic = fms(z, polynomial(lifted_sine_terms, z), all(0.125) * z);
+  const real cosine_rest = fnma(all(of_rest), square_rest, fnma(a.hi, a.lo, (all(1) - top) - half));
+  return {{a.hi, fma(a.hi, cubic, fnma(half, a.lo, a.lo))},
           {top, fma(z, z * polynomial(cosine_terms, z), cosine_rest)}};
 }
 
@@ -131,24 +134,26 @@ template <class T> SIGPAK_INLINE sine_cosine sine_and_cosine_for(real x) {
   }
 }
 
-// What the double nearest to x leaves out.
-SIGPAK_INLINE double rest_of(long double x) {
-  return static_cast<double>(x - static_cast<long double>(static_cast<double>(x)));
-}
-
-// With the C library's values where x is far.
+// For all finite x.
 template <class T> SIGPAK_INLINE sine_cosine careful_sine_and_cosine(real x) {
-  const mask far = is_far(x);
-  sine_cosine y = sine_and_cosine_for<T>(x);
-  except(y.sine.hi, y.sine.lo, far, x, x, [](double u, double) {
-    const long double wide = __builtin_sinl(static_cast<long double>(u));
-    return point{static_cast<double>(wide), rest_of(wide)};
-  });
-  except(y.cosine.hi, y.cosine.lo, far, x, x, [](double u, double) {
-    const long double wide = __builtin_cosl(static_cast<long double>(u));
-    return point{static_cast<double>(wide), rest_of(wide)};
-  });
-  return y;
+  const sine_cosine y = sine_and_cosine_for<T>(x);
+  double from[lane_count];
+  double to[4][lane_count];
+  store(from, x);
+  store(to[0], y.sine.hi);
+  store(to[1], y.sine.lo);
+  store(to[2], y.cosine.hi);
+  store(to[3], y.cosine.lo);
+  const int lanes = lanes_of(is_far(x));
+  for (int i = 0; i < lane_count; ++i) {
+    if ((lanes >> i & 1) == 0) continue;
+    const kernels::both_sines far = kernels::careful_sine_and_cosine(from[i]);
+    to[0][i] = far.sine;
+    to[1][i] = far.sine_rest;
+    to[2][i] = far.cosine;
+    to[3][i] = far.cosine_rest;
+  }
+  return {{load<real>(to[0]), load<real>(to[1])}, {load<real>(to[2]), load<real>(to[3])}};
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "core/double_double.h"
+#include "kernels/elementary/far_angle.h"
 
 namespace sigpak {
 
@@ -30,11 +31,24 @@ constexpr reduced_angle reduce_angle(double x) noexcept {
   return {static_cast<std::int64_t>(n), rest};
 }
 
-// The Taylor series of (sin r - r) / r^3 and (cos r - 1 + r^2 / 2) / r^4 in r^2, highest coefficient first;
-// the next terms are below 2^-62 of the results.
+// The same of any x, hi + lo within 2^-72 of it. The error of the pieces is 2^-102, which matters beside the
+// few x that are very close to a multiple of pi / 2.
+inline reduced_angle reduce_any_angle(double x) noexcept {
+  if (std::abs(x) <= sine_reduction_end) [[likely]] {
+    const reduced_angle near = reduce_angle(x);
+    if (near.quarter == 0 || std::abs(near.rest.hi) > 0x1p-30) [[likely]]
+      return near;
+  }
+  const kernels::far_angle far = kernels::reduce_far(x);
+  return {far.quarter, {far.hi, far.lo}};
+}
+
+// The Taylor series of (sin r - r) / r^3 + 1 / 8 and (cos r - 1 + r^2 / 2) / r^4 in r^2, highest coefficient
+// first; the next terms are below 2^-62 of the results. The eighth is taken away again without a rounding,
+// and what is left is rounded at a quarter of the size.
 inline constexpr double sine_series[8] = {
     1.0 / 355687428096000, -1.0 / 1307674368000, 1.0 / 6227020800, -1.0 / 39916800,
-    1.0 / 362880,          -1.0 / 5040,          1.0 / 120,        -1.0 / 6};
+    1.0 / 362880,          -1.0 / 5040,          1.0 / 120,        -1.0 / 24};
 inline constexpr double cosine_series[8] = {
     -1.0 / 6402373705728000, 1.0 / 20922789888000, -1.0 / 87178291200, 1.0 / 479001600,
     -1.0 / 3628800,          1.0 / 40320,          -1.0 / 720,         1.0 / 24};
@@ -48,8 +62,10 @@ constexpr double series(const double (&c)[8], double s) noexcept {
 }
 
 constexpr double_double sine_near_zero(double_double r) noexcept {
-  const double s = r.hi * r.hi;
-  return fast_sum(r.hi, r.hi * (s * series(sine_series, s)) + (r.lo - r.lo * (s / 2)));
+  const double_double s = square(r.hi);
+  const double cubic = s.hi * series(sine_series, s.hi) - s.hi / 8;
+  const double rest = (r.lo - r.lo * (s.hi / 2)) - r.hi * (s.lo * (1.0 / 6));
+  return fast_sum(r.hi, r.hi * cubic + rest);
 }
 
 constexpr double_double cosine_near_zero(double_double r) noexcept {
@@ -58,9 +74,9 @@ constexpr double_double cosine_near_zero(double_double r) noexcept {
   return fast_sum(top.hi, s.hi * (s.hi * series(cosine_series, s.hi)) + (top.lo - s.lo / 2 - r.hi * r.lo));
 }
 
-// sin x for |x| <= sine_reduction_end.
-constexpr double_double sine_parts(double x) noexcept {
-  const reduced_angle angle = reduce_angle(x);
+// sin x of any x.
+inline double_double sine_parts(double x) noexcept {
+  const reduced_angle angle = reduce_any_angle(x);
   const double_double y =
       (angle.quarter & 1) != 0 ? cosine_near_zero(angle.rest) : sine_near_zero(angle.rest);
   return (angle.quarter & 2) != 0 ? -y : y;
@@ -71,23 +87,22 @@ struct sine_cosine {
   double_double cosine;
 };
 
-inline double_double split(long double x) noexcept {
-  const double hi = static_cast<double>(x);
-  return {hi, static_cast<double>(x - static_cast<long double>(hi))};
-}
-
-// Of any x; far from 0 by the C library.
+// Of any x.
 inline sine_cosine sine_and_cosine(double x) noexcept {
-  if (!(std::abs(x) <= sine_reduction_end)) {
-    const auto wide = static_cast<long double>(x);
-    return {split(std::sin(wide)), split(std::cos(wide))};
-  }
-  const reduced_angle angle = reduce_angle(x);
+  const reduced_angle angle = reduce_any_angle(x);
   sine_cosine y = {sine_near_zero(angle.rest), cosine_near_zero(angle.rest)};
   if (x == 0) y.sine = {x, 0};  // with its sign
   if ((angle.quarter & 1) != 0) y = {y.cosine, -y.sine};
   if ((angle.quarter & 2) != 0) y = {-y.sine, -y.cosine};
   return y;
+}
+
+// In single precision the leading doubles are enough, which the C library has near zero.
+template <class T> sine_cosine sine_and_cosine_for(double x) noexcept {
+  if constexpr (sizeof(T) < sizeof(double)) {
+    if (std::abs(x) <= sine_reduction_end) return {{std::sin(x), 0}, {std::cos(x), 0}};
+  }
+  return sine_and_cosine(x);
 }
 
 // size * part, rounded once, with the sign of the plain product where it vanishes; `size` may be infinite.

@@ -1,0 +1,85 @@
+// The circular functions where they are hardest: beside multiples of pi / 2, and, in single precision, beside
+// the middle of two floats.
+#include <gtest/gtest.h>
+
+#include "elementwise/functions.h"
+
+namespace sigpak::test {
+namespace {
+
+template <class V> class FarAngle : public testing::Test {};
+TYPED_TEST_SUITE(FarAngle, records, record_names);
+
+// The m with at most `bits` bits that brings m 2^exponent closest to a multiple of pi / 2: the denominator of
+// a convergent of the continued fraction of 2^exponent 2 / pi. Source: W. Kahan, Minimizing q * m - n, 1983.
+long double closest_significand(int bits, int exponent) {
+  exact rest(mpfr_prec_t(1400));
+  exact whole(mpfr_prec_t(1400));
+  mpfr_const_pi(rest.get(), MPFR_RNDN);
+  mpfr_ui_div(rest.get(), 2, rest.get(), MPFR_RNDN);
+  mpfr_mul_2si(rest.get(), rest.get(), exponent, MPFR_RNDN);
+  long double before = 1;
+  long double m = 0;
+  for (;;) {
+    mpfr_floor(whole.get(), rest.get());
+    const long double next = mpfr_get_ld(whole.get(), MPFR_RNDN) * m + before;
+    if (next >= std::ldexp(1.0L, bits)) return m;
+    before = m;
+    m = next;
+    mpfr_sub(rest.get(), rest.get(), whole.get(), MPFR_RNDN);
+    mpfr_ui_div(rest.get(), 1, rest.get(), MPFR_RNDN);
+  }
+}
+
+// For every exponent of both precisions, and some beside which the functions of C libraries lose digits.
+template <record V> samples<V> angles_beside_multiples() {
+  using T = scalar<V>;
+  constexpr int bits = std::numeric_limits<T>::digits;
+  samples<V> x;
+  if (is_double<V>) {
+    for (const double known :
+         {0x1.4c96c11134d36p+578, 0x1.69eab0985179bp+246, 0x1.6ac5b262ca1ffp+849, 0x1.a39deffffffffp+26})
+      x.push_back(static_cast<T>(known));
+  }
+  for (int exponent = 1 - bits; exponent <= std::numeric_limits<T>::max_exponent - bits; ++exponent) {
+    const long double m = closest_significand(bits, exponent);
+    const T angle = static_cast<T>(std::ldexp(m, exponent));
+    if (m > 0) x.insert(x.end(), {angle, -angle, angle / 4, std::nextafter(angle, T(0))});
+  }
+  return x;
+}
+
+bool is_circular(const unary_function& f) {
+  return f.definition == mpfr_sin || f.definition == mpfr_cos || f.definition == mpfr_tan ||
+         f.definition == exact_sinc;
+}
+
+// In single precision the nearest float, in double within 0.8 ulp.
+template <record V> void expect_exact(const unary_function& f, const samples<V>& x) {
+  using T = scalar<V>;
+  signal<V> v(x);
+  ASSERT_EQ(call(f, static_cast<V*>(&v)), 0);
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    const exact argument(static_cast<double>(x[i]));
+    exact wanted;
+    f.definition(wanted.get(), argument.get(), MPFR_RNDN);
+    if constexpr (is_double<V>) {
+      ASSERT_LE(ulps(v.data[i], wanted), 0.8) << f.name << " at " << x[i];
+    } else {
+      ASSERT_EQ(v.data[i], static_cast<T>(mpfr_get_flt(wanted.get(), MPFR_RNDN))) << f.name << " at " << x[i];
+    }
+  }
+}
+
+TYPED_TEST(FarAngle, KeepsItsDigitsBesideMultiplesOfAQuarterTurn) {
+  using V = TypeParam;
+  const samples<V> x = angles_beside_multiples<V>();
+  for (const unary_function& f : unary_functions()) {
+    if (!is_circular(f)) continue;
+    expect_exact<V>(f, x);
+    expect_exact<V>(f, arguments<V>(f, 8000, 23));
+  }
+}
+
+}  // namespace
+}  // namespace sigpak::test
