@@ -100,13 +100,18 @@ constexpr double rounded_product(double_double a, double_double b) noexcept {
 }
 
 // a / b with an error near 2^-79, when 1 / b neither overflows nor is subnormal.
-constexpr double_double quotient(double_double a, double_double b) noexcept {
-  const double inverse = 1 / b.hi;
+constexpr double_double quotient(double_double a, double b) noexcept {
+  const double inverse = 1 / b;
   const double q = a.hi * inverse;
   const double short_q = upper_half(q);
-  const double short_b = upper_half(b.hi);
-  const double left = ((a.hi - short_q * short_b) - short_q * (b.hi - short_b)) - (q - short_q) * b.hi;
-  return {q, (left + a.lo - q * b.lo) * inverse};
+  const double short_b = upper_half(b);
+  const double left = ((a.hi - short_q * short_b) - short_q * (b - short_b)) - (q - short_q) * b;
+  return {q, (left + a.lo) * inverse};
+}
+
+constexpr double_double quotient(double_double a, double_double b) noexcept {
+  const double_double y = quotient(a, b.hi);
+  return {y.hi, y.lo - y.hi * b.lo / b.hi};
 }
 
 }  // namespace sigpak

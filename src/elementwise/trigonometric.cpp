@@ -51,7 +51,7 @@ template <class T> double unnormalised_sinc(double x) noexcept {
     return choose<T>(x, std::sin(x) / x, kernels::careful_sine_quotient<T>);
   } else {
     if (std::abs(x) <= sine_reduction_end) [[likely]]
-      return rounded(quotient(sine_parts(x), {x, 0}));
+      return rounded(quotient(sine_parts(x), x));
     return kernels::careful_sine_quotient<T>(x);
   }
 }

@@ -43,7 +43,7 @@ template <class T> double careful_tangent(double x) noexcept {
 template <class T> double careful_sine_quotient(double x) noexcept {
   if (std::abs(x) < 0x1p-27) return 1;                       // to which it rounds
   const double drop = std::abs(x) > 0x1p900 ? 0x1p-100 : 1;  // lest the rest of the quotient be subnormal
-  return rounded_for<T>(quotient(sine_parts(x), {x * drop, 0})) * drop;
+  return rounded_for<T>(quotient(sine_parts(x), x * drop)) * drop;
 }
 
 both_sines careful_sine_and_cosine(double x) noexcept {

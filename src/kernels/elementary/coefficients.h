@@ -23,6 +23,11 @@ constexpr double sine_single_terms[] = {
     -0x1.a0f3dd4ce1944p-41, 0x1.60f655251eda3p-33, -0x1.ae63baaa48569p-26, 0x1.71de39460148ap-19,
     -0x1.a01a019e567fbp-13, 0x1.111111110ff63p-7,  -0x1.555555555554ep-3};
 
+// The same for the cosine, its last digits moved until every float is rounded right.
+constexpr double cosine_single_terms[] = {
+    -0x1.a0f3dd4ce1944p-41, 0x1.60f655251eda3p-33, -0x1.ae63baaa48569p-26, 0x1.71de3946090a8p-19,
+    -0x1.a01a019e56806p-13, 0x1.111111110ff7cp-7,  -0x1.5555555555554p-3};
+
 // |x| <= pi/4; 2^-46
 constexpr double sine_quarter_single_terms[] = {-0x1.aa24b5f227855p-26, 0x1.71d9a1a010508p-19,
                                                 -0x1.a019fd8f563bep-13, 0x1.1111110fce70fp-7,

@@ -79,9 +79,9 @@ SIGPAK_INLINE sine_cosine both_parts(angle a, double of_rest = 0.5) {
 }
 
 // For single precision: x = n pi + r, |r| <= pi / 2, and one polynomial.
-SIGPAK_INLINE real short_sine(real r, words turns) {
+SIGPAK_INLINE real short_sine(real r, words turns, const double (&terms)[7]) {
   const real z = r * r;
-  const real y = fma(r * z, polynomial(sine_single_terms, z), r);
+  const real y = fma(r * z, polynomial(terms, z), r);
   return flip_sign(take_sign(y, r), turns << 63);
 }
 
@@ -89,7 +89,7 @@ SIGPAK_INLINE real sine_single(real x) {
   const real shifted = fma(x, all(0x1.45f306dc9c883p-2), all(to_integer));  // 1 / pi
   const real n = shifted - all(to_integer);
   const real r = fnma(n, all(2 * quarter_pi_mid), fnma(n, all(2 * quarter_pi_hi), x));
-  return short_sine(r, bits(shifted));
+  return short_sine(r, bits(shifted), sine_single_terms);
 }
 
 // cos x = sin(x + pi / 2): the nearest odd multiple of pi / 2 takes the place of the multiple of pi.
@@ -97,7 +97,7 @@ SIGPAK_INLINE real cosine_single(real x) {
   const real shifted = fma(x, all(0x1.45f306dc9c883p-2), all(-0.5)) + all(to_integer);
   const real n = (shifted - all(to_integer)) + all(0.5);
   const real r = fma(n, all(2 * quarter_pi_mid), fms(n, all(2 * quarter_pi_hi), x));
-  return short_sine(r, bits(shifted));
+  return short_sine(r, bits(shifted), cosine_single_terms);
 }
 
 SIGPAK_INLINE mask is_far(real x) { return not_at_most(absolute(x), reduction_end); }
