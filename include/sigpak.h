@@ -354,7 +354,8 @@ SIGPAK_API int32_t dspfi_db(dspf_vec *v, float  factor);
 SIGPAK_API int32_t dspi_limit (dsp_vec  *v, int32_t mode, double a, double b, int32_t *clipped);
 SIGPAK_API int32_t dspfi_limit(dspf_vec *v, int32_t mode, float  a, float  b, int32_t *clipped);
 
-/* x = sin x, cos x, tan x, in radians, for every finite x. Real only. */
+/* x = sin x, cos x, tan x, in radians, for every finite x, within 0.8 ulp; the nearest float in single precision.
+   Real only. Far angles are reduced after M. H. Payne, R. N. Hanek, SIGNUM Newsletter 18 (1983). */
 SIGPAK_API int32_t dspi_sin (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_sin(dspf_vec *v);
 SIGPAK_API int32_t dspi_cos (dsp_vec  *v);
