@@ -888,7 +888,9 @@ SIGPAK_API int32_t dspfs_lin_regres2(const dspf_vec *v, dspf_vec *result);
    v  N points, a power of two, real or complex; otherwise, and when empty, -1. Complex afterwards, but for a real
       record of one point; bin 0 first, the bins above N/2 are the negative frequencies
    delta becomes 1 / (N * delta), H when it was 0; NaN stays. The split-radix transform of Duhamel and Hollmann
-   (1984); relative error in the Euclidean norm at most 1.5 u sqrt(log2 N), u the unit roundoff. */
+   (1984); relative error in the Euclidean norm at most 1.5 u sqrt(log2 N), u the unit roundoff. The factor 1/N comes
+   with the last sums: the bound holds for data as small as leave normal numbers, and sums of N points must not
+   overflow before it. */
 SIGPAK_API int32_t dspi_fft (dsp_vec  *v, int32_t direction);
 SIGPAK_API int32_t dspfi_fft(dspf_vec *v, int32_t direction);
 
@@ -901,14 +903,16 @@ SIGPAK_API int32_t dspfi_rfft(dspf_vec *v);
 
 /* The inverse of dspi_rfft: the real parts of the inverse transform of the whole spectrum.
    v  P points, the lower half with the bin in the middle; real with N = 2 (P - 1) points afterwards, one for
-      P = 1. -1 unless N is a power of two, and when empty
-   delta as dspi_fft */
+      P = 1. -1 unless N is a power of two, which leaves the whole spectrum of N points, and when empty
+   delta as dspi_fft. Error bound as dspi_fft. */
 SIGPAK_API int32_t dspi_irfft (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_irfft(dspf_vec *v);
 
-/* dspi_fft for every length. Where N is not a power of two, by columns and rows (Cooley, Tukey 1965) if vectors are
-   wide and its prime factors, 13 at most, suit them, otherwise by Bluestein's chirp transform (1970).
-   v  real or complex; complex afterwards when N is at least 2
+/* dspi_fft for every length. Where N is not a power of two: if vectors are wide, by columns and rows (Cooley, Tukey
+   1965) when its prime factors, 13 at most, suit them, and by the definition when it is odd and at most 61, in single
+   precision 37; otherwise by Bluestein's chirp transform (1970), whose sums reach 4 N^2 times the data. Tables of
+   the last length are kept, those by columns and rows of earlier ones too, up to 64 MiB beside the largest.
+   v  real or complex; complex afterwards when N is at least 2. A lent record may end in storage of the library's own
    delta becomes 1 / (N * delta), with N = 1 for an empty record; H when it was 0, or NaN and N no power of two
    above 1. Relative error in the Euclidean norm at most 4 u sqrt(log2 N). */
 SIGPAK_API int32_t dspi_dft (dsp_vec  *v, int32_t direction);
@@ -916,23 +920,23 @@ SIGPAK_API int32_t dspfi_dft(dspf_vec *v, int32_t direction);
 
 /* The bins 0 .. N/2, rounded down, of dspi_dft(v, 0) of a real record.
    v  real, otherwise -1; complex with N/2 + 1 points afterwards when N is at least 2
-   delta becomes 1 / (N * delta), H when it was 0 or NaN */
+   delta becomes 1 / (N * delta), H when it was 0 or NaN. Error bound as dspi_dft. */
 SIGPAK_API int32_t dspi_rdft (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_rdft(dspf_vec *v);
 
 /* The inverse of dspi_rdft: the real parts of the inverse transform of the whole spectrum.
    v    P points; real afterwards, with 2 (P - 1) points, or 2 P - 1 when odd, but one for P = 1
    odd  nonzero when the length of the signal is
-   delta as dspi_dft */
+   delta as dspi_dft. Error bound as dspi_dft. */
 SIGPAK_API int32_t dspi_irdft (dsp_vec  *v, int32_t odd);
 SIGPAK_API int32_t dspfi_irdft(dspf_vec *v, int32_t odd);
 
 /* Forward: C[k] = (1/N) sum over n of x[n] cos(pi (2n + 1) k / 2N), the cosine transform of type 2.
    Inverse: x[n] = C[0] + 2 sum over k = 1 .. N-1 of C[k] cos(pi (2n + 1) k / 2N).
-   v      real, otherwise -1; N points, any number
+   v      real, otherwise -1; N points, any number. An empty record stays as it is, delta too
    flags  bit 0 selects the inverse
    delta becomes 1 / (N * delta), H when it was 0 or NaN. By one real transform of the reordered samples (Makhoul
-   1980). */
+   1980). Error bound as dspi_dft. */
 SIGPAK_API int32_t dspi_dct (dsp_vec  *v, int32_t flags);
 SIGPAK_API int32_t dspfi_dct(dspf_vec *v, int32_t flags);
 
@@ -949,15 +953,16 @@ SIGPAK_API int32_t dspfi_bitrev_scale(dspf_vec *v);
 
 /* The Hilbert transform: every positive frequency times -i, every negative one times i, and none at 0 and, for an
    even number of points, in the middle. cos becomes sin.
-   v  real or complex, and stays so
-   delta becomes what two transforms by dspi_dft leave: itself up to rounding, 1 / (N * H) when it was 0. */
+   v  real or complex, and stays so. A lent record may end in storage of the library's own
+   delta becomes what two transforms by dspi_dft leave: itself up to rounding, 1 / (N * H) when it was 0. Relative
+   error in the Euclidean norm at most 8 u sqrt(log2 N). */
 SIGPAK_API int32_t dspi_hilbert (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_hilbert(dspf_vec *v);
 
 /* The analytic signal: positive frequencies doubled, negative ones removed. Of a real record the real part is the
    record and the imaginary part its Hilbert transform, but for the frequency in the middle, which is kept.
-   v  real or complex; complex afterwards unless empty
-   delta as dspi_hilbert */
+   v  real or complex; complex afterwards unless empty. A lent record may end in storage of the library's own
+   delta as dspi_hilbert. Error bound as dspi_hilbert. */
 SIGPAK_API int32_t dspi_analytic (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_analytic(dspf_vec *v);
 

@@ -154,6 +154,43 @@ TYPED_TEST(Transforms, StayAccurateWhenLong) {
   }
 }
 
+// Noise so small that the results are hardly normal numbers: what is lost on the way shows. Of the lengths
+// each is another kernel's at the wide levels.
+TYPED_TEST(Transforms, TinyDataKeepTheErrorBound) {
+  using V = TypeParam;
+  using T = scalar<V>;
+  constexpr double tiny = std::numeric_limits<T>::min();
+  for (const auto& op : transforms<V>()) {
+    if (op.model != forward && op.model != inverse && op.model != half_spectrum) continue;
+    for (const index n : {4, 8, 16, 32, 64, 128, 1024, 65536, 37, 67, 480, 1000, 1003, 4099}) {
+      if (op.accepted == lengths::powers && !std::has_single_bit(static_cast<unsigned>(n))) continue;
+      const bool complex = op.form == takes::all;
+      const double growth = std::sqrt(static_cast<double>(n));
+      const double size = op.model == inverse ? tiny : 4 * tiny * growth;
+      samples<V> x = noise<V>(complex ? 2 * n : n);
+      for (T& value : x) value *= static_cast<T>(size);
+      signal<V> v(x, complex);
+      const auto wanted = op.model(exact_points<V>(v));
+      ASSERT_EQ(op.run(&v), 0);
+      EXPECT_LT(transform_error<V>(v, wanted, n), op.limit) << op.name << n;
+    }
+  }
+}
+
+TYPED_TEST(Transforms, ConstantsOfTheSmallestNormalNumberStayExact) {
+  using V = TypeParam;
+  constexpr auto least = std::numeric_limits<scalar<V>>::min();
+  for (index n = 2; n <= 1 << 16; n *= 2) {
+    for (const auto run : {+[](V* v) { return TWIN(i_fft)(v, 0); }, TWIN(i_rfft)}) {
+      signal<V> v(samples<V>(static_cast<std::size_t>(n), least));
+      ASSERT_EQ(run(&v), 0);
+      samples<V> wanted(v.values().size());
+      wanted[0] = least;
+      EXPECT_EQ(v.values(), wanted) << n;
+    }
+  }
+}
+
 TYPED_TEST(Transforms, SpacingZeroAndNan) {
   using V = TypeParam;
   using T = scalar<V>;

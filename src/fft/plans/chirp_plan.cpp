@@ -2,6 +2,8 @@
 #include "fft/wide_chirp.h"
 
 #include <algorithm>
+#include <bit>
+#include <cmath>
 
 #include "core/isa.h"
 #include "core/memory.h"
@@ -34,20 +36,13 @@ template <class T> T* lane_at(T* vectors, int lanes, index lane) noexcept {
 }
 
 // Everything that the passes need, out of the roots of twice the points of the circle.
-template <class T>
-void build_passes(fft_plan<T>& over, carver& memory, const roots* w, index points) noexcept {
+template <class T> void build_passes(fft_plan<T>& over, carver& memory, const roots* w) noexcept {
   fft_plan<T> among = over;
   among.points = 2 * over.points;
-  for (const int inverse : {0, 1}) {
-    T* const first = memory.take<T>(1 + 2 * broadcasts(over, 0));
-    over.first[inverse] = first;
-    const factor scale(inverse != 0 ? 1 : 1 / static_cast<long double>(points));
-    if (w != nullptr) fill_first(first, among, *w, scale);
-  }
-  for (int pass = 1; pass < over.passes - 1; ++pass) {
+  for (int pass = 0; pass < turning_passes(over); ++pass) {
     T* const table = memory.take<T>(2 * broadcasts(over, pass));
     over.twiddles[pass] = table;
-    if (w != nullptr) fill_pass(table, among, pass, *w, factor(1));
+    if (w != nullptr) fill_pass(table, among, pass, *w);
   }
 }
 
@@ -75,7 +70,7 @@ template <class T> index scratch_of(const fft_plan<T>& over) noexcept {
 
 // The memory of all that roots alone make, filled when `w` is there.
 template <class T> void build_transforms(chirp_plan<T>& plan, carver& memory, const roots* w) noexcept {
-  build_passes(plan.over, memory, w, plan.points);
+  build_passes(plan.over, memory, w);
   T* const turns = memory.take<T>((plan.over.lanes - 2) * plan.over.vectors);
   if (w != nullptr) fill_turns(turns, plan.over, *w);
   plan.turns = turns;
@@ -188,14 +183,21 @@ inline void put_sums(double* out, int lanes, const root_row (&low)[2], const roo
   }
 }
 
-// The chirp, and 1 / (2 K) times conj g on the circle of 2 K points, whose two halves m and m + K are folded:
-// in scratch memory, as the first pass leaves its results.
+// The power of two near sqrt(2 K). Times it and 1 / (2 K) the spectrum of g is about 1, so that the products
+// with it are of the size of the sums on both sides.
+double balance(index circle) noexcept {
+  const auto bits = static_cast<int>(std::bit_width(static_cast<std::uint64_t>(circle)));
+  return std::ldexp(1.0, (bits + 1) / 2);
+}
+
+// The chirp, and conj g on the circle of 2 K points, whose two halves m and m + K are folded: in scratch
+// memory, as the first pass leaves its results.
 template <class T>
 void fill_squares(T* chirp, const chirp_plan<T>& plan, double* scratch, const fft_plan<double>& over,
                   const roots& of_circle) noexcept {
   for (index i = 0; i < 2 * chirp_lanes(plan); ++i) chirp[i] = 0;
   const squares of(plan.points, of_circle);
-  const factor scale(0.5L / static_cast<long double>(over.points));
+  const factor scale(0.5L * balance(over.points) / static_cast<long double>(over.points));
   const index block = over.points / over.radix[0];
   isa::run([=, points = plan.points, lanes = plan.over.lanes, wide_lanes = over.lanes, all = over.points,
             step = 2 * over.stride * over.lanes] {
@@ -332,6 +334,8 @@ template <class T> status keep(index points, isa::level level) noexcept {
   chirp_plan<T> plan = {};
   plan.points = points;
   choose_circle(plan.over, points, kernels.widest_lanes, kernels.narrowest_lanes);
+  plan.scale[1] = static_cast<T>(1 / balance(plan.over.points));
+  plan.scale[0] = plan.scale[1] / static_cast<T>(points);
   carver needed(nullptr);
   build(plan, needed, nullptr);
   std::byte* const block = allocate_table<std::byte>(needed.taken() + alignment);

@@ -25,6 +25,7 @@ template <class T> inline constexpr int most_direct_points = sizeof(T) == sizeof
 template <class T> struct chirp_plan {
   std::ptrdiff_t points;  // N
   fft_plan<T> over;       // of K points: `vectors` is L, `lanes` 2 V; the last radix is that of the core
+  T scale[2];             // of the results, forward and inverse, with what the filter leaves of 1 / (2 K)
   const T* chirp;         // vectors of conj g[n] and its product with exp(-i pi n / K), as cosine and sine
   const T* turns;         // w_K^(l kb) within the groups of V vectors: cosine and sine alternate
   const T* filter;        // vectors of the even and odd bins of g, as cosine and sine

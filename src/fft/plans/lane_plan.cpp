@@ -43,26 +43,24 @@ template <class T> void fill_by_group(T* out, const fft_plan<T>& plan, const roo
 }
 
 // One vector of twiddles for all lanes.
-template <class T>
-T* fill_lanes(T* out, const fft_plan<T>& plan, index kb, const roots& w, factor scale) noexcept {
+template <class T> T* fill_lanes(T* out, const fft_plan<T>& plan, index kb, const roots& w) noexcept {
   const int lanes = plan.lanes;
   for (int p = 0; p < lanes; ++p) {
     const root r = w[point_at<T>(p, lanes) * kb];
-    out[p] = static_cast<T>(scale * r.cosine);
-    out[lanes + p] = static_cast<T>(scale * r.sine);
+    out[p] = static_cast<T>(rounded(r.cosine));
+    out[lanes + p] = static_cast<T>(rounded(r.sine));
   }
   return out + 2 * lanes;
 }
 
 // In the order of the places, from one to that so many behind.
-template <class T>
-void fill_by_place(T* out, const fft_plan<T>& plan, index step, const roots& w, factor scale) noexcept {
-  for (index at = 0; at < plan.vectors; at += step) out = fill_lanes(out, plan, output(plan, at), w, scale);
+template <class T> void fill_by_place(T* out, const fft_plan<T>& plan, index step, const roots& w) noexcept {
+  for (index at = 0; at < plan.vectors; at += step) out = fill_lanes(out, plan, output(plan, at), w);
 }
 
 template <class T> void fill_steps(T* out, const fft_plan<T>& plan, const roots& w) noexcept {
   const int radix = plan.radix[plan.passes - 1];
-  for (index k = 1; k < radix; ++k) out = fill_lanes(out, plan, k * (plan.vectors / radix), w, factor(1));
+  for (index k = 1; k < radix; ++k) out = fill_lanes(out, plan, k * (plan.vectors / radix), w);
 }
 
 template <class T> void fill_places(std::uint32_t* start, fft_plan<T>& plan) noexcept {
@@ -83,17 +81,11 @@ template <class T> void fill_unpack(T* out, const fft_plan<T>& plan, const roots
 template <class T> struct plan_tables {
   T* unpack;
   std::uint32_t* result;
-  T* first[2];
   T* passes[most_passes];
   T* last;
   T* steps;
   std::uint32_t* start;
 };
-
-// A single pass within the lanes has nothing but the twiddles of the last transform.
-template <class T> bool is_only_pass(const fft_plan<T>& plan) noexcept {
-  return plan.group < plan.lanes && plan.passes == 1;
-}
 
 // Places from one vector of twiddles of the last transform to the next.
 template <class T> index last_step(const fft_plan<T>& plan) noexcept {
@@ -103,15 +95,12 @@ template <class T> index last_step(const fft_plan<T>& plan) noexcept {
 
 template <class T> plan_tables<T> carve(const fft_plan<T>& plan, data kind, carver& memory) noexcept {
   plan_tables<T> tables = {};
-  for (T*& table : tables.first) {
-    table = memory.take<T>(is_only_pass(plan) ? 2 * plan.lanes * plan.vectors : 1 + 2 * broadcasts(plan, 0));
-  }
-  for (int pass = 1; pass < plan.passes - 1; ++pass) {
+  for (int pass = 0; pass < turning_passes(plan); ++pass) {
     tables.passes[pass] = memory.take<T>(2 * broadcasts(plan, pass));
   }
   if (kind == data::real) {
     tables.last = memory.take<T>(2 * (plan.lanes - 1) * plan.vectors);
-  } else if (!is_only_pass(plan)) {
+  } else {
     const index step = last_step(plan);
     tables.last = memory.take<T>(2 * plan.lanes * (plan.vectors / step));
     if (step > 1) tables.steps = memory.take<T>(2 * plan.lanes * (step - 1));
@@ -126,22 +115,13 @@ template <class T> plan_tables<T> carve(const fft_plan<T>& plan, data kind, carv
 
 template <class T>
 void fill(fft_plan<T>& plan, data kind, const plan_tables<T>& tables, const roots& w) noexcept {
-  const factor scale((kind == data::real ? 0.5L : 1.0L) / static_cast<long double>(plan.points));
-  const factor none(1);
-  if (is_only_pass(plan)) {
-    fill_by_place(tables.first[0], plan, 1, w, scale);
-    fill_by_place(tables.first[1], plan, 1, w, none);
-  } else {
-    fill_first(tables.first[0], plan, w, scale);
-    fill_first(tables.first[1], plan, w, none);
-  }
   if (kind == data::real) {
     fill_by_group(tables.last, plan, w);
-  } else if (!is_only_pass(plan)) {
-    fill_by_place(tables.last, plan, last_step(plan), w, none);
+  } else {
+    fill_by_place(tables.last, plan, last_step(plan), w);
     if (tables.steps != nullptr) fill_steps(tables.steps, plan, w);
   }
-  for (int pass = 1; pass < plan.passes - 1; ++pass) fill_pass(tables.passes[pass], plan, pass, w, none);
+  for (int pass = 0; pass < turning_passes(plan); ++pass) fill_pass(tables.passes[pass], plan, pass, w);
   fill_places(tables.start, plan);
   if (kind == data::real) {
     fill_unpack(tables.unpack, plan, w);
@@ -149,7 +129,6 @@ void fill(fft_plan<T>& plan, data kind, const plan_tables<T>& tables, const root
   }
   plan.unpack = tables.unpack;
   plan.result = tables.result;
-  for (int i = 0; i < 2; ++i) plan.first[i] = tables.first[i];
   for (int pass = 0; pass < most_passes; ++pass) plan.twiddles[pass] = tables.passes[pass];
   plan.last = tables.last;
   plan.steps = tables.steps;
@@ -170,6 +149,7 @@ template <class T> const fft_plan<T>* find_plan(index points, int lanes, data ki
   plan.points = points;
   plan.lanes = lanes;
   plan.vectors = kind == data::real ? points / lanes / 2 : points / lanes;
+  plan.scale = (kind == data::real ? T(0.5) : T(1)) / static_cast<T>(points);
   choose_radices(plan);
   const index bytes = 2 * points * static_cast<index>(sizeof(T));
   plan.collected = kind == data::complex && (bytes >= long_sizes.collected ||

@@ -88,6 +88,7 @@ template <class T> split choose_split(index points, int widest) noexcept {
 template <class T> fft_plan<T> lane_plan(index points, index length, int lanes) noexcept {
   fft_plan<T> plan = {};
   plan.points = points;
+  plan.scale = T(1) / static_cast<T>(points);
   plan.vectors = length;
   plan.lanes = lanes;
   choose_radices(plan);
@@ -97,18 +98,11 @@ template <class T> fft_plan<T> lane_plan(index points, index length, int lanes) 
 }
 
 // Without `w` only the memory is laid out.
-template <class T>
-void build_lanes(fft_plan<T>& plan, carver& memory, const roots* w, long double forward_scale) noexcept {
-  T* const first[2] = {memory.take<T>(1 + 2 * broadcasts(plan, 0)),
-                       memory.take<T>(1 + 2 * broadcasts(plan, 0))};
-  for (int i = 0; i < 2; ++i) {
-    plan.first[i] = first[i];
-    if (w != nullptr) fill_first(first[i], plan, *w, factor(i == 0 ? forward_scale : 1));
-  }
-  for (int pass = 1; pass < plan.passes - 1; ++pass) {
+template <class T> void build_lanes(fft_plan<T>& plan, carver& memory, const roots* w) noexcept {
+  for (int pass = 0; pass < turning_passes(plan); ++pass) {
     T* const table = memory.take<T>(2 * broadcasts(plan, pass));
     plan.twiddles[pass] = table;
-    if (w != nullptr) fill_pass(table, plan, pass, *w, factor(1));
+    if (w != nullptr) fill_pass(table, plan, pass, *w);
   }
   auto* const start = memory.take<std::uint32_t>(plan.vectors);
   auto* const result = memory.take<std::uint32_t>(plan.vectors / plan.radix[plan.passes - 1]);
@@ -136,8 +130,8 @@ template <class T> void fill_twiddles(T* out, const mixed_plan<T>& plan, const r
 }
 
 template <class T> void build(mixed_plan<T>& plan, carver& memory, const roots* w) noexcept {
-  build_lanes(plan.over_columns, memory, w, 1);
-  build_lanes(plan.over_rows, memory, w, 1.0L / static_cast<long double>(plan.points));
+  build_lanes(plan.over_columns, memory, w);
+  build_lanes(plan.over_rows, memory, w);
   const index groups = (plan.over_rows.vectors + plan.lanes - 1) / plan.lanes;
   T* const twiddles = memory.take<T>(2 * plan.lanes * groups * plan.over_columns.vectors);
   plan.twiddles = twiddles;

@@ -17,19 +17,19 @@ template <class T> struct fft_plan {
   std::ptrdiff_t points;   // N
   std::ptrdiff_t vectors;  // M
   int lanes;               // W
+  T scale;                 // of the forward transform, applied to its results: the sums of tiny data keep
+                           // every digit that the results have room for
   int passes;              // over the lanes; the first reads the data, the last transform is not counted
   int radix[most_passes];  // their product is M
   std::ptrdiff_t block[most_passes];  // vectors in one block of the pass
-  std::ptrdiff_t stride;  // vectors from one block of the second pass to the next, padding included
-  const T* first[2];      // broadcast twiddles of the first pass: forward (times 1/N), inverse; those of the
-                          // last transform instead where complex data have only one pass
-  const T* twiddles[most_passes];  // broadcast twiddles of the other passes
+  std::ptrdiff_t stride;           // vectors from one block of the second pass to the next, padding included
+  const T* twiddles[most_passes];  // broadcast twiddles of the passes; the last of several has none
   int group;                       // kb that the last transform takes at once: W / 2, of real data W
-  const T* last;  // vectors of twiddles w_N^(l kb) of the last transform: place by place, of real data group
-                  // by group, and with steps only for the first output of each butterfly of the last pass
-  const T* steps;                     // vectors of twiddles from that output to the others, or null
-  bool collected;                     // the last transform collects its output
-  bool streamed;                      // and writes it past the caches
+  const T* last;   // vectors of twiddles w_N^(l kb) of the last transform: place by place, of real data group
+                   // by group, and with steps only for the first output of each butterfly of the last pass
+  const T* steps;  // vectors of twiddles from that output to the others, or null
+  bool collected;  // the last transform collects its output
+  bool streamed;   // and writes it past the caches
   std::ptrdiff_t offset[most_lanes];  // of the vector of kb + p from that of kb, kb the first of a group
   const std::uint32_t* start;         // place of the vector of kb, the first of a group
 

@@ -53,16 +53,20 @@ template <class T> index broadcasts(const fft_plan<T>& plan, int pass) noexcept 
   return plan.block[pass] / plan.radix[pass] * (plan.radix[pass] - 1);
 }
 
+// The passes with broadcast twiddles: all but the last, whose would be 1, and of a single one those.
+template <class T> int turning_passes(const fft_plan<T>& plan) noexcept {
+  return plan.passes > 1 ? plan.passes - 1 : 1;
+}
+
 // w_L^(i j), i the butterfly and j its output, as cosine and sine.
-template <class T>
-void fill_pass(T* out, const fft_plan<T>& plan, int pass, const roots& w, factor scale) noexcept {
+template <class T> void fill_pass(T* out, const fft_plan<T>& plan, int pass, const roots& w) noexcept {
   const index step = plan.points / plan.block[pass];
   const index count = plan.block[pass] / plan.radix[pass];
   for (index i = 0; i < count; ++i) {
     for (index j = 1; j < plan.radix[pass]; ++j) {
       const root r = w[i * j * step];
-      *out++ = static_cast<T>(scale * r.cosine);
-      *out++ = static_cast<T>(scale * r.sine);
+      *out++ = static_cast<T>(rounded(r.cosine));
+      *out++ = static_cast<T>(rounded(r.sine));
     }
   }
 }
@@ -78,11 +82,6 @@ template <class T> index output(const fft_plan<T>& plan, index at) noexcept {
     weight *= plan.radix[pass];
   }
   return out;
-}
-
-template <class T> void fill_first(T* out, const fft_plan<T>& plan, const roots& w, factor scale) noexcept {
-  out[0] = static_cast<T>(scale.value());
-  fill_pass(out + 1, plan, 0, w, scale);
 }
 
 template <class T> void fill_results(std::uint32_t* out, const fft_plan<T>& plan) noexcept {

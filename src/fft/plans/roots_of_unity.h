@@ -48,7 +48,6 @@ class factor {
       : all_(static_cast<double>(x)),
         high_(short_part(all_)),
         low_(static_cast<double>(x - static_cast<long double>(high_))) {}
-  constexpr double value() const noexcept { return all_; }
   // x times the factor, rounded once but for an error near 2^-58.
   constexpr double operator*(parted x) const noexcept {
     return x.high * high_ + (x.high * low_ + x.low * all_);

@@ -37,8 +37,8 @@ template <class T, int k, int n> constexpr T cosine_constant = static_cast<T>(co
 template <class T, int k, int n> constexpr T sine_constant = static_cast<T>(sine_of(k, n));
 
 // X[j], X[R-j] = (x0 + sum c_jk t_k) -/+ i sum s_jk u_k with t_k = x_k + x_R-k, u_k = x_k - x_R-k.
-template <class P, int R>
-requires(R % 2 == 1) SIGPAK_INLINE void transform(cplx<P> (&x)[R]) {
+template <class P, int R, class S = unit>
+requires(R % 2 == 1) SIGPAK_INLINE void transform(cplx<P> (&x)[R], S factor = {}) {
   using T = typename P::scalar;
   constexpr int half = R / 2;
   cplx<P> t[half], u[half];
@@ -49,7 +49,7 @@ requires(R % 2 == 1) SIGPAK_INLINE void transform(cplx<P> (&x)[R]) {
     total = total + t[k];
   });
   const cplx<P> x0 = x[0];
-  x[0] = total;
+  x[0] = scaled(factor, total);
   unroll<half>([&](auto j) __attribute__((always_inline)) {
     cplx<P> a = x0;
     cplx<P> b = u[0] * splat<P>(sine_constant<T, j + 1, R>);
@@ -61,8 +61,9 @@ requires(R % 2 == 1) SIGPAK_INLINE void transform(cplx<P> (&x)[R]) {
         b = {fma(u[k].re, s, b.re), fma(u[k].im, s, b.im)};
       }
     });
-    x[j + 1] = minus_i(a, b);
-    x[R - 1 - j] = plus_i(a, b);
+    b = scaled(factor, b);
+    x[j + 1] = minus_i(factor, a, b);
+    x[R - 1 - j] = plus_i(factor, a, b);
   });
 }
 

@@ -93,9 +93,7 @@ template <class P, int R, bool inverse>
 void chirp_in(const chirp_plan<typename P::scalar>& plan, const data_of<P>& data, typename P::scalar* s) {
   const index stride = plan.over.stride;
   const index count = plan.over.vectors / R;
-  const auto* w = plan.over.first[inverse];
-  const P scale = splat<P>(w[0]);
-  ++w;
+  const auto* w = plan.over.twiddles[0];
   for (index i = 0; i < count; ++i, w += 2 * (R - 1)) {
     cplx<P> a[R];
     unroll<R>([&](auto j) __attribute__((always_inline)) {
@@ -108,7 +106,6 @@ void chirp_in(const chirp_plan<typename P::scalar>& plan, const data_of<P>& data
       }
     });
     transform(a);
-    if constexpr (!inverse) a[0] = a[0] * scale;
     store_pair(s, i, a[0]);
     unroll<R - 1>([&](auto k) __attribute__((always_inline)) {
       store_pair(s, i + (k + 1) * stride, turned(a[k + 1], w + 2 * k));
@@ -120,7 +117,8 @@ template <class P, int R, bool inverse>
 void chirp_out(const chirp_plan<typename P::scalar>& plan, const typename P::scalar* s, data_of<P>& data) {
   const index stride = plan.over.stride;
   const index count = plan.over.vectors / R;
-  const auto* w = plan.over.first[1] + 1;
+  const auto* w = plan.over.twiddles[0];
+  const P scale = splat<P>(plan.scale[inverse]);
   for (index i = 0; i < count; ++i, w += 2 * (R - 1)) {
     cplx<P> a[R];
     a[0] = load_pair<P>(s, i);
@@ -132,7 +130,7 @@ void chirp_out(const chirp_plan<typename P::scalar>& plan, const typename P::sca
       const index vector = i + j * count;
       if (j < R / 2 || data.holds(vector)) {
         const cplx<P> g = load_pair<P>(plan.chirp, vector);
-        store(data.target(vector), sums<P, inverse>(turned(a[j], g.re, g.im)));
+        store(data.target(vector), sums<P, inverse>(turned(a[j], g.re, g.im)) * scale);
       }
     });
   }
@@ -275,7 +273,7 @@ template <class P>
 void chirp_spectrum(const chirp_plan<typename P::scalar>& plan, typename P::scalar* s,
                     typename P::scalar* out) {
   with_outer_radix(plan.over.radix[0], [&](auto radix) {
-    pass_inwards<P, radix>(s, plan.over.vectors / radix, plan.over.stride, plan.over.first[1] + 1);
+    pass_inwards<P, radix>(s, plan.over.vectors / radix, plan.over.stride, plan.over.twiddles[0]);
   });
   all_inner_passes<P, false>(plan, s, out);
 }

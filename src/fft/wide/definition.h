@@ -64,10 +64,10 @@ void run_direct(const typename P::scalar* table, index points, typename P::scala
       add_term(even[0], odd[0], of, j, table);
       table += 2 * W;
     }
-    const cplx<P> a = (even[0] + even[1]) * factor;
-    const cplx<P> b = (odd[0] + odd[1]) * factor;
-    const cplx<P> low = inverse ? plus_i(a, b) : minus_i(a, b);
-    const cplx<P> high = inverse ? minus_i(a, b) : plus_i(a, b);
+    const cplx<P> a = even[0] + even[1];
+    const cplx<P> b = odd[0] + odd[1];
+    const cplx<P> low = (inverse ? plus_i(a, b) : minus_i(a, b)) * factor;
+    const cplx<P> high = (inverse ? minus_i(a, b) : plus_i(a, b)) * factor;
     alignas(64) T parts[4][W];
     store(parts[0], low.re);
     store(parts[1], low.im);

@@ -23,7 +23,7 @@ void columns_pass(const mixed_plan<typename P::scalar>& plan, index group, const
   const index a_points = plan.over_columns.vectors;
   const index b_points = plan.over_rows.vectors;
   const index n2 = least(group * W, b_points - W);
-  first_pass<P, false>(
+  first_pass<P>(
       plan.over_columns,
       [=](index i)
           __attribute__((always_inline)) { return load_points<P, inverse>(x + 2 * (i * b_points + n2)); },
@@ -56,10 +56,13 @@ void rows_pass(const mixed_plan<typename P::scalar>& plan, index group, const ty
   const index b_points = over.vectors;
   T* const out = x + 2 * least(group * P::width, a_points - P::width);
   const T* const in = rows + 2 * P::width * b_points * group;
-  first_pass<P, !inverse>(
+  const auto factor = factor_of<P, inverse>(over.scale);
+  first_pass<P>(
       over, [in](index i) __attribute__((always_inline)) { return load_pair<P>(in, i); }, s);
   if (over.passes == 1) {
-    for (index k = 0; k < b_points; ++k) store_points<P, inverse>(out + 2 * a_points * k, load_pair<P>(s, k));
+    for (index k = 0; k < b_points; ++k) {
+      store_points<P, inverse>(out + 2 * a_points * k, scaled(factor, load_pair<P>(s, k)));
+    }
     return;
   }
   all_middle_passes<P>(
@@ -72,7 +75,7 @@ void rows_pass(const mixed_plan<typename P::scalar>& plan, index group, const ty
               for (index i = 0; i < length; i += R, ++result) {
                 cplx<P> a[R];
                 unroll<R>([&](auto j) __attribute__((always_inline)) { a[j] = load_pair<P>(at, i + j); });
-                transform(a);
+                transform(a, factor);
                 T* const first = out + 2 * a_points * static_cast<index>(*result);
                 unroll<R>([&](auto k) __attribute__((always_inline)) {
                   store_points<P, inverse>(first + k * step, a[k]);

@@ -56,18 +56,15 @@ template <class P> SIGPAK_INLINE cplx<P> turned(cplx<P> a, const typename P::sca
 }
 
 // All M vectors, which `source` gives by their place, in butterflies of R that are M / R apart.
-template <class P, int R, bool scaled, class Source>
+template <class P, int R, class Source>
 void first_pass(const fft_plan<typename P::scalar>& plan, const Source& source, typename P::scalar* s) {
   const index count = plan.vectors / R;
   const index stride = plan.stride;
-  const auto* w = plan.first[!scaled];
-  const P scale = splat<P>(w[0]);
-  ++w;
+  const auto* w = plan.twiddles[0];
   for (index i = 0; i < count; ++i, w += 2 * (R - 1)) {
     cplx<P> a[R];
     unroll<R>([&](auto j) __attribute__((always_inline)) { a[j] = source(i + j * count); });
     transform(a);
-    if constexpr (scaled) a[0] = a[0] * scale;
     store_pair(s, i, a[0]);
     unroll<R - 1>([&](auto k) __attribute__((always_inline)) {
       store_pair(s, i + (k + 1) * stride, turned(a[k + 1], w + 2 * k));
@@ -130,7 +127,7 @@ void turning_leaf_pass(typename P::scalar* s, index length, const typename P::sc
 // First and last pass within the lanes at once: R vectors of data.
 template <class P, int R, bool inverse>
 void only_pass(const fft_plan<typename P::scalar>& plan, const typename P::scalar* x, typename P::scalar* s) {
-  const auto* const w = plan.first[inverse];
+  const auto* const w = plan.last;
   cplx<P> a[R];
   unroll<R>([&](auto j)
                 __attribute__((always_inline)) { a[j] = load_points<P, inverse>(x + 2 * P::width * j); });
@@ -152,9 +149,19 @@ template <class P> SIGPAK_INLINE void transpose(cplx<P> (&y)[P::width]) {
   unroll<W>([&](auto p) __attribute__((always_inline)) { y[p] = {re[p], im[p]}; });
 }
 
+// The factor of the results; an inverse transform has none.
+template <class P, bool inverse> SIGPAK_INLINE auto factor_of(typename P::scalar scale) {
+  if constexpr (inverse) {
+    return unit{};
+  } else {
+    return splat<P>(scale);
+  }
+}
+
 // Rows of W points, as many as one vector holds: transposition and the transform of each column, to X[k' M].
 template <class P, bool inverse, class Row>
-SIGPAK_INLINE void transform_columns(const Row& row, typename P::scalar* x, index vectors) {
+SIGPAK_INLINE void transform_columns(const Row& row, typename P::scalar scale, typename P::scalar* x,
+                                     index vectors) {
   constexpr int W = P::width;
   constexpr int rows = W / 2;
   P y[W];
@@ -164,7 +171,7 @@ SIGPAK_INLINE void transform_columns(const Row& row, typename P::scalar* x, inde
     transpose_points(square);
     unroll<rows>([&](auto l) __attribute__((always_inline)) { y[rows * half + l] = square[l]; });
   });
-  transform(y);
+  transform(y, factor_of<P, inverse>(scale));
   unroll<W>([&](auto k)
                 __attribute__((always_inline)) { store(x + 2 * k * vectors, y[result_at<W, inverse>(k)]); });
 }
@@ -177,7 +184,7 @@ SIGPAK_INLINE void transform_group(const fft_plan<typename P::scalar>& plan, con
   transform_columns<P, inverse>(
       [ =, offset = plan.offset ](auto p, auto half)
           __attribute__((always_inline)) { return load<P>(first + 2 * W * offset[p] + W * half); },
-      x, vectors);
+      plan.scale, x, vectors);
 }
 
 // The last transform, over the lanes; natural order out.
@@ -199,9 +206,9 @@ template <class Body> SIGPAK_INLINE void with_radix(int radix, const Body& body)
   with_one_of<2, 3, 4, 5, 7, 8, 11, 13, 16>(radix, body);
 }
 
-template <class P, bool scaled, class Source>
+template <class P, class Source>
 void first_pass(const fft_plan<typename P::scalar>& plan, const Source& source, typename P::scalar* s) {
-  with_radix(plan.radix[0], [&](auto radix) { first_pass<P, radix, scaled>(plan, source, s); });
+  with_radix(plan.radix[0], [&](auto radix) { first_pass<P, radix>(plan, source, s); });
 }
 
 template <class P>
@@ -267,7 +274,7 @@ void transform_lanes(const fft_plan<typename P::scalar>& plan, const typename P:
   if (plan.passes == 1) {
     return with_even_radix(plan.radix[0], [&](auto radix) { only_pass<P, radix, inverse>(plan, x, s); });
   }
-  first_pass<P, !inverse>(
+  first_pass<P>(
       plan,
       [x](index i) __attribute__((always_inline)) { return load_points<P, inverse>(x + 2 * P::width * i); },
       s);

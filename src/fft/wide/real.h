@@ -97,6 +97,7 @@ void real_last_pass(const fft_plan<typename P::scalar>& plan, const typename P::
   const index vectors = 2 * plan.vectors;
   const cplx<P> z = load_pair<P>(s, 0);
   const P middle = (z.re - z.im) * splat<P>(2);
+  const P scale = splat<P>(plan.scale);
   const T* w = plan.last;
   for (index kb = 0, group = 0; kb < plan.vectors; kb += W, ++group, w += 2 * W * (W - 1)) {
     const rows<P> row(plan, group);
@@ -111,7 +112,7 @@ void real_last_pass(const fft_plan<typename P::scalar>& plan, const typename P::
       const cplx<P> t = load_pair<P>(w, l);
       y[l + 1] = turned(y[l + 1], t.re, t.im);
     });
-    transform(y);
+    transform(y, scale);
     unroll<W / 2>([&](auto k) __attribute__((always_inline)) {
       store_points<P, false>(x + 2 * (kb + k * vectors), y[k]);
       store_backwards(x + 2 * ((k + 1) * vectors - kb), conjugate(y[W - 1 - k]));
@@ -120,8 +121,8 @@ void real_last_pass(const fft_plan<typename P::scalar>& plan, const typename P::
   const auto& roots = middle_roots_of<P>;
   for (int k = 0; k < W / 2; ++k) {
     T* const out = x + 2 * (plan.vectors + k * vectors);
-    out[0] = sum(middle * load<P>(roots.c[k]));
-    out[1] = -sum(middle * load<P>(roots.s[k]));
+    out[0] = sum(middle * load<P>(roots.c[k])) * plan.scale;
+    out[1] = -sum(middle * load<P>(roots.s[k])) * plan.scale;
   }
 }
 
@@ -172,7 +173,7 @@ void result_pass(typename P::scalar* s, index length, const std::uint32_t* resul
 
 template <class P>
 void run_real(const fft_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
-  first_pass<P, true>(
+  first_pass<P>(
       plan, [x](index i) __attribute__((always_inline)) { return load_pair<P>(x, i); }, s);
   all_middle_passes<P>(plan, s);
   real_last_pass<P>(plan, s, x);
@@ -193,11 +194,11 @@ void run_real_inverse(const fft_plan<typename P::scalar>& plan, typename P::scal
   };
   if (plan.passes == 1) {
     // One pass has no twiddles but 1, and its blocks are single vectors in their order.
-    first_pass<P, false>(plan, source, x);
+    first_pass<P>(plan, source, x);
     return;
   }
   T* const blocks = s + 2 * P::width * (vectors + 1);
-  first_pass<P, false>(plan, source, blocks);
+  first_pass<P>(plan, source, blocks);
   const int radix = plan.radix[plan.passes - 1];
   const index step = vectors / radix;
   all_middle_passes<P>(plan, blocks, [&](T* at, index length) {

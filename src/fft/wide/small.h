@@ -8,37 +8,36 @@ namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
 // N = M C interleaved points, C of them in a vector, n = C i + l and k = kb + M k': w_N^(l kb) for
-// kb = 1 ... M - 1, once for the real and once for the imaginary part; times 1/N for the forward transform,
-// conjugate for the inverse.
+// kb = 1 ... M - 1, once for the real and once for the imaginary part; conjugate for the inverse.
+// Of the forward transform the points with odd l take their factor 1/N here, kb = 0 in `unturned`.
 template <class P, int M, bool inverse> struct point_twiddles {
   using T = typename P::scalar;
   static constexpr int N = M * P::width / 2;
-  static constexpr T scale = static_cast<T>(inverse ? 1.0 : 1.0 / N);
+  static constexpr T scale = T(inverse ? 1 : T(1) / N);
+  alignas(64) T unturned[P::width] = {};
   alignas(64) T c[M - 1][P::width] = {};
   alignas(64) T s[M - 1][P::width] = {};
   constexpr point_twiddles() {
+    for (int p = 0; p < P::width; ++p) unturned[p] = factor(p);
     for (int kb = 1; kb < M; ++kb) {
       for (int p = 0; p < P::width; ++p) {
         const int k = kb * (p / 2) * (64 / N);
-        c[kb - 1][p] = static_cast<T>(kernels::cosine(k)) * scale;
-        s[kb - 1][p] = static_cast<T>(inverse ? -kernels::sine(k) : kernels::sine(k)) * scale;
+        c[kb - 1][p] = static_cast<T>(kernels::cosine(k)) * factor(p);
+        s[kb - 1][p] = static_cast<T>(inverse ? -kernels::sine(k) : kernels::sine(k)) * factor(p);
       }
     }
   }
+  static constexpr T factor(int p) { return p / 2 % 2 != 0 ? scale : T(1); }
 };
 template <class P, int M, bool inverse> constinit const point_twiddles<P, M, inverse> point_twiddles_of{};
 
 // One point to a vector leaves nothing but the transform itself.
 template <class P, int M, bool inverse>
 requires(P::width == 2) void run_small(typename P::scalar* x) {
-  constexpr auto scale = typename P::scalar(1) / M;
   P a[M];
   unroll<M>([&](auto i) __attribute__((always_inline)) { a[i] = load<P>(x + 2 * i); });
-  transform(a);
-  unroll<M>([&](auto k) __attribute__((always_inline)) {
-    const P result = a[result_at<M, inverse>(k)];
-    store(x + 2 * k, inverse ? result : result * splat<P>(scale));
-  });
+  transform(a, factor_of<P, inverse>(typename P::scalar(1) / M));
+  unroll<M>([&](auto k) __attribute__((always_inline)) { store(x + 2 * k, a[result_at<M, inverse>(k)]); });
 }
 
 template <class P, int M, bool inverse>
@@ -46,11 +45,12 @@ requires(P::width > 2) void run_small(typename P::scalar* x) {
   constexpr int W = P::width;
   constexpr int C = W / 2;
   const auto& w = point_twiddles_of<P, M, inverse>;
+  const auto factor = factor_of<P, inverse>(w.scale);
   P a[M];
   unroll<M>([&](auto i) __attribute__((always_inline)) { a[i] = load<P>(x + W * i); });
   transform(a);
   P y[M];
-  y[0] = inverse ? a[0] : a[0] * splat<P>(w.scale);
+  y[0] = inverse ? a[0] : a[0] * load<P>(w.unturned);
   unroll<M - 1>([&](auto i) __attribute__((always_inline)) {
     y[i + 1] = turned(a[result_at<M, inverse>(i + 1)], load<P>(w.c[i]), load<P>(w.s[i]));
   });
@@ -58,40 +58,38 @@ requires(P::width > 2) void run_small(typename P::scalar* x) {
     P row[C];
     unroll<C>([&](auto p) __attribute__((always_inline)) { row[p] = y[C * group + p]; });
     transpose_points(row);
-    transform(row);
+    transform_turned(row, factor);
     unroll<C>([&](auto k) __attribute__((always_inline)) {
       store(x + 2 * (C * group + k * M), row[result_at<C, inverse>(k)]);
     });
   });
 }
 
-// N = M W points as in fft_plan, with its twiddles for the last transform; times 1/N for the forward one.
-template <class P, int M, bool inverse> struct lane_twiddles {
+// N = M W points as in fft_plan, with its twiddles for the last transform.
+template <class P, int M> struct lane_twiddles {
   using T = typename P::scalar;
   static constexpr int N = M * P::width;
-  static constexpr T scale = static_cast<T>(inverse ? 1.0 : 1.0 / N);
   alignas(64) T values[M - 1][2][P::width] = {};
   constexpr lane_twiddles() {
     for (int kb = 1; kb < M; ++kb) {
       for (int p = 0; p < P::width; ++p) {
         const int k = kb * point_at<T>(p, P::width) * (64 / N);
-        values[kb - 1][0][p] = static_cast<T>(kernels::cosine(k)) * scale;
-        values[kb - 1][1][p] = static_cast<T>(kernels::sine(k)) * scale;
+        values[kb - 1][0][p] = static_cast<T>(kernels::cosine(k));
+        values[kb - 1][1][p] = static_cast<T>(kernels::sine(k));
       }
     }
   }
 };
-template <class P, int M, bool inverse> constinit const lane_twiddles<P, M, inverse> lane_twiddles_of{};
+template <class P, int M> constinit const lane_twiddles<P, M> lane_twiddles_of{};
 
 // Half as many vectors per transform, where interleaved points would need too many.
 template <class P, int M, bool inverse> void run_small_split(typename P::scalar* x) {
   constexpr int rows = P::width / 2;
-  const auto& w = lane_twiddles_of<P, M, inverse>;
+  const auto& w = lane_twiddles_of<P, M>;
   cplx<P> a[M];
   unroll<M>([&](auto i)
                 __attribute__((always_inline)) { a[i] = load_points<P, inverse>(x + 2 * P::width * i); });
   transform(a);
-  if constexpr (!inverse) a[0] = a[0] * splat<P>(w.scale);
   unroll<M - 1>([&](auto i) __attribute__((always_inline)) {
     a[i + 1] = turned(a[i + 1], load<P>(w.values[i][0]), load<P>(w.values[i][1]));
   });
@@ -103,7 +101,7 @@ template <class P, int M, bool inverse> void run_small_split(typename P::scalar*
           const P second = inverse ? y.re : y.im;
           return half ? high_parts(first, second) : low_parts(first, second);
         },
-        x + 2 * rows * group, M);
+        typename P::scalar(1) / w.N, x + 2 * rows * group, M);
   });
 }
 
@@ -144,12 +142,11 @@ template <class T, int H> void run_small_real(T* x) {
   store_point(x + 2 * H, {_mm_unpacklo_pd(((z[0] - crossed) * scale).v, nothing)});
   unroll<H / 2 - 1>([&](auto i) __attribute__((always_inline)) {
     constexpr int k = i + 1;
-    const d2 a = z[k] * half;
-    const d2 mirrored = conjugate(z[H - k]) * half;
+    const d2 mirrored = conjugate(z[H - k]);
     d2 low, high;
-    split_pair<H>(a + mirrored, a - mirrored, k, low, high);
-    store_point(x + 2 * k, low);
-    store_point(x + 2 * (H - k), conjugate(high));
+    split_pair<H>(z[k] + mirrored, z[k] - mirrored, k, low, high);
+    store_point(x + 2 * k, low * half);
+    store_point(x + 2 * (H - k), conjugate(high * half));
   });
   store_point(x + H, conjugate(z[H / 2] * scale));
 }
