@@ -5,6 +5,7 @@
 #include "fft/wide_fft.h"
 #include "fft/plans/lane_plan.h"
 #include "spectral/reference.h"
+#include "support/failing.h"
 
 namespace sigpak::test {
 namespace {
@@ -164,6 +165,42 @@ TYPED_TEST(WideFft, LengthsWithSmallPrimeFactors) {
     }
   }
   EXPECT_EQ(covered > 100, kernels::has_wide_fft<T>(1024));
+}
+
+// Every plan of a sweep is noted, and afterwards those are counted that need no memory any more.
+TYPED_TEST(WideFft, PlansOfTheLastLengthsStay) {
+  using T = scalar<TypeParam>;
+  if (!kernels::has_wide_dft<T>(1000)) GTEST_SKIP();
+  samples<TypeParam> x(2 * 1152000);
+  const std::vector<index> lengths = {1152000, 480,     1125000, 1093500, 1080000,
+                                      1048320, 1036800, 1024000, 1000000, 984150};
+  std::vector<std::size_t> bytes;
+  for (const index n : lengths) {
+    const counting_tables tables;
+    ASSERT_EQ(kernels::wide_dft(x.data(), n, false), ok);
+    bytes.push_back(tables.bytes());
+    EXPECT_GT(bytes.back(), static_cast<std::size_t>(n) * sizeof(T));
+  }
+  std::size_t kept = 0;
+  std::size_t all = 0;
+  bool gone = false;
+  for (std::size_t i = lengths.size(); i-- > 0; all += bytes[i]) {
+    const failing_tables none(0);
+    const bool there = kernels::wide_dft(x.data(), lengths[i], true) == ok;
+    EXPECT_TRUE(there || i + 1 < lengths.size());
+    EXPECT_FALSE(there && gone) << "of two plans the one used earlier goes first";
+    gone = !there;
+    kept += there ? bytes[i] : 0;
+  }
+  EXPECT_LE(kept, std::max(bytes[0], bytes[2]) + (std::size_t{64} << 20));
+  EXPECT_GT(kept, std::size_t{48} << 20);
+  EXPECT_GT(all, kept);
+  // A length stays while it is used.
+  for (const index other : lengths) {
+    ASSERT_EQ(kernels::wide_dft(x.data(), other, false), ok);
+    const failing_tables none(other == lengths[0] ? 1 : 0);
+    EXPECT_EQ(kernels::wide_dft(x.data(), index{1000}, false), ok) << other;
+  }
 }
 
 TYPED_TEST(WideFft, LengthsWithLargePrimeFactorsAreLeftAlone) {

@@ -30,6 +30,29 @@ class failing_tables {
   table_source previous_;
 };
 
+// Adds up the bytes of the raw tables until the end of its scope.
+class counting_tables {
+ public:
+  counting_tables() : previous_(resize_table_bytes) {
+    total() = 0;
+    resize_table_bytes = [](void* block, std::size_t bytes) -> void* {
+      total() += bytes;
+      return std::realloc(block, bytes != 0 ? bytes : 1);
+    };
+  }
+  ~counting_tables() { resize_table_bytes = previous_; }
+  counting_tables(const counting_tables&) = delete;
+  counting_tables& operator=(const counting_tables&) = delete;
+  std::size_t bytes() const { return total(); }
+
+ private:
+  static std::size_t& total() {
+    static std::size_t count = 0;
+    return count;
+  }
+  table_source previous_;
+};
+
 // Lets `allowed` sizings of records through and refuses the rest until the end of its scope; knows the
 // largest.
 template <record V> class failing_records {

@@ -24,7 +24,8 @@ template <class T> const fft_plan<T>* find_plan(index points, int lanes, data ki
 template <class T> void release_plans() noexcept;
 
 // The same for lengths whose prime factors are 13 at most, with `widest` lanes or half of them: whether there
-// is a plan, the one that is there already, a new one. Null where there is none yet, and on failure.
+// is a plan, the one that is there already, a new one. Null where there is none yet, and on failure. All but
+// the largest take 64 MiB at most: those of the lengths used last stay, and each until the next is made.
 template <class T> bool has_mixed_plan(index points, int widest) noexcept;
 template <class T> const mixed_plan<T>* find_mixed_plan(index points, int widest) noexcept;
 template <class T> const mixed_plan<T>* make_mixed_plan(index points, int widest) noexcept;

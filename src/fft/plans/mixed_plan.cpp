@@ -2,14 +2,16 @@
 #include <bit>
 #include <initializer_list>
 
-#include "core/memory.h"
+#include "core/recent_list.h"
 #include "fft/plans/lane_plan.h"
 #include "fft/plans/pass_tables.h"
 
 namespace sigpak::kernels {
 namespace {
 
-template <class T> constinit keyed_list<std::byte> plans;
+// Lengths are many, unlike powers of two, so only the plans of the last ones are kept.
+constexpr index kept_bytes = index{64} << 20;
+template <class T> constinit recent_list plans(kept_bytes);
 
 struct radix_cost {
   int radix;
