@@ -1,82 +1,81 @@
-// All roots of a real polynomial, one after the other from the deflated rest.
-#include <cmath>
+// All roots of a real polynomial.
+#include <algorithm>
 
 #include "core/memory.h"
 #include "shape/shape.h"
-#include "stats/polynomial.h"
+#include "stats/factors.h"
 #include "stats/result.h"
 
 namespace sigpak {
 namespace {
 
-// Divides by x^2 - 2 re x + |z|^2 in place, dropping the remainder: the quotient is in 0 .. count - 3.
-void deflate_pair(double_double* a, index count, precise_complex z) noexcept {
-  const double_double twice = z.re + z.re;
-  const double_double negated_square = -(z.re * z.re + z.im * z.im);
-  double_double one_up;
-  double_double two_up;
-  for (index k = count - 1; k >= 2; --k) {
-    const double_double quotient = a[k] + twice * one_up + negated_square * two_up;
-    two_up = one_up;
-    one_up = quotient;
-    a[k] = quotient;
-  }
-  for (index k = 0; k < count - 2; ++k) a[k] = a[k + 2];
-}
-
-// The root to twice the precision, by one more step of Newton's. At a multiple root, where that step is no
-// small correction, it stays.
-precise_complex corrected(polynomial<double_double> p, complex_number z,
-                          const search_limits& limits) noexcept {
-  const expansion<complex_number> at = expand(p, z);
-  const complex_number step = quotient(at.value, at.slope, limits);
-  const bool small = magnitude(step) <= 4 * limits.epsilon * magnitude(z);
-  if (!small) return {precise(z.re), precise(z.im)};
-  return {exact_sum(z.re, -step.re), exact_sum(z.im, -step.im)};
-}
-
-// The polynomial scaled by a power of two so that its leading coefficient is near 1: an exact stand-in for
-// the monic one. Refuses what is not finite, or leaves the range.
-template <class T> status copy_scaled(const T* a, index count, double_double* out) noexcept {
-  const double lead = wide(a[count - 1]);
-  if (!std::isfinite(lead)) return failed;
-  const int exponent = -std::ilogb(lead);
+// Whether the value at z is no more than the rounding of the terms that it is the sum of. Summed in double,
+// which errs by less than 4 n epsilons of double, with a unit near the size of z, so that terms stay in range.
+template <class T> bool is_root_of(const T* a, index count, complex_number z) noexcept {
+  const double size = magnitude(z);
+  const double most = 12 * static_cast<double>(count) * limits_of<T>().epsilon;
+  if (size == 0) return a[0] == 0;
+  if (!std::isfinite(size)) return false;
+  const index unit = std::ilogb(size * 1.4142135623730951);
+  index top = std::numeric_limits<index>::min();
   for (index k = 0; k < count; ++k) {
-    out[k] = precise(std::scalbn(wide(a[k]), exponent));
-    if (!std::isfinite(out[k].hi)) return failed;
+    if (a[k] != 0) top = std::max(top, std::ilogb(a[k]) + k * unit);
   }
-  return ok;
+  const complex_number w{std::scalbn(z.re, static_cast<int>(-unit)), std::scalbn(z.im, static_cast<int>(-unit))};
+  const double r = magnitude(w);
+  complex_number value{0, 0};
+  double terms = 0;
+  for (index k = count - 1; k >= 0; --k) {
+    const double b = scaled(precise(a[k]), k * unit - top).hi;
+    value = w * value + complex_number{b, 0};
+    terms = r * terms + std::abs(b);
+  }
+  return terms >= wide_tiny<double> && magnitude(value) <= most * terms;
 }
 
-template <class T> T* put(T* list, double re, double im) noexcept {
-  list[0] = static_cast<T>(re);
-  list[1] = static_cast<T>(im);
-  return list + 2;
+// The list as stored against the polynomial as given.
+template <class T> bool all_are_roots(const T* a, index count, const T* list) noexcept {
+  for (index i = 0; i < count - 1; ++i) {
+    const complex_number z{wide(list[2 * i]), wide(list[2 * i + 1])};
+    if (z.im <= 0 && !is_root_of(a, count, z)) return false;  // its conjugate is another
+    if (std::isnan(z.im)) return false;
+  }
+  return true;
 }
 
-// Fills the list with the roots of the `count` coefficients, which are used up. Every root is divided out in
-// twice the precision, so that the next ones do not inherit its rounding. Single precision takes the limits
-// of double for the same reason, and rounds only what it stores.
-template <class T> status list_roots(double_double* a, index count, T* list) noexcept {
-  constexpr search_limits limits = limits_of<double>();
-  while (count > 1) {
-    const polynomial<double_double> rest{a, count};
-    const complex_search search = find_root(rest, complex_number{0, 0}, limits);
-    if (!search.found) return failed;
-    const bool pair = search.complex && search.root.im != 0;
-    if (pair && count < 3) return failed;
-    const complex_number start{search.root.re, pair ? search.root.im : 0.0};
-    const precise_complex z = corrected(rest, start, limits);
-    list = put(list, z.re.hi, z.im.hi);
-    if (pair) {
-      list = put(list, z.re.hi, -z.im.hi);
-      deflate_pair(a, count, z);
-    } else {
-      deflate(a, count, z.re);
-    }
-    count -= pair ? 2 : 1;
+struct workspace {
+  double_double* coefficients;
+  double_double* spare;
+  complex_number* roots;
+
+  explicit workspace(index count) noexcept
+      : coefficients(allocate_table<double_double>(count)), spare(allocate_table<double_double>(count)),
+        roots(allocate_table<complex_number>(count)) {}
+  ~workspace() {
+    free_table(coefficients);
+    free_table(spare);
+    free_table(roots);
   }
-  return ok;
+  workspace(const workspace&) = delete;
+  workspace& operator=(const workspace&) = delete;
+
+  bool complete() const noexcept { return coefficients != nullptr && spare != nullptr && roots != nullptr; }
+};
+
+// Every root 0 is a constant term of 0 and needs no search.
+template <class T> status list_roots(const T* a, index count, T* list) noexcept {
+  workspace work(count);
+  if (!work.complete() || !std::all_of(a, a + count, [](T x) { return std::isfinite(x); })) return failed;
+  index zeros = 0;
+  while (a[zeros] == 0) work.roots[zeros++] = {0, 0};
+  const index rest = count - zeros;
+  std::transform(a + zeros, a + count, work.coefficients, [](T x) { return precise(x); });
+  if (!find_all_roots(work.coefficients, rest, work.spare, work.roots + zeros)) return failed;
+  for (index i = 0; i < count - 1; ++i) {
+    list[2 * i] = static_cast<T>(work.roots[i].re);
+    list[2 * i + 1] = static_cast<T>(work.roots[i].im);
+  }
+  return all_are_roots(a, count, list) ? ok : failed;
 }
 
 template <record V> status replace_by_roots(V* v) noexcept {
@@ -90,11 +89,7 @@ template <record V> status replace_by_roots(V* v) noexcept {
   }
   temporary<V> list;
   if (prepare_result<V>(&list, count - 1, true) != ok) return failed;
-  double_double* const rest = allocate_table<double_double>(count);
-  if (rest == nullptr) return failed;
-  const bool found = copy_scaled(v->data, count, rest) == ok && list_roots<T>(rest, count, list.data) == ok;
-  free_table(rest);
-  if (!found || sort<V>(&list) != ok) return failed;
+  if (list_roots<T>(v->data, count, list.data) != ok || sort<V>(&list) != ok) return failed;
   return copy<V>(v, &list);
 }
 

@@ -18,10 +18,8 @@ complex_number square_root(complex_number z) noexcept {
   return {std::abs(smaller), z.im >= 0 ? larger : -larger};
 }
 
-using complex_step = complex_number (*)(const expansion<complex_number>&, index,
-                                        const search_limits&) noexcept;
+}  // namespace
 
-// Laguerre's step for degree count - 1, the sign of the root such that the denominator is the larger.
 complex_number laguerre_step(const expansion<complex_number>& at, index count,
                              const search_limits& limits) noexcept {
   if (at.value.re == 0 && at.value.im == 0) return {0, 0};
@@ -34,6 +32,11 @@ complex_number laguerre_step(const expansion<complex_number>& at, index count,
   const complex_number minus = g - root;
   return quotient({n, 0}, magnitude(plus) >= magnitude(minus) ? plus : minus, limits);
 }
+
+namespace {
+
+using complex_step = complex_number (*)(const expansion<complex_number>&, index,
+                                        const search_limits&) noexcept;
 
 complex_number newton_step(const expansion<complex_number>& at, index, const search_limits& limits) noexcept {
   if (at.value.re == 0 && at.value.im == 0) return {0, 0};
@@ -124,7 +127,6 @@ complex_search find_root(polynomial<C> p, complex_number guess, const search_lim
 
 template complex_search find_root(polynomial<double>, complex_number, const search_limits&) noexcept;
 template complex_search find_root(polynomial<float>, complex_number, const search_limits&) noexcept;
-template complex_search find_root(polynomial<double_double>, complex_number, const search_limits&) noexcept;
 
 namespace {
 

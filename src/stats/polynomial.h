@@ -1,7 +1,9 @@
 // Real polynomials given by their coefficients, the constant term first, evaluated in double.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "core/double_double.h"
 #include "core/record.h"
@@ -111,6 +113,10 @@ inline complex_number quotient(complex_number a, complex_number b, const search_
   return {product.re / scale, product.im / scale};
 }
 
+// Laguerre's step for degree count - 1, the sign of the root such that the denominator is the larger.
+complex_number laguerre_step(const expansion<complex_number>& at, index count,
+                             const search_limits& limits) noexcept;
+
 // A root is one when the value there is no larger than the rounding errors that such an evaluation makes. A
 // bound made of the coefficients alone, whatever the point, would take anything for a root once one of them
 // is itself nothing but rounding.
@@ -135,15 +141,5 @@ struct complex_search {
 };
 template <class C>
 complex_search find_root(polynomial<C> p, complex_number guess, const search_limits& limits) noexcept;
-
-// Divides by (x - root) in place, dropping the remainder: coefficients 0 .. count - 2 are the quotient.
-template <class R> void deflate(R* a, index count, R root) noexcept {
-  R carried = a[count - 1];
-  for (index k = count - 2; k >= 0; --k) {
-    const R quotient = carried;
-    carried = a[k] + root * carried;
-    a[k] = quotient;
-  }
-}
 
 }  // namespace sigpak

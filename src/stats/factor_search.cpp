@@ -1,0 +1,169 @@
+// One root of a polynomial to twice the precision, by Laguerre's iteration.
+#include <algorithm>
+
+#include "stats/factors.h"
+
+namespace sigpak {
+namespace {
+
+constexpr double epsilon = limits_of<double>().epsilon;
+
+// The polynomial as points near 2^exponent see it: with that unit, over a power of two that makes the largest
+// coefficient 1. Its terms stay in range there, and those too small to count vanish.
+class close_view {
+ public:
+  close_view(const scaled_polynomial& p, double_double* spare, index exponent) noexcept
+      : p_(p), a_(spare), exponent_(exponent) {
+    rescale();
+  }
+
+  // z in the unit of the view, moved to where z is unless that is 0.
+  complex_number focus(complex_number z) noexcept {
+    const double size = magnitude(z);
+    if (size > 0) {
+      const index exponent = std::ilogb(size * 1.4142135623730951);
+      if (exponent != exponent_) {
+        exponent_ = exponent;
+        rescale();
+      }
+    }
+    return outward(z, -exponent_);
+  }
+  complex_number back(complex_number w) const noexcept { return outward(w, exponent_); }
+
+  expansion<complex_number> approximation(complex_number w) const noexcept;
+  expansion<complex_number> at(complex_number w) const noexcept {
+    return expand(polynomial<double_double>{a_, p_.count}, w);
+  }
+
+ private:
+  static complex_number outward(complex_number z, index exponent) noexcept {
+    const int e = static_cast<int>(exponent);
+    return {std::scalbn(z.re, e), std::scalbn(z.im, e)};
+  }
+
+  void rescale() noexcept {
+    index top = std::numeric_limits<index>::min();
+    for (index k = 0; k < p_.count; ++k) {
+      if (p_.a[k].hi != 0) top = std::max(top, std::ilogb(p_.a[k].hi) + k * exponent_);
+    }
+    for (index k = 0; k < p_.count; ++k) a_[k] = scaled(p_.a[k], k * exponent_ - top);
+  }
+
+  scaled_polynomial p_;
+  double_double* a_;
+  index exponent_;
+};
+
+// The expansion in double, for the way to the root.
+expansion<complex_number> close_view::approximation(complex_number w) const noexcept {
+  expansion<complex_number> e{};
+  const double r = magnitude(w);
+  for (index k = p_.count - 1; k >= 0; --k) {
+    const double a = a_[k].hi;
+    e.half_curvature = w * e.half_curvature + e.slope;
+    e.slope = w * e.slope + e.value;
+    e.value = w * e.value + complex_number{a, 0};
+    e.size = r * e.size + std::abs(a);
+  }
+  return e;
+}
+
+// The exponent of the smallest of (|a[0]| / |a[k]|)^(1/k): no root is smaller than half of it, and one is not
+// much larger.
+index smallest_size(const scaled_polynomial& p) noexcept {
+  double least = std::numeric_limits<double>::infinity();
+  const double constant = std::log2(std::abs(p.a[0].hi));
+  for (index k = 1; k < p.count; ++k) {
+    if (p.a[k].hi == 0) continue;
+    least = std::min(least, (constant - std::log2(std::abs(p.a[k].hi))) / static_cast<double>(k));
+  }
+  return static_cast<index>(std::nearbyint(least));
+}
+
+// What rounding leaves of the value at a root, relative to the sum of its terms. A real root is preferred to
+// a pair so close to it that dividing the pair out would magnify the rounding.
+double noise(index count) noexcept { return static_cast<double>(count) * double_double_rounding; }
+double noise_of_real(index count) noexcept { return 1024 * noise(count); }
+
+// Newton's correction in the unit of the view where it is one to the last bits; at a multiple root, where it
+// is not, there is none.
+complex_number last_correction(const expansion<complex_number>& at, complex_number w) noexcept {
+  const complex_number step = quotient(at.value, at.slope, limits_of<double>());
+  return magnitude(step) <= 4 * epsilon * magnitude(w) ? step : complex_number{0, 0};
+}
+
+factor corrected(const close_view& view, complex_number w, const expansion<complex_number>& at,
+                 bool pair) noexcept {
+  const complex_number z = view.back(w);
+  const complex_number step = view.back(last_correction(at, w));
+  return {{exact_sum(z.re, -step.re), exact_sum(z.im, pair ? -step.im : 0.0)}, pair, true};
+}
+
+// Whether the point that the search has ended in stands for a real root or for a pair.
+factor concluded(const close_view& view, complex_number w, const expansion<complex_number>& at,
+                 index count) noexcept {
+  constexpr double close = 0x1p-24;  // far above what a double root is known to
+  if (w.im == 0) return corrected(view, w, at, false);
+  if (std::abs(w.im) < close * std::abs(w.re)) {
+    const complex_number real{w.re, 0};
+    const expansion<complex_number> there = view.at(real);
+    const complex_number step = last_correction(there, real);
+    const double left = magnitude(there.value - step * there.slope);
+    if (left <= noise_of_real(count) * there.size) return corrected(view, real, there, false);
+  }
+  if (count < 3) return {{}, false, false};
+  return corrected(view, w, at, true);
+}
+
+// A step may not lead far beyond the circle that the smallest roots are on, nor repeat itself in a cycle.
+complex_number tamed(complex_number step, complex_number w, index round) noexcept {
+  constexpr double cycle_breaker = 0.618;
+  const double longest = 2 * std::max(magnitude(w), 1.0);
+  const double length = magnitude(step);
+  const double factor = (length > longest ? longest / length : 1.0) * (round % 10 == 9 ? cycle_breaker : 1.0);
+  return factor * step;
+}
+
+// In double up to its rounding, from there in twice the precision.
+factor search_from(close_view& view, complex_number z, index count) noexcept {
+  constexpr search_limits limits = limits_of<double>();
+  constexpr index most_rounds = 120;
+  constexpr double near = 1e-4;  // the next step of third order ends at the rounding of double
+  bool precise = false;
+  for (index round = 0; round < most_rounds; ++round) {
+    const complex_number w = view.focus(z);
+    const expansion<complex_number> at = precise ? view.at(w) : view.approximation(w);
+    const double value = magnitude(at.value);
+    if (!(at.size >= wide_tiny<double> && value <= limits.huge)) break;
+    if (precise && value <= noise(count) * at.size) return concluded(view, w, at, count);
+    if (!precise && value <= static_cast<double>(count) * epsilon * at.size) {
+      precise = true;
+      continue;
+    }
+    const complex_number step = laguerre_step(at, count, limits);
+    const double length = magnitude(step);
+    if (precise && length <= 2 * epsilon * magnitude(w)) return concluded(view, w, at, count);
+    precise = precise || length <= near * magnitude(w);
+    z = view.back(w - tamed(step, w, round));
+  }
+  return {{}, false, false};
+}
+
+}  // namespace
+
+factor find_factor(const scaled_polynomial& p, double_double* spare) noexcept {
+  constexpr index most_starts = 16;
+  const index smallest = smallest_size(p);
+  factor f{{}, false, false};
+  for (index i = 0; i < most_starts && !f.found; ++i) {
+    close_view view(p, spare, smallest);
+    // From 0 first, then scattered over circles around it by the golden angle.
+    const double angle = 2.399963229728653 * static_cast<double>(i) + 0.5;
+    const double radius = i == 0 ? 0 : 1 + 0.25 * static_cast<double>(i / 4);
+    f = search_from(view, view.back({radius * std::cos(angle), radius * std::sin(angle)}), p.count);
+  }
+  return f;
+}
+
+}  // namespace sigpak
