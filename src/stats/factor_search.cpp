@@ -29,6 +29,8 @@ class close_view {
     }
     return outward(z, -exponent_);
   }
+  // The logarithm of a value of the view, comparable across units.
+  double log_size(double value) const noexcept { return std::log2(value) + static_cast<double>(top_); }
   complex_number back(complex_number w) const noexcept { return outward(w, exponent_); }
 
   expansion<complex_number> approximation(complex_number w) const noexcept;
@@ -43,16 +45,17 @@ class close_view {
   }
 
   void rescale() noexcept {
-    index top = std::numeric_limits<index>::min();
+    top_ = std::numeric_limits<index>::min();
     for (index k = 0; k < p_.count; ++k) {
-      if (p_.a[k].hi != 0) top = std::max(top, std::ilogb(p_.a[k].hi) + k * exponent_);
+      if (p_.a[k].hi != 0) top_ = std::max(top_, std::ilogb(p_.a[k].hi) + k * exponent_);
     }
-    for (index k = 0; k < p_.count; ++k) a_[k] = scaled(p_.a[k], k * exponent_ - top);
+    for (index k = 0; k < p_.count; ++k) a_[k] = scaled(p_.a[k], k * exponent_ - top_);
   }
 
   scaled_polynomial p_;
   double_double* a_;
   index exponent_;
+  index top_ = 0;
 };
 
 // The expansion in double, for the way to the root.
@@ -116,36 +119,51 @@ factor concluded(const close_view& view, complex_number w, const expansion<compl
   return corrected(view, w, at, true);
 }
 
-// A step may not lead far beyond the circle that the smallest roots are on, nor repeat itself in a cycle.
-complex_number tamed(complex_number step, complex_number w, index round) noexcept {
-  constexpr double cycle_breaker = 0.618;
+// A step may not lead far beyond the circle that the smallest roots are on.
+complex_number tamed(complex_number step, complex_number w) noexcept {
   const double longest = 2 * std::max(magnitude(w), 1.0);
   const double length = magnitude(step);
-  const double factor = (length > longest ? longest / length : 1.0) * (round % 10 == 9 ? cycle_breaker : 1.0);
-  return factor * step;
+  return length > longest ? (longest / length) * step : step;
 }
 
-// In double up to its rounding, from there in twice the precision.
+// In double up to its rounding, from there in twice the precision. A step that does not lead to a smaller value
+// is shortened and turned until it does: amid a cluster of roots, where the derivatives vanish with the value,
+// it is wild. K. Madsen, "A root-finding algorithm based on Newton's method", BIT 13 (1973).
 factor search_from(close_view& view, complex_number z, index count) noexcept {
   constexpr search_limits limits = limits_of<double>();
-  constexpr index most_rounds = 120;
+  constexpr index most_rounds = 200;
   constexpr double near = 1e-4;  // the next step of third order ends at the rounding of double
+  constexpr complex_number shortened_and_turned{0.4, 0.3};
+  constexpr double infinite = std::numeric_limits<double>::infinity();
   bool precise = false;
+  double least = infinite;
+  complex_number from = z;
+  complex_number step{0, 0};
   for (index round = 0; round < most_rounds; ++round) {
     const complex_number w = view.focus(z);
     const expansion<complex_number> at = precise ? view.at(w) : view.approximation(w);
     const double value = magnitude(at.value);
-    if (!(at.size >= wide_tiny<double> && value <= limits.huge)) break;
+    if (!(at.size >= wide_tiny<double> && value < infinite)) break;
     if (precise && value <= noise(count) * at.size) return concluded(view, w, at, count);
-    if (!precise && value <= static_cast<double>(count) * epsilon * at.size) {
-      precise = true;
-      continue;
+    bool turns_precise = !precise && value <= static_cast<double>(count) * epsilon * at.size;
+    const double size = view.log_size(value);
+    if (size < least) {
+      const complex_number next = laguerre_step(at, count, limits);
+      const double length = magnitude(next);
+      if (precise && length <= 2 * epsilon * magnitude(w)) return concluded(view, w, at, count);
+      turns_precise = turns_precise || (!precise && length <= near * magnitude(w));
+      least = size;
+      from = z;
+      step = view.back(tamed(next, w));
+    } else {
+      step = shortened_and_turned * step;
     }
-    const complex_number step = laguerre_step(at, count, limits);
-    const double length = magnitude(step);
-    if (precise && length <= 2 * epsilon * magnitude(w)) return concluded(view, w, at, count);
-    precise = precise || length <= near * magnitude(w);
-    z = view.back(w - tamed(step, w, round));
+    if (turns_precise) {
+      precise = true;
+      least = infinite;
+      z = from;
+    }
+    if (!turns_precise) z = from - step;
   }
   return {{}, false, false};
 }
