@@ -9,8 +9,9 @@ namespace {
 template <record V> status evaluate(const V* v, V* result, scalar<V> at) noexcept {
   if (is_complex(v)) return failed;
   const double x = wide(at);
-  double value = 0;
-  for (index k = length(v) - 1; k >= 0; --k) value = value * x + wide(v->data[k]);
+  const index top = length(v) - 1;
+  double value = top >= 0 ? wide(v->data[top]) : 0;  // no product with 0: x may be infinite
+  for (index k = top - 1; k >= 0; --k) value = value * x + wide(v->data[k]);
   return store(result, value);
 }
 

@@ -38,6 +38,10 @@ class close_view {
     return expand(polynomial<double_double>{a_, p_.count}, w);
   }
 
+  // The first terms of the expansion around w.
+  static constexpr index most_terms = 16;
+  void terms_at(complex_number w, complex_number* c) const noexcept;
+
  private:
   static complex_number outward(complex_number z, index exponent) noexcept {
     const int e = static_cast<int>(exponent);
@@ -70,6 +74,15 @@ expansion<complex_number> close_view::approximation(complex_number w) const noex
     e.size = r * e.size + std::abs(a);
   }
   return e;
+}
+
+void close_view::terms_at(complex_number w, complex_number* c) const noexcept {
+  precise_complex terms[most_terms + 1] = {};
+  for (index k = p_.count - 1; k >= 0; --k) {
+    for (index m = most_terms; m >= 1; --m) terms[m] = w * terms[m] + terms[m - 1];
+    terms[0] = w * terms[0] + a_[k];
+  }
+  std::transform(terms, terms + most_terms + 1, c, [](const precise_complex& t) { return rounded(t); });
 }
 
 // The exponent of the smallest of (|a[0]| / |a[k]|)^(1/k): no root is smaller than half of it, and one is not
@@ -126,44 +139,72 @@ complex_number tamed(complex_number step, complex_number w) noexcept {
   return length > longest ? (longest / length) * step : step;
 }
 
-// In double up to its rounding, from there in twice the precision. A step that does not lead to a smaller value
-// is shortened and turned until it does: amid a cluster of roots, where the derivatives vanish with the value,
-// it is wild. K. Madsen, "A root-finding algorithm based on Newton's method", BIT 13 (1973).
+// The step from w by the one term c[m] h^m of the expansion around it that brings the value to 0 soonest:
+// short enough, such a step always leads to a smaller value. Amid m roots that lie close together, where the
+// lower derivatives vanish with the value, Laguerre's step is wild instead.
+complex_number steepest_step(const close_view& view, complex_number w) noexcept {
+  constexpr index most = close_view::most_terms;
+  complex_number c[most + 1];
+  view.terms_at(w, c);
+  double shortest = std::numeric_limits<double>::infinity();
+  index m = 1;
+  for (index k = 1; k <= most; ++k) {
+    const double size = magnitude(c[k]);
+    if (size == 0) continue;
+    const double length = std::pow(magnitude(c[0]) / size, 1 / static_cast<double>(k));
+    if (length < shortest) m = k, shortest = length;
+  }
+  const double angle = std::atan2(-c[0].im, -c[0].re) - std::atan2(c[m].im, c[m].re);
+  const double turned = angle / static_cast<double>(m);
+  return -shortest * complex_number{std::cos(turned), std::sin(turned)};
+}
+
+// In double up to its rounding, from there in twice the precision. Every step leads to a smaller value, or is
+// replaced by one that does.
 factor search_from(close_view& view, complex_number z, index count) noexcept {
   constexpr search_limits limits = limits_of<double>();
   constexpr index most_rounds = 200;
   constexpr double near = 1e-4;  // the next step of third order ends at the rounding of double
-  constexpr complex_number shortened_and_turned{0.4, 0.3};
   constexpr double infinite = std::numeric_limits<double>::infinity();
+  constexpr index free_rounds = 12;
+  constexpr double enough = 0.15;
+  constexpr index most_turns = 6;
+  constexpr complex_number shortened_and_turned{0.4, 0.3};
   bool precise = false;
+  index misses = 0;
   double least = infinite;
   complex_number from = z;
   complex_number step{0, 0};
   for (index round = 0; round < most_rounds; ++round) {
-    const complex_number w = view.focus(z);
+    complex_number w = view.focus(z);
     const expansion<complex_number> at = precise ? view.at(w) : view.approximation(w);
     const double value = magnitude(at.value);
-    if (!(at.size >= wide_tiny<double> && value < infinite)) break;
-    if (precise && value <= noise(count) * at.size) return concluded(view, w, at, count);
-    bool turns_precise = !precise && value <= static_cast<double>(count) * epsilon * at.size;
-    const double size = view.log_size(value);
-    if (size < least) {
+    const bool out_of_range = !(at.size >= wide_tiny<double> && value < infinite);
+    if (out_of_range && least == infinite) break;
+    if (!out_of_range && precise && value <= noise(count) * at.size) return concluded(view, w, at, count);
+    if (!out_of_range && !precise && value <= static_cast<double>(count) * epsilon * at.size) {
+      precise = true;
+      least = infinite;
+      continue;
+    }
+    const double size = out_of_range ? infinite : view.log_size(value);
+    const bool free = !precise && !out_of_range && round < free_rounds;
+    if (free || size < least - (misses > most_turns ? 0 : enough)) {
       const complex_number next = laguerre_step(at, count, limits);
       const double length = magnitude(next);
       if (precise && length <= 2 * epsilon * magnitude(w)) return concluded(view, w, at, count);
-      turns_precise = turns_precise || (!precise && length <= near * magnitude(w));
+      precise = precise || length <= near * magnitude(w);
       least = size;
       from = z;
       step = view.back(tamed(next, w));
+      misses = 0;
+    } else if (misses++ == most_turns) {
+      w = view.focus(from);
+      step = view.back(steepest_step(view, w));
     } else {
-      step = shortened_and_turned * step;
+      step = (misses < most_turns ? shortened_and_turned : complex_number{0.5, 0}) * step;
     }
-    if (turns_precise) {
-      precise = true;
-      least = infinite;
-      z = from;
-    }
-    if (!turns_precise) z = from - step;
+    z = from - step;
   }
   return {{}, false, false};
 }
