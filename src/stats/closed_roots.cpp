@@ -1,17 +1,16 @@
-// Roots in closed form up to the fourth degree, of the fifth with the help of one search.
+// Roots up to the fifth degree, in the order that their closed forms have: of the second degree by its formula,
+// from the third on, where the formulas cancel, by factors.
 #include <algorithm>
 #include <cmath>
 
 #include "shape/shape.h"
-#include "stats/polynomial.h"
+#include "stats/factors.h"
 #include "stats/result.h"
 
 namespace sigpak {
 namespace {
 
 constexpr index most_coefficients = 6;
-constexpr double third = 0.3333333333333333;
-constexpr double rounding = 1.7763568394002505e-15;  // 8 epsilons
 
 struct root_list {
   complex_number z[most_coefficients - 1];
@@ -35,157 +34,31 @@ root_list quadratic_roots(double c, double b, double a) noexcept {
   return {{{std::min(first, second), 0}, {std::max(first, second), 0}}, 2, false};
 }
 
-double cube_root(double x) noexcept { return x != 0 ? std::exp(std::log(x) / 3) : 0.0; }
-
-// Cardano's method; with three real roots the trigonometric form, unsorted: the smallest, the middle one, the
-// largest.
-root_list cubic_roots(double a0, double a1, double a2, double a3) noexcept {
-  const double k = 1 / a3;
-  const double s = k * a2 * third;
-  const double q = k * a1 * third - s * s;
-  const double r = (k * a1 * 0.5 - s * s) * s - k * a0 * 0.5;
-  const double cubed = q * q * q;
-  const double discriminant = r * r + cubed;
-  if (discriminant > 0) {
-    const double root = std::sqrt(discriminant);
-    const double a = r <= 0 ? -cube_root(root - r) : cube_root(root + r);
-    const double b = -(q / a);
-    const double re = (a + b) * -0.5 - s;
-    const double im = 0.8660254037844386 * (r > 0 ? b - a : a - b);
-    return {{{a + b - s, 0}, {re, im}, {re, -im}}, 3, true};
-  }
-  constexpr double sixty_degrees = 1.0471975511965976;
-  const double ratio = cubed != 0 ? std::clamp(r / std::sqrt(-cubed), -1.0, 1.0) : 1.0;
-  const double t = std::acos(ratio) * third;
-  const double m = std::sqrt(-q) + std::sqrt(-q);
-  return {{{-(std::cos(t - sixty_degrees) * m) - s, 0},
-           {-(std::cos(t + sixty_degrees) * m) - s, 0},
-           {std::cos(t) * m - s, 0}},
-          3,
-          false};
+// The roots of a[0 .. degree], a[degree] not 0: the real ones ascending, then the pairs, the lower one first. A
+// constant term of 0 is a root 0.
+bool separate_roots(const double* a, index degree, root_list& out) noexcept {
+  index zeros = 0;
+  while (a[zeros] == 0) out.z[zeros++] = {0, 0};
+  double_double coefficients[most_coefficients];
+  double_double spare[most_coefficients];
+  std::transform(a + zeros, a + degree + 1, coefficients, [](double x) { return precise(x); });
+  if (!find_all_roots(coefficients, degree - zeros + 1, spare, out.z + zeros)) return false;
+  out.count = degree;
+  const auto is_real = [](complex_number z) { return z.im == 0; };
+  complex_number* const end = out.z + degree;
+  complex_number* const pairs = std::stable_partition(out.z, end, is_real);
+  std::sort(out.z, pairs, [](complex_number x, complex_number y) { return x.re < y.re; });
+  out.complex = pairs != end;
+  return true;
 }
 
-// A difference with the size of its terms, which its rounding errors are in proportion to.
-struct sized {
-  double value;
-  double size;
-};
-
-// x^4 + b x^3 + c x^2 + d x + e = (x^2 + b/2 x + y/2)^2 - (m x + n)^2 with y a root of the resolvent cubic.
-struct ferrari {
-  double b, c, d, e;
-  double y;
-  double y_size;  // of the largest root of the resolvent: what the rounding of y is in proportion to
-
-  sized m_squared() const noexcept { return {y + b * b / 4 - c, y_size + b * b / 4 + std::abs(c)}; }
-  sized n_squared() const noexcept { return {y * y / 4 - e, y_size * y_size / 4 + std::abs(e)}; }
-};
-
-// The root of a square; 0 when it is nothing but rounding.
-double root_of(sized square) noexcept {
-  return square.value > rounding * square.size ? std::sqrt(square.value) : 0.0;
-}
-
-// Two numbers with the given half sum and half difference; the smaller from their product, which is the other
-// way to it and does not cancel.
-struct two {
-  double plus, minus;
-};
-two from_halves(double half_sum, double half_difference, double product) noexcept {
-  const double larger =
-      half_sum >= 0 ? half_sum + std::abs(half_difference) : half_sum - std::abs(half_difference);
-  const double smaller = larger != 0 ? product / larger : 0.0;
-  const bool plus_is_larger = (half_sum >= 0) == (half_difference >= 0);
-  return plus_is_larger ? two{larger, smaller} : two{smaller, larger};
-}
-
-// Newton's iteration against the digits that the closed form has lost, for as long as it gains some. Between
-// two roots that nearly meet its steps are wild: it must not end in another root, `size` being that of the
-// largest.
-double sharpened(polynomial<double_double> p, double y, double size) noexcept {
-  constexpr int most_steps = 64;       // a double root gains one bit a step
-  constexpr double most_lost = 0.001;  // far above the cube root of the epsilon, which a triple root loses
-  const double start = y;
-  expansion<double> at = expand(p, y);
-  for (int i = 0; i < most_steps; ++i) {
-    const double next = y - at.value / at.slope;
-    const expansion<double> there = expand(p, next);
-    if (!(std::abs(there.value) < std::abs(at.value)) || std::abs(next - start) > most_lost * size) break;
-    y = next;
-    at = there;
-  }
-  return y;
-}
-
-// y^3 - c y^2 + (b d - 4 e) y + 4 c e - b^2 e - d^2: its terms cancel, and are summed in twice the precision.
-void resolvent(double b, double c, double d, double e, double_double* cubic) noexcept {
-  cubic[0] = 4 * fused_product(c, e) + -(e * fused_product(b, b)) + -fused_product(d, d);
-  cubic[1] = fused_product(b, d) + precise(-4 * e);
-  cubic[2] = precise(-c);
-  cubic[3] = precise(1.0);
-}
-
-// The quadratics x^2 + p x + q that a quartic is the product of, and how far their product misses it,
-// relative to the terms of each coefficient.
-struct factors {
-  two p, q;
-  double misfit;
-};
-
-template <class... Terms> double miss(double wanted, Terms... terms) noexcept {
-  const double size = std::abs(wanted) + (std::abs(terms) + ...);
-  return size > 0 ? std::abs((terms + ...) - wanted) / size : 0.0;
-}
-
-factors judged(const ferrari& f, two p, two q) noexcept {
-  return {p, q,
-          miss(f.b, p.plus, p.minus) + miss(f.c, q.plus, q.minus, p.plus * p.minus) +
-              miss(f.d, p.plus * q.minus, p.minus * q.plus) + miss(f.e, q.plus * q.minus)};
-}
-
-factors better(const factors& a, const factors& b) noexcept { return b.misfit < a.misfit ? b : a; }
-
-// The linear factor m x + n comes from the square that has cancelled less and from the cross term 2 m n,
-// since the square root of a rounding error is no small error.
-factors split(const ferrari& f) noexcept {
-  const sized mm = f.m_squared();
-  const sized nn = f.n_squared();
-  const double cross = f.y * f.b / 2 - f.d;
-  double m = root_of(mm);
-  double n = root_of(nn);
-  if (cross < 0) n = -n;
-  if (mm.value * nn.size >= nn.value * mm.size) {
-    if (m != 0) n = cross / (2 * m);
-  } else if (n != 0) {
-    m = cross / (2 * n);
-  }
-  const two q = from_halves(f.y / 2, n, f.e);
-  // Of two small p the product may be nothing but rounding.
-  return better(judged(f, from_halves(f.b / 2, m, f.c - f.y), q), judged(f, {f.b / 2 + m, f.b / 2 - m}, q));
-}
-
-// Ferrari's method. Of three real roots of the resolvent the middle one is tried first, of a single one and a
-// pair that one; but next to a double root rounding decides which of the two cases it is, and the first may
-// not split the quartic into real quadratics. The largest of three always does: it is |z|^2 + |w|^2 when the
-// quartic's roots are two conjugate pairs z and w, and any of the three will do when they are real.
-root_list quartic_roots(double e, double d, double c, double b, double a) noexcept {
-  constexpr double enough = 4 * rounding;
-  b /= a, c /= a, d /= a, e /= a;
-  double_double cubic[4];
-  resolvent(b, c, d, e, cubic);
-  const root_list y = cubic_roots(cubic[0].hi, cubic[1].hi, cubic[2].hi, cubic[3].hi);
-  double y_size = 0;
-  for (index i = 0; i < 3; ++i) y_size = std::max(y_size, magnitude(y.z[i]));
-  const auto with = [&](index i) {
-    return split({b, c, d, e, sharpened({cubic, 4}, y.z[i].re, y_size), y_size});
-  };
-  const index first = y.complex ? 0 : 1;
-  factors f = with(first);
-  if (!(f.misfit <= enough)) f = better(f, with(first + 1));
-  if (!y.complex && !(f.misfit <= enough)) f = better(f, with(0));
-  const root_list left = quadratic_roots(f.q.plus, f.p.plus, 1);
-  const root_list right = quadratic_roots(f.q.minus, f.p.minus, 1);
-  return {{left.z[0], left.z[1], right.z[0], right.z[1]}, 4, left.complex || right.complex};
+// Ferrari's method splits into (x^2 + b/2 x + y/2)^2 - (m x + n)^2 with m not negative, n neither when m is 0: the
+// quadratic whose roots have the smaller sum comes first, and of equal sums the one with the larger product.
+void order_quadratics(complex_number* z) noexcept {
+  const auto sum = [](const complex_number* pair) { return pair[0].re + pair[1].re; };
+  const auto product = [](const complex_number* pair) { return (pair[0] * pair[1]).re; };
+  const double difference = sum(z) - sum(z + 2);
+  if (difference > 0 || (difference == 0 && product(z) < product(z + 2))) std::swap_ranges(z, z + 2, z + 2);
 }
 
 // Where a real root joins four of which some are complex: before the first point, inside its real pair, or
@@ -202,42 +75,31 @@ void insert_real(root_list& list, double r) noexcept {
   list.count = 5;
 }
 
-// The quotient by (x - root) in a[0 .. 4]: by synthetic division from the top down to the largest term of
-// p(root), and from the bottom up to it. Down to the end it would magnify the rounding of a root larger than
-// the others. G. Peters, J. H. Wilkinson, "Practical problems arising in the solution of polynomial
-// equations", J. Inst. Maths Applics 8 (1971).
-void divide_out(double* a, double root) noexcept {
-  constexpr index degree = most_coefficients - 1;
-  const double size = std::abs(root);
-  const auto term = [=](index k) {
-    return std::abs(a[k]) * std::pow(size, static_cast<double>(size > 1 ? k - degree : k));
-  };
-  index meeting = 0;
-  for (index k = 1; k <= degree; ++k) {
-    if (term(k) > term(meeting)) meeting = k;
-  }
-  double quotient[degree];
-  double carried = 0;
-  for (index k = degree; k > meeting; --k) quotient[k - 1] = carried = a[k] + root * carried;
-  carried = 0;
-  for (index k = 0; k < meeting; ++k) quotient[k] = carried = (carried - a[k]) / root;
-  std::copy_n(quotient, degree, a);
+// Moves the real root that a search from 0 finds behind the other points, of which `reals` lead.
+void put_aside(const double* a, const search_limits& limits, root_list& list, index reals) noexcept {
+  const real_search search = find_real_root(polynomial<double>{a, most_coefficients}, 0.0, limits);
+  const double target = search.found ? search.root : 0.0;
+  complex_number* const root = std::min_element(list.z, list.z + reals, [=](complex_number x, complex_number y) {
+    return std::abs(x.re - target) < std::abs(y.re - target);
+  });
+  std::rotate(root, root + 1, list.z + list.count);
 }
 
-// One real root by search, the rest in closed form.
-status quintic_roots(const double* a, const search_limits& limits, root_list& out) noexcept {
-  const real_search search = find_real_root(polynomial<double>{a, most_coefficients}, 0.0, limits);
-  if (!search.found) return failed;
-  double rest[most_coefficients];
-  std::copy_n(a, most_coefficients, rest);
-  divide_out(rest, search.root);
-  out = quartic_roots(rest[0], rest[1], rest[2], rest[3], rest[4]);
-  if (out.complex) {
-    insert_real(out, search.root);
-  } else {
-    out.z[4] = {search.root, 0};
-    out.count = 5;
+// Degree 3 to 5. Coefficients that are not finite have roots that are no numbers.
+status factored_roots(const double* a, index degree, const search_limits& limits, root_list& out) noexcept {
+  if (!std::all_of(a, a + degree + 1, [](double x) { return std::isfinite(x); })) {
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    out = {{{nan, 0}, {nan, 0}, {nan, 0}, {nan, 0}}, degree, false};
+    return degree < 5 ? ok : failed;
   }
+  if (!separate_roots(a, degree, out)) return failed;
+  if (degree == 3 || !out.complex) return ok;
+  if (degree == 5) {
+    const auto reals = std::count_if(out.z, out.z + degree, [](complex_number z) { return z.im == 0; });
+    put_aside(a, limits, out, reals);
+  }
+  order_quadratics(out.z);
+  if (degree == 5) insert_real(out, out.z[4].re);
   return ok;
 }
 
@@ -265,14 +127,8 @@ status closed_roots(const double* a, const search_limits& limits, root_list& out
     case 2:
       out = quadratic_roots(a[0], a[1], a[2]);
       return ok;
-    case 3:
-      out = cubic_roots(a[0], a[1], a[2], a[3]);
-      return ok;
-    case 4:
-      out = quartic_roots(a[0], a[1], a[2], a[3], a[4]);
-      return ok;
     default:
-      return quintic_roots(a, limits, out);
+      return factored_roots(a, degree, limits, out);
   }
 }
 
@@ -282,8 +138,8 @@ template <record V> status solve_closed(const V* v, V* result) noexcept {
     double a[most_coefficients] = {};
     std::transform(in->data, in->data + length(in), a, [](scalar<V> x) { return wide(x); });
     root_list list{};
-    if (closed_roots(a, limits_of<scalar<V>>(), list) != ok || store_list(list, out) != ok) return failed;
-    return list.count == 5 && !list.complex ? sort<V>(out) : ok;
+    if (closed_roots(a, limits_of<scalar<V>>(), list) != ok) return failed;
+    return store_list(list, out);
   });
 }
 

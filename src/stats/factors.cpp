@@ -25,15 +25,36 @@ double_double inverse(double_double x) noexcept {
 
 double log_magnitude(double_double x) noexcept { return std::log2(std::abs(x.hi)); }
 
-// Where |a[k]| |root|^k is largest.
+// The logarithm of |a[k]| |root|^k.
+double log_term(const scaled_polynomial& p, index k, double log_root) noexcept {
+  return log_magnitude(p.a[k]) + static_cast<double>(k) * log_root;
+}
+
 index largest_term(const scaled_polynomial& p, double log_root) noexcept {
   index at = 0;
   double largest = -std::numeric_limits<double>::infinity();
   for (index k = 0; k < p.count; ++k) {
-    const double size = log_magnitude(p.a[k]) + static_cast<double>(k) * log_root;
+    const double size = log_term(p, k, log_root);
     if (size > largest) at = k, largest = size;
   }
   return at;
+}
+
+// The least fall of the terms from `top` towards one end, per place: the slope of the hull of their logarithms.
+double fall(const scaled_polynomial& p, index top, index direction, double log_root) noexcept {
+  double least = std::numeric_limits<double>::infinity();
+  const double largest = log_term(p, top, log_root);
+  for (index k = top + direction; k >= 0 && k < p.count; k += direction) {
+    const double drop = largest - log_term(p, k, log_root);
+    least = std::min(least, drop / static_cast<double>(std::abs(k - top)));
+  }
+  return least;
+}
+
+// The lower of the two neighbours where the hull of the terms is highest.
+index largest_two(const scaled_polynomial& p, double log_root) noexcept {
+  const index top = largest_term(p, log_root);
+  return fall(p, top, -1, log_root) < fall(p, top, 1, log_root) ? top - 1 : top;
 }
 
 // The places meeting ... meeting + dropped - 1 hold no coefficient of the quotient.
@@ -61,7 +82,7 @@ bool divide_by_root(scaled_polynomial& p, double_double root) noexcept {
 bool divide_by_pair(scaled_polynomial& p, precise_complex root) noexcept {
   double_double* const a = p.a;
   const double size = magnitude(rounded(root));
-  const index meeting = std::min(largest_term(p, std::log2(size)), p.count - 2);
+  const index meeting = largest_two(p, std::log2(size));
   const double_double sum = root.re + root.re;
   const double_double product = root.re * root.re + root.im * root.im;
   double_double above[2];  // q[k - 1], q[k]
