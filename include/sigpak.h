@@ -768,23 +768,26 @@ SIGPAK_API int32_t dspfs_median(const dspf_vec *v, dspf_vec *result);
 
 /* A polynomial is a real record of its coefficients a[0] + a[1] x + a[2] x^2 + ..., the constant term
    first; a complex one is refused. All computation is in double, in single precision too, and the searches for roots
-   sum p in twice that precision. A point z counts as a root when |p(z)| is at most a small multiple (4 to 16) of
-   n eps sum(|a[k]| |z|^k), n coefficients, eps the spacing of numbers at 1: it is then the exact root of coefficients
-   that differ from the given ones by rounding. */
+   sum p in twice that precision. A point z of the searches counts as a root when |p(z)| is at most a small multiple (4
+   to 16) of n eps sum(|a[k]| |z|^k), n coefficients, eps the spacing of numbers at 1: it is then the exact root of
+   coefficients that differ from the given ones by rounding. */
 
-/* result = p(x), real, by Horner's rule; 0 for an empty polynomial. */
+/* result = p(x), real, by Horner's rule from the leading coefficient, which alone is p of any x, infinite or NaN; 0
+   for an empty polynomial. */
 SIGPAK_API int32_t dsps_peval (const dsp_vec  *p, dsp_vec  *result, double x);
 SIGPAK_API int32_t dspfs_peval(const dspf_vec *p, dspf_vec *result, float  x);
 
-/* result = the roots of a polynomial of up to six coefficients, in closed form but for one root of the fifth degree,
-   which is searched for (see dsps_psolve). Leading coefficients that are exactly 0 do not count; a constant has no
-   roots. Real when all roots are; otherwise complex, conjugates side by side, negative imaginary part first. Order:
+/* result = the roots of a polynomial of up to six coefficients: by formula up to degree 2, from degree 3 on as
+   dspi_proots finds them, without its last check. Leading coefficients that are exactly 0 do not count; a constant has
+   no roots. Real when all roots are; otherwise complex, conjugates side by side, negative imaginary part first. Order:
      degree 2  the smaller real root first
-     degree 3  one real root: that, then the pair; three: the smallest, the middle one, the largest, by Cardano's
-               method, which loses digits where roots lie close together
-     degree 4  Ferrari's method: the roots of one real quadratic factor, then of the other
-     degree 5  ascending when all are real; otherwise as degree 4, with the real root before a leading pair, or at its
-               place among two leading real roots
+     degree 3  one real root: that, then the pair; three: ascending
+     degree 4  ascending when all are real; otherwise the two roots with the smaller sum, two of a pair or two real
+               ones, then the other two; of equal sums those with the larger product first
+     degree 5  ascending when all are real; otherwise as degree 4 without the real root that dsps_psolve finds from 0,
+               and that one before a leading pair, or at its place among two leading real roots
+   A root beyond the range of the precision is infinite or 0. Coefficients that are not finite give NaN from degree 3
+   on, -1 for degree 5.
    p       more than six coefficients are refused
    result  may be p; its delta is then 1 */
 SIGPAK_API int32_t dsps_proots (const dsp_vec  *p, dsp_vec  *result);
@@ -798,17 +801,23 @@ SIGPAK_API int32_t dsps_psolve (const dsp_vec  *p, dsp_vec  *result, double gues
 SIGPAK_API int32_t dspfs_psolve(const dspf_vec *p, dspf_vec *result, float  guess);
 
 /* result = one root, searched for from the point (re, im) by Laguerre's iteration and polished by Newton's; from
-   three other points when that fails. Complex when the imaginary part is significant, otherwise real. -1 and (0, 0)
-   when nothing converges to a root.
+   three other points when that fails. It counts as real, with the imaginary part kept in data[1], when a[0] is 0 or
+   when |im / re| is below eps n/4 times the ratio of the largest coefficient to the smallest that is not below eps of
+   it. -1 and (0, 0) when nothing converges to a root.
    result  may be p; its delta is then 1 */
 SIGPAK_API int32_t dsps_pcsolve (const dsp_vec  *p, dsp_vec  *result, double re, double im);
 SIGPAK_API int32_t dspfs_pcsolve(const dspf_vec *p, dspf_vec *result, float  re, float  im);
 
 /* The polynomial becomes the list of its roots, complex, as many as its degree, in the order of dspi_sort, with the
-   delta 1; empty when its degree is 0. Roots are searched for as dsps_pcsolve does, from 0, and divided out one after
-   the other in twice the precision, a pair of conjugates at a time; leading coefficients of 0 do not count. -1 when
-   a search does not converge, and the record stays. Measured on Wilkinson's and Chebyshev's polynomials of degree
-   20 and 40: the roots of the coefficients as stored to 1.1e-16 of the largest root. */
+   delta 1; empty when its degree is 0. Conjugates are exact. Leading coefficients of 0 do not count. The list is right
+   or refused: each point z as stored has |p(z)| <= 16 n eps sum(|a[k]| |z|^k) in the polynomial as given, n
+   coefficients, eps of its precision, and the product of all x - z, times the leading coefficient, is p but for
+   rounding. Measured on 18000 polynomials of degree 2 to 100 with coefficients spread over 10^-8 ... 10^8: the
+   points are within 0.3 n eps, the products within n eps of the hull of the coefficients. Roots of any size that the
+   precision holds; multiple roots come as close as their coefficients tell them apart in twice the precision. Roots are
+   searched for by Laguerre's iteration in twice the precision, from 0 first, and divided out one after the other (G.
+   Peters, J. H. Wilkinson, J. Inst. Maths Applics 8, 1971), a pair of conjugates at a time.
+   -1 and the record stays when a search does not converge, a coefficient is not finite or a root is out of range. */
 SIGPAK_API int32_t dspi_proots (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_proots(dspf_vec *v);
 

@@ -10,7 +10,8 @@ namespace sigpak {
 namespace {
 
 // Whether the value at z is no more than the rounding of the terms that it is the sum of. Summed in double,
-// which errs by less than 4 n epsilons of double, with a unit near the size of z, so that terms stay in range.
+// which errs by less than 4 n epsilons of double, with a unit near the size of z, so that terms stay in
+// range.
 template <class T> bool is_root_of(const T* a, index count, complex_number z) noexcept {
   const double size = magnitude(z);
   const double most = 12 * static_cast<double>(count) * limits_of<T>().epsilon;
@@ -21,7 +22,8 @@ template <class T> bool is_root_of(const T* a, index count, complex_number z) no
   for (index k = 0; k < count; ++k) {
     if (a[k] != 0) top = std::max(top, std::ilogb(a[k]) + k * unit);
   }
-  const complex_number w{std::scalbn(z.re, static_cast<int>(-unit)), std::scalbn(z.im, static_cast<int>(-unit))};
+  const complex_number w{std::scalbn(z.re, static_cast<int>(-unit)),
+                         std::scalbn(z.im, static_cast<int>(-unit))};
   const double r = magnitude(w);
   complex_number value{0, 0};
   double terms = 0;
@@ -49,7 +51,8 @@ struct workspace {
   complex_number* roots;
 
   explicit workspace(index count) noexcept
-      : coefficients(allocate_table<double_double>(count)), spare(allocate_table<double_double>(count)),
+      : coefficients(allocate_table<double_double>(count)),
+        spare(allocate_table<double_double>(count)),
         roots(allocate_table<complex_number>(count)) {}
   ~workspace() {
     free_table(coefficients);

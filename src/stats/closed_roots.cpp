@@ -1,5 +1,5 @@
-// Roots up to the fifth degree, in the order that their closed forms have: of the second degree by its formula,
-// from the third on, where the formulas cancel, by factors.
+// Roots up to the fifth degree, in the order that their closed forms have: of the second degree by its
+// formula, from the third on, where the formulas cancel, by factors.
 #include <algorithm>
 #include <cmath>
 
@@ -34,8 +34,8 @@ root_list quadratic_roots(double c, double b, double a) noexcept {
   return {{{std::min(first, second), 0}, {std::max(first, second), 0}}, 2, false};
 }
 
-// The roots of a[0 .. degree], a[degree] not 0: the real ones ascending, then the pairs, the lower one first. A
-// constant term of 0 is a root 0.
+// The roots of a[0 .. degree], a[degree] not 0: the real ones ascending, then the pairs, the lower one first.
+// A constant term of 0 is a root 0.
 bool separate_roots(const double* a, index degree, root_list& out) noexcept {
   index zeros = 0;
   while (a[zeros] == 0) out.z[zeros++] = {0, 0};
@@ -52,8 +52,9 @@ bool separate_roots(const double* a, index degree, root_list& out) noexcept {
   return true;
 }
 
-// Ferrari's method splits into (x^2 + b/2 x + y/2)^2 - (m x + n)^2 with m not negative, n neither when m is 0: the
-// quadratic whose roots have the smaller sum comes first, and of equal sums the one with the larger product.
+// Ferrari's method splits into (x^2 + b/2 x + y/2)^2 - (m x + n)^2 with m not negative, n neither when m is
+// 0: the quadratic whose roots have the smaller sum comes first, and of equal sums the one with the larger
+// product.
 void order_quadratics(complex_number* z) noexcept {
   const auto sum = [](const complex_number* pair) { return pair[0].re + pair[1].re; };
   const auto product = [](const complex_number* pair) { return (pair[0] * pair[1]).re; };
@@ -79,9 +80,9 @@ void insert_real(root_list& list, double r) noexcept {
 void put_aside(const double* a, const search_limits& limits, root_list& list, index reals) noexcept {
   const real_search search = find_real_root(polynomial<double>{a, most_coefficients}, 0.0, limits);
   const double target = search.found ? search.root : 0.0;
-  complex_number* const root = std::min_element(list.z, list.z + reals, [=](complex_number x, complex_number y) {
-    return std::abs(x.re - target) < std::abs(y.re - target);
-  });
+  complex_number* const root = std::min_element(
+      list.z, list.z + reals,
+      [=](complex_number x, complex_number y) { return std::abs(x.re - target) < std::abs(y.re - target); });
   std::rotate(root, root + 1, list.z + list.count);
 }
 

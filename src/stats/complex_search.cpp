@@ -64,14 +64,28 @@ complex_number without_dust(complex_number z) noexcept {
   return {std::abs(z.re) < dust ? 0 : z.re, std::abs(z.im) < dust ? 0 : z.im};
 }
 
-// Accepts z when it is a root, as a real one when its imaginary part is below the rounding of the real part,
-// or below the error of the root, which is that of the value over the slope.
-template <class C> complex_search accept(polynomial<C> p, complex_number z, double epsilon) noexcept {
-  const expansion<complex_number> at = expand(p, z);
-  const auto n = static_cast<double>(p.count);
-  const bool real = std::abs(z.im) < 0.25 * n * epsilon * std::abs(z.re) ||
-                    std::abs(z.im) * magnitude(at.slope) <= n * double_double_rounding * at.size;
-  return {z, !real, is_root(at, p.count, epsilon)};
+// The largest coefficient over the smallest that counts, a quarter of it per coefficient: what the rounding
+// of the coefficients is magnified by.
+template <class C> double sensitivity(polynomial<C> p, double epsilon) noexcept {
+  double largest = 0;
+  for (index k = 0; k < p.count; ++k) largest = std::max(largest, std::abs(p[k].hi));
+  double smallest = largest;
+  for (index k = 0; k < p.count; ++k) {
+    const double size = std::abs(p[k].hi);
+    if (size >= epsilon * largest) smallest = std::min(smallest, size);
+  }
+  return (largest != 0 ? largest / smallest : 1.0) * static_cast<double>(p.count) * 0.25;
+}
+
+// Accepts z when it is a root; as a real one when p(0) = 0, or when its imaginary part is within the
+// tolerance of its real part.
+template <class C>
+complex_search accept(polynomial<C> p, complex_number z, double tolerance,
+                      const search_limits& limits) noexcept {
+  const double per_real = z.re != 0 ? 1 / z.re : limits.huge;
+  const bool complex =
+      p[0].hi != 0 && std::abs(z.im * per_real) >= sensitivity(p, limits.epsilon) * tolerance;
+  return {z, complex, is_root(expand(p, z), p.count, tolerance)};
 }
 
 // What a search accepts when its iterations are used up.
@@ -92,11 +106,11 @@ complex_search iterate(polynomial<C> p, complex_number z, complex_step step, end
     const bool converged = by_parts ? relative_part(d.re, z.re, limits) < limits.epsilon &&
                                           relative_part(d.im, z.im, limits) < limits.epsilon
                                     : relative < limits.epsilon * limits.epsilon;
-    if (converged) return accept(p, z, limits.epsilon);
+    if (converged) return accept(p, z, limits.epsilon, limits);
   }
   const double limit = at_end == ending::strict ? n * n * n * limits.final_step : n * limits.epsilon;
   if (!(relative < limit)) return {z, true, false};
-  return accept(p, z, 4 * limits.epsilon);
+  return accept(p, z, 4 * limits.epsilon, limits);
 }
 
 // From the start and three others, scattered so that no symmetry of the polynomial holds them all.

@@ -1,10 +1,10 @@
 // A polynomial divided by its factors, one after the other.
 //
 // Division from the top magnifies the rounding of a root that is larger than others, division from the bottom
-// that of a smaller one. Meeting at the largest term of p(root) it does neither: the quotient times the factor
-// is p again but for a change in one coefficient (two for a pair) that is as small as the value at the root.
-// Source: G. Peters, J. H. Wilkinson, "Practical problems arising in the solution of polynomial equations",
-// J. Inst. Maths Applics 8 (1971).
+// that of a smaller one. Meeting at the largest term of p(root) it does neither: the quotient times the
+// factor is p again but for a change in one coefficient (two for a pair) that is as small as the value at the
+// root. Source: G. Peters, J. H. Wilkinson, "Practical problems arising in the solution of polynomial
+// equations", J. Inst. Maths Applics 8 (1971).
 #include "stats/factors.h"
 
 #include <algorithm>
@@ -40,7 +40,8 @@ index largest_term(const scaled_polynomial& p, double log_root) noexcept {
   return at;
 }
 
-// The least fall of the terms from `top` towards one end, per place: the slope of the hull of their logarithms.
+// The least fall of the terms from `top` towards one end, per place: the slope of the hull of their
+// logarithms.
 double fall(const scaled_polynomial& p, index top, index direction, double log_root) noexcept {
   double least = std::numeric_limits<double>::infinity();
   const double largest = log_term(p, top, log_root);

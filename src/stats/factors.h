@@ -5,8 +5,8 @@
 
 namespace sigpak {
 
-// p(x) = the sum of a[k] (x 2^-exponent)^k, times some power of two. The unit of x keeps coefficients in range
-// whatever the size of the roots.
+// p(x) = the sum of a[k] (x 2^-exponent)^k, times some power of two. The unit of x keeps coefficients in
+// range whatever the size of the roots.
 struct scaled_polynomial {
   double_double* a;
   index count;

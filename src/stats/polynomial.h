@@ -133,7 +133,7 @@ struct real_search {
 template <class C>
 real_search find_real_root(polynomial<C> p, double guess, const search_limits& limits) noexcept;
 
-// One root near a complex guess; one whose imaginary part is not significant is real.
+// One root near a complex guess; `complex` unless it counts as real.
 struct complex_search {
   complex_number root;
   bool complex;

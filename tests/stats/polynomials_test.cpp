@@ -1,4 +1,6 @@
 // Polynomials: evaluation, coefficients from roots, closed forms, searches, all roots.
+#include <random>
+
 #include "stats/hard_polynomials.h"
 #include "core/wide.h"
 #include "support/failing.h"
@@ -79,6 +81,15 @@ TYPED_TEST(Polynomials, Evaluation) {
   EXPECT_EQ(out.complex, 0);
   ASSERT_EQ(TWIN(s_peval)(&p, &p, T(-1)), 0);
   EXPECT_EQ(p.values(), samples<V>{2});
+  constexpr T infinity = std::numeric_limits<T>::infinity();
+  const signal<V> constant{5};
+  for (const T x : {infinity, std::numeric_limits<T>::quiet_NaN()}) {
+    ASSERT_EQ(TWIN(s_peval)(&constant, &out, x), 0);
+    EXPECT_EQ(out.values(), samples<V>{5});
+  }
+  const signal<V> line{1, 2};
+  ASSERT_EQ(TWIN(s_peval)(&line, &out, infinity), 0);
+  EXPECT_EQ(out.values(), samples<V>{infinity});
   const signal<V> none;
   ASSERT_EQ(TWIN(s_peval)(&none, &out, T(5)), 0);
   EXPECT_EQ(out.values(), samples<V>{0});
@@ -135,7 +146,13 @@ TYPED_TEST(Polynomials, ClosedFormsByHand) {
                      {{-6, 11, -6, 1}, false, {1, 2, 3}},
                      {{8, 12, 6, 1}, false, {-2, -2, -2}},
                      {{-120, 274, -225, 85, -15, 1}, false, {1, 2, 3, 4, 5}},
-                     {{120, -274, 225, -85, 15, -1}, false, {1, 2, 3, 4, 5}}};
+                     {{120, -274, 225, -85, 15, -1}, false, {1, 2, 3, 4, 5}},
+                     {{4, 0, 5, 0, 1}, true, {0, -2, 0, 2, 0, -1, 0, 1}},
+                     {{-1, 0, 0, 0, 1}, true, {0, -1, 0, 1, -1, 0, 1, 0}},
+                     {{-4, 4, -5, 5, -1, 1}, true, {1, 0, 0, -2, 0, 2, 0, -1, 0, 1}},
+                     {{-12, 8, -3, -1, 3, 1},
+                      true,
+                      {-3, 0, -2, 0, 1, 0, 0.5, -1.3228756555322954, 0.5, 1.3228756555322954}}};
   for (const auto& c : cases) {
     const signal<V> p(c.p);
     signal<V> out({9, 9}, true);
@@ -154,6 +171,120 @@ TYPED_TEST(Polynomials, ClosedFormsByHand) {
   signal<V> out{9};
   EXPECT_EQ(TWIN(s_proots)(&seven, &out), -1);
   EXPECT_EQ(out.values(), samples<V>{9});
+}
+
+// The value at every point of the list is within the rounding of its terms, and pairs are exact. Summed in
+// extended precision, whose range holds the terms.
+template <record V> void expect_all_right(const std::vector<complex>& roots, const samples<V>& p) {
+  using extended = std::complex<long double>;
+  const auto n = static_cast<long double>(p.size());
+  for (const complex z : roots) {
+    extended value = 0;
+    long double size = 0;
+    for (std::size_t k = p.size(); k-- > 0;) {
+      value = value * extended(z) + static_cast<long double>(p[k]);
+      size = size * std::abs(extended(z)) + std::abs(static_cast<long double>(p[k]));
+    }
+    EXPECT_LE(std::abs(value), 16 * n * std::numeric_limits<scalar<V>>::epsilon() * size) << z;
+    EXPECT_EQ(std::ranges::count(roots, z), std::ranges::count(roots, std::conj(z)));
+  }
+}
+
+// The product of all x - z is p: coefficients are rebuilt with the root first that is farthest from those
+// before, so that no partial product is larger than need be, and compared with the hull of the coefficients'
+// logarithms.
+template <record V> void expect_rebuilt(std::vector<complex> left, const samples<V>& p) {
+  using extended = std::complex<long double>;
+  const std::size_t count = p.size();
+  ASSERT_EQ(left.size() + 1, count);
+  std::vector<extended> a{static_cast<long double>(p.back())};
+  std::vector<complex> taken;
+  while (!left.empty()) {
+    const auto remoteness = [&](complex z) {
+      long double sum = taken.empty() ? std::log(std::abs(extended(z)) + 1e-4000L) : 0;
+      for (const complex t : taken) sum += std::log(std::abs(extended(z) - extended(t)) + 1e-4000L);
+      return sum;
+    };
+    const auto next = std::ranges::max_element(left, {}, remoteness);
+    taken.push_back(*next);
+    left.erase(next);
+    a.insert(a.begin(), 0);
+    for (std::size_t k = 0; k + 1 < a.size(); ++k) a[k] -= extended(taken.back()) * a[k + 1];
+  }
+  const auto log_size = [&](std::size_t k) { return std::log(std::abs(static_cast<long double>(p[k]))); };
+  for (std::size_t k = 0; k < count; ++k) {
+    long double hull = log_size(k);
+    for (std::size_t i = 0; i < k; ++i) {
+      for (std::size_t j = k + 1; j < count; ++j) {
+        const long double share = static_cast<long double>(k - i) / static_cast<long double>(j - i);
+        if (p[i] != 0 && p[j] != 0) hull = std::max(hull, (1 - share) * log_size(i) + share * log_size(j));
+      }
+    }
+    const long double off = std::abs(a[k] - static_cast<long double>(p[k]));
+    EXPECT_LE(
+        off, 4 * static_cast<long double>(count) * std::numeric_limits<scalar<V>>::epsilon() * std::exp(hull))
+        << k;
+  }
+}
+
+template <record V, class Solve> void expect_exact_list(Solve solve, const samples<V>& p) {
+  signal<V> v(p);
+  ASSERT_EQ(solve(&v), 0) << testing::PrintToString(p);
+  const std::vector<complex> got = points_of<V>(v);
+  expect_all_right<V>(got, p);
+  expect_rebuilt<V>(got, p);
+}
+
+// A far root among many of one size, in closed form as in general; a vanishing pair; formulas that would
+// cancel.
+TYPED_TEST(Polynomials, RootsOfVeryDifferentSize) {
+  using V = TypeParam;
+  const auto with = [](std::size_t degree, std::initializer_list<std::pair<std::size_t, double>> terms) {
+    std::vector<double> a(degree + 1);
+    for (const auto& [k, c] : terms) a[k] = c;
+    return a;
+  };
+  std::vector<double> ones(25, 1);
+  ones.back() = 0.01;
+  for (const auto& a :
+       {ones, with(13, {{0, -1}, {12, 1}, {13, 1e-4}}), with(25, {{0, -1}, {24, 1}, {25, 0.005}}),
+        with(16, {{0, -0.70669}, {15, -12.3265}, {16, 0.031855}})}) {
+    expect_exact_list<V>(TWIN(i_proots), stored<V>(a));
+  }
+  const auto closed = [](V* v) { return TWIN(s_proots)(v, v); };
+  std::vector<std::vector<double>> small{{1.33239e-07, -4.22283e-06, 40501100.5, 2463.474, 8.41898e-07},
+                                         {1, 1e10, 0, 1},
+                                         {1, 0, 1, 1e-20, 1e-20}};
+  if (is_double<V>) {
+    small.insert(small.end(), {{-1.7345833593206363e-62, -2.9906988359357257e-07, -1.5046061935649244e+49, 1},
+                               {4.1296379239649674e-72, -1.8405763280384702e-20, 4.5860779052351984e+32,
+                                41995256900781928, 1}});
+  }
+  for (const auto& a : small) {
+    expect_exact_list<V>(closed, stored<V>(a));
+    expect_exact_list<V>(TWIN(i_proots), stored<V>(a));
+  }
+}
+
+TYPED_TEST(Polynomials, RandomCoefficients) {
+  using V = TypeParam;
+  std::mt19937_64 random(20);
+  std::normal_distribution<double> normal;
+  std::uniform_real_distribution<double> exponent(-8, 8);
+  for (int i = 0; i < 60; ++i) {
+    std::vector<double> a(static_cast<std::size_t>(3 + i));
+    for (double& c : a)
+      c = i % 2 == 0 ? normal(random) : std::copysign(std::pow(10, exponent(random)), normal(random));
+    expect_exact_list<V>(TWIN(i_proots), stored<V>(a));
+    a.resize(static_cast<std::size_t>(4 + i % 3));
+    expect_exact_list<V>([](V* v) { return TWIN(s_proots)(v, v); }, stored<V>(a));
+  }
+  for (const auto& a : {std::vector<double>{-1.0000000000688944, 5.0000000002755778, -10.000000000413367,
+                                            10.000000000275577, -5.0000000000688942, 1},
+                        {16806.937002552342, 12004.964001451184, 3429.9922860236902, 489.99926533544067,
+                         34.999973761974708, 1}}) {
+    expect_exact_list<V>(TWIN(i_proots), stored<V>(a));  // five roots that nearly meet
+  }
 }
 
 // Multiple roots are known to half the digits. Where the real root of a quintic is much larger or smaller
@@ -306,6 +437,10 @@ TYPED_TEST(Polynomials, ComplexSearchGoesToARoot) {
   const signal<V> through{0, 1, 0, 4, 0, 6, -5};  // where a part of the value vanishes on the way
   ASSERT_EQ(TWIN(s_pcsolve)(&through, &out, 1, 0), 0);
   EXPECT_EQ(out.values(), samples<V>{0});
+  const signal<V> zero_among_pair{0, 1, 0, 1};  // a constant term of 0 makes every root count as real
+  ASSERT_EQ(TWIN(s_pcsolve)(&zero_among_pair, &out, 0, 1), 0);
+  EXPECT_EQ(out.complex, 0);
+  EXPECT_EQ(out.data[1], 1);
   signal<V> same{1, 0, 1};
   ASSERT_EQ(TWIN(s_pcsolve)(&same, &same, scalar<V>(0.1), 2), 0);
   EXPECT_EQ(same.values(), (samples<V>{0, 1}));
