@@ -1,0 +1,170 @@
+// Tries every single-precision argument of the real elementary functions and prints those whose result is not
+// the correctly rounded one, as a Markdown table.
+// usage: exhaustive_single [function|all [first last]]; first and last are bit patterns in hexadecimal.
+// SIGPAK_TEST_LEVEL selects the instruction-set level as for the tests.
+//
+// The function of double precision at the widest level, good to 2^-52, decides where every value within 2^-48
+// of its result rounds to the same float; exact arithmetic decides the rest, about one argument in 2^22.
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <string_view>
+#include <vector>
+
+#include "core/isa.h"
+#include "elementwise/functions.h"
+
+namespace sigpak::test {
+namespace {
+
+// A function, the interval where it follows its definition, and what stands for it outside.
+struct single_function {
+  const char* name;
+  std::int32_t (*in_single)(dspf_vec*);
+  std::int32_t (*in_double)(dsp_vec*);
+  exact_function definition;
+  float low, high;
+  float (*outside)(float x);
+};
+
+constexpr float inf = std::numeric_limits<float>::infinity();
+constexpr float h = guard<float>::huge;
+constexpr float log_h = guard<float>::log_huge;
+constexpr float tiny = guard<float>::tiny;
+
+float zero(float) { return 0; }
+float limit(float) { return h; }
+float signed_limit(float x) { return std::copysign(h, x); }
+float limit_or_itself(float x) { return x > 0 ? h : x; }
+template <exact_function logarithm> float floor_of(float) {
+  exact y(static_cast<double>(tiny));
+  logarithm(y.get(), y.get(), MPFR_RNDN);
+  return mpfr_get_flt(y.get(), MPFR_RNDN);
+}
+
+int exact_reciprocal(mpfr_ptr y, mpfr_srcptr x, mpfr_rnd_t mode) {
+  return mpfr_zero_p(x) != 0 ? mpfr_set_d(y, static_cast<double>(h), mode) : mpfr_ui_div(y, 1, x, mode);
+}
+int exact_power_decibels(mpfr_ptr y, mpfr_srcptr x, mpfr_rnd_t mode) {
+  mpfr_log10(y, x, mode);
+  return mpfr_mul_si(y, y, 10, mode);
+}
+std::int32_t power_decibels(dsp_vec* v) { return dspi_db(v, 10); }
+std::int32_t power_decibels(dspf_vec* v) { return dspfi_db(v, 10); }
+
+constexpr single_function functions[] = {
+    {"sqrt", dspfi_sqrt, dspi_sqrt, mpfr_sqrt, 0, inf, zero},
+    {"square", dspfi_square, dspi_square, mpfr_sqr, -h, h, limit},
+    {"recip", dspfi_recip, dspi_recip, exact_reciprocal, -inf, inf, nullptr},
+    {"exp", dspfi_exp, dspi_exp, mpfr_exp, -inf, log_h, limit},
+    {"exp10", dspfi_exp10, dspi_exp10, mpfr_exp10, -h, guard<float>::log10_huge, limit_or_itself},
+    {"log", dspfi_log, dspi_log, mpfr_log, tiny, inf, floor_of<mpfr_log>},
+    {"log10", dspfi_log10, dspi_log10, mpfr_log10, tiny, inf, floor_of<mpfr_log10>},
+    {"db10", power_decibels, power_decibels, exact_power_decibels, tiny, inf, floor_of<exact_power_decibels>},
+    {"db20", decibels, decibels, exact_decibels, tiny, inf, floor_of<exact_decibels>},
+    {"sin", dspfi_sin, dspi_sin, mpfr_sin, -inf, inf, nullptr},
+    {"cos", dspfi_cos, dspi_cos, mpfr_cos, -inf, inf, nullptr},
+    {"tan", dspfi_tan, dspi_tan, mpfr_tan, -inf, inf, nullptr},
+    {"sinc", dspfi_sinc, dspi_sinc, exact_sinc, -inf, inf, nullptr},
+    {"atan", dspfi_atan, dspi_atan, mpfr_atan, -inf, inf, nullptr},
+    {"asin", dspfi_asin, dspi_asin, mpfr_asin, -1, 1, zero},
+    {"acos", dspfi_acos, dspi_acos, mpfr_acos, -1, 1, zero},
+    {"sinh", dspfi_sinh, dspi_sinh, mpfr_sinh, -log_h, log_h, signed_limit},
+    {"cosh", dspfi_cosh, dspi_cosh, mpfr_cosh, -log_h, log_h, limit},
+    {"tanh", dspfi_tanh, dspi_tanh, mpfr_tanh, -inf, inf, nullptr},
+};
+
+float correctly_rounded(const single_function& f, float x) {
+  const exact argument(static_cast<double>(x));
+  exact y;
+  f.definition(y.get(), argument.get(), MPFR_RNDN);
+  return mpfr_get_flt(y.get(), MPFR_RNDN);
+}
+
+bool same(float a, float b) {
+  return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b) || (a != a && b != b);
+}
+
+struct outcome {
+  std::uint64_t tested = 0;
+  std::uint64_t in_doubt = 0;
+  std::vector<float> misrounded = {};
+};
+
+void judge(const single_function& f, float x, float got, double nearly, outcome& seen) {
+  constexpr double doubt = 0x1p-48;
+  if (x >= f.low && x <= f.high) {
+    const bool decided = same(static_cast<float>(nearly * (1 - doubt)), got) &&
+                         same(static_cast<float>(nearly * (1 + doubt)), got);
+    if (decided) return;
+    ++seen.in_doubt;
+    if (!same(got, correctly_rounded(f, x))) seen.misrounded.push_back(x);
+  } else if (!same(got, x != x ? x : f.outside(x))) {
+    seen.misrounded.push_back(x);
+  }
+}
+
+outcome try_all(const single_function& f, std::uint64_t first, std::uint64_t last) {
+  constexpr std::uint64_t block = 1 << 16;
+  const isa::level tested = isa::current();
+  outcome seen;
+  const std::vector<float> blank(block);
+  signal<dspf_vec> single(blank);
+  signal<dsp_vec> reference(samples<dsp_vec>(blank.begin(), blank.end()));
+  for (std::uint64_t start = first; start <= last; start += block) {
+    const std::uint64_t count = std::min(block, last - start + 1);
+    single.points = reference.points = static_cast<std::uint32_t>(count);
+    for (std::uint64_t i = 0; i < count; ++i) {
+      single.data[i] = std::bit_cast<float>(static_cast<std::uint32_t>(start + i));
+      reference.data[i] = static_cast<double>(single.data[i]);
+    }
+    f.in_single(&single);
+    isa::force(isa::widest());
+    f.in_double(&reference);
+    isa::force(tested);
+    for (std::uint64_t i = 0; i < count; ++i) {
+      const float x = std::bit_cast<float>(static_cast<std::uint32_t>(start + i));
+      judge(f, x, single.data[i], reference.data[i], seen);
+    }
+    seen.tested += count;
+  }
+  return seen;
+}
+
+void print(const single_function& f, const outcome& seen) {
+  constexpr std::size_t shown = 64;
+  std::printf("| %s | %llu | %llu | %zu |", f.name, static_cast<unsigned long long>(seen.tested),
+              static_cast<unsigned long long>(seen.in_doubt), seen.misrounded.size());
+  for (std::size_t i = 0; i < std::min(shown, seen.misrounded.size()); ++i) {
+    std::printf(" %a", static_cast<double>(seen.misrounded[i]));
+  }
+  std::printf("%s |\n", seen.misrounded.size() > shown ? " ..." : "");
+  std::fflush(stdout);
+}
+
+}  // namespace
+}  // namespace sigpak::test
+
+int main(int argc, char** argv) {
+  using namespace sigpak::test;
+  using sigpak::isa::level;
+  if (const char* wanted = std::getenv("SIGPAK_TEST_LEVEL"); wanted != nullptr) {
+    const std::string_view name = wanted;
+    sigpak::isa::force(name == "baseline" ? level::baseline : name == "avx2" ? level::avx2 : level::avx512);
+  }
+  const std::string_view only = argc > 1 ? argv[1] : "all";
+  const std::uint64_t first = argc > 3 ? std::strtoull(argv[2], nullptr, 16) : 0;
+  const std::uint64_t last = argc > 3 ? std::strtoull(argv[3], nullptr, 16) : 0xffffffff;
+  std::printf("| function | arguments | decided exactly | misrounded | at |\n|---|---|---|---|---|\n");
+  std::size_t misrounded = 0;
+  for (const single_function& f : functions) {
+    if (only != "all" && only != f.name) continue;
+    const outcome seen = try_all(f, first, last);
+    print(f, seen);
+    misrounded += seen.misrounded.size();
+  }
+  return misrounded == 0 ? 0 : 1;
+}
