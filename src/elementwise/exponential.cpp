@@ -6,6 +6,7 @@
 #include "elementwise/elementwise.h"
 #include "elementwise/exponential_parts.h"
 #include "elementwise/in_place.h"
+#include "elementwise/precise.h"
 #include "kernels/elementary/functions.h"
 #include "kernels/elementary/sine_parts.h"
 #include "vectors/levels.h"
@@ -35,7 +36,7 @@ template <class T> point<double> turned(double_double size, double angle) noexce
 
 template <class T> void exponential(T* x, index n) noexcept {
   if (const auto* wide = at_level<kernels::exponential_functions<T>>()) return wide->exponential(x, n);
-  map(x, n, guarded_exp<T>);
+  map_nearest(x, n, guarded_exp<T>, precise_exp);
 }
 
 template <class T> void exponential_points(T* z, index points) noexcept {
@@ -51,7 +52,7 @@ template <class T> void exponential_points(T* z, index points) noexcept {
 template <class T> void exponential10(T* x, index n) noexcept {
   if (const auto* wide = at_level<kernels::exponential_functions<T>>()) return wide->exponential10(x, n);
   const T* stop = std::find_if(x, x + n, [](T sample) { return sample < -guard<T>::huge; });
-  map(x, stop - x, guarded_exp10<T>);
+  map_nearest(x, stop - x, guarded_exp10<T>, precise_exp10);
 }
 
 template <class T> void exponential10_points(T* z, index points) noexcept {

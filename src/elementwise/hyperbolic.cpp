@@ -4,6 +4,7 @@
 #include "core/wide_guard.h"
 #include "elementwise/exponential_parts.h"
 #include "elementwise/in_place.h"
+#include "elementwise/precise.h"
 #include "kernels/elementary/functions.h"
 #include "vectors/levels.h"
 
@@ -83,17 +84,18 @@ template <class T> double guarded_cosh(double x) noexcept {
 
 template <class T> void hyperbolic_sine(T* x, index n) noexcept {
   if (const auto* wide = at_level<kernels::exponential_functions<T>>()) return wide->hyperbolic_sine(x, n);
-  map(x, n, guarded_sinh<T>);
+  map_nearest(x, n, guarded_sinh<T>, precise_sinh);
 }
 
 template <class T> void hyperbolic_cosine(T* x, index n) noexcept {
   if (const auto* wide = at_level<kernels::exponential_functions<T>>()) return wide->hyperbolic_cosine(x, n);
-  map(x, n, guarded_cosh<T>);
+  map_nearest(x, n, guarded_cosh<T>, precise_cosh);
 }
 
 template <class T> void hyperbolic_tangent(T* x, index n) noexcept {
   if (const auto* wide = at_level<kernels::exponential_functions<T>>()) return wide->hyperbolic_tangent(x, n);
-  map(x, n, [](double u) { return std::copysign(tanh_above_zero(std::abs(u)), u); });
+  map_nearest(
+      x, n, [](double u) { return std::copysign(tanh_above_zero(std::abs(u)), u); }, precise_tanh);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "elementwise/elementwise.h"
 #include "elementwise/in_place.h"
 #include "elementwise/logarithm_parts.h"
+#include "elementwise/precise.h"
 #include "kernels/elementary/functions.h"
 #include "vectors/levels.h"
 
@@ -23,7 +24,9 @@ constexpr logarithm_constants natural_constants = {
 template <class T> void natural(T* x, index n) noexcept {
   if (const auto* wide = at_level<kernels::logarithm_functions<T>>())
     return wide->logarithm(x, n, natural_constants<T>);
-  map(x, n, [](double u) { return u < wide_guard<T>::tiny ? wide_guard<T>::log_tiny : std::log(u); });
+  map_nearest(
+      x, n, [](double u) { return u < wide_guard<T>::tiny ? wide_guard<T>::log_tiny : std::log(u); },
+      precise_log);
 }
 
 // At T the parts of an exact sum of squares underflow and no longer tell: the plain sum decides.
@@ -83,9 +86,12 @@ template <class T> void decimal_scaled(T* x, index n, double factor) noexcept {
   if (const auto* wide = at_level<kernels::logarithm_functions<T>>()) {
     return wide->scaled_logarithm(x, n, {scale.hi, scale.lo, 0, 0, floor, 0});
   }
-  map(x, n, [=](double u) {
+  const auto plain = [=](double u) {
     if (u < wide_guard<T>::tiny) return floor;
     return u <= std::numeric_limits<double>::max() ? rounded_product(logarithm(u), scale) : factor * u;
+  };
+  map_nearest(x, n, plain, [=](double u) {
+    return u < wide_guard<T>::tiny ? floor : precise_scaled_log(u, scale.hi, scale.lo);
   });
 }
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "elementwise/in_place.h"
+#include "elementwise/precise.h"
 #include "kernels/elementary/circular.h"
 #include "kernels/elementary/functions.h"
 #include "kernels/elementary/sine_parts.h"
@@ -63,17 +64,20 @@ template <class T> void sine_quotient(T* x, index n) noexcept {
 
 template <class T> void arctangent(T* x, index n) noexcept {
   if (const auto* wide = at_level<kernels::inverse_functions<T>>()) return wide->arctangent(x, n);
-  map(x, n, [](double u) { return std::atan(u); });
+  map_nearest(
+      x, n, [](double u) { return std::atan(u); }, precise_atan);
 }
 
 template <class T> void arcsine(T* x, index n) noexcept {
   if (const auto* wide = at_level<kernels::inverse_functions<T>>()) return wide->arcsine(x, n);
-  map(x, n, [](double u) { return std::abs(u) > 1 ? 0.0 : std::asin(u); });
+  map_nearest(
+      x, n, [](double u) { return std::abs(u) > 1 ? 0.0 : std::asin(u); }, precise_asin);
 }
 
 template <class T> void arccosine(T* x, index n) noexcept {
   if (const auto* wide = at_level<kernels::inverse_functions<T>>()) return wide->arccosine(x, n);
-  map(x, n, [](double u) { return std::abs(u) > 1 ? 0.0 : std::acos(u); });
+  map_nearest(
+      x, n, [](double u) { return std::abs(u) > 1 ? 0.0 : std::acos(u); }, precise_acos);
 }
 
 }  // namespace

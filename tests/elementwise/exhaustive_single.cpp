@@ -40,9 +40,12 @@ float limit(float) { return h; }
 float signed_limit(float x) { return std::copysign(h, x); }
 float limit_or_itself(float x) { return x > 0 ? h : x; }
 template <exact_function logarithm> float floor_of(float) {
-  exact y(static_cast<double>(tiny));
-  logarithm(y.get(), y.get(), MPFR_RNDN);
-  return mpfr_get_flt(y.get(), MPFR_RNDN);
+  static const float value = [] {
+    exact y(static_cast<double>(tiny));
+    logarithm(y.get(), y.get(), MPFR_RNDN);
+    return mpfr_get_flt(y.get(), MPFR_RNDN);
+  }();
+  return value;
 }
 
 int exact_reciprocal(mpfr_ptr y, mpfr_srcptr x, mpfr_rnd_t mode) {
@@ -94,12 +97,29 @@ struct outcome {
   std::vector<float> misrounded = {};
 };
 
+constexpr double doubt = 0x1p-48;
+
+// Whether every number within the doubt about `nearly` rounds to `got`.
+constexpr bool is_decided(float got, double nearly) {
+  const auto bits = std::bit_cast<std::uint32_t>(got);
+  const auto below = std::bit_cast<std::uint32_t>(static_cast<float>(nearly * (1 - doubt)));
+  const auto above = std::bit_cast<std::uint32_t>(static_cast<float>(nearly * (1 + doubt)));
+  return (below == bits) & (above == bits);
+}
+
+bool are_decided(const float* got, const double* nearly, index n) {
+  return isa::run_at(isa::widest(), [=] {
+    std::uint32_t open = 0;
+    for (index i = 0; i < n; ++i) open |= is_decided(got[i], nearly[i]) ? 0U : 1U;
+    return open == 0;
+  });
+}
+
+bool is_inside(const single_function& f, float x) { return x >= f.low && x <= f.high; }
+
 void judge(const single_function& f, float x, float got, double nearly, outcome& seen) {
-  constexpr double doubt = 0x1p-48;
-  if (x >= f.low && x <= f.high) {
-    const bool decided = same(static_cast<float>(nearly * (1 - doubt)), got) &&
-                         same(static_cast<float>(nearly * (1 + doubt)), got);
-    if (decided) return;
+  if (is_inside(f, x)) {
+    if (is_decided(got, nearly)) return;
     ++seen.in_doubt;
     if (!same(got, correctly_rounded(f, x))) seen.misrounded.push_back(x);
   } else if (!same(got, x != x ? x : f.outside(x))) {
@@ -107,29 +127,41 @@ void judge(const single_function& f, float x, float got, double nearly, outcome&
   }
 }
 
-outcome try_all(const single_function& f, std::uint64_t first, std::uint64_t last) {
-  constexpr std::uint64_t block = 1 << 16;
+// The arguments whose patterns run from `start`, of one sign.
+void try_block(const single_function& f, std::uint32_t start, signal<dspf_vec>& single,
+               signal<dsp_vec>& reference, outcome& seen) {
   const isa::level tested = isa::current();
+  const index count = single.points;
+  const auto argument = [=](index i) { return std::bit_cast<float>(start + static_cast<std::uint32_t>(i)); };
+  for (index i = 0; i < count; ++i) single.data[i] = argument(i);
+  const bool first_inside = is_inside(f, argument(0));
+  const bool last_inside = is_inside(f, argument(count - 1));
+  if (first_inside || last_inside) {
+    for (index i = 0; i < count; ++i) reference.data[i] = static_cast<double>(single.data[i]);
+    isa::force(isa::widest());
+    f.in_double(&reference);
+    isa::force(tested);
+  }
+  f.in_single(&single);
+  constexpr index step = 256;
+  for (index from = 0; from < count; from += step) {
+    const index n = std::min(step, count - from);
+    if (first_inside && last_inside && are_decided(single.data + from, reference.data + from, n)) continue;
+    for (index i = from; i < from + n; ++i) judge(f, argument(i), single.data[i], reference.data[i], seen);
+  }
+}
+
+outcome try_all(const single_function& f, std::uint64_t first, std::uint64_t last) {
+  constexpr std::uint64_t block = 1 << 13;
   outcome seen;
   const std::vector<float> blank(block);
   signal<dspf_vec> single(blank);
   signal<dsp_vec> reference(samples<dsp_vec>(blank.begin(), blank.end()));
-  for (std::uint64_t start = first; start <= last; start += block) {
-    const std::uint64_t count = std::min(block, last - start + 1);
-    single.points = reference.points = static_cast<std::uint32_t>(count);
-    for (std::uint64_t i = 0; i < count; ++i) {
-      single.data[i] = std::bit_cast<float>(static_cast<std::uint32_t>(start + i));
-      reference.data[i] = static_cast<double>(single.data[i]);
-    }
-    f.in_single(&single);
-    isa::force(isa::widest());
-    f.in_double(&reference);
-    isa::force(tested);
-    for (std::uint64_t i = 0; i < count; ++i) {
-      const float x = std::bit_cast<float>(static_cast<std::uint32_t>(start + i));
-      judge(f, x, single.data[i], reference.data[i], seen);
-    }
-    seen.tested += count;
+  for (std::uint64_t start = first; start <= last; start = (start | (block - 1)) + 1) {
+    const std::uint64_t end = std::min(start | (block - 1), last);  // blocks do not cross a change of sign
+    single.points = reference.points = static_cast<std::uint32_t>(end - start + 1);
+    try_block(f, static_cast<std::uint32_t>(start), single, reference, seen);
+    seen.tested += end - start + 1;
   }
   return seen;
 }
