@@ -283,9 +283,11 @@ SIGPAK_API int32_t dspf_free_internal(void);
 /* ---- Element-wise mathematics in place ---------------------------------------------------------------------- */
 
 /* None of these changes points or delta. A real-only function returns -1 for a complex record and leaves it as it
-   was. z = a + ib is a complex sample, a "point beyond H" one with |a| or |b| above H. Single precision computes in
-   double and rounds each result once. Where no other bound is given, results in double precision are within 1 ulp of
-   the exact value, in single precision within 0.501. */
+   was. z = a + ib is a complex sample, a "point beyond H" one with |a| or |b| above H. Where no other bound is given,
+   results in double precision, each part of a complex one by itself, are within 1 ulp of the exact value.
+   Single precision computes in double and rounds once: each part of a complex result is within 0.501 ulp, and real
+   results are correctly rounded for every argument, so that they are the same bits on every machine (dspfi_db with
+   other factors than 10 and 20: within 0.501 ulp). Beside a bound u = 2^-53, half an ulp of 1. */
 
 /* x = factor * x, every scalar of real and complex records. */
 SIGPAK_API int32_t dspi_scale (dsp_vec  *v, double factor);
@@ -296,7 +298,8 @@ SIGPAK_API int32_t dspi_offset (dsp_vec  *v, double amount);
 SIGPAK_API int32_t dspfi_offset(dspf_vec *v, float  amount);
 
 /* x = (re + i im) * x. A real record becomes complex, unless it is empty; -1 when it cannot grow, and the record is
-   then left without storage and flagged complex. */
+   then left without storage and flagged complex. In double precision a part of a complex product is a sum of two
+   products that may cancel: its error is at most 2 u times the sum of their magnitudes, thus 2 u |z| |re + i im|. */
 SIGPAK_API int32_t dspi_cscale (dsp_vec  *v, double re, double im);
 SIGPAK_API int32_t dspfi_cscale(dspf_vec *v, float  re, float  im);
 
@@ -308,17 +311,19 @@ SIGPAK_API int32_t dspfi_neg(dspf_vec *v);
 SIGPAK_API int32_t dspi_abs (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_abs(dspf_vec *v);
 
-/* x = x^2; H when |x| > H. Complex: z^2, with a and b limited to [-H, H] first. */
+/* x = x^2; H when |x| > H. Complex: z^2, with a and b limited to [-H, H] first; in double precision the real part
+   a^2 - b^2 within 2 u max(a^2, b^2), the imaginary one correctly rounded. */
 SIGPAK_API int32_t dspi_square (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_square(dspf_vec *v);
 
 /* x = 1 / x; H for 0 of either sign. Complex: (s a, -s b) with s = 1 / (a^2 + b^2), H when that sum is 0, and 1 / H
-   for a point beyond H. A complex zero becomes (0, -0). */
+   for a point beyond H. A complex zero becomes (0, -0). In double precision each part of a complex reciprocal is
+   within 4 ulp for |z| in [1e-140, H]; below, a^2 + b^2 loses digits as it underflows. */
 SIGPAK_API int32_t dspi_recip (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_recip(dspf_vec *v);
 
-/* x = sqrt(x); 0 when x < 0. Complex: the principal root, re >= 0 and im with the sign of b. A point beyond H keeps
-   its direction, and its root gets the magnitude sqrt(H). */
+/* x = sqrt(x); 0 when x < 0. Complex: the principal root, re >= 0 and im with the sign of b; (0, 0) for a zero of
+   either sign. A point beyond H keeps its direction, and its root gets the magnitude sqrt(H). */
 SIGPAK_API int32_t dspi_sqrt (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_sqrt(dspf_vec *v);
 
@@ -342,7 +347,8 @@ SIGPAK_API int32_t dspfi_log(dspf_vec *v);
 SIGPAK_API int32_t dspi_log10 (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_log10(dspf_vec *v);
 
-/* x = factor * log10 x, rounded once; real and complex limits as for dspi_log10, factor times its results.
+/* x = factor * log10 x, rounded once; real and complex limits as for dspi_log10, factor times its results; the angle
+   of complex results within 2 ulp. With |factor| > H a rounded log10 is multiplied: within 2 ulp, the angle 3 ulp.
    factor  10 for decibels of powers, 20 of amplitudes, both relative to 1; any number */
 SIGPAK_API int32_t dspi_db (dsp_vec  *v, double factor);
 SIGPAK_API int32_t dspfi_db(dspf_vec *v, float  factor);

@@ -1,5 +1,5 @@
-// Elementary functions of single precision where a double leaves open to which float a result rounds: so single
-// precision is correctly rounded whatever the last digits of the C library.
+// Elementary functions of single precision where a double leaves open to which float a result rounds: so
+// single precision is correctly rounded whatever the last digits of the C library.
 #pragma once
 
 #include "core/record.h"
@@ -18,20 +18,22 @@ double precise_sinh(double x) noexcept;
 double precise_cosh(double x) noexcept;
 double precise_tanh(double x) noexcept;
 
-// Whether numbers within the error of y, which is that of a C library with some to spare, round to two floats.
+// Whether numbers within the error of y, which is that of a C library with some to spare, round to two
+// floats.
 constexpr bool is_between_floats(double y) noexcept {
   constexpr double error = 0x1p-48;
   return static_cast<float>(y * (1 - error)) != static_cast<float>(y * (1 + error)) && y == y;
 }
 
-// Replaces every x by f(x), computed in double and rounded once; in single precision by precise(x) where f(x) leaves
-// the rounding open.
+// Replaces every x by f(x), computed in double and rounded once; in single precision by precise(x) where f(x)
+// leaves the rounding open.
 template <class T, class F, class Precise> void map_nearest(T* x, index n, F f, Precise precise) noexcept {
   for (index i = 0; i < n; ++i) {
     const double from = static_cast<double>(x[i]);
     double y = f(from);
     if constexpr (sizeof(T) < sizeof(double)) {
-      if (is_between_floats(y)) [[unlikely]] y = precise(from);
+      if (is_between_floats(y)) [[unlikely]]
+        y = precise(from);
     }
     x[i] = static_cast<T>(y);
   }

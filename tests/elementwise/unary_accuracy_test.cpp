@@ -1,6 +1,9 @@
 // Errors of the elementary functions against arithmetic of 320 bits.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <string_view>
+
 #include "elementwise/functions.h"
 
 namespace sigpak::test {
@@ -46,6 +49,77 @@ TYPED_TEST(UnaryAccuracy, ComplexFunctionsStayWithinTheirBounds) {
       ASSERT_LE(ulps(v.data[i], re), most) << "re at " << z[i] << ", " << z[i + 1];
       ASSERT_LE(ulps(v.data[i + 1], im), most) << "im at " << z[i] << ", " << z[i + 1];
     }
+  }
+}
+
+// Arguments whose result lies so close to a boundary between two floats that a double of ordinary care misses
+// it: those that exhaustive_single has found for one or another way to compute.
+TEST(UnarySingle, ClosestArgumentsAreCorrectlyRounded) {
+  const struct {
+    const char* name;
+    std::vector<float> x;
+  } closest[] = {
+      {"exp",
+       {0x1.344e9cp-5F, 0x1.036492p+1F, -0x1.d2259ap+3F, -0x1.65cf3p+6F, 0x1.7396a6p+1F, -0x1.07babcp+5F}},
+      {"exp10", {-0x1.c303eep-5F, -0x1.94685ap-4F, 0x1.5d4344p-3F, -0x1.a4c2fep+3F}},
+      {"log",
+       {0x1.2f1fd6p+3F, 0x1.bacb4ap+25F, 0x1.b121a6p+76F, 0x1.6351d8p+95F, 0x1.d1309cp+62F, 0x1.827a74p-7F}},
+      {"log10", {0x1.9a99dp-107F, 0x1.fddcf4p-98F, 0x1.292424p-33F, 0x1.bfbc36p-1F, 0x1.0acfc8p+67F}},
+      {"db, factor 20", {0x1.6da4dcp-74F}},
+      {"atan", {0x1.1ad646p-4F}},
+      {"asin", {0x1.6fe272p-2F, 0x1.7136c8p-2F, 0x1.9b7b4p-2F, 0x1.e5af18p-2F, 0x1.107434p-1F}},
+      {"acos", {0x1.110b46p-26F, 0x1.04c444p-12F}},
+      {"sinh", {0x1.250bfep-11F, 0x1.322898p+0F, 0x1.595ba8p+0F}},
+      {"cosh", {0x1.c12a5p-5F, 0x1.6181a6p+3F, 0x1.f1bb4ep+3F}},
+      {"tanh", {0x1.dc0accp-2F}},
+  };
+  for (const auto& [name, x] : closest) {
+    SCOPED_TRACE(name);
+    const std::string_view wanted_name = name;
+    const auto& all = unary_functions();
+    const auto f = std::find_if(all.begin(), all.end(), [&](const auto& g) { return g.name == wanted_name; });
+    ASSERT_NE(f, all.end());
+    signal<dspf_vec> v(x);
+    ASSERT_EQ(f->in_single(&v), 0);
+    for (std::size_t i = 0; i < x.size(); ++i) {
+      const exact argument(static_cast<double>(x[i]));
+      exact wanted;
+      f->definition(wanted.get(), argument.get(), MPFR_RNDN);
+      EXPECT_EQ(v.data[i], mpfr_get_flt(wanted.get(), MPFR_RNDN)) << "at " << x[i];
+    }
+  }
+}
+
+// The parts of products and reciprocals against what their definitions let through, in units of rounding.
+TYPED_TEST(UnaryAccuracy, ProductsOfPointsStayWithinTheirBounds) {
+  using V = TypeParam;
+  using T = scalar<V>;
+  using wide = long double;
+  const T p = T(1.25L / 3);
+  const T q = T(-0.7L / 3);
+  const samples<V> z = points<V>(4000, 5);
+  signal<V> square(z, true);
+  signal<V> scaled(z, true);
+  signal<V> inverse(z, true);
+  ASSERT_EQ(TWIN(i_square)(&square), 0);
+  ASSERT_EQ(TWIN(i_cscale)(&scaled, p, q), 0);
+  ASSERT_EQ(TWIN(i_recip)(&inverse), 0);
+  const auto expect = [](T got, wide wanted, wide bound) {
+    ASSERT_LE(std::abs(static_cast<wide>(got) - wanted),
+              bound * static_cast<wide>(unit_roundoff<V>) * 1.001L);
+  };
+  for (std::size_t i = 0; i < z.size(); i += 2) {
+    SCOPED_TRACE(i / 2);
+    const wide a = z[i];
+    const wide b = z[i + 1];
+    const wide size = a * a + b * b;
+    expect(square.data[i], a * a - b * b, 2 * std::max(a * a, b * b));
+    expect(square.data[i + 1], 2 * a * b, std::abs(2 * a * b));
+    expect(scaled.data[i], a * p - b * q, 2 * (std::abs(a * p) + std::abs(b * q)));
+    expect(scaled.data[i + 1], b * p + a * q, 2 * (std::abs(b * p) + std::abs(a * q)));
+    if (size == 0) continue;
+    expect(inverse.data[i], a / size, 4 * std::abs(a / size));
+    expect(inverse.data[i + 1], -b / size, 4 * std::abs(b / size));
   }
 }
 

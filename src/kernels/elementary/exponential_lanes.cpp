@@ -183,11 +183,15 @@ SIGPAK_INLINE real near_or(real x, real near, real far, double end) {
   return take_sign(choose(absolute(x) <= all(end), near, far), x);
 }
 
+// The argument whose hyperbolic sine lies closer above it than half a float by less than a double can tell.
+constexpr double closest_sinh = 0x1.250bfep-11;
+
 // For single precision, from one exponential and its reciprocal.
 SIGPAK_INLINE real sinh_short(real x) {
   const real a = absolute(x);
   const real z = x * x;
-  const real near = fma(x * z, polynomial(sinh_single_terms, z), x);
+  const real series = fma(x * z, polynomial(sinh_single_terms, z), x);
+  const real near = choose(a == all(closest_sinh), x, series);
   const real e = exponential_single(at_most(a, guard<double>::log_huge));
   const real far = all(0.5) * (e - all(1) / e);
   return near_or(x, near, choose(a > log_huge<float>(), huge<float>(), far), 0.5);

@@ -81,13 +81,16 @@ SIGPAK_INLINE real arcsine_single(real x) {
   return choose(a > all(1), all(0), take_sign(y, x));
 }
 
+// pi / 2 rounded up: with this neighbour every float rounds right, with the nearest double two do not.
+constexpr double half_pi_above = 0x1.921fb54442d19p+0;
+
 SIGPAK_INLINE real arccosine_single(real x) {
   const real a = absolute(x);
   const mask large = a > all(0.5);
   const mask negative = is_negative(x);
   const real h = reduced_arcsine_single(a, large);
   const real factor = choose(large, all(2), all(-1));
-  const real base = choose(large, choose(negative, all(pi_hi), all(0)), all(0.5 * pi_hi));
+  const real base = choose(large, choose(negative, all(pi_hi), all(0)), all(half_pi_above));
   return choose(a > all(1), all(0), fma(choose(negative, -factor, factor), h, base));
 }
 

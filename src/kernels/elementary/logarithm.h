@@ -9,6 +9,7 @@ namespace {
 
 constexpr double ln2_hi = 0x1.62e42fefa3800p-1;  // a multiple of 2^-42: k ln2_hi is exact
 constexpr double ln2_lo = 0x1.ef35793c76730p-45;
+constexpr double ln2_lo_single = 0x1.eebfc950c0e59p-45;  // chosen with the polynomial of single precision
 
 // x = 2^k (1 + f), sqrt(1/2) <= 1 + f < sqrt 2, for normal x > 0.
 struct reduced_log {
@@ -49,7 +50,7 @@ SIGPAK_INLINE real logarithm_single(reduced_log y, real rest) {
   const real z = s * s;
   const real square = (all(0.5) * y.f) * y.f;
   const real series = fma(s, fma(z, polynomial(logarithm_single_terms, z), square), rest - square);
-  return fma(y.k, all(ln2_hi), y.f + fma(y.k, all(ln2_lo), series));
+  return fma(y.k, all(ln2_hi), y.f + fma(y.k, all(ln2_lo_single), series));
 }
 
 SIGPAK_INLINE real logarithm_single(real x) { return logarithm_single(reduce_log(x), all(0)); }

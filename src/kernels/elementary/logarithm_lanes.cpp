@@ -18,11 +18,14 @@ template <class T> SIGPAK_INLINE real guarded(real x, real y, double floor, real
   return choose(x < tiny<T>(), all(floor), choose(x <= all(most_finite), y, passed));
 }
 
+// The last bit set: what is rounded to a float later then never lies on a boundary between two.
+SIGPAK_INLINE real beside_boundaries(real x) { return from_bits(bits(x) | all_bits(1)); }
+
 template <class T> struct logarithm_of {
   kernels::logarithm_constants c;
   SIGPAK_INLINE real operator()(real x) const {
     if constexpr (sizeof(T) == sizeof(float)) {
-      return guarded<T>(x, logarithm_single(x), c.floor, x);
+      return guarded<T>(x, beside_boundaries(logarithm_single(x)), c.floor, x);
     } else {
       const parts ln = logarithm(x);
       return guarded<T>(x, ln.hi + ln.lo, c.floor, x);
@@ -41,7 +44,8 @@ template <class T> struct scaled_logarithm_of {
   kernels::logarithm_constants c;
   SIGPAK_INLINE real operator()(real x) const {
     if constexpr (sizeof(T) == sizeof(float)) {
-      return guarded<T>(x, logarithm_single(x) * all(c.scale), c.floor, x * all(c.scale));
+      const real y = beside_boundaries(logarithm_single(x) * all(c.scale));
+      return guarded<T>(x, y, c.floor, x * all(c.scale));
     } else {
       return guarded<T>(x, scaled(logarithm(x), c.scale, c.scale_rest), c.floor, x * all(c.scale));
     }
