@@ -2,7 +2,9 @@
 // single precision is correctly rounded whatever the last digits of the C library.
 #pragma once
 
-#include "core/record.h"
+#include <cstdint>
+
+#include "elementwise/in_place.h"
 
 namespace sigpak {
 
@@ -22,20 +24,27 @@ double precise_tanh(double x) noexcept;
 // floats.
 constexpr bool is_between_floats(double y) noexcept {
   constexpr double error = 0x1p-48;
-  return static_cast<float>(y * (1 - error)) != static_cast<float>(y * (1 + error)) && y == y;
+  return (static_cast<float>(y * (1 - error)) != static_cast<float>(y * (1 + error))) & (y == y);
 }
 
 // Replaces every x by f(x), computed in double and rounded once; in single precision by precise(x) where f(x)
-// leaves the rounding open.
+// leaves the rounding open. In blocks, as the compiler takes several results at a time to find those.
 template <class T, class F, class Precise> void map_nearest(T* x, index n, F f, Precise precise) noexcept {
-  for (index i = 0; i < n; ++i) {
-    const double from = static_cast<double>(x[i]);
-    double y = f(from);
-    if constexpr (sizeof(T) < sizeof(double)) {
-      if (is_between_floats(y)) [[unlikely]]
-        y = precise(from);
+  if constexpr (sizeof(T) == sizeof(double)) {
+    map(x, n, f);
+  } else {
+    constexpr index block = 64;
+    double y[block];
+    for (; n > 0; x += block, n -= block) {
+      const index count = n < block ? n : block;
+      for (index i = 0; i < count; ++i) y[i] = f(static_cast<double>(x[i]));
+      std::int64_t open = 0;
+      for (index i = 0; i < count; ++i) open |= is_between_floats(y[i]) ? 1 : 0;
+      for (index i = 0; open != 0 && i < count; ++i) {
+        if (is_between_floats(y[i])) y[i] = precise(static_cast<double>(x[i]));
+      }
+      for (index i = 0; i < count; ++i) x[i] = static_cast<T>(y[i]);
     }
-    x[i] = static_cast<T>(y);
   }
 }
 
