@@ -1,6 +1,7 @@
 // The windows of the catalogue, point by point. They are computed in double and rounded once, at the store.
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <numbers>
 
 #include "windows/catalogue.h"
@@ -19,18 +20,6 @@ double triangle_peak(index n, int mode) noexcept {
 }
 
 namespace {
-
-// sum of a[k] cos(k x) by Clenshaw's recurrence in c = cos(x).
-double cosine_sum(std::span<const double> a, double c) noexcept {
-  double next = 0;
-  double after = 0;
-  for (std::size_t k = a.size() - 1; k > 0; --k) {
-    const double term = a[k] + 2 * c * next - after;
-    after = next;
-    next = term;
-  }
-  return a[0] + c * next - after;
-}
 
 // Unlike the other shapes a narrow constant begins at the first point.
 template <class T> void fill_constant(T* w, index n, double width, double level) noexcept {
@@ -57,7 +46,8 @@ template <class T> void fill_sinc_lobe(T* w, index n, double width) noexcept {
 }
 
 template <class T> void fill_cosine_sum(T* w, index n, double width, std::span<const double> a) noexcept {
-  fill_centred(w, n, width, [=](double angle, double) { return cosine_sum(a, std::cos(angle)); });
+  fill_centred(w, n, width,
+               [=](double angle, double) { return cosine_sum(a.data(), std::ssize(a), std::cos(angle)); });
 }
 
 template <record V>

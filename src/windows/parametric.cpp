@@ -5,29 +5,14 @@
 #include "core/guard.h"
 #include "core/storage.h"
 #include "elementwise/elementwise.h"
-#include "shape/shape.h"
 #include "windows/catalogue.h"
+#include "windows/generated.h"
 #include "windows/normalise.h"
+#include "windows/shapes.h"
 #include "windows/windows.h"
 
 namespace sigpak {
 namespace {
-
-// Samples of shape(x) at the distances x from the middle point n / 2, or, in the symmetric form of an even
-// number of points, from the middle between the two innermost ones.
-template <class T, class Shape> void fill_mirrored(T* w, index n, bool symmetric, Shape shape) noexcept {
-  const index centre = n / 2;
-  if (symmetric && n % 2 == 0) {
-    for (index j = 0; j < centre; ++j) {
-      w[centre + j] = w[centre - 1 - j] = static_cast<T>(shape(static_cast<double>(j) + 0.5));
-    }
-    return;
-  }
-  for (index k = 0; k <= (n - 1) / 2; ++k) {
-    w[centre + k] = w[centre - k] = static_cast<T>(shape(static_cast<double>(k)));
-  }
-  if (n % 2 == 0) w[0] = static_cast<T>(shape(static_cast<double>(centre)));
-}
 
 template <record V> bool refused(const V* v, int flags) noexcept {
   return is_complex(v) || has(flags, DSP_WINDOW_FLAG_WIDTH) || mode_of(flags) == refused_mode;
@@ -87,35 +72,20 @@ template status kaiser(dspf_vec*, double, int) noexcept;
 template status gaussian(dsp_vec*, double, int) noexcept;
 template status gaussian(dspf_vec*, double, int) noexcept;
 
-namespace {
-
-template <record V>
-status apply_generated(V* v, double parameter, int flags,
-                       status (*generate)(V*, double, int) noexcept) noexcept {
-  temporary<V> w;
-  w.points = static_cast<std::uint32_t>(length(v));
-  if (allocate<V>(&w) != ok || generate(&w, parameter, flags) != ok) return failed;
-  if (length(v) == 0) return ok;
-  w.delta = v->delta;  // so that the product keeps it
-  if (multiply<V>(v, &w, v) != ok) return failed;
-  return has(flags, DSP_WINDOW_FLAG_NO_ROTATE) ? ok : rotate_left_half(v);
-}
-
-}  // namespace
 }  // namespace sigpak
 
 using namespace sigpak;
 
 int32_t dspi_window_kaiser(dsp_vec* v, double beta, int32_t flags) {
-  return apply_generated(v, beta, flags, kaiser<dsp_vec>);
+  return apply_generated(v, flags, [=](dsp_vec* w) { return kaiser(w, beta, flags); });
 }
 int32_t dspfi_window_kaiser(dspf_vec* v, float beta, int32_t flags) {
-  return apply_generated(v, static_cast<double>(beta), flags, kaiser<dspf_vec>);
+  return apply_generated(v, flags, [=](dspf_vec* w) { return kaiser(w, static_cast<double>(beta), flags); });
 }
 
 int32_t dspi_window_gauss(dsp_vec* v, double a, int32_t flags) {
-  return apply_generated(v, a, flags, gaussian<dsp_vec>);
+  return apply_generated(v, flags, [=](dsp_vec* w) { return gaussian(w, a, flags); });
 }
 int32_t dspfi_window_gauss(dspf_vec* v, float a, int32_t flags) {
-  return apply_generated(v, static_cast<double>(a), flags, gaussian<dspf_vec>);
+  return apply_generated(v, flags, [=](dspf_vec* w) { return gaussian(w, static_cast<double>(a), flags); });
 }

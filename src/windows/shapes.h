@@ -61,4 +61,32 @@ template <class T, class Shape> void fill_centred(T* w, index n, double width, S
   }
 }
 
+// Samples of shape(x) at the distances x from the middle point n / 2, or, in the symmetric form of an even
+// number of points, from the middle between the two innermost ones.
+template <class T, class Shape> void fill_mirrored(T* w, index n, bool symmetric, Shape shape) noexcept {
+  const index centre = n / 2;
+  if (symmetric && n % 2 == 0) {
+    for (index j = 0; j < centre; ++j) {
+      w[centre + j] = w[centre - 1 - j] = static_cast<T>(shape(static_cast<double>(j) + 0.5));
+    }
+    return;
+  }
+  for (index k = 0; k <= (n - 1) / 2; ++k) {
+    w[centre + k] = w[centre - k] = static_cast<T>(shape(static_cast<double>(k)));
+  }
+  if (n % 2 == 0) w[0] = static_cast<T>(shape(static_cast<double>(centre)));
+}
+
+// sum of a[k] cos(k x) over k < count by Clenshaw's recurrence in c = cos(x).
+template <class T> double cosine_sum(const T* a, index count, double c) noexcept {
+  double next = 0;
+  double after = 0;
+  for (index k = count - 1; k > 0; --k) {
+    const double term = static_cast<double>(a[k]) + 2 * c * next - after;
+    after = next;
+    next = term;
+  }
+  return static_cast<double>(a[0]) + c * next - after;
+}
+
 }  // namespace sigpak

@@ -12,4 +12,7 @@ template <record V> status generate_window(V* v, int window, int flags, double w
 template <record V> status gaussian(V* v, double a, int flags) noexcept;
 template <record V> status kaiser(V* v, double beta, int flags) noexcept;
 
+// The shape of the Kaiser window for a filter whose stop band lies so many decibels down.
+double kaiser_shape(double attenuation) noexcept;
+
 }  // namespace sigpak

@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <numbers>
+#include <utility>
 #include <vector>
 
 #include "sigpak.h"
@@ -18,18 +19,23 @@ struct figures {
 
 inline constexpr int figure_points = 2048;
 
+// The window that apply leaves of a record of ones.
+template <class Apply> std::vector<double> unit_window(Apply apply) {
+  std::vector<double> points(figure_points, 1.0);
+  dsp_vec v;
+  dsp_init(&v);
+  v.points = figure_points;
+  v.data = points.data();
+  apply(&v);
+  points.assign(v.data, v.data + figure_points);
+  dsp_destroy(&v);
+  return points;
+}
+
 // The spectrum of a window symmetric about its middle, real, at a frequency in bins.
 class window_spectrum {
  public:
-  explicit window_spectrum(int window) : points_(figure_points, 1.0) {
-    dsp_vec v;
-    dsp_init(&v);
-    v.points = figure_points;
-    v.data = points_.data();
-    dspi_window(&v, window, DSP_WINDOW_FLAG_PEAK | DSP_WINDOW_FLAG_NO_ROTATE);
-    points_.assign(v.data, v.data + figure_points);
-    dsp_destroy(&v);
-  }
+  explicit window_spectrum(std::vector<double> points) : points_(std::move(points)) {}
 
   double at(double bins) const {
     constexpr std::size_t middle = figure_points / 2;
@@ -84,7 +90,8 @@ inline double flatness(const window_spectrum& w) {
 }
 
 inline figures figures_of(int window) {
-  const window_spectrum spectrum(window);
+  constexpr int shape = DSP_WINDOW_FLAG_PEAK | DSP_WINDOW_FLAG_NO_ROTATE;
+  const window_spectrum spectrum(unit_window([window](dsp_vec* v) { dspi_window(v, window, shape); }));
   figures f{};
   double scale = 0;
   dsp_window_scale(&scale, window, DSP_WINDOW_FLAG_MEAN, figure_points);

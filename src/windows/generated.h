@@ -1,0 +1,22 @@
+// Windows that are generated for the call and applied to a record.
+#pragma once
+
+#include "core/storage.h"
+#include "elementwise/elementwise.h"
+#include "shape/shape.h"
+#include "windows/catalogue.h"
+
+namespace sigpak {
+
+// v * w, for the window w that generate(&w) fills, rotated unless the flags keep it from that.
+template <record V, class Generate> status apply_generated(V* v, int flags, Generate generate) noexcept {
+  temporary<V> w;
+  w.points = static_cast<std::uint32_t>(length(v));
+  if (allocate<V>(&w) != ok || generate(&w) != ok) return failed;
+  if (length(v) == 0) return ok;
+  w.delta = v->delta;  // so that the product keeps it
+  if (multiply<V>(v, &w, v) != ok) return failed;
+  return has(flags, DSP_WINDOW_FLAG_NO_ROTATE) ? ok : rotate_left_half(v);
+}
+
+}  // namespace sigpak
