@@ -896,6 +896,59 @@ SIGPAK_API int32_t dspfs_lin_regres(const dspf_vec *v, dspf_vec *result);
 SIGPAK_API int32_t dsps_lin_regres2 (const dsp_vec  *v, dsp_vec  *result);
 SIGPAK_API int32_t dspfs_lin_regres2(const dspf_vec *v, dspf_vec *result);
 
+/* ---- Splines and interpolation ---------------------------------------------------------------------------------- */
+
+enum {
+  DSP_SPLINE_NOT_A_KNOT = 0,
+  DSP_SPLINE_NATURAL = 1,
+  DSP_SPLINE_CLAMPED = 2,
+  DSP_SPLINE_PERIODIC = 3,
+  DSP_SPLINE_MONOTONE = 4
+};
+
+/* spline = the cubic spline through y, complex: pairs (value, slope). Between neighbouring knots h apart, with the
+   chord d = (y1 - y0) / h and v = (t - x0) / h:
+       y0 + (t - x0) (s0 + v (3 d - 2 s0 - s1 + v (s0 + s1 - 2 d)))
+   x       real, as many points as y, finite and strictly rising; or null for 0, delta, 2 delta, ... with delta > 0 and
+           finite; otherwise -1
+   y       real; otherwise -1. A NaN spreads, with _MONOTONE over its neighbours alone
+   ends    _NOT_A_KNOT  one cubic over the first two intervals, and one over the last two: exact for cubics
+           _NATURAL     second derivative 0 at both ends
+           _CLAMPED     the slopes start and end there
+           _PERIODIC    the last point is the first one, a period later; its value is taken from the first
+           _MONOTONE    slopes that never overshoot: weighted harmonic means of the neighbouring chords, 0 where those
+                        differ in sign (Fritsch and Butland, SIAM J. Sci. Stat. Comput. 5, 1984), three-point slopes at
+                        the ends, limited to the shape of the data; once differentiable
+           others -1. With 2 points a line, unless _CLAMPED; with 3 _NOT_A_KNOT is the parabola; with 1 a constant
+   spline  may be y
+   delta of y. Computed in double in both precisions: slopes within 16 u of the largest chord nearby on regular
+   knots, u = 2^-53, and rounded once. Other splines through the same knots are pairs with slopes of the caller. */
+SIGPAK_API int32_t dsp_cspline (const dsp_vec  *x, const dsp_vec  *y, dsp_vec  *spline, int32_t ends,
+                                double start, double end);
+SIGPAK_API int32_t dspf_cspline(const dspf_vec *x, const dspf_vec *y, dspf_vec *spline, int32_t ends,
+                                float  start, float  end);
+
+enum {
+  DSP_INTERP_VALUE = 0,
+  DSP_INTERP_SLOPE = 1,
+  DSP_INTERP_CURVATURE = 2,
+  DSP_INTERP_INTEGRAL = 3, /* from x[0] to the target */
+  DSP_INTERP_HOLD = 16,    /* outside the knots the end values */
+  DSP_INTERP_WRAP = 32     /* outside the knots the same again, periodically; with neither the end polynomials go on */
+};
+
+/* out[i] = y, its first or second derivative, or its integral, at the abscissa at[i]; real, points and delta of at.
+   x      as in dsp_cspline, with the points and the delta of y
+   y      complex: a spline; real: straight lines. At least 1 point, otherwise -1. At a knot the value is exact, and
+          derivatives are those behind it
+   at     real, otherwise -1; any order; NaN gives NaN. dspc_line makes a regular grid
+   flags  one of the first four, and at most one of the other two; otherwise -1. Slopes and integrals outside are
+          those of what is held, repeated or continued
+   out    may be at, y or x
+   Regular knots are found without a search. Computed in double in both precisions. */
+SIGPAK_API int32_t dsp_interp (const dsp_vec  *x, const dsp_vec  *y, const dsp_vec  *at, dsp_vec  *out, int32_t flags);
+SIGPAK_API int32_t dspf_interp(const dspf_vec *x, const dspf_vec *y, const dspf_vec *at, dspf_vec *out, int32_t flags);
+
 /* ---- Fourier and cosine transforms ---------------------------------------------------------------------------- */
 
 /* direction 0, forward:  X[k] = (1/N) sum over n of x[n] exp(-2 pi i n k / N)
