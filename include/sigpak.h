@@ -1252,6 +1252,66 @@ SIGPAK_API int32_t dspfd_sfir(const dspf_vec *in, dspf_vec *out, const dspf_vec 
 SIGPAK_API int32_t dspd_deci (const dsp_vec  *in, dsp_vec  *out, int32_t factor, dsp_vec  *state);
 SIGPAK_API int32_t dspfd_deci(const dspf_vec *in, dspf_vec *out, int32_t factor, dspf_vec *state);
 
+/* ---- Filters: change of the sample rate -------------------------------------------------------------------------- */
+
+/* v = a low-pass for dspd_rsmp by up / down: a sinc under a Kaiser window. In units of the lower of the two Nyquist
+   frequencies it keeps 0 .. passband and stops from 1 on: nothing aliases. Deviation in the pass band, images and
+   aliases all stay below 10^(-A / 20), A = attenuation, for 40 <= A <= 150; every one of the up phases sums to 1, so
+   that a constant stays itself. Real; sets points = 2 c + 1 and delta = 1 / up.
+       c = max(up, down) (A' - 7.95) / (14.36 (1 - passband)), rounded up; cut-off (1 + passband) / (4 max(up, down))
+       A' = A + 3.5 + max(0, A - 100) / 20, for which beta is taken too, as in dspi_window_fir
+   passband     0 < . < 1
+   attenuation  dB, 20 .. 200
+   up, down     as in dspd_rsmp; all otherwise -1, as for more than 2^31 - 1 taps
+   Computed in double, rounded once: single precision has a noise floor near -140 dB. Taps per sample of the slower
+   rate, which is the whole cost of dspd_rsmp:
+
+       passband     100 dB      120 dB      150 dB
+         0.80           67          82         104
+         0.90          134         163         207
+         0.93          191         232         295
+         0.95          267         325         413 */
+SIGPAK_API int32_t dspc_rsmp (dsp_vec  *v, int32_t up, int32_t down, double passband, double attenuation);
+SIGPAK_API int32_t dspfc_rsmp(dspf_vec *v, int32_t up, int32_t down, float  passband, float  attenuation);
+
+/* v = taps for dspd_rsmp by up: 2 span up + 1 of them at t = (j - span up) / up in samples of the input, delta 1 / up,
+   real; sinc(t) = sin(pi t) / (pi t).
+       _cos   raised cosine: sinc(t) cos(pi r t) / (1 - (2 r t)^2), every phase scaled to the sum 1. Exactly 1 at 0 and
+              0 at every other whole t: the samples stay among the outputs, bit for bit. From 1 - r to 1 + r of the
+              Nyquist frequency it falls as a cosine
+       _pcos  its square root, one of a pair: (sin(pi t (1 - r)) + 4 r t cos(pi t (1 + r))) / (pi t (1 - (4 r t)^2)),
+              scaled to the sum of squares up. Two in a row, the second with its taps / up, give the samples back
+   up       as in dspd_rsmp
+   span     1 or more: samples of the input to either side
+   rolloff  r, 0 .. 1; all otherwise -1, as for more than 2^31 - 1 taps. At the zeros of the denominators the limits
+            are taken
+   Stop band of _cos, up 8, span 8 / 16 / 32: 46 / 61 / 73 dB for r = 0.25, 58 / 73 / 85 dB for 0.5; dspi_window_fir
+   deepens it and keeps the zeros. Worst tap between symbols of two _pcos, r = 0.25, span 8 / 16: -65 / -77 dB. */
+SIGPAK_API int32_t dspc_rsmp_cos (dsp_vec  *v, int32_t up, int32_t span, double rolloff);
+SIGPAK_API int32_t dspfc_rsmp_cos(dspf_vec *v, int32_t up, int32_t span, float  rolloff);
+SIGPAK_API int32_t dspc_rsmp_pcos (dsp_vec  *v, int32_t up, int32_t span, double rolloff);
+SIGPAK_API int32_t dspfc_rsmp_pcos(dspf_vec *v, int32_t up, int32_t span, float  rolloff);
+
+/* out[k] = sum over j of taps[j] * in[(k * down + c - j) / up], over the j that make the index a whole number;
+   c = (N - 1) / 2 rounded down, N taps: up - 1 zeros between the samples, the filter, every down-th sample kept. What
+   lies before the first sample and after the last counts as 0. Output k lies at the time k * down / up of the input;
+   symmetric odd taps delay nothing. n samples give n * up / down outputs, rounded up.
+   in        real or complex, one form for a stream. Null ends the stream: out gets the samples that still waited,
+             state becomes empty; null without a state -1
+   out       sized here, in the form of in; may be in. delta becomes down / up times that of in
+   taps      real, N >= 1, the taps for the rate up; otherwise -1. A stream reads them at its first block and keeps them
+   up, down  1 .. 2^24, the same for the whole stream, without a common factor for the least work; otherwise -1
+   state     null: in is the whole signal. Otherwise out gets all that the samples so far suffice for: an output waits
+             for c / up samples. An empty record starts a stream; one that holds another's state gives -1. A copy of it
+             is the stream at that place
+   A failed allocation leaves a stream where it was, unless it is that of the state. Any split of a stream into blocks
+   gives the same bits: every output is summed from the oldest sample to the newest, N / up products, within
+   (N / up + 1) u sum |taps| |in|, u = 2^-53 or 2^-24. */
+SIGPAK_API int32_t dspd_rsmp (const dsp_vec  *in, dsp_vec  *out, const dsp_vec  *taps, int32_t up, int32_t down,
+                              dsp_vec  *state);
+SIGPAK_API int32_t dspfd_rsmp(const dspf_vec *in, dspf_vec *out, const dspf_vec *taps, int32_t up, int32_t down,
+                              dspf_vec *state);
+
 /* ---- Filters: hwfilt --------------------------------------------------------------------------------------------- */
 
 /* A fixed recursive low-pass: four equal sections (1 + 1/z) (1 + 1/z + 1/z^2) / (4 + 2/z^2), one after the

@@ -11,4 +11,7 @@ template <record V> status filter(const V* in, V* out, const V* taps, V* history
 // The same, summed directly whatever the lengths.
 template <record V> status filter_directly(const V* in, V* out, const V* taps, V* history) noexcept;
 
+// The greatest factor of a change of the sample rate.
+inline constexpr std::int32_t most_rate_factor = 1 << 24;
+
 }  // namespace sigpak

@@ -2,26 +2,12 @@
 // of vectors apart taken together, so that a vector of samples is loaded once for all of them.
 #include "kernels/fir.h"
 
+#include "kernels/single.h"
 #include "vectors/lanes.h"
 #include "vectors/levels.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
-
-// A single scalar that goes through the same operations as a vector, for runs shorter than one.
-template <class T> struct single {
-  using scalar = T;
-  using vector = T;
-  using loose = T;
-  static constexpr int width = 1;
-  T v;
-};
-SIGPAK_INLINE single<double> fma(single<double> a, single<double> b, single<double> c) {
-  return {__builtin_fma(a.v, b.v, c.v)};
-}
-SIGPAK_INLINE single<float> fma(single<float> a, single<float> b, single<float> c) {
-  return {__builtin_fmaf(a.v, b.v, c.v)};
-}
 
 // Keeps a loaded vector in its register: folded into every product that uses it, it would be loaded as often,
 // and most of these loads cross a cache line.
