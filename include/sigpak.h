@@ -1312,6 +1312,38 @@ SIGPAK_API int32_t dspd_rsmp (const dsp_vec  *in, dsp_vec  *out, const dsp_vec  
 SIGPAK_API int32_t dspfd_rsmp(const dspf_vec *in, dspf_vec *out, const dspf_vec *taps, int32_t up, int32_t down,
                               dspf_vec *state);
 
+/* out[k] = (1/s) sum over n of in[n] h((t[k] - n) / s), t[k] = k * step, with `at` its k-th value / delta of in;
+   s = the greater of 1 and step: the filter is stretched where the outputs are sparser than the inputs. h is the cubic
+   spline through the taps (not-a-knot), which are taps.delta apart in samples of the input, centred, and 0 outside and
+   at the last tap. n samples give n / step outputs, rounded up within 4.4e-15, or at.points.
+   in, out  as in dspd_rsmp; delta becomes step times that of in, with `at` that of at
+   taps     real, odd N >= 3, 1 / delta a whole number of phases within 4.4e-15, in single precision 1.2e-7, at most
+            2^24; otherwise -1: those of dspc_rsmp(.., phases, 1, ..). 32 phases serve 120 dB, 64 150 dB. A stream
+            reads them at its first block and keeps them
+   at       times in the unit of delta, 0 the stream's first sample, or null. In any order in a whole signal. In a
+            stream they do not fall, from call to call too, otherwise -1: bring the times up to the end of the block,
+            and again those not yet served; out.points tells how many were. Times whose samples have left the stream,
+            NaN and infinity give -1. May be out, in dspd_rsmp2
+   step     > 0 and finite, otherwise -1. May change from call to call: the place of the next output goes on from the
+            last, and samples that a filter stretched further would still see, but that have left, count as 0. With
+            `at` it only sets s: 1 for times no sparser than the samples
+   state    as in dspd_rsmp
+   at and step are double in both precisions: 24 bits cannot place a sample. Regular times are whole multiples of 2^-64
+   samples: k * step is exact for steps from 2^-11 on, without drift. With s = 1 a weight is the spline within 8 u of
+   the largest tap; stretched filters are cubic between `phases` points per sample, as close as the spline is to its
+   own function. Worst error of a tone at 0.9 of the Nyquist frequency, taps of dspc_rsmp with passband 0.9, in dB:
+
+       attenuation   16 phases     32        64       128
+          100          -101.9    -104.4    -104.3    -104.2
+          120          -110.6    -124.6    -126.8    -126.8
+          150          -111.8    -135.3    -152.7    -157.0
+
+   Any split of a stream into blocks gives the same bits. Work: 4 N / phases products per output. */
+SIGPAK_API int32_t dspd_rsmp2 (const dsp_vec  *in, dsp_vec  *out, const dsp_vec  *taps, const dsp_vec *at, double step,
+                               dsp_vec  *state);
+SIGPAK_API int32_t dspfd_rsmp2(const dspf_vec *in, dspf_vec *out, const dspf_vec *taps, const dsp_vec *at, double step,
+                               dspf_vec *state);
+
 /* ---- Filters: hwfilt --------------------------------------------------------------------------------------------- */
 
 /* A fixed recursive low-pass: four equal sections (1 + 1/z) (1 + 1/z + 1/z^2) / (4 + 2/z^2), one after the
