@@ -67,8 +67,8 @@ template <class T> struct times_layout {
   index memory;
 
   index taps() const noexcept { return head_scalars<times_head, T>; }
-  index rows() const noexcept { return taps() + filter.taps + padding; }
-  index old() const noexcept { return taps() + filter.taps + line_scalars + filter.scalars(); }
+  index rows() const noexcept { return taps() + filter.taps() + padding; }
+  index old() const noexcept { return taps() + filter.taps() + line_scalars + filter.scalars(); }
   index kept() const noexcept { return old() + memory * parts; }
   index all(index at_once) const noexcept { return kept() + (memory + at_once) * parts; }
 };
@@ -193,10 +193,11 @@ index serve(times_stream<T>& s, const wanted_times& w, index served, index limit
   for (index count = 0; served < limit; served += count) {
     for (count = 0; count < std::min(targets_at_once, limit - served); ++count) {
       const sample_time t = target(w, served + count, h.next);
-      const bool seen = begin_of(s.filter, t) >= base && end_of(s.filter, t) <= h.samples;
-      if (!seen && !s.complete) break;
       const phase_place place = place_in(s.filter, t.part);
-      begin[count] = seen ? begin_of(s.filter, t) - base : nothing;
+      const std::int64_t first = t.whole + s.filter.first(place.phase);
+      const bool seen = first >= base && t.whole + s.filter.last(place.phase) < h.samples;
+      if (!seen && !s.complete) break;
+      begin[count] = seen ? first - base : nothing;
       targets[count] = {nullptr, static_cast<T>(place.v), static_cast<std::int32_t>(place.phase)};
       if (w.list == nullptr) h.next = h.next + w.step;
     }

@@ -11,23 +11,6 @@
 
 namespace sigpak {
 
-index spline_filter::reach() const noexcept {
-  return static_cast<index>(std::ceil(stretch * static_cast<double>((taps - 1) / 2)));
-}
-index spline_filter::last(index phase) const noexcept { return (phase + reach()) / phases; }
-index spline_filter::first(index phase) const noexcept {
-  const index knots = phase + 1 - reach();  // rounded up to whole samples
-  return knots > 0 ? (knots + phases - 1) / phases : -(-knots / phases);
-}
-index spline_filter::longest() const noexcept { return 2 * reach() / phases + 1; }
-
-phase_place place_in(const spline_filter& f, std::uint64_t part) noexcept {
-  __extension__ using wide = unsigned __int128;
-  const wide scaled = static_cast<wide>(part) * static_cast<std::uint64_t>(f.phases);
-  return {static_cast<index>(scaled >> 64),
-          static_cast<double>(static_cast<std::uint64_t>(scaled)) * 0x1p-64};
-}
-
 namespace {
 
 struct cubic {
@@ -63,15 +46,15 @@ template <class T> void put_piece(cubic a, cubic b, index i, index stride, T* ro
 
 template <class T> void fill_rows(const spline_filter& f, const tap_spline& h, T* rows) noexcept {
   const index stride = f.stride();
-  const auto centre = static_cast<double>((f.taps - 1) / 2);
+  const auto centre = static_cast<double>((f.taps() - 1) / 2);
   const auto weight = [&](index knot) {
-    const cubic c = h.at(centre + static_cast<double>(knot) / f.stretch);
-    return cubic{c.value / f.stretch, c.slope / (f.stretch * f.stretch)};
+    const cubic c = h.at(centre + static_cast<double>(knot) / f.stretch());
+    return cubic{c.value / f.stretch(), c.slope / (f.stretch() * f.stretch())};
   };
-  for (index phase = 0; phase < f.phases; ++phase, rows += 4 * stride) {
+  for (index phase = 0; phase < f.phases(); ++phase, rows += 4 * stride) {
     std::fill_n(rows, 4 * stride, T(0));
     for (index m = f.first(phase); m <= f.last(phase); ++m) {
-      const index knot = phase - m * f.phases;
+      const index knot = phase - m * f.phases();
       put_piece(weight(knot), weight(knot + 1), m - f.first(phase), stride, rows);
     }
   }
@@ -112,11 +95,11 @@ void sort_by_phase(const spline_target<T>* targets, index count, index phases, s
 }  // namespace
 
 template <class T> status build_rows(const spline_filter& f, const T* taps, T* rows) noexcept {
-  double* const y = allocate_table<double>(2 * f.taps);
+  double* const y = allocate_table<double>(2 * f.taps());
   if (y == nullptr) return failed;
-  std::copy_n(taps, f.taps, y);
-  regular_slopes(y, f.taps, 1, {}, slopes_at<double>{y + f.taps, 1});
-  fill_rows(f, {y, y + f.taps, f.taps}, rows);
+  std::copy_n(taps, f.taps(), y);
+  regular_slopes(y, f.taps(), 1, {}, slopes_at<double>{y + f.taps(), 1});
+  fill_rows(f, {y, y + f.taps(), f.taps()}, rows);
   free_table(y);
   return ok;
 }
@@ -128,7 +111,7 @@ void filter_targets(const spline_filter& f, const T* rows, const spline_target<T
   const T* x[targets_at_once];
   T v[targets_at_once];
   T values[targets_at_once];
-  sort_by_phase(targets, count, f.phases, order);
+  sort_by_phase(targets, count, f.phases(), order);
   for (index k = 0; k < count; ++k) {
     x[k] = targets[order[k]].oldest;
     v[k] = targets[order[k]].v;
