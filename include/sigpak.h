@@ -1256,8 +1256,9 @@ SIGPAK_API int32_t dspfd_deci(const dspf_vec *in, dspf_vec *out, int32_t factor,
 
 /* v = a low-pass for dspd_rsmp by up / down: a sinc under a Kaiser window. In units of the lower of the two Nyquist
    frequencies it keeps 0 .. passband and stops from 1 on: nothing aliases. Deviation in the pass band, images and
-   aliases all stay below 10^(-A / 20), A = attenuation, for 40 <= A <= 150; every one of the up phases sums to 1, so
-   that a constant stays itself. Real; sets points = 2 c + 1 and delta = 1 / up.
+   aliases all stay below 10^(-A / 20), A = attenuation, for 40 <= A <= 150 and every ratio but 1 / 1, a plain low-pass
+   that may be 4.3 dB short; every one of the up phases sums to 1, so that a constant stays itself. Real; sets
+   points = 2 c + 1 and delta = 1 / up.
        c = max(up, down) (A' - 7.95) / (14.36 (1 - passband)), rounded up; cut-off (1 + passband) / (4 max(up, down))
        A' = A + 3.5 + max(0, A - 100) / 20, for which beta is taken too, as in dspi_window_fir
    passband     0 < . < 1
@@ -1334,9 +1335,9 @@ SIGPAK_API int32_t dspfd_rsmp(const dspf_vec *in, dspf_vec *out, const dspf_vec 
    own function. Worst error of a tone at 0.9 of the Nyquist frequency, taps of dspc_rsmp with passband 0.9, in dB:
 
        attenuation   16 phases     32        64       128
-          100          -101.9    -104.4    -104.3    -104.2
-          120          -110.6    -124.6    -126.8    -126.8
-          150          -111.8    -135.3    -152.7    -157.0
+          100           -99.5    -101.6    -101.6    -101.5
+          120          -109.4    -120.2    -121.5    -121.5
+          150          -111.8    -134.6    -148.2    -150.3
 
    Any split of a stream into blocks gives the same bits. Work: 4 N / phases products per output. */
 SIGPAK_API int32_t dspd_rsmp2 (const dsp_vec  *in, dsp_vec  *out, const dsp_vec  *taps, const dsp_vec *at, double step,
