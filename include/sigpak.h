@@ -1059,6 +1059,61 @@ SIGPAK_API int32_t dsph_avg (const dsp_vec  *in, dsp_vec  *avg, dsp_vec  *scratc
 SIGPAK_API int32_t dspfh_avg(const dspf_vec *in, dspf_vec *avg, dspf_vec *scratch, int32_t flags, int32_t count,
                              int32_t every, float  weight, float  maxcount);
 
+/* ---- Running spectra ------------------------------------------------------------------------------------------- */
+
+enum {
+  DSP_SPECTRUM_EXPONENTIAL = 16, /* from maxcount segments on the weight of a new one stays 1 / maxcount, as dsph_avg */
+  DSP_SPECTRUM_SQUARE = 32,      /* squared magnitudes of the spectra instead of the spectra, as dsph_avg */
+  DSP_SPECTRUM_CENTRE = 64,      /* the mean under the window is taken out of every segment */
+  DSP_SPECTRUM_DENSITY = 128,    /* per unit of frequency; otherwise per line */
+  DSP_SPECTRUM_PAD2 = 256,       /* zeros to 2, 4, 8 times the segment */
+  DSP_SPECTRUM_PAD4 = 512,
+  DSP_SPECTRUM_PAD8 = 768
+};
+
+/* avg = the running average of the spectra of a stream's segments (Welch, IEEE Trans. Audio Electroacoust. 15, 1967).
+   Segment j begins at sample j * hop and has the N points of the window w. P = N, or 2, 4, 8 times N with _PAD;
+   g = 1 / mean(w), with _DENSITY sqrt(N * delta) / rms(w):
+       S[k] = (g / N) sum over n < N of w[n] (x[n] - m) exp(-2 pi i n k / P)
+       k = 0 .. P/2, rounded down, for real a, 0 .. P - 1 for complex a
+       m = sum(w x) / sum(w) with _CENTRE, otherwise 0
+     b null   avg averages S, complex, or with _SQUARE |S|^2, real
+     b given  avg holds three spectra, one run of bins after the other, complex: |A|^2, |B|^2, conj(A) B; _SQUARE is
+              implied
+   Squares and products of real signals are doubled in the bins 1 .. (P - 1) / 2, rounded down: those stand for two
+   frequencies.
+       flags          samples in V                    a sine of amplitude A on a bin   white noise of variance s^2
+       1 + 32         power spectrum, V^2             A^2 / 2                          2 s^2 ENBW / N
+       1 + 32 + 128   power density, V^2/Hz           A^2 / 2 * N delta / ENBW         2 s^2 delta
+       1              coherent average of triggered   A/2 exp(i phase)                 falls as 1 / sqrt(count)
+                      blocks, V (window null)
+   a, b      the block. With b both are real and of the same points; otherwise -1. Without points nothing changes
+   avg       the running average; rewritten, bins points or 3 * bins. Its delta becomes 1 / (P * delta), H when delta
+             is 0. With count above 0 it must have that form; otherwise -1
+   history   the samples that wait for the next segment; a stays real or complex while some do, otherwise -1. An empty
+             record starts a stream; its storage beyond points is working memory, and its contents are not specified.
+             Null: the block is all there is, what is left over at its end is dropped
+   window    real, N >= 1 points, 1 / mean(w), with _DENSITY 1 / rms(w), finite; otherwise -1. Null: every block is one
+             segment of its own length under a uniform window; hop and history are not used
+   flags     bits 0 to 3 the mode: 0 the last segment, 1 mean, 2 maximum, 3 minimum, 4 harmonic, 5 geometric mean, as
+             dsph_avg; with b 0 and 1 only; others -1. Plus any DSP_SPECTRUM_*
+   hop       samples from segment to segment, 1 .. N; 0 stands for N / 2 rounded up; others -1
+   count     segments averaged so far: 0 starts, each segment adds one, up to 2^31 - 1. Null: avg is that of this block
+             alone
+   maxcount  with _EXPONENTIAL and when above 0
+   A density needs delta >= 0, otherwise -1; with 0 it is 0. dsph_fft: P a power of two, otherwise -1. dsph_dft: any P.
+   Nothing but history changes until a segment is complete, and any split of a stream into blocks gives the same bits.
+   Error of one spectrum: 4 u sqrt(log2(P) + 1) of its norm. A mean of n powers has a relative error of about
+   u sqrt(n / 3); in single precision it stops moving near 2^24 segments. A NaN in a segment stays in avg. */
+SIGPAK_API int32_t dsph_fft (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *avg, dsp_vec  *history,
+                             const dsp_vec  *window, int32_t flags, int32_t hop, int32_t *count, double maxcount);
+SIGPAK_API int32_t dspfh_fft(const dspf_vec *a, const dspf_vec *b, dspf_vec *avg, dspf_vec *history,
+                             const dspf_vec *window, int32_t flags, int32_t hop, int32_t *count, float  maxcount);
+SIGPAK_API int32_t dsph_dft (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *avg, dsp_vec  *history,
+                             const dsp_vec  *window, int32_t flags, int32_t hop, int32_t *count, double maxcount);
+SIGPAK_API int32_t dspfh_dft(const dspf_vec *a, const dspf_vec *b, dspf_vec *avg, dspf_vec *history,
+                             const dspf_vec *window, int32_t flags, int32_t hop, int32_t *count, float  maxcount);
+
 /* ---- Windows: application and names ---------------------------------------------------------------------------- */
 
 /* v = v * window, complex points as a whole; then, except for the uniform window, v is rotated left by half

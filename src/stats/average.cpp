@@ -2,17 +2,12 @@
 #include "core/copy.h"
 #include "core/storage.h"
 #include "elementwise/elementwise.h"
+#include "stats/stats.h"
 
 namespace sigpak {
 namespace {
 
 constexpr int mode_bits = 15;
-
-template <class T> T automatic_weight(int flags, std::int32_t count, T most) noexcept {
-  const T records = static_cast<T>(count);
-  const bool settled = (flags & DSP_AVG_EXPONENTIAL) != 0 && most > 0 && records >= most;
-  return T(1) / (settled ? most : records);
-}
 
 // A record that could not be sized has points, but nothing behind them.
 template <record V> bool has_storage(const V* v) noexcept { return length(v) == 0 || v->data != nullptr; }
@@ -57,6 +52,14 @@ status fold(const V* in, V* avg, V* scratch, int mode, std::int32_t count, std::
   }
 }
 
+}  // namespace
+
+template <class T> T average_weight(int flags, std::int32_t count, T most) noexcept {
+  const T records = static_cast<T>(count);
+  const bool settled = (flags & DSP_AVG_EXPONENTIAL) != 0 && most > 0 && records >= most;
+  return T(1) / (settled ? most : records);
+}
+
 template <record V>
 status average(const V* in, V* avg, V* scratch, int flags, std::int32_t count, std::int32_t every,
                scalar<V> weight, scalar<V> most) noexcept {
@@ -67,11 +70,17 @@ status average(const V* in, V* avg, V* scratch, int flags, std::int32_t count, s
     in = scratch;
   }
   if (count <= 1) return copy(avg, in);
-  if (weight < 0) weight = automatic_weight(flags, count, most);
+  if (weight < 0) weight = average_weight(flags, count, most);
   return fold(in, avg, scratch, flags & mode_bits, count, every, weight);
 }
 
-}  // namespace
+template double average_weight(int, std::int32_t, double) noexcept;
+template float average_weight(int, std::int32_t, float) noexcept;
+template status average(const dsp_vec*, dsp_vec*, dsp_vec*, int, std::int32_t, std::int32_t, double,
+                        double) noexcept;
+template status average(const dspf_vec*, dspf_vec*, dspf_vec*, int, std::int32_t, std::int32_t, float,
+                        float) noexcept;
+
 }  // namespace sigpak
 
 using namespace sigpak;
