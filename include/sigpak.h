@@ -1114,6 +1114,33 @@ SIGPAK_API int32_t dsph_dft (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *avg
 SIGPAK_API int32_t dspfh_dft(const dspf_vec *a, const dspf_vec *b, dspf_vec *avg, dspf_vec *history,
                              const dspf_vec *window, int32_t flags, int32_t hop, int32_t *count, float  maxcount);
 
+/* ---- Correlation ------------------------------------------------------------------------------------------------ */
+
+enum { DSP_CORR_RAW = 0, DSP_CORR_BIASED = 1, DSP_CORR_UNBIASED = 2, DSP_CORR_COEFFICIENT = 3, DSP_CORR_CIRCULAR = 4 };
+
+/* out[L + l] = scale * sum over n of a[n + l] conj(b[n]) for the lags l = -L .. L: 2 L + 1 points, lag 0 in the middle,
+   complex when a or b is. A peak at a positive lag: a follows b by so many samples. N = samples so far, zeros around
+   them:
+     scale  _RAW 1;  _BIASED 1 / N;  _UNBIASED 1 / (N - |l|), 0 beyond;  _COEFFICIENT 1 / sqrt(sum |a|^2 sum |b|^2), 0
+            for a signal of zeros
+   a, b     real or complex; a may be b. dspb_corr and a null history: the shorter one counts as padded with zeros
+   history  the stream: out covers all its samples. Then a and b have the same points, and the lags and the form of
+            the sums, real or complex, stay; otherwise -1. An empty record starts a stream; its contents are not
+            specified. Any split of a stream into blocks gives the same bits
+   out      may be a or b; null with a history: nothing is formed now
+   lags     L; negative, not with a history: all, the greater of the points less 1, with _CIRCULAR N / 2 rounded down
+   flags    a scale, plus _CIRCULAR: indices modulo N, a and b of the same points, no history; every other bit -1
+   delta becomes the mean of theirs. Take means out first (dspi_offset): a common offset buries the correlation.
+   Up to 64 lags are summed directly, error 2 u ||a|| ||b|| for the usual signals, more by transforms, error below
+   4 u log2(P) ||a|| ||b|| in every lag, P the transform's length; a NaN then spoils all lags. A state holds about
+   2 L + S + P scalars and as much again of working memory, S <= P = 8 L .. 16 L samples to a section. */
+SIGPAK_API int32_t dsph_corr (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out, dsp_vec  *history, int32_t lags,
+                              int32_t flags);
+SIGPAK_API int32_t dspfh_corr(const dspf_vec *a, const dspf_vec *b, dspf_vec *out, dspf_vec *history, int32_t lags,
+                              int32_t flags);
+SIGPAK_API int32_t dspb_corr (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out, int32_t lags, int32_t flags);
+SIGPAK_API int32_t dspfb_corr(const dspf_vec *a, const dspf_vec *b, dspf_vec *out, int32_t lags, int32_t flags);
+
 /* ---- Windows: application and names ---------------------------------------------------------------------------- */
 
 /* v = v * window, complex points as a whole; then, except for the uniform window, v is rotated left by half
