@@ -949,6 +949,21 @@ enum {
 SIGPAK_API int32_t dsp_interp (const dsp_vec  *x, const dsp_vec  *y, const dsp_vec  *at, dsp_vec  *out, int32_t flags);
 SIGPAK_API int32_t dspf_interp(const dspf_vec *x, const dspf_vec *y, const dspf_vec *at, dspf_vec *out, int32_t flags);
 
+/* out = the tensor-product cubic spline through the table z over the grid (gx, gy): z[r * C + c] belongs to
+   (gx[c], gy[r]), C = gx.points. On a grid, out[i * x.points + j] is the value at (x[j], y[i]); with flag 256 x and y are
+   pairs of the same points, out[i] at (x[i], y[i]).
+   x, y    real, any order; otherwise -1. NaN gives NaN
+   out     real, may be an operand; its delta is that of x
+   gx, gy  as x in dsp_cspline, not null, at least 1 point; z real with gx.points * gy.points points; otherwise -1. Along
+           an axis of 1 point nothing changes
+   flags   an ends of dsp_cspline for both axes, 0, 1 or 3, plus DSP_INTERP_HOLD or _WRAP, plus 256; others -1
+   The spline is made anew in every call: gather the targets of a table in one. Computed in double in both precisions,
+   in 4 doubles per knot. */
+SIGPAK_API int32_t dspb_cspline_2d (const dsp_vec  *x, const dsp_vec  *y, dsp_vec  *out, const dsp_vec  *gx,
+                                    const dsp_vec  *gy, const dsp_vec  *z, int32_t flags);
+SIGPAK_API int32_t dspfb_cspline_2d(const dspf_vec *x, const dspf_vec *y, dspf_vec *out, const dspf_vec *gx,
+                                    const dspf_vec *gy, const dspf_vec *z, int32_t flags);
+
 /* ---- Fourier and cosine transforms ---------------------------------------------------------------------------- */
 
 /* direction 0, forward:  X[k] = (1/N) sum over n of x[n] exp(-2 pi i n k / N)

@@ -25,6 +25,32 @@ template <class T> struct curve {
   double value(index i) const noexcept { return static_cast<double>(y[pairs ? 2 * i : i]); }
 };
 
+// What lies outside the knots.
+enum class outside { goes_on, holds, wraps };
+
+// Moves targets t to where the curve tells their values; beyond[i] becomes the distance from the end that
+// holds, or the number of periods taken off.
+template <class T>
+void bring_inside(const curve<T>& c, outside rule, double* t, double* beyond, index count) noexcept {
+  const double first = c.knot(0);
+  const double last = c.knot(c.n - 1);
+  const double period = last - first;
+  if (rule == outside::holds) {
+    for (index i = 0; i < count; ++i) {
+      const double held = t[i] < first ? first : t[i] > last ? last : t[i];
+      beyond[i] = t[i] - held;
+      t[i] = held;
+    }
+  } else if (rule == outside::wraps) {
+    for (index i = 0; i < count; ++i) {
+      const double periods = t[i] < first || t[i] > last ? std::floor((t[i] - first) / period) : 0;
+      const double moved = t[i] - periods * period;
+      beyond[i] = periods;
+      t[i] = moved < first ? first : moved > last ? last : moved;
+    }
+  }
+}
+
 // The last of the knots lowest .. lowest + count - 1 that is not beyond t, or the first of them.
 template <class T> index knot_before(const T* x, double t, index lowest, index count) noexcept {
   while (count > 1) {
@@ -109,5 +135,9 @@ constexpr double curvature_of(cubic p, double v, double per_length) noexcept {
 constexpr double integral_of(cubic p, double dt, double v) noexcept {
   return dt * (p.y0 + dt * (p.s0 / 2 + v * (p.a / 3 + v * (p.b / 4))));
 }
+
+// The values of a curve of pairs at any targets; out may be at.
+void evaluate_values(const curve<double>& c, outside rule, const double* at, index count,
+                     double* out) noexcept;
 
 }  // namespace sigpak

@@ -11,7 +11,6 @@ namespace sigpak {
 namespace {
 
 enum class quantity { value, slope, curvature, integral };
-enum class outside { goes_on, holds, wraps };
 
 // A block of targets: where they lie, what lies around them, and what comes of it.
 struct block {
@@ -28,28 +27,6 @@ template <class T> struct question {
   outside rule;
   const double* integrals;  // up to every knot
 };
-
-template <class T> void bring_inside(const question<T>& q, block& b, index count) noexcept {
-  const double first = q.of.knot(0);
-  const double last = q.of.knot(q.of.n - 1);
-  const double period = last - first;
-  if (q.rule == outside::holds) {
-    for (index i = 0; i < count; ++i) {
-      const double t = b.t[i];
-      const double held = t < first ? first : t > last ? last : t;
-      b.beyond[i] = t - held;
-      b.t[i] = held;
-    }
-  } else if (q.rule == outside::wraps) {
-    for (index i = 0; i < count; ++i) {
-      const double t = b.t[i];
-      const double periods = t < first || t > last ? std::floor((t - first) / period) : 0;
-      const double moved = t - periods * period;
-      b.beyond[i] = periods;
-      b.t[i] = moved < first ? first : moved > last ? last : moved;
-    }
-  }
-}
 
 // body(i, dt, v, per_length, cubic, y1, at_end) for every target; at_end: it is the second knot.
 template <bool regular, bool pairs, class T, class Body>
@@ -129,7 +106,7 @@ template <class T> void account_for_outside(const question<T>& q, block& b, inde
 }
 
 template <class T> void answer_block(const question<T>& q, block& b, index count) noexcept {
-  bring_inside(q, b, count);
+  bring_inside(q.of, q.rule, b.t, b.beyond, count);
   find_intervals(q.of, b.t, count, b.interval);
   if (q.of.x == nullptr) {
     q.of.pairs ? answer<true, true>(q, b, count) : answer<true, false>(q, b, count);
@@ -218,6 +195,12 @@ status interpolate(const V* x, const V* y, const V* at, V* out, std::int32_t fla
 }
 
 }  // namespace
+
+void evaluate_values(const curve<double>& c, outside rule, const double* at, index count,
+                     double* out) noexcept {
+  answer_all(question<double>{c, quantity::value, rule, nullptr}, at, count, out);
+}
+
 }  // namespace sigpak
 
 using namespace sigpak;
