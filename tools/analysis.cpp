@@ -3,7 +3,6 @@
 #include "analysis.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 
 namespace tool {
@@ -11,37 +10,14 @@ namespace {
 
 constexpr std::size_t fewest_samples = 8;
 
-// Points of the transform for one of the segment. Between such close points a parabola through the logarithms
-// meets the peak of every window's main lobe.
+// Points of the transform for one of the segment, as DSP_SPECTRUM_PAD4 has them. Between such close points a
+// parabola through the logarithms meets the peak of every window's main lobe.
 constexpr std::size_t padding = 4;
 
 void apply_window(record& v, int window) {
   if (dspi_window(&v, window, DSP_WINDOW_FLAG_NO_ROTATE) != 0) {
     throw data_error("the window cannot be made for " + std::to_string(v.points) + " points");
   }
-}
-
-// From a windowed segment to the powers of the amplitudes of its lines: the transform has the factor
-// 1 / (its length), and a real line has half its amplitude at the positive frequency.
-void to_power(record& v, bool two_sided) {
-  const std::size_t length = v.points;
-  const std::size_t padded = padding * std::bit_ceil(length);
-  require(dspi_zpad(&v, static_cast<std::int32_t>(padded)));
-  if (two_sided) {
-    require(dspi_fft(&v, 0));
-    require(dspi_swap_halves(&v));
-  } else {
-    require(dspi_rfft(&v));
-  }
-  const double sides = two_sided ? 1 : 2;
-  require(dspi_scale(&v, sides * static_cast<double>(padded) / static_cast<double>(length)));
-  require(dspi_magsq(&v));
-}
-
-double mean_of(const record& v) {
-  record mean;
-  require(dsps_mean(&v, &mean));
-  return mean.data[0];
 }
 
 record window_alone(std::size_t length, int window) {
@@ -51,55 +27,55 @@ record window_alone(std::size_t length, int window) {
   return v;
 }
 
-// Segments of one length, one after the other, to their powers.
-class segment_transform {
+double mean_of(const record& v) {
+  record mean;
+  require(dsps_mean(&v, &mean));
+  return mean.data[0];
+}
+
+// From averaged powers, rms as they come and of lines that lie on a bin, to those of amplitudes as the window
+// is normalised: flat tops lie around 1. A real line has half its amplitude at the positive frequency; the
+// outer bins too are read as the flanks of lines beside them.
+void to_amplitudes(record& power, const record& window, bool two_sided) {
+  const double level = mean_of(window);
+  require(dspi_scale(&power, (two_sided ? 1 : 2) * level * level));
+  if (two_sided) return require(dspi_swap_halves(&power));
+  power.scalars().front() *= 2;
+  power.scalars().back() *= 2;
+}
+
+// The running spectrum of a signal that comes in blocks.
+class averager {
  public:
-  segment_transform(std::size_t length, int window)
-      : window_(window), window_mean_(mean_of(window_alone(length, window))) {}
+  averager(std::size_t length, int window, bool two_sided)
+      : window_(window_alone(length, window)), two_sided_(two_sided) {}
 
   // The mean under the window goes out before the transform: that leaves nothing at frequency zero, and next
   // to nothing of a line far from it.
-  void operator()(const record& segment) {
-    require(dsp_copy(&power_, &segment));
-    apply_window(power_, window_);
-    if (!segment.is_complex()) {
-      mean_ = mean_of(power_) / window_mean_;
-      require(dsp_copy(&power_, &segment));
-      for (double& x : power_.scalars()) x -= mean_;
-      apply_window(power_, window_);
-    }
-    to_power(power_, segment.is_complex());
+  void add(const record& block) {
+    const int centre = two_sided_ ? 0 : DSP_SPECTRUM_CENTRE;
+    constexpr int powers = 1 | DSP_SPECTRUM_SQUARE | DSP_SPECTRUM_PAD4;
+    require(dsph_dft(&block, nullptr, &power_, &history_, &window_, powers | centre, 0, &count_, 0));
+    if (two_sided_) return;
+    require(dsph_dft(&block, nullptr, &spectrum_, &samples_, &window_, 1, 0, &spectra_, 0));
   }
-  const record& power() const { return power_; }
-  double mean() const { return mean_; }
+  // What was taken out is the first bin of the mean spectrum.
+  double mean() const { return two_sided_ ? 0 : spectrum_.data[0]; }
+  std::size_t count() const { return static_cast<std::size_t>(count_); }
+  record take_power() {
+    to_amplitudes(power_, window_, two_sided_);
+    return std::move(power_);
+  }
 
  private:
-  int window_;
-  double window_mean_;
+  record window_;
+  bool two_sided_;
   record power_;
-  double mean_ = 0;
-};
-
-// The running mean of a list of numbers or records.
-class averager {
- public:
-  void add(const record& power, double mean) {
-    const double weight = 1 / static_cast<double>(++count_);
-    if (count_ == 1) {
-      require(dsp_copy(&power_, &power));
-    } else {
-      require(dspb_avg_add(&power, &power_, &power_, weight));
-    }
-    mean_ += weight * (mean - mean_);
-  }
-  std::size_t count() const { return count_; }
-  double mean() const { return mean_; }
-  record take_power() { return std::move(power_); }
-
- private:
-  std::size_t count_ = 0;
-  record power_;
-  double mean_ = 0;
+  record history_;
+  std::int32_t count_ = 0;
+  record spectrum_;
+  record samples_;
+  std::int32_t spectra_ = 0;
 };
 
 // The library's stand-in for infinity; sums of squares of what is below it stay in range.
@@ -118,15 +94,18 @@ std::size_t read_checked(source& in, std::span<double> samples, std::size_t befo
 // What a line leaves at a distance: the power of the window alone, each point the greatest from there on.
 record leakage_of(std::size_t length, int window) {
   record v = window_alone(length, window);
-  to_power(v, false);
-  const auto power = v.scalars();
-  const double peak = power[0];
+  record power;
+  constexpr int powers = DSP_SPECTRUM_SQUARE | DSP_SPECTRUM_PAD4;
+  require(dsph_dft(&v, nullptr, &power, nullptr, nullptr, powers, 0, nullptr, 0));
+  to_amplitudes(power, v, false);
+  const auto p = power.scalars();
+  const double peak = p[0];
   double beyond = 0;
-  for (std::size_t i = power.size(); i-- > 0;) {
-    beyond = std::max(beyond, power[i] / peak);
-    power[i] = beyond;
+  for (std::size_t i = p.size(); i-- > 0;) {
+    beyond = std::max(beyond, p[i] / peak);
+    p[i] = beyond;
   }
-  return v;
+  return power;
 }
 
 }  // namespace
@@ -146,18 +125,14 @@ spectrum analyse(source& in, const analysis_options& options, const std::functio
   }
   segment.points = static_cast<std::uint32_t>(s.segment);
 
-  segment_transform transform(s.segment, options.window);
-  averager average;
-  const std::size_t hop = (options.segment + 1) / 2;
-  for (bool complete = true; complete;) {
-    transform(segment);
-    average.add(transform.power(), transform.mean());
+  averager average(s.segment, options.window, in.is_complex());
+  for (std::size_t count = s.segment; count > 0;) {
+    average.add(segment);
     progress(in.progress());
-    if (s.segment < options.segment) break;
-    std::copy(all.begin() + static_cast<std::ptrdiff_t>(hop * width), all.end(), all.begin());
-    const std::size_t count = read_checked(in, all.last(hop * width), s.samples) / width;
+    if (s.samples < options.segment) break;
+    count = read_checked(in, all, s.samples) / width;
+    segment.points = static_cast<std::uint32_t>(count);
     s.samples += count;
-    complete = count == hop;
   }
 
   s.segments = average.count();
@@ -166,7 +141,7 @@ spectrum analyse(source& in, const analysis_options& options, const std::functio
   s.full_scale = in.is_full_scale();
   s.has_rate = in.rate() > 0;
   s.rate = s.has_rate ? in.rate() : 1;
-  s.step = s.rate / static_cast<double>(padding * std::bit_ceil(s.segment));
+  s.step = s.rate / static_cast<double>(padding * s.segment);
   s.first = s.two_sided ? -s.rate / 2 : 0;
   s.power = average.take_power();
   s.leakage = leakage_of(s.segment, options.window);
