@@ -38,7 +38,8 @@ void print(const char* what, std::size_t n, const contenders& all, double items)
   const auto times = bench::compare(all, 9, 0.01);
   std::printf("| %s | %zu |", what, n);
   for (const auto& t : times) std::printf(" %.2f |", t.seconds / items * 1e9);
-  for (std::size_t i = 0; i + 1 < times.size(); ++i) std::printf(" %.1f |", times[i].ratio / times.back().ratio);
+  for (std::size_t i = 0; i + 1 < times.size(); ++i)
+    std::printf(" %.1f |", times[i].ratio / times.back().ratio);
   std::printf("\n");
   std::fflush(stdout);
 }
@@ -91,6 +92,7 @@ void print_curves(std::size_t n) {
 int main(int argc, char** argv) {
   const bench::options o(argc, argv, {"--level"});
   std::printf("level %s\n", o.level());
-  bench::print_head({"job", "knots", "regular, ns", "any knots, ns", "GSL, ns", "regular to GSL", "any to GSL"});
+  bench::print_head(
+      {"job", "knots", "regular, ns", "any knots, ns", "GSL, ns", "regular to GSL", "any to GSL"});
   for (const std::size_t n : {1'000, 100'000}) print_curves(n);
 }
