@@ -36,15 +36,13 @@ template <class T> struct layout {
   bool direct;
   index transform;  // points
   index section;    // S, samples of b
-  bool single;      // all samples are one section, and lags wrap around the transform
 
   index width() const noexcept { return complex ? 2 : 1; }
   index outputs() const noexcept { return 2 * lags + 1; }
   index spectrum() const noexcept { return complex ? 2 * transform : transform + 2; }
   index sums() const noexcept { return direct ? outputs() * width() : spectrum(); }
-  index lead() const noexcept { return single ? 0 : lags; }
-  index room_a() const noexcept { return (section + (single ? 0 : 3 * lags)) * width(); }
-  index room_b() const noexcept { return (section + lead()) * width(); }
+  index room_a() const noexcept { return (section + 3 * lags) * width(); }
+  index room_b() const noexcept { return (section + lags) * width(); }
   index points() const noexcept { return header + energies + parts * sums() + room_a() + room_b(); }
   index work() const noexcept {
     return direct ? parts * sums() + outputs() * 2 + 2 * section + 2 * outputs() + 4 * line_scalars<T>
@@ -53,18 +51,10 @@ template <class T> struct layout {
 };
 
 template <class T> layout<T> stream_layout(index lags, bool complex) noexcept {
-  if (lags <= most_direct_lags) return {lags, complex, true, 0, direct_section, false};
+  if (lags <= most_direct_lags) return {lags, complex, true, 0, direct_section};
   const index wanted = std::clamp(power_of_two(8 * lags), least_transform, usual_transform);
   const index transform = std::max(wanted, power_of_two(4 * lags));
-  return {lags, complex, false, transform, transform - 2 * lags, false};
-}
-
-// One section that holds everything, where that is less work than a section of a stream.
-template <class T> layout<T> whole_layout(index points, index lags, bool complex) noexcept {
-  const layout<T> sections = stream_layout<T>(lags, complex);
-  if (sections.direct) return {lags, complex, true, 0, std::min(direct_section, points), false};
-  if (points > 2 * sections.section) return sections;
-  return {lags, complex, false, power_of_two(points + lags), points, true};
+  return {lags, complex, false, transform, transform - 2 * lags};
 }
 
 // The parts of a state in its record, and the work areas behind them.
@@ -136,13 +126,26 @@ status add_section(const layout<T>& l, const areas<T>& s, const T* a, index a_po
   };
   load(a, std::min(a_points, l.transform), s.work[0]);
   if (forward(s.work[0], l) != ok) return failed;
-  const bool same = l.single && a == b;
-  if (!same) {
-    load(b, n, s.work[1]);
-    if (forward(s.work[1], l) != ok) return failed;
-  }
-  accumulate_products(sums, s.work[0], same ? s.work[0] : s.work[1], l.spectrum() / 2);
+  load(b, n, s.work[1]);
+  if (forward(s.work[1], l) != ok) return failed;
+  accumulate_products(sums, s.work[0], s.work[1], l.spectrum() / 2);
   return ok;
+}
+
+// `count` points of a signal from `begin` on, of w scalars each; zeros follow its end.
+template <record V> void take(const V* v, index begin, index count, scalar<V>* to, index w) noexcept {
+  using T = scalar<V>;
+  const index some = std::clamp<index>(length(v) - begin, 0, count);
+  const T* const x = v->data + begin * width(v);
+  if (width(v) == w) {
+    std::copy_n(x, some * w, to);
+  } else {
+    for (index i = 0; i < some; ++i) {
+      to[2 * i] = x[i];
+      to[2 * i + 1] = 0;
+    }
+  }
+  std::fill(to + some * w, to + count * w, T(0));
 }
 
 // The stream of two signals: what is known of it between blocks.
@@ -162,7 +165,7 @@ template <class T> struct correlator {
 
   status complete_section() noexcept {
     const index w = l.width();
-    add_energy(at.energies, energy(at.a + l.lead() * w, l.section * w));
+    add_energy(at.energies, energy(at.a + l.lags * w, l.section * w));
     add_energy(at.energies + 2, energy(at.b, l.section * w));
     if (add_section(l, at, at.a, l.section + 2 * l.lags, at.b, l.section, at.sums) != ok) return failed;
     std::copy_n(at.a + l.section * w, 2 * l.lags * w, at.a);
@@ -171,30 +174,16 @@ template <class T> struct correlator {
     return ok;
   }
 
-  // A sample of the stream is `w` scalars; zeros follow the end of a signal.
-  static void take(const T* x, int x_width, index points, index begin, index count, T* to, index w) noexcept {
-    const index some = std::clamp<index>(points - begin, 0, count);
-    if (x_width == w) {
-      std::copy_n(x + begin * w, some * w, to);
-    } else {
-      for (index i = 0; i < some; ++i) {
-        to[2 * i] = x[begin + i];
-        to[2 * i + 1] = 0;
-      }
-    }
-    std::fill(to + some * w, to + count * w, T(0));
-  }
-
   template <class V> status feed(const V* a, const V* b, index points) noexcept {
     const index w = l.width();
-    const index full = l.section + l.lead();
+    const index full = l.section + l.lags;
     for (index done = 0; done < points;) {
       const index count = std::min(points - done, full - waiting);
-      take(a->data, static_cast<int>(width(a)), length(a), done, count, at.a + (l.lead() + waiting) * w, w);
-      take(b->data, static_cast<int>(width(b)), length(b), done, count, at.b + waiting * w, w);
+      take(a, done, count, at.a + (l.lags + waiting) * w, w);
+      take(b, done, count, at.b + waiting * w, w);
       waiting += count;
       done += count;
-      if (waiting == full && !l.single && complete_section() != ok) return failed;
+      if (waiting == full && complete_section() != ok) return failed;
     }
     samples += points;
     put_number(at.header, 3, samples);
@@ -205,38 +194,39 @@ template <class T> struct correlator {
   status read(double* energy_a, double* energy_b) noexcept {
     const index w = l.width();
     std::copy_n(at.sums.hi, l.parts * l.sums(), at.copy.hi);
-    *energy_a = energy_in(at.energies) + energy(at.a + l.lead() * w, waiting * w);
+    *energy_a = energy_in(at.energies) + energy(at.a + l.lags * w, waiting * w);
     *energy_b = energy_in(at.energies + 2) + energy(at.b, waiting * w);
-    const index known = l.lead() + waiting;
+    const index known = l.lags + waiting;
     std::fill(at.a + known * w, at.a + l.room_a(), T(0));
     for (index begin = 0; begin < waiting; begin += l.section) {
       const index n = std::min(l.section, waiting - begin);
-      const index reach = std::min(known - begin, n + 2 * l.lead());
+      const index reach = std::min(known - begin, n + 2 * l.lags);
       if (add_section(l, at, at.a + begin * w, reach, at.b + begin * w, n, at.copy) != ok) return failed;
     }
     return l.direct ? ok : backward(at.copy.hi, l);
   }
-
-  // Where the sum at a lag begins.
-  index place(index lag) const noexcept {
-    return (l.single && lag < 0 ? lag + l.transform : l.single ? lag : lag + l.lags) * l.width();
-  }
 };
 
-template <class T>
-double scale_at(std::int32_t flags, double samples, index lag, double energy_a, double energy_b) noexcept {
-  const double distance = static_cast<double>(lag < 0 ? -lag : lag);
-  switch (flags & scale_bits) {
-    case DSP_CORR_BIASED:
-      return samples > 0 ? 1 / samples : 0;
-    case DSP_CORR_UNBIASED:
-      return distance < samples ? 1 / (samples - distance) : 0;
-    case DSP_CORR_COEFFICIENT:
-      return energy_a == 0 || energy_b == 0 ? 0 : 1 / (std::sqrt(energy_a) * std::sqrt(energy_b));
-    default:
-      return 1;
+struct scaling {
+  std::int32_t flags;
+  double samples;
+  double energy_a;
+  double energy_b;
+
+  double at(index lag) const noexcept {
+    const double left = samples - static_cast<double>(lag < 0 ? -lag : lag);
+    switch (flags & scale_bits) {
+      case DSP_CORR_BIASED:
+        return samples > 0 ? 1 / samples : 0;
+      case DSP_CORR_UNBIASED:
+        return left > 0 ? 1 / left : 0;
+      case DSP_CORR_COEFFICIENT:
+        return energy_a == 0 || energy_b == 0 ? 0 : 1 / (std::sqrt(energy_a) * std::sqrt(energy_b));
+      default:
+        return 1;
+    }
   }
-}
+};
 
 template <record V> struct shape {
   scalar<V> delta;
@@ -256,24 +246,63 @@ template <record V> status size(V* out, const shape<V>& of, index lags) noexcept
   return ok;
 }
 
-// out has `lags` on either side, of which the correlator knows those of its layout.
-template <record V>
-status report(correlator<scalar<V>>* c, V* out, const shape<V>& of, index lags, std::int32_t flags) noexcept {
+// Sums at the lags -known .. known, scaled, into the middle of out; at(lag) tells where one lies.
+template <record V, class Place>
+status report(V* out, const shape<V>& of, index lags, index known, double whole, const scaling& scale,
+              Place at) noexcept {
   using T = scalar<V>;
-  double energy_a = 0;
-  double energy_b = 0;
-  if (c->read(&energy_a, &energy_b) != ok || size(out, of, lags) != ok) return failed;
-  const index w = c->l.width();
-  const double whole = c->l.direct ? 1 : static_cast<double>(c->l.transform);
-  const auto samples = static_cast<double>(c->samples);
-  for (index lag = -c->l.lags; lag <= c->l.lags; ++lag) {
-    const double factor = whole * scale_at<T>(flags, samples, lag, energy_a, energy_b);
-    const T* const from = c->at.copy.hi + c->place(lag);
-    for (index part = 0; part < w; ++part) {
-      out->data[(lags + lag) * w + part] = static_cast<T>(static_cast<double>(from[part]) * factor);
-    }
+  if (size(out, of, lags) != ok) return failed;
+  const index w = width(out);
+  for (index lag = -known; lag <= known; ++lag) {
+    const double factor = whole * scale.at(lag);
+    const T* const from = at(lag);
+    T* const to = out->data + (lags + lag) * w;
+    for (index part = 0; part < w; ++part)
+      to[part] = static_cast<T>(static_cast<double>(from[part]) * factor);
   }
   return ok;
+}
+
+template <record V>
+status report_stream(correlator<scalar<V>>* c, V* out, const shape<V>& of, index lags,
+                     std::int32_t flags) noexcept {
+  scaling scale = {flags, static_cast<double>(c->samples), 0, 0};
+  if (c->read(&scale.energy_a, &scale.energy_b) != ok) return failed;
+  const double whole = c->l.direct ? 1 : static_cast<double>(c->l.transform);
+  return report(out, of, lags, c->l.lags, whole, scale,
+                [c](index lag) { return c->at.copy.hi + (lag + c->l.lags) * c->l.width(); });
+}
+
+// In one transform, around which the lags below 0 wrap.
+template <record V>
+status correlate_at_once(const V* a, const V* b, V* out, index lags, index known,
+                         std::int32_t flags) noexcept {
+  using T = scalar<V>;
+  const index points = std::max(length(a), length(b));
+  const shape<V> of = shape_of(a, b);
+  const layout<T> l = {known, of.complex, false, power_of_two(points + known), points};
+  const index w = l.width();
+  temporary<V> work;
+  if (make_room<V>(&work, 2 * l.spectrum() + 2 * line_scalars<T>) != ok) return failed;
+  T* const x = next_line(work.data);
+  T* const y = next_line(x + l.spectrum());
+  const bool same = a->data == b->data && length(a) == length(b) && is_complex(a) == is_complex(b);
+  const auto energy_of = [&](const V* v) { return energy(v->data, scalars(v)); };
+  scaling scale = {flags, static_cast<double>(points), 0, 0};
+  if ((flags & scale_bits) == DSP_CORR_COEFFICIENT) {
+    scale.energy_a = energy_of(a);
+    scale.energy_b = energy_of(b);
+  }
+  take(a, 0, l.transform, x, w);
+  if (forward(x, l) != ok) return failed;
+  if (!same) {
+    take(b, 0, l.transform, y, w);
+    if (forward(y, l) != ok) return failed;
+  }
+  multiply_conjugate(x, same ? x : y, l.spectrum() / 2);
+  if (backward(x, l) != ok) return failed;
+  return report(out, of, lags, known, static_cast<double>(l.transform), scale,
+                [=](index lag) { return x + (lag < 0 ? lag + l.transform : lag) * w; });
 }
 
 template <record V>
@@ -283,20 +312,21 @@ status correlate_whole(const V* a, const V* b, V* out, index lags, std::int32_t 
   const shape<V> of = shape_of(a, b);
   if (lags < 0) lags = points - 1;
   if (points == 0) return size(out, of, lags);
-  correlator<T> c = {whole_layout<T>(points, std::min(lags, points - 1), of.complex), {}, 0, 0};
+  const index known = std::min(lags, points - 1);
+  correlator<T> c = {stream_layout<T>(known, of.complex), {}, 0, 0};
+  if (!c.l.direct && points <= 2 * c.l.section) return correlate_at_once(a, b, out, lags, known, flags);
+  if (c.l.direct) c.l.section = std::min(c.l.section, points);
   temporary<V> state;
   if (make_room<V>(&state, c.l.points() + c.l.work()) != ok) return failed;
   c.at = areas_in(state.data, c.l);
   c.start(state.data);
-  if (c.l.single && a->data == b->data && length(a) == length(b)) c.at.b = c.at.a;
   if (c.feed(a, b, points) != ok) return failed;
-  return report(&c, out, of, lags, flags);
+  return report_stream(&c, out, of, lags, flags);
 }
 
 // By the transforms of all points; a and b have the same.
 template <record V>
 status correlate_circularly(const V* a, const V* b, V* out, index lags, std::int32_t flags) noexcept {
-  using T = scalar<V>;
   const index points = length(a);
   if (length(b) != points) return failed;
   const shape<V> of = shape_of(a, b);
@@ -313,27 +343,12 @@ status correlate_circularly(const V* a, const V* b, V* out, index lags, std::int
     return failed;
   }
   if (to_complex<V>(&x) != ok || to_complex<V>(&y) != ok) return failed;
-  temporary<V> product;
-  if (reshape<V>(&product, length<V>(&x), true) != ok) return failed;
-  temporary<V> rounding;
-  if (reshape<V>(&rounding, length<V>(&x), true) != ok) return failed;
-  std::fill_n(product.data, scalars<V>(&product), T(0));
-  std::fill_n(rounding.data, scalars<V>(&rounding), T(0));
-  accumulate_products<T>({product.data, rounding.data}, x.data, y.data, length<V>(&x));
-  if ((of.complex ? dft<V>(&product, 1) : inverse_real_dft<V>(&product, points % 2 != 0)) != ok)
-    return failed;
-  if (size(out, of, lags) != ok) return failed;
-  const index w = of.complex ? 2 : 1;
-  for (index lag = -lags; lag <= lags; ++lag) {
-    const index place = (lag % points + points) % points;
-    const double factor = static_cast<double>(points) *
-                          scale_at<T>(flags, static_cast<double>(points), lag, energy_a, energy_b);
-    for (index part = 0; part < w; ++part) {
-      out->data[(lags + lag) * w + part] =
-          static_cast<T>(static_cast<double>(product.data[place * w + part]) * factor);
-    }
-  }
-  return ok;
+  multiply_conjugate(x.data, y.data, length<V>(&x));
+  if ((of.complex ? dft<V>(&x, 1) : inverse_real_dft<V>(&x, points % 2 != 0)) != ok) return failed;
+  const scaling scale = {flags, static_cast<double>(points), energy_a, energy_b};
+  return report(out, of, lags, lags, static_cast<double>(points), scale, [&x, points, &of](index lag) {
+    return x.data + (lag % points + points) % points * (of.complex ? 2 : 1);
+  });
 }
 
 template <record V>
@@ -377,7 +392,7 @@ status correlate_stream(const V* a, const V* b, V* out, V* history, std::int32_t
     c.start(history->data);
   }
   const bool fed = c.feed(a, b, length(a)) == ok;
-  if (fed && (out == nullptr || report(&c, out, of, lags, flags) == ok)) return ok;
+  if (fed && (out == nullptr || report_stream(&c, out, of, lags, flags) == ok)) return ok;
   if (!fed) history->points = 0;
   return failed;
 }

@@ -87,6 +87,19 @@ template <class T> void accumulate_products(sums_in<T> sums, const T* a, const T
   });
 }
 
+template <class T> void multiply_conjugate(T* a, const T* b, index n) noexcept {
+  isa::run([=] {
+#pragma GCC ivdep
+    for (index k = 0; k < 2 * n; k += 2) {
+      const T re = a[k] * b[k] + a[k + 1] * b[k + 1];
+      a[k + 1] = a[k + 1] * b[k] + (-a[k]) * b[k + 1];
+      a[k] = re;
+    }
+  });
+}
+
+template void multiply_conjugate(double*, const double*, index) noexcept;
+template void multiply_conjugate(float*, const float*, index) noexcept;
 template void sum_lags(const double*, const double*, index, bool, double*, index, double*) noexcept;
 template void sum_lags(const float*, const float*, index, bool, float*, index, float*) noexcept;
 template double energy(const double*, index) noexcept;

@@ -26,4 +26,7 @@ template <class T> void accumulate(sums_in<T> sums, const T* x, index n) noexcep
 // sums[k] += a[k] conj(b[k]) of n complex points.
 template <class T> void accumulate_products(sums_in<T> sums, const T* a, const T* b, index n) noexcept;
 
+// a[k] = a[k] conj(b[k]) of n complex points; b may be a.
+template <class T> void multiply_conjugate(T* a, const T* b, index n) noexcept;
+
 }  // namespace sigpak
