@@ -45,8 +45,8 @@ TYPED_TEST(Surfaces, AreSplinesAlongBothAxes) {
       signal<V> x(noise<V>(8, 4));
       signal<V> y(noise<V>(8, 5));
       for (index i = 0; i < 8; ++i) {
-        x.data[i] = static_cast<T>(columns) * x.data[i];
-        y.data[i] = static_cast<T>(rows) * y.data[i];
+        x.data[i] = static_cast<T>(columns) * (T(0.5) + T(0.6) * x.data[i]) - 1;
+        y.data[i] = static_cast<T>(rows) * (T(0.5) + T(0.6) * y.data[i]) - 1;
       }
       x.data[0] = gx.data[columns - 1];
       y.data[0] = gy.data[rows - 1];
