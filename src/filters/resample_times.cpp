@@ -189,7 +189,6 @@ index serve(times_stream<T>& s, const wanted_times& w, index served, index limit
   const std::int64_t base = h.samples - s.fresh - s.kept();
   spline_target<T> targets[targets_at_once];
   index begin[targets_at_once];
-  T values[targets_at_once];
   for (index count = 0; served < limit; served += count) {
     for (count = 0; count < std::min(targets_at_once, limit - served); ++count) {
       const sample_time t = target(w, served + count, h.next);
@@ -203,11 +202,11 @@ index serve(times_stream<T>& s, const wanted_times& w, index served, index limit
     }
     if (count == 0) break;
     for (index part = 0; part < h.parts; ++part) {
+      T* const to = out + served * h.parts + part;
       for (index k = 0; k < count; ++k) targets[k].oldest = s.plane(part) + std::max<index>(begin[k], 0);
-      filter_targets(s.filter, s.rows, targets, count, values);
-      for (index k = 0; k < count; ++k) {
-        out[(served + k) * h.parts + part] = begin[k] == nothing ? T(0) : values[k];
-      }
+      filter_targets(s.filter, s.rows, targets, count, to, h.parts);
+      if (!s.complete) continue;
+      for (index k = 0; k < count; ++k) to[k * h.parts] = begin[k] == nothing ? T(0) : to[k * h.parts];
     }
   }
   return served;

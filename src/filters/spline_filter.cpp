@@ -79,17 +79,38 @@ template <class T> kernels::cubic_sum<T> current_sum() noexcept {
 
 constexpr index most_sorted_phases = 1024;
 
-// The targets in the order of their phases; where those are too many to repeat, as they are.
-template <class T>
-void sort_by_phase(const spline_target<T>* targets, index count, index phases, std::int32_t* order) noexcept {
+template <class T> struct sorted_targets {
+  const T* x[targets_at_once];
+  T v[targets_at_once];
+  std::int32_t from[targets_at_once];
+
+  void put(index place, const spline_target<T>& target, index k) noexcept {
+    x[place] = target.oldest;
+    v[place] = target.v;
+    from[place] = static_cast<std::int32_t>(k);
+  }
+};
+
+// Phase by phase, body(phase, begin, end) for its targets; where phases are too many to come twice, target by
+// target.
+template <class T, class Body>
+void for_phases(const spline_target<T>* targets, index count, index phases, sorted_targets<T>& sorted,
+                Body body) noexcept {
   if (phases > most_sorted_phases) {
-    for (index k = 0; k < count; ++k) order[k] = static_cast<std::int32_t>(k);
+    for (index k = 0; k < count; ++k) {
+      sorted.put(k, targets[k], k);
+      body(targets[k].phase, k, k + 1);
+    }
     return;
   }
-  std::int32_t next[most_sorted_phases + 1] = {};
+  std::int32_t next[most_sorted_phases + 1];
+  std::fill_n(next, phases + 1, 0);
   for (index k = 0; k < count; ++k) ++next[targets[k].phase + 1];
   for (index p = 1; p < phases; ++p) next[p] += next[p - 1];
-  for (index k = 0; k < count; ++k) order[next[targets[k].phase]++] = static_cast<std::int32_t>(k);
+  for (index k = 0; k < count; ++k) sorted.put(next[targets[k].phase]++, targets[k], k);
+  for (index p = 0, begin = 0; p < phases; begin = next[p++]) {
+    if (begin < next[p]) body(p, begin, index{next[p]});
+  }
 }
 
 }  // namespace
@@ -106,33 +127,23 @@ template <class T> status build_rows(const spline_filter& f, const T* taps, T* r
 
 template <class T>
 void filter_targets(const spline_filter& f, const T* rows, const spline_target<T>* targets, index count,
-                    T* out) noexcept {
-  std::int32_t order[targets_at_once];
-  const T* x[targets_at_once];
-  T v[targets_at_once];
+                    T* out, index stride) noexcept {
+  sorted_targets<T> sorted;
   T values[targets_at_once];
-  sort_by_phase(targets, count, f.phases(), order);
-  for (index k = 0; k < count; ++k) {
-    x[k] = targets[order[k]].oldest;
-    v[k] = targets[order[k]].v;
-  }
   const kernels::cubic_sum<T> sum = current_sum<T>();
-  for (index k = 0; k < count;) {
-    const index phase = targets[order[k]].phase;
-    index end = k + 1;
-    while (end < count && targets[order[end]].phase == phase) ++end;
+  for_phases(targets, count, f.phases(), sorted, [&](index phase, index begin, index end) {
     const index size = f.last(phase) - f.first(phase) + 1;
-    sum({rows + phase * 4 * f.stride(), f.stride(), size}, x + k, v + k, end - k, values + k);
-    k = end;
-  }
-  for (index k = 0; k < count; ++k) out[order[k]] = values[k];
+    sum({rows + phase * 4 * f.stride(), f.stride(), size}, sorted.x + begin, sorted.v + begin, end - begin,
+        values + begin);
+  });
+  for (index i = 0; i < count; ++i) out[sorted.from[i] * stride] = values[i];
 }
 
 template status build_rows(const spline_filter&, const double*, double*) noexcept;
 template status build_rows(const spline_filter&, const float*, float*) noexcept;
 template void filter_targets(const spline_filter&, const double*, const spline_target<double>*, index,
-                             double*) noexcept;
-template void filter_targets(const spline_filter&, const float*, const spline_target<float>*, index,
-                             float*) noexcept;
+                             double*, index) noexcept;
+template void filter_targets(const spline_filter&, const float*, const spline_target<float>*, index, float*,
+                             index) noexcept;
 
 }  // namespace sigpak

@@ -74,10 +74,10 @@ template <class T> struct spline_target {
 };
 inline constexpr index targets_at_once = 512;
 
-// out[k] for k < count <= targets_at_once; targets of one phase are summed together, each with the same bits
-// as alone.
+// out[k * stride] for k < count <= targets_at_once; targets of one phase are summed together, each with the
+// same bits as alone.
 template <class T>
 void filter_targets(const spline_filter& f, const T* rows, const spline_target<T>* targets, index count,
-                    T* out) noexcept;
+                    T* out, index stride) noexcept;
 
 }  // namespace sigpak
