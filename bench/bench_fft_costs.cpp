@@ -16,7 +16,7 @@
 #include "peers.h"
 #include "rounds.h"
 #include "sigpak.h"
-#include "spectral/exact_transform.h"
+#include "references/exact_transform.h"
 #include "table.h"
 
 namespace {

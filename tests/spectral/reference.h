@@ -1,7 +1,7 @@
 // How far a record is from the transform in long double.
 #pragma once
 
-#include "spectral/exact_transform.h"
+#include "references/exact_transform.h"
 #include "support/signal.h"
 
 namespace sigpak::test {
