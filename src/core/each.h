@@ -1,8 +1,7 @@
 // The walk over points that do not depend on each other, at the speed of the memory.
 #pragma once
 
-#include <cstdint>
-
+#include "core/machine.h"
 #include "core/record.h"
 
 namespace sigpak {
@@ -17,13 +16,11 @@ enum class bound { memory, divider };
 // cost nothing.
 template <index width = 1, bound limit = bound::memory, class T, class Body>
 [[gnu::always_inline]] inline void each(const T* out, index points, Body body) noexcept {
-  constexpr std::uintptr_t line = 64;
   constexpr index worth_aligning = 64;
   constexpr index worth_unrolling = 32;
   index i = 0;
   if (limit == bound::memory && points >= worth_aligning) {
-    const auto before_line = static_cast<index>(-reinterpret_cast<std::uintptr_t>(out) % line);
-    const index head = before_line / (width * static_cast<index>(sizeof(T)));
+    const index head = machine::bytes_to_line(out) / (width * static_cast<index>(sizeof(T)));
     for (; i < head; ++i) {
       asm volatile("");  // keeps the compiler from making vectors of these few
       body(i);

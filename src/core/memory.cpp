@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <cstdlib>
 
+#include "core/machine.h"
+
 namespace sigpak {
 namespace {
 
@@ -24,9 +26,8 @@ constinit table_source resize_table_bytes = resize_on_heap;
 
 void advise_large_pages([[maybe_unused]] void* block, [[maybe_unused]] std::size_t bytes) noexcept {
 #if defined(__linux__) && defined(MADV_HUGEPAGE)
-  constexpr std::size_t worth_advice = std::size_t{4} << 20;
-  constexpr std::uintptr_t page = 4096;
-  if (block == nullptr || bytes < worth_advice) return;
+  constexpr std::uintptr_t page = machine::page_bytes;
+  if (block == nullptr || bytes < machine::worth_large_pages) return;
   const std::uintptr_t begin = reinterpret_cast<std::uintptr_t>(block) / page * page;
   const std::uintptr_t end = (reinterpret_cast<std::uintptr_t>(block) + bytes + page - 1) / page * page;
   const int error = errno;

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "core/isa.h"
+#include "core/machine.h"
 #include "core/record.h"
 
 #if SIGPAK_WIDE_LEVELS
@@ -14,16 +15,12 @@
 
 namespace sigpak {
 
-inline constexpr std::size_t cache_line = 64;
-
-// A result of so many bytes, with its operands, exceeds the last cache of one core complex.
-inline constexpr std::size_t streamed_bytes = std::size_t{16} << 20;
-
 // Scalars streamed at a time, computed in the nearest cache.
-template <class T> inline constexpr index streamed_piece = 4096 / sizeof(T);
+template <class T> inline constexpr index streamed_piece = machine::way_bytes / sizeof(T);
 
+// A result as large as the last cache exceeds it with its operands.
 template <class T> bool worth_streaming(const T* out, index n) noexcept {
-  return SIGPAK_WIDE_LEVELS && static_cast<std::size_t>(n) >= streamed_bytes / sizeof(T) &&
+  return SIGPAK_WIDE_LEVELS && n >= machine::caches().last / index{sizeof(T)} &&
          reinterpret_cast<std::uintptr_t>(out) % 16 == 0;
 }
 

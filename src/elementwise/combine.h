@@ -5,6 +5,7 @@
 
 #include "core/each.h"
 #include "core/isa.h"
+#include "core/machine.h"
 #include "core/product.h"
 #include "core/streaming.h"
 #include "elementwise/prepare.h"
@@ -74,7 +75,7 @@ template <class A, class B, class Out, class F>
 [[gnu::noinline]] status combine_past_cache(A a, B b, Out out, index points, F f) noexcept {
   using T = std::remove_pointer_t<decltype(Out::data)>;
   constexpr index most = streamed_piece<T> / Out::width;
-  alignas(cache_line) T piece[most * Out::width];
+  alignas(machine::line_bytes) T piece[most * Out::width];
   for (index begin = 0; begin < points; begin += most) {
     const index count = std::min(most, points - begin);
     combine_points(points_from(a, begin), points_from(b, begin), Out{piece}, count, f);

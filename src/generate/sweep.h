@@ -7,6 +7,7 @@
 #include <concepts>
 
 #include "core/blocks.h"
+#include "core/machine.h"
 #include "kernels/sweep.h"
 #include "vectors/levels.h"
 
@@ -82,9 +83,9 @@ void sweep_lanes(sweep angle, phasor turn, index first, index points, const swep
 // How many of so many points make the next pass: of more than nine blocks sixteen, but not where blocks are
 // as long as the ways of the cache, which holds the same place of eight.
 template <class T> index points_of_pass(index points, index width) noexcept {
-  constexpr index way = 4096;
   constexpr index half = kernels::most_sweep_lanes / 2 * rotation_block;
-  const bool wide = points > half + rotation_block && rotation_block * width * index{sizeof(T)} < way;
+  const bool wide =
+      points > half + rotation_block && rotation_block * width * index{sizeof(T)} < machine::way_bytes;
   return std::min(points, wide ? 2 * half : half);
 }
 

@@ -3,12 +3,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <limits>
 
 #include "core/blocks.h"
 #include "core/guard.h"
 #include "core/isa.h"
+#include "core/machine.h"
 #include "core/wide.h"
 
 namespace sigpak {
@@ -127,8 +127,7 @@ template <extreme wanted, class T> T extreme_value(const T* x, index points) noe
     return best;
   }
   const T found = isa::run([=] {
-    constexpr std::uintptr_t line = 64;
-    const auto to_line = static_cast<index>(-reinterpret_cast<std::uintptr_t>(x) % line / sizeof(T));
+    const index to_line = machine::bytes_to_line(x) / index{sizeof(T)};
     const T first = extreme_score<wanted>(0, search_lanes, score, start);
     if (points - to_line < search_lanes) return extreme_score<wanted>(0, points, score, first);
     return extreme_score<wanted>(to_line, points - to_line, score, first);

@@ -1,4 +1,5 @@
-// Raw tables and the lists that keep them.
+// Raw tables, the lists that keep them, and the sizes of the caches.
+#include "core/machine.h"
 #include "support/failing.h"
 
 namespace sigpak::test {
@@ -21,6 +22,15 @@ TEST(KeyedList, KeepsWhatWasAppendedUntilReleasedThroughFailures) {
   }
   EXPECT_EQ(allocate_table<double>(PTRDIFF_MAX), nullptr);
   EXPECT_EQ(allocate_table<double>(-1), nullptr);
+}
+
+TEST(Machine, CachesAreAskedOnceOrForced) {
+  const machine::cache_sizes asked = machine::caches();
+  EXPECT_GE(asked.first, index{machine::page_bytes});
+  EXPECT_TRUE(asked.last > 0 && asked.last <= machine::usual_caches.last);
+  machine::force({.first = 1, .last = 2});
+  EXPECT_TRUE(machine::caches().first == 1 && machine::caches().last == 2);
+  machine::force(asked);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // Products, quotients and squared magnitudes of complex points that lie re, im side by side. Shuffles stay
 // within 128 bits wherever they can; no product is fused, so every level gives the bits of the plain loop.
 #include "core/guard.h"
+#include "core/machine.h"
 #include "kernels/points/points.h"
 #include "vectors/lanes.h"
 #include "vectors/levels.h"
@@ -169,9 +170,7 @@ template <class Step, class T> SIGPAK_INLINE void run_rest(const T* a, const T* 
 
 // From a line on, where the points can lie on one.
 template <class T> SIGPAK_INLINE index points_to_line(const T* out, index points, index scalars) {
-  constexpr std::size_t line = 64;
-  const auto bytes = -reinterpret_cast<std::size_t>(out) % line;
-  const index head = static_cast<index>(bytes / (static_cast<std::size_t>(scalars) * sizeof(T)));
+  const index head = machine::bytes_to_line(out) / (scalars * index{sizeof(T)});
   return points >= 128 ? head : 0;
 }
 

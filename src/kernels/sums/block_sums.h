@@ -3,12 +3,12 @@
 
 #include <array>
 #include <concepts>
-#include <cstdint>
 #include <type_traits>
 #include <utility>
 
 #include "core/blocks.h"
 #include "core/isa.h"
+#include "core/machine.h"
 #include "kernels/sums/lane_sums.h"
 #include "vectors/levels.h"
 
@@ -122,9 +122,7 @@ template <class Term, class T> class lane_pass {
 
   // Points from which on whole lines of the cache are read, each at once.
   static index points_to_line(const T* x, index width) noexcept {
-    constexpr std::uintptr_t line = 64;
-    const auto before = static_cast<index>(-reinterpret_cast<std::uintptr_t>(x) % line);
-    return before / (width * static_cast<index>(sizeof(T)));
+    return machine::bytes_to_line(x) / (width * static_cast<index>(sizeof(T)));
   }
 
   // How many points the lane is ahead of the others: eight blocks lie in the same sets of the cache, and
@@ -173,8 +171,6 @@ template <class Term, class T> class lane_pass {
   kernels::lane_totals sums_ = {};
 };
 
-inline constexpr index beyond_the_cache = index{16} << 20;  // bytes
-
 template <class Term, class T>
 auto sum_in_lanes(index points, Term term, const lane_terms<T>& terms,
                   kernels::lane_sums<T> kernel) noexcept {
@@ -185,12 +181,13 @@ auto sum_in_lanes(index points, Term term, const lane_terms<T>& terms,
   const auto bytes = static_cast<index>(sizeof(T)) * points * (terms.width + terms.y_width);
   decltype(term(index())) total{};
   index i = 0;
-  const bool waits_for_memory = bytes > beyond_the_cache && !terms.streaming;
+  const bool beyond_the_cache = bytes > machine::caches().last;
+  const bool waits_for_memory = beyond_the_cache && !terms.streaming;
   while (!waits_for_memory && points - i >= worth_a_pass) {
     const index here = std::min(most, points - i);
     const index blocks = (here + sum_block - 1) / sum_block;
     lane_pass<Term, T> pass(term, terms, kernel, i, blocks);
-    pass.add(here - (blocks - 1) * sum_block, bytes > beyond_the_cache && points - i >= 2 * most, total);
+    pass.add(here - (blocks - 1) * sum_block, beyond_the_cache && points - i >= 2 * most, total);
     i += here;
   }
   add_in_turn(i, points, term, total);

@@ -1,5 +1,6 @@
 // Sums of eight blocks side by side: vectors of consecutive samples from every block are transposed, and each
 // row then holds the next sample of all blocks.
+#include "core/machine.h"
 #include "kernels/sums/lane_sums.h"
 
 #include "kernels/sums/terms.h"
@@ -80,7 +81,7 @@ template <int rows, class T> SIGPAK_INLINE void read_points(row* r, const T* con
 
 // The share of so many points of a stretch in what the next stretch reads, line after line.
 template <int rows, class T> SIGPAK_INLINE void fetch(const T* x, index at, index points) {
-  constexpr index line = 64 / sizeof(T);
+  constexpr index line = machine::line_bytes / sizeof(T);
   const T* const next = x + (kernels::lane_points + at) * rows * kernels::sum_lanes;
   for (index i = 0; i < points * rows * kernels::sum_lanes; i += line) {
     _mm_prefetch(reinterpret_cast<const char*>(next + i), _MM_HINT_T1);

@@ -1,0 +1,42 @@
+// The memory of the machine: lines, pages, and the sizes of the caches that a choice depends on. Choices
+// decide the order in which memory is met, never a result.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "core/record.h"
+
+namespace sigpak::machine {
+
+// Of the caches: what is read or written at once.
+inline constexpr std::size_t line_bytes = 64;
+
+// The smallest page, and a way of the first cache: places so far apart share a set and drive each other out.
+inline constexpr std::size_t page_bytes = 4096;
+inline constexpr index way_bytes = index{page_bytes};
+
+// From here on large pages are worth asking for.
+inline constexpr std::size_t worth_large_pages = std::size_t{4} << 20;
+
+// Bytes of the first cache of a core, and of the last one as far as one core may count on it.
+struct cache_sizes {
+  index first;
+  index last;
+};
+
+// Where the system does not say.
+inline constexpr cache_sizes usual_caches{.first = index{32} << 10, .last = index{16} << 20};
+
+// Asked from the system once, or forced.
+cache_sizes caches() noexcept;
+
+// Makes `caches` answer `wanted`; for tests and measurements.
+void force(cache_sizes wanted) noexcept;
+
+// Bytes from p to the next line. Always inline, as wide kernels use it too.
+[[gnu::always_inline]] inline index bytes_to_line(const void* p) noexcept {
+  return static_cast<index>(-reinterpret_cast<std::uintptr_t>(p) % line_bytes);
+}
+
+}  // namespace sigpak::machine
