@@ -14,10 +14,10 @@ constinit std::atomic<index> first_bytes = unknown;
 constinit std::atomic<index> last_bytes = unknown;
 
 #if defined(_SC_LEVEL1_DCACHE_SIZE) && defined(_SC_LEVEL3_CACHE_SIZE)
-// Nothing, or a failure, gives the usual size.
+// Nothing, a failure, or what is no cache gives the usual size.
 index asked(int name, index usual) noexcept {
   const long bytes = sysconf(name);
-  return bytes > 0 ? index{bytes} : usual;
+  return bytes > way_bytes ? index{bytes} : usual;
 }
 
 // A virtual machine names the whole of a last cache that it shares with others, and a server that of all its

@@ -31,7 +31,7 @@ inline constexpr cache_sizes usual_caches{.first = index{32} << 10, .last = inde
 // Asked from the system once, or forced.
 cache_sizes caches() noexcept;
 
-// Makes `caches` answer `wanted`; for tests and measurements.
+// Makes `caches` answer `wanted`, each of them more than a way; for tests and measurements.
 void force(cache_sizes wanted) noexcept;
 
 // Bytes from p to the next line. Always inline, as wide kernels use it too.

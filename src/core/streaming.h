@@ -20,7 +20,7 @@ template <class T> inline constexpr index streamed_piece = machine::way_bytes / 
 
 // A result as large as the last cache exceeds it with its operands.
 template <class T> bool worth_streaming(const T* out, index n) noexcept {
-  return SIGPAK_WIDE_LEVELS && n >= machine::caches().last / index{sizeof(T)} &&
+  return SIGPAK_WIDE_LEVELS && n * index{sizeof(T)} >= machine::caches().last &&
          reinterpret_cast<std::uintptr_t>(out) % 16 == 0;
 }
 

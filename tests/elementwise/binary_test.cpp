@@ -230,7 +230,7 @@ TYPED_TEST(Binary, EveryLevelAndCacheGivesTheSameBits) {
       std::vector<samples<V>> bits;
       for (int i = 0; i < 6; ++i) {
         isa::force(static_cast<isa::level>(i / 2));
-        machine::force({caches.first, i % 2 == 0 ? caches.last : 1});
+        machine::force({caches.first, i % 2 == 0 ? caches.last : machine::way_bytes + 1});
         signal<V> out;
         const signal<V> a(x, k % 2 != 0);
         const signal<V> b(y, k > 1);
