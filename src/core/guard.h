@@ -2,6 +2,7 @@
 #pragma once
 
 #include <limits>
+#include <type_traits>
 
 namespace sigpak {
 
@@ -21,10 +22,32 @@ template <> struct guard<float> {
   static constexpr float tiny = std::numeric_limits<float>::min();
 };
 
-// Limits x to [-H, H]; NaN passes.
-template <class T> constexpr T clamp_huge(T x) noexcept {
-  return x > guard<T>::huge ? guard<T>::huge : x < -guard<T>::huge ? -guard<T>::huge : x;
-}
+constexpr double wide(double x) noexcept { return x; }
+constexpr double wide(float x) noexcept { return static_cast<double>(x); }
+
+// The same as doubles, for what computes in double whatever it stores.
+template <class T> struct wide_guard {
+  static constexpr double huge = wide(guard<T>::huge);
+  static constexpr double log_huge = wide(guard<T>::log_huge);
+  static constexpr double log10_huge = wide(guard<T>::log10_huge);
+  static constexpr double tiny = wide(guard<T>::tiny);
+
+  // To [-H, H]; NaN passes. In two steps, each of them one instruction.
+  static constexpr double clamp(double x) noexcept {
+    const double below = x > huge ? huge : x;
+    return below < -huge ? -huge : below;
+  }
+
+  // The same where `limits` holds, x itself otherwise.
+  template <bool limits> static constexpr double clamp(double x, std::bool_constant<limits>) noexcept {
+    return limits ? clamp(x) : x;
+  }
+
+  // A point outside the square of half side H; NaN is inside.
+  static constexpr bool excludes(double a, double b) noexcept {
+    return a > huge || a < -huge || b > huge || b < -huge;
+  }
+};
 
 // Spacing of the other domain after a transform of n points: 1 / (n * delta), H for 0.
 // A NaN spacing stays NaN here; operations that turn it into H say so.

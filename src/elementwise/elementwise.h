@@ -41,8 +41,8 @@ template <record V> status dot(const V* a, const V* b, V* out) noexcept;
 template <record V> status multiply_polynomials(const V* a, const V* b, V* out) noexcept;
 
 // One record into another.
-template <record V> status take_magnitudes(const V* in, V* out) noexcept;
-template <record V> status square_magnitudes(const V* in, V* out) noexcept;
+template <record V> status take_magnitude(const V* in, V* out) noexcept;
+template <record V> status square_magnitude(const V* in, V* out) noexcept;
 template <record V> status take_square_roots(const V* in, V* out) noexcept;
 
 }  // namespace sigpak

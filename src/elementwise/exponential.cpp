@@ -2,10 +2,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include "core/wide_guard.h"
+#include "core/guard.h"
 #include "elementwise/elementwise.h"
 #include "elementwise/exponential_parts.h"
 #include "elementwise/in_place.h"
+#include "elementwise/logarithm_factors.h"
 #include "elementwise/precise.h"
 #include "kernels/elementary/functions.h"
 #include "kernels/elementary/sine_parts.h"
@@ -63,7 +64,7 @@ template <class T> void exponential10_points(T* z, index points) noexcept {
     const double_double size = a > wide_guard<T>::log10_huge ? double_double{limit, 0}
                                : a < -wide_guard<T>::huge    ? double_double{-limit, 0}
                                                              : lifted_power_of_ten(a);
-    return turned<T>(size, b * wide_guard<T>::ln10);
+    return turned<T>(size, b * logarithm_factors<T>::ln10);
   });
 }
 

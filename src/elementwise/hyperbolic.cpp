@@ -1,7 +1,7 @@
 // Hyperbolic functions, in place.
 #include <cmath>
 
-#include "core/wide_guard.h"
+#include "core/guard.h"
 #include "elementwise/exponential_parts.h"
 #include "elementwise/in_place.h"
 #include "elementwise/precise.h"

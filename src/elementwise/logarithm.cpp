@@ -4,9 +4,10 @@
 #include <cstdint>
 #include <limits>
 
-#include "core/wide_guard.h"
+#include "core/guard.h"
 #include "elementwise/elementwise.h"
 #include "elementwise/in_place.h"
+#include "elementwise/logarithm_factors.h"
 #include "elementwise/logarithm_parts.h"
 #include "elementwise/precise.h"
 #include "kernels/elementary/functions.h"
@@ -19,13 +20,13 @@ using kernels::logarithm_constants;
 
 template <class T>
 constexpr logarithm_constants natural_constants = {
-    0.5, 0, 1, 0, wide_guard<T>::log_tiny, 0.5 * wide_guard<T>::log_huge};
+    0.5, 0, 1, 0, logarithm_factors<T>::log_tiny, 0.5 * wide_guard<T>::log_huge};
 
 template <class T> void natural(T* x, index n) noexcept {
   if (const auto* wide = at_level<kernels::logarithm_functions<T>>())
     return wide->logarithm(x, n, natural_constants<T>);
   map_nearest(
-      x, n, [](double u) { return u < wide_guard<T>::tiny ? wide_guard<T>::log_tiny : std::log(u); },
+      x, n, [](double u) { return u < wide_guard<T>::tiny ? logarithm_factors<T>::log_tiny : std::log(u); },
       precise_log);
 }
 
@@ -70,7 +71,7 @@ template <class T> void natural_points(T* z, index points) noexcept {
 }
 
 // Of magnitudes, in both precisions; angles take the constant of the precision.
-constexpr double_double log10_e = wide_guard<double>::log10_e;
+constexpr double_double log10_e = logarithm_factors<double>::log10_e;
 
 // Beyond H the product of the factor and a constant could overflow: those are scaled plainly.
 bool is_exact_factor(double factor) noexcept { return std::abs(factor) <= wide_guard<double>::huge; }
@@ -82,7 +83,7 @@ template <class T> void decimal_scaled(T* x, index n, double factor) noexcept {
     return;
   }
   const double_double scale = product({factor, 0}, log10_e);
-  const double floor = factor * wide_guard<T>::log10_tiny;
+  const double floor = factor * logarithm_factors<T>::log10_tiny;
   if (const auto* wide = at_level<kernels::logarithm_functions<T>>()) {
     return wide->scaled_logarithm(x, n, {scale.hi, scale.lo, 0, 0, floor, 0});
   }
@@ -118,9 +119,9 @@ template <class T> void decimal_scaled_points(T* z, index points, double factor)
     return;
   }
   const double_double scale = product({factor / 2, 0}, log10_e);
-  const double_double angle_scale = product({factor, 0}, wide_guard<T>::log10_e);
+  const double_double angle_scale = product({factor, 0}, logarithm_factors<T>::log10_e);
   const logarithm_constants c = {
-      scale.hi, scale.lo, angle_scale.hi, angle_scale.lo, factor * wide_guard<T>::log10_tiny, 0};
+      scale.hi, scale.lo, angle_scale.hi, angle_scale.lo, factor * logarithm_factors<T>::log10_tiny, 0};
   if (const auto* wide = at_level<kernels::logarithm_functions<T>>()) {
     return wide->scaled_logarithm_points(z, points, c, decimal_point<T>);
   }

@@ -58,7 +58,7 @@ template <record V> status square_magnitude(V* v) noexcept {
   return ok;
 }
 
-template <record V> status take_magnitudes(const V* in, V* out) noexcept {
+template <record V> status take_magnitude(const V* in, V* out) noexcept {
   return prepare(in, in, out, is_complex(in), [out](const operands<V>& from) {
     const auto* wide = at_level<kernels::inverse_functions<scalar<V>>>();
     if (wide == nullptr || !from.a_complex) return fill_real(from, out, magnitude{});
@@ -68,7 +68,7 @@ template <record V> status take_magnitudes(const V* in, V* out) noexcept {
   });
 }
 
-template <record V> status square_magnitudes(const V* in, V* out) noexcept {
+template <record V> status square_magnitude(const V* in, V* out) noexcept {
   return prepare(in, in, out, false, [out](const operands<V>& from) {
     if (!from.a_complex) return fill_real(from, out, squared_magnitude{});
     square_magnitudes_of(from.a, out->data, from.points);
@@ -81,10 +81,10 @@ template status take_magnitude(dsp_vec*) noexcept;
 template status take_magnitude(dspf_vec*) noexcept;
 template status square_magnitude(dsp_vec*) noexcept;
 template status square_magnitude(dspf_vec*) noexcept;
-template status take_magnitudes(const dsp_vec*, dsp_vec*) noexcept;
-template status take_magnitudes(const dspf_vec*, dspf_vec*) noexcept;
-template status square_magnitudes(const dsp_vec*, dsp_vec*) noexcept;
-template status square_magnitudes(const dspf_vec*, dspf_vec*) noexcept;
+template status take_magnitude(const dsp_vec*, dsp_vec*) noexcept;
+template status take_magnitude(const dspf_vec*, dspf_vec*) noexcept;
+template status square_magnitude(const dsp_vec*, dsp_vec*) noexcept;
+template status square_magnitude(const dspf_vec*, dspf_vec*) noexcept;
 
 }  // namespace sigpak
 
@@ -96,8 +96,8 @@ int32_t dspfi_mag(dspf_vec* v) { return take_magnitude(v); }
 int32_t dspi_magsq(dsp_vec* v) { return square_magnitude(v); }
 int32_t dspfi_magsq(dspf_vec* v) { return square_magnitude(v); }
 
-int32_t dspu_mag(const dsp_vec* in, dsp_vec* out) { return take_magnitudes(in, out); }
-int32_t dspfu_mag(const dspf_vec* in, dspf_vec* out) { return take_magnitudes(in, out); }
+int32_t dspu_mag(const dsp_vec* in, dsp_vec* out) { return take_magnitude(in, out); }
+int32_t dspfu_mag(const dspf_vec* in, dspf_vec* out) { return take_magnitude(in, out); }
 
-int32_t dspu_magsq(const dsp_vec* in, dsp_vec* out) { return square_magnitudes(in, out); }
-int32_t dspfu_magsq(const dspf_vec* in, dspf_vec* out) { return square_magnitudes(in, out); }
+int32_t dspu_magsq(const dsp_vec* in, dsp_vec* out) { return square_magnitude(in, out); }
+int32_t dspfu_magsq(const dspf_vec* in, dspf_vec* out) { return square_magnitude(in, out); }

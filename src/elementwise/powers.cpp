@@ -1,7 +1,7 @@
 // Squares, reciprocals and square roots, in place.
 #include "core/each.h"
+#include "core/guard.h"
 #include "core/isa.h"
-#include "core/wide_guard.h"
 #include "elementwise/elementwise.h"
 #include "elementwise/in_place.h"
 #include "elementwise/square_root.h"

@@ -7,10 +7,10 @@
 #include <cmath>
 #include <limits>
 
-#include "core/compare.h"
 #include "core/copy.h"
 #include "core/frame.h"
 #include "core/isa.h"
+#include "core/record_order.h"
 #include "core/storage.h"
 #include "elementwise/elementwise.h"
 #include "spectral/spectral.h"

@@ -8,7 +8,7 @@
 #include "core/each.h"
 #include "core/isa.h"
 #include "core/storage.h"
-#include "generate/sweep.h"
+#include "generate/rotation.h"
 
 namespace sigpak {
 namespace {

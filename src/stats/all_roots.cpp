@@ -32,7 +32,7 @@ template <class T> bool is_root_of(const T* a, index count, complex_number z) no
     value = w * value + complex_number{b, 0};
     terms = r * terms + std::abs(b);
   }
-  return terms >= wide_tiny<double> && magnitude(value) <= most * terms;
+  return terms >= wide_guard<double>::tiny && magnitude(value) <= most * terms;
 }
 
 // The list as stored against the polynomial as given.

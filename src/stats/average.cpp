@@ -66,7 +66,7 @@ status average(const V* in, V* avg, V* scratch, int flags, std::int32_t count, s
   temporary<V> own;
   if (scratch == nullptr) scratch = &own;
   if ((flags & DSP_AVG_SQUARED) != 0) {
-    if (square_magnitudes(in, scratch) != ok) return failed;
+    if (square_magnitude(in, scratch) != ok) return failed;
     in = scratch;
   }
   if (count <= 1) return copy(avg, in);

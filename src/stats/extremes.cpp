@@ -12,7 +12,7 @@ template <extreme wanted, record V> status extract_extreme(const V* v, V* result
   if (!is_complex(v)) return store(result, points == 0 ? 0.0 : wide(extreme_value<wanted>(v->data, points)));
   if (points == 0) return store(result, 0.0, 0.0);
   const index place = find_extreme<wanted>(v->data, points, true);
-  constexpr double missing = wanted == extreme::largest ? 0.0 : wide_huge<scalar<V>>;
+  constexpr double missing = wanted == extreme::largest ? 0.0 : wide_guard<scalar<V>>::huge;
   if (place == nowhere) return store(result, missing, missing);
   return store(result, wide(v->data[2 * place]), wide(v->data[2 * place + 1]));
 }

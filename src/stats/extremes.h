@@ -9,7 +9,6 @@
 #include "core/guard.h"
 #include "core/isa.h"
 #include "core/machine.h"
-#include "core/wide.h"
 
 namespace sigpak {
 
@@ -33,7 +32,7 @@ template <extreme wanted, class T> double magnitude_score(const T* point) noexce
   const double im = wide(point[1]);
   const double q = re * re + im * im;
   if constexpr (wanted == extreme::smallest) return q;
-  constexpr double most = wide_huge<T>;
+  constexpr double most = wide_guard<T>::huge;
   return std::abs(re) > most || std::abs(im) > most ? most : q;
 }
 
@@ -113,7 +112,7 @@ template <extreme wanted, class T> index find_extreme(const T* x, index points, 
     return find_score<wanted>(
         points, [x](index i) { return x[i]; }, guard<T>::huge);
   return find_score<wanted>(
-      points, [x](index i) { return magnitude_score<wanted>(x + 2 * i); }, wide_huge<T>);
+      points, [x](index i) { return magnitude_score<wanted>(x + 2 * i); }, wide_guard<T>::huge);
 }
 
 // The extreme value of real samples, or the start where none beats it. Of zeros it is the first: the sign of

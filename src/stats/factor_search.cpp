@@ -179,7 +179,7 @@ factor search_from(close_view& view, complex_number z, index count) noexcept {
     complex_number w = view.focus(z);
     const expansion<complex_number> at = precise ? view.at(w) : view.approximation(w);
     const double value = magnitude(at.value);
-    const bool out_of_range = !(at.size >= wide_tiny<double> && value < infinite);
+    const bool out_of_range = !(at.size >= wide_guard<double>::tiny && value < infinite);
     if (out_of_range && least == infinite) break;
     if (!out_of_range && precise && value <= noise(count) * at.size) return concluded(view, w, at, count);
     if (!out_of_range && !precise && value <= static_cast<double>(count) * epsilon * at.size) {

@@ -4,10 +4,10 @@
 #include <limits>
 
 #include "core/blocks.h"
+#include "core/guard.h"
 #include "core/isa.h"
 #include "shape/shape.h"
 #include "stats/result.h"
-#include "core/wide.h"
 
 namespace sigpak {
 namespace {
@@ -16,7 +16,7 @@ namespace {
 template <class T> T magnitude(const T* point) noexcept {
   const double re = wide(point[0]);
   const double im = wide(point[1]);
-  constexpr double most = wide_huge<T>;
+  constexpr double most = wide_guard<T>::huge;
   const bool beyond = re > most || re < -most || im > most || im < -most;
   return beyond ? guard<T>::huge : static_cast<T>(std::sqrt(re * re + im * im));
 }

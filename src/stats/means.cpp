@@ -4,9 +4,9 @@
 #include <complex>
 #include <limits>
 
+#include "core/guard.h"
 #include "kernels/sums/block_sums.h"
 #include "stats/result.h"
-#include "core/wide.h"
 
 namespace sigpak {
 namespace {
@@ -34,7 +34,7 @@ template <record V> std::complex<double> product_of_complex(const V* v) noexcept
 // The principal n-th root of the product; 0 where the squared magnitude of the product is below T.
 template <record V> status geometric_mean(const V* v, V* result) noexcept {
   const auto n = static_cast<double>(length(v));
-  constexpr double tiny = wide_tiny<scalar<V>>;
+  constexpr double tiny = wide_guard<scalar<V>>::tiny;
   if (!is_complex(v)) {
     const double product = product_of_real(v);
     return store(result, n >= 1 && product >= tiny ? std::exp(std::log(product) / n) : 0.0);
@@ -88,22 +88,22 @@ template <record V> double harmonic_mean_of_real(const V* v) noexcept {
   const index points = length(v);
   const double s = sum_reciprocals(x, points);
   if (points == 0 || (!std::isfinite(s) && contains_zero(x, points))) return 0;
-  return s != 0 ? static_cast<double>(points) / s : wide_huge<scalar<V>>;
+  return s != 0 ? static_cast<double>(points) / s : wide_guard<scalar<V>>::huge;
 }
 
 // 1 / q, kept finite; H for 0.
 template <class T> constexpr double reciprocal_of_square(double q) noexcept {
-  return q <= 0 ? wide_huge<T> : std::min(1.0 / q, std::numeric_limits<double>::max());
+  return q <= 0 ? wide_guard<T>::huge : std::min(1.0 / q, std::numeric_limits<double>::max());
 }
 
 template <record V> status store_harmonic_mean_of_complex(const V* v, V* result) noexcept {
   using T = scalar<V>;
   const T* const z = v->data;
   const auto [re, im, squares] = limited_sums<2>(
-      length(v), wide_huge<T>,
+      length(v), wide_guard<T>::huge,
       [z](index i, auto limits) {
-        const double x = limited<T>(wide(z[2 * i]), limits);
-        const double y = limited<T>(wide(z[2 * i + 1]), limits);
+        const double x = wide_guard<T>::clamp(wide(z[2 * i]), limits);
+        const double y = wide_guard<T>::clamp(wide(z[2 * i + 1]), limits);
         const double q = x * x + y * y;
         const double r = reciprocal_of_square<T>(q);
         return sums<3>{x * r, -(y * r), q};
@@ -112,7 +112,7 @@ template <record V> status store_harmonic_mean_of_complex(const V* v, V* result)
         return lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::point_reciprocals,
                              .x = z,
                              .width = 2,
-                             .constants = {.huge = wide_huge<T>},
+                             .constants = {.huge = wide_guard<T>::huge},
                              .blocks = 3};
       });
   const double factor = static_cast<double>(length(v)) * reciprocal_of_square<T>(re * re + im * im);

@@ -5,10 +5,10 @@
 #include <limits>
 #include <optional>
 
+#include "core/guard.h"
 #include "shape/shape.h"
 #include "stats/result.h"
 #include "stats/stats.h"
-#include "core/wide.h"
 
 namespace sigpak {
 namespace {

@@ -4,28 +4,28 @@
 // Algorithms for computing the sample variance, The American Statistician 37 (1983).
 #include <cmath>
 
+#include "core/guard.h"
 #include "kernels/sums/block_sums.h"
 #include "stats/centre.h"
 #include "stats/result.h"
-#include "core/wide.h"
 
 namespace sigpak {
 namespace {
 
 template <class T, class Limits> constexpr double deviation(T x, double from, Limits limits) noexcept {
-  return limited<T>(wide(x) - from, limits);
+  return wide_guard<T>::clamp(wide(x) - from, limits);
 }
 
 template <class T>
 lane_terms<T> deviations(kernels::lane_sums<T> kernels::lane_sum_table<T>::*kernel, const T* x,
                          double centre) noexcept {
-  return {kernel, x, 1, {.centre = centre, .huge = wide_huge<T>}};
+  return {kernel, x, 1, {.centre = centre, .huge = wide_guard<T>::huge}};
 }
 
 // Of d and d^2.
 template <class T> auto deviation_sums(const T* x, index points, double from) noexcept {
   return limited_sums<1>(
-      points, wide_huge<T>,
+      points, wide_guard<T>::huge,
       [x, from](index i, auto limits) {
         const double d = deviation(x[i], from, limits);
         return sums<2>{d, d * d};
@@ -50,7 +50,7 @@ template <record V> double variance_of_complex(const V* v, double reciprocal) no
   const double c_re = wide(centre(z, points, 2));
   const double c_im = wide(centre(z + 1, points, 2));
   const auto [re1, re2, im1, im2] = limited_sums<1, 3>(
-      points, wide_huge<T>,
+      points, wide_guard<T>::huge,
       [=](index i, auto limits) {
         const double re = deviation(z[2 * i], c_re, limits);
         const double im = deviation(z[2 * i + 1], c_im, limits);
@@ -60,7 +60,7 @@ template <record V> double variance_of_complex(const V* v, double reciprocal) no
         return lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::point_deviations,
                              .x = z,
                              .width = 2,
-                             .constants = {.centre = c_re, .centre_im = c_im, .huge = wide_huge<T>},
+                             .constants = {.centre = c_re, .centre_im = c_im, .huge = wide_guard<T>::huge},
                              .blocks = 3};
       });
   const double m_re = re1 * reciprocal;
@@ -101,7 +101,7 @@ template <record V> double skewness(const V* v) noexcept {
   if (points == 0) return 0;
   const double c = wide(centre(x, points, 1));
   const auto [s1, s2, s3] = limited_sums<1>(
-      points, wide_huge<T>,
+      points, wide_guard<T>::huge,
       [x, c](index i, auto limits) {
         const double d = deviation(x[i], c, limits);
         return sums<3>{d, d * d, d * d * d};
@@ -115,7 +115,7 @@ template <record V> double skewness(const V* v) noexcept {
   const double v2 = m2 - m1 * m1;
   const double s = v2 * std::sqrt(v2);
   if (s != 0) return u3 / s;
-  return u3 != 0 ? wide_huge<scalar<V>> : 0;
+  return u3 != 0 ? wide_guard<scalar<V>>::huge : 0;
 }
 
 template <record V> double excess_kurtosis(const V* v) noexcept {
@@ -127,7 +127,7 @@ template <record V> double excess_kurtosis(const V* v) noexcept {
   const auto n = static_cast<double>(points);
   const double mean = deviation_sums(x, points, 0)[0] / n;
   const auto [s2, s4] = limited_sums<0>(
-      points, wide_huge<T>,
+      points, wide_guard<T>::huge,
       [x, mean](index i, auto limits) {
         const double d = deviation(x[i], mean, limits);
         return sums<2>{d * d, d * d * (d * d)};
@@ -136,7 +136,7 @@ template <record V> double excess_kurtosis(const V* v) noexcept {
   const double m2 = s2 / n;
   const double m4 = s4 / n;
   if (m2 * m2 != 0) return m4 / (m2 * m2) - of_normal;
-  return m4 != 0 ? wide_huge<T> : -of_normal;
+  return m4 != 0 ? wide_guard<T>::huge : -of_normal;
 }
 
 template <record V> status skew(const V* v, V* result) noexcept {

@@ -6,8 +6,8 @@
 #include <limits>
 
 #include "core/double_double.h"
+#include "core/guard.h"
 #include "core/record.h"
-#include "core/wide.h"
 
 namespace sigpak {
 
@@ -106,7 +106,7 @@ template <> constexpr search_limits limits_of<float>() noexcept {
 // the smallest normal number becomes 1 / H, in the direction of the real axis.
 inline complex_number quotient(complex_number a, complex_number b, const search_limits& limits) noexcept {
   const double scale = std::max(std::abs(b.re), std::abs(b.im));
-  if (scale < wide_tiny<double>) return limits.huge * (a * complex_number{1, -b.im});
+  if (scale < wide_guard<double>::tiny) return limits.huge * (a * complex_number{1, -b.im});
   b = {b.re / scale, b.im / scale};
   const double factor = 1 / (b.re * b.re + b.im * b.im);
   const complex_number product = factor * (a * complex_number{b.re, -b.im});

@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/guard.h"
 #include "kernels/sums/block_sums.h"
 #include "stats/centre.h"
 #include "stats/result.h"
-#include "core/wide.h"
 
 namespace sigpak {
 namespace {
@@ -22,11 +22,11 @@ template <class T, class Pair, class Describe>
 [[gnu::always_inline]] inline pair_sums sum_pairs(index points, double x_centre, double y_centre, Pair pair,
                                                   Describe describe) noexcept {
   const auto [x, y, xx, yy, xy] = limited_sums<2, 3>(
-      points, wide_huge<T>,
+      points, wide_guard<T>::huge,
       [=](index i, auto limits) {
         const auto [px, py] = pair(i);
-        const double dx = limited<T>(px - x_centre, limits);
-        const double dy = limited<T>(py - y_centre, limits);
+        const double dx = wide_guard<T>::clamp(px - x_centre, limits);
+        const double dy = wide_guard<T>::clamp(py - y_centre, limits);
         return sums<5>{dx, dy, dx * dx, dy * dy, dx * dy};
       },
       describe);
@@ -46,7 +46,7 @@ template <class T> pair_sums sum_list(const T* z, index points) noexcept {
         return lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::point_line,
                              .x = z,
                              .width = 2,
-                             .constants = {.centre = x, .centre_im = y, .huge = wide_huge<T>},
+                             .constants = {.centre = x, .centre_im = y, .huge = wide_guard<T>::huge},
                              .blocks = 3};
       });
 }
@@ -61,10 +61,11 @@ template <class T> pair_sums sum_samples(const T* samples, index points, double 
         return sums<2>{static_cast<double>(i) * step, wide(samples[i])};
       },
       [=] {
-        return lane_terms<T>{.kernel = &kernels::lane_sum_table<T>::line,
-                             .x = samples,
-                             .constants = {.centre = y, .centre_im = x, .huge = wide_huge<T>, .step = step},
-                             .blocks = 3};
+        return lane_terms<T>{
+            .kernel = &kernels::lane_sum_table<T>::line,
+            .x = samples,
+            .constants = {.centre = y, .centre_im = x, .huge = wide_guard<T>::huge, .step = step},
+            .blocks = 3};
       });
 }
 
@@ -113,7 +114,7 @@ struct line {
 };
 
 template <class T> line fit(variable predictor, variable response, double covariance) noexcept {
-  if (predictor.variance == 0) return {wide_huge<T>, wide_huge<T>};
+  if (predictor.variance == 0) return {wide_guard<T>::huge, wide_guard<T>::huge};
   const double slope = 1 / predictor.variance * covariance;
   return {slope, response.mean - slope * predictor.mean};
 }
@@ -122,7 +123,7 @@ template <class T> line fit(variable predictor, variable response, double covari
 template <class T>
 void describe_line(variable predictor, variable response, double covariance, double r, double n,
                    double* out) noexcept {
-  constexpr double most = wide_huge<T>;
+  constexpr double most = wide_guard<T>::huge;
   const auto [mean, variance] = predictor;
   const bool vertical = variance == 0;
   const double freedom = n < 3 ? 0.0 : n / (n - 2);

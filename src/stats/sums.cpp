@@ -1,10 +1,10 @@
 // Sum, mean, sum of squared magnitudes, root mean square. Float records accumulate in double.
 #include <cmath>
 
+#include "core/guard.h"
 #include "kernels/sums/block_sums.h"
 #include "stats/result.h"
 #include "stats/stats.h"
-#include "core/wide.h"
 
 namespace sigpak {
 namespace {
@@ -29,7 +29,7 @@ template <record V> status scaled_sum(const V* v, V* result, double factor) noex
 }
 
 template <class T, class Limits> constexpr double clamped_square(T x, Limits limits) noexcept {
-  const double part = limited<T>(wide(x), limits);
+  const double part = wide_guard<T>::clamp(wide(x), limits);
   return part * part;
 }
 
@@ -39,18 +39,19 @@ template <record V> double sum_of_squares(const V* v) noexcept {
   const T* const x = v->data;
   if (is_complex(v)) {
     return limited_sums<0>(
-        length(v), wide_huge<T>,
+        length(v), wide_guard<T>::huge,
         [x](index i, auto limits) {
           return sums<1>{clamped_square(x[2 * i], limits) + clamped_square(x[2 * i + 1], limits)};
         },
         [x] {
-          return lane_terms<T>{&table::point_squares, x, 2, {.huge = wide_huge<T>}};
+          return lane_terms<T>{&table::point_squares, x, 2, {.huge = wide_guard<T>::huge}};
         })[0];
   }
   return limited_sums<0>(
-      length(v), wide_huge<T>, [x](index i, auto limits) { return sums<1>{clamped_square(x[i], limits)}; },
+      length(v), wide_guard<T>::huge,
+      [x](index i, auto limits) { return sums<1>{clamped_square(x[i], limits)}; },
       [x] {
-        return lane_terms<T>{&table::squares, x, 1, {.huge = wide_huge<T>}};
+        return lane_terms<T>{&table::squares, x, 1, {.huge = wide_guard<T>::huge}};
       })[0];
 }
 

@@ -1,8 +1,8 @@
 // Polynomials: evaluation, coefficients from roots, closed forms, searches, all roots.
 #include <random>
 
+#include "core/guard.h"
 #include "stats/hard_polynomials.h"
-#include "core/wide.h"
 #include "support/failing.h"
 #include "support/forms.h"
 

@@ -1,7 +1,7 @@
 // What a statistic leaves in its result record.
 #pragma once
 
-#include "core/wide.h"
+#include "core/guard.h"
 #include "support/failing.h"
 #include "support/forms.h"
 

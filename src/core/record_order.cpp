@@ -1,5 +1,5 @@
 // Ordering of two records within a tolerance.
-#include "core/compare.h"
+#include "core/record_order.h"
 
 namespace sigpak {
 namespace {
