@@ -66,19 +66,25 @@ struct workspace {
 };
 
 // Every root 0 is a constant term of 0 and needs no search.
-template <class T> status list_roots(const T* a, index count, T* list) noexcept {
-  workspace work(count);
-  if (!work.complete() || !std::all_of(a, a + count, [](T x) { return std::isfinite(x); })) return failed;
+template <class T>
+bool try_roots(const T* a, index count, search_start start, const workspace& work, T* list) noexcept {
   index zeros = 0;
   while (a[zeros] == 0) work.roots[zeros++] = {0, 0};
-  const index rest = count - zeros;
   std::transform(a + zeros, a + count, work.coefficients, [](T x) { return precise(x); });
-  if (!find_all_roots(work.coefficients, rest, work.spare, work.roots + zeros)) return failed;
+  if (!find_all_roots(work.coefficients, count - zeros, start, work.spare, work.roots + zeros)) return false;
   for (index i = 0; i < count - 1; ++i) {
     list[2 * i] = static_cast<T>(work.roots[i].re);
     list[2 * i + 1] = static_cast<T>(work.roots[i].im);
   }
-  return all_are_roots(a, count, list) ? ok : failed;
+  return all_are_roots(a, count, list);
+}
+
+template <class T> status list_roots(const T* a, index count, T* list) noexcept {
+  const workspace work(count);
+  if (!work.complete() || !std::all_of(a, a + count, [](T x) { return std::isfinite(x); })) return failed;
+  const bool found = try_roots(a, count, search_start::zero, work, list) ||
+                     try_roots(a, count, search_start::spread, work, list);
+  return found ? ok : failed;
 }
 
 template <record V> status replace_by_roots(V* v) noexcept {

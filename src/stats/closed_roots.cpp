@@ -42,7 +42,8 @@ bool separate_roots(const double* a, index degree, root_list& out) noexcept {
   double_double coefficients[most_coefficients];
   double_double spare[most_coefficients];
   std::transform(a + zeros, a + degree + 1, coefficients, [](double x) { return precise(x); });
-  if (!find_all_roots(coefficients, degree - zeros + 1, spare, out.z + zeros)) return false;
+  if (!find_all_roots(coefficients, degree - zeros + 1, search_start::zero, spare, out.z + zeros))
+    return false;
   out.count = degree;
   const auto is_real = [](complex_number z) { return z.im == 0; };
   complex_number* const end = out.z + degree;

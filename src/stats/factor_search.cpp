@@ -159,67 +159,97 @@ complex_number steepest_step(const close_view& view, complex_number w) noexcept 
   return -shortest * complex_number{std::cos(turned), std::sin(turned)};
 }
 
-// In double up to its rounding, from there in twice the precision. Every step leads to a smaller value, or is
-// replaced by one that does.
-factor search_from(close_view& view, complex_number z, index count) noexcept {
-  constexpr search_limits limits = limits_of<double>();
-  constexpr index most_rounds = 200;
-  constexpr double near = 1e-4;  // the next step of third order ends at the rounding of double
-  constexpr double infinite = std::numeric_limits<double>::infinity();
-  constexpr index free_rounds = 12;
-  constexpr double enough = 0.15;
-  constexpr index most_turns = 6;
-  constexpr complex_number shortened_and_turned{0.4, 0.3};
-  bool precise = false;
-  index misses = 0;
-  double least = infinite;
-  complex_number from = z;
+// The way to a root: every step leads from the best point so far to a smaller value, or is replaced by one
+// that does.
+struct descent {
+  complex_number from;
   complex_number step{0, 0};
-  for (index round = 0; round < most_rounds; ++round) {
-    complex_number w = view.focus(z);
-    const expansion<complex_number> at = precise ? view.at(w) : view.approximation(w);
-    const double value = magnitude(at.value);
-    const bool out_of_range = !(at.size >= wide_guard<double>::tiny && value < infinite);
-    if (out_of_range && least == infinite) break;
-    if (!out_of_range && precise && value <= noise(count) * at.size) return concluded(view, w, at, count);
-    if (!out_of_range && !precise && value <= static_cast<double>(count) * epsilon * at.size) {
-      precise = true;
-      least = infinite;
-      continue;
-    }
-    const double size = out_of_range ? infinite : view.log_size(value);
-    const bool free = !precise && !out_of_range && round < free_rounds;
-    if (free || size < least - (misses > most_turns ? 0 : enough)) {
-      const complex_number next = laguerre_step(at, count, limits);
-      const double length = magnitude(next);
-      if (precise && length <= 2 * epsilon * magnitude(w)) return concluded(view, w, at, count);
-      precise = precise || length <= near * magnitude(w);
-      least = size;
-      from = z;
-      step = view.back(tamed(next, w));
-      misses = 0;
-    } else if (misses++ == most_turns) {
-      w = view.focus(from);
+  double least = std::numeric_limits<double>::infinity();  // the logarithm of the value there
+  index misses = 0;
+  bool precise = false;
+
+  bool leads_down(double size) const noexcept {
+    constexpr double enough = 0.15;
+    return size < least - (misses > most_turns ? 0 : enough);
+  }
+  void go_on(complex_number point, double size, complex_number next) noexcept {
+    from = point;
+    least = size;
+    step = next;
+    misses = 0;
+  }
+  void turn(close_view& view) noexcept {
+    constexpr complex_number shortened_and_turned{0.4, 0.3};
+    if (misses++ == most_turns) {
+      const complex_number w = view.focus(from);
       step = view.back(steepest_step(view, w));
     } else {
       step = (misses < most_turns ? shortened_and_turned : complex_number{0.5, 0}) * step;
     }
-    z = from - step;
+  }
+
+ private:
+  static constexpr index most_turns = 6;
+};
+
+bool is_in_range(const expansion<complex_number>& at) noexcept {
+  return at.size >= wide_guard<double>::tiny && magnitude(at.value) < std::numeric_limits<double>::infinity();
+}
+
+// Whether the value is no more than the rounding of its sum.
+bool is_rounding(const expansion<complex_number>& at, index count, bool precise) noexcept {
+  const double most = precise ? noise(count) : static_cast<double>(count) * epsilon;
+  return magnitude(at.value) <= most * at.size;
+}
+
+// In double up to its rounding, from there in twice the precision.
+factor search_from(close_view& view, complex_number z, index count) noexcept {
+  constexpr search_limits limits = limits_of<double>();
+  constexpr index most_rounds = 200;
+  constexpr index free_rounds = 12;
+  constexpr double near = 1e-4;  // the next step of third order ends at the rounding of double
+  constexpr double infinite = std::numeric_limits<double>::infinity();
+  descent way{.from = z};
+  for (index round = 0; round < most_rounds; ++round) {
+    const complex_number w = view.focus(z);
+    const expansion<complex_number> at = way.precise ? view.at(w) : view.approximation(w);
+    const bool in_range = is_in_range(at);
+    if (!in_range && way.least == infinite) break;
+    if (in_range && is_rounding(at, count, way.precise)) {
+      if (way.precise) return concluded(view, w, at, count);
+      way.precise = true;
+      way.least = infinite;
+      continue;
+    }
+    const double size = in_range ? view.log_size(magnitude(at.value)) : infinite;
+    const bool free = !way.precise && in_range && round < free_rounds;
+    if (free || way.leads_down(size)) {
+      const complex_number next = laguerre_step(at, count, limits);
+      const double length = magnitude(next);
+      if (way.precise && length <= 2 * epsilon * magnitude(w)) return concluded(view, w, at, count);
+      way.precise = way.precise || length <= near * magnitude(w);
+      way.go_on(z, size, view.back(tamed(next, w)));
+    } else {
+      way.turn(view);
+    }
+    z = way.from - way.step;
   }
   return {{}, false, false};
 }
 
 }  // namespace
 
-factor find_factor(const scaled_polynomial& p, double_double* spare) noexcept {
+factor find_factor(const scaled_polynomial& p, search_start start, double_double* spare) noexcept {
   constexpr index most_starts = 16;
+  constexpr double golden_angle = 2.399963229728653;
+  const bool from_zero = start == search_start::zero;
+  const index turns = from_zero ? 0 : p.count / 2;  // one more for every pair divided out
   const index smallest = smallest_size(p);
   factor f{{}, false, false};
   for (index i = 0; i < most_starts && !f.found; ++i) {
     close_view view(p, spare, smallest);
-    // From 0 first, then scattered over circles around it by the golden angle.
-    const double angle = 2.399963229728653 * static_cast<double>(i) + 0.5;
-    const double radius = i == 0 ? 0 : 1 + 0.25 * static_cast<double>(i / 4);
+    const double angle = golden_angle * static_cast<double>(turns + i) + 0.5;
+    const double radius = from_zero && i == 0 ? 0 : 1 + 0.25 * static_cast<double>(i / 4);
     f = search_from(view, view.back({radius * std::cos(angle), radius * std::sin(angle)}), p.count);
   }
   return f;

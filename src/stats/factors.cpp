@@ -126,13 +126,14 @@ bool divide_out(scaled_polynomial& p, const factor& f) noexcept {
   return f.pair ? divide_by_pair(p, f.root) : divide_by_root(p, f.root.re);
 }
 
-bool find_all_roots(double_double* a, index count, double_double* spare, complex_number* roots) noexcept {
+bool find_all_roots(double_double* a, index count, search_start start, double_double* spare,
+                    complex_number* roots) noexcept {
   constexpr double dust = 1024 * double_double_rounding;  // what an imaginary root has for a real part
   scaled_polynomial rest{a, count, 0};
   while (rest.count > 1) {
     balance(rest);
     const index exponent = rest.exponent;
-    const factor f = find_factor(rest, spare);
+    const factor f = find_factor(rest, start, spare);
     if (!f.found || !divide_out(rest, f)) return false;
     const bool imaginary = std::abs(f.root.re.hi) < dust * std::abs(f.root.im.hi);
     const double re = imaginary ? 0 : scaled(f.root.re, exponent).hi;

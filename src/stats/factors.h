@@ -27,15 +27,21 @@ struct factor {
   bool found;
 };
 
-// A root of a polynomial of degree 1 or more whose constant term is not 0, one of the smallest most often.
-// `spare` has room for the coefficients.
-factor find_factor(const scaled_polynomial& p, double_double* spare) noexcept;
+// Where the search for the next root starts. From 0 it finds one of the smallest most often, and roots of one
+// size side by side: once half of a wide circle is divided out, the quotient says little of the other half.
+// The spread starts go round the circle by the golden angle.
+enum class search_start { zero, spread };
+
+// A root of a polynomial of degree 1 or more whose constant term is not 0. `spare` has room for the
+// coefficients.
+factor find_factor(const scaled_polynomial& p, search_start start, double_double* spare) noexcept;
 
 // Divides by x - root, or by x^2 - 2 Re(root) x + |root|^2, in place. False when that is not a factor.
 bool divide_out(scaled_polynomial& p, const factor& f) noexcept;
 
 // All roots of the `count` coefficients in `a`, the first and the last of them not 0, which are used up;
 // conjugates side by side, the lower one first. False when a root is not found.
-bool find_all_roots(double_double* a, index count, double_double* spare, complex_number* roots) noexcept;
+bool find_all_roots(double_double* a, index count, search_start start, double_double* spare,
+                    complex_number* roots) noexcept;
 
 }  // namespace sigpak

@@ -59,8 +59,7 @@ inline std::vector<double> legendre() {
   return a;
 }
 
-inline const std::vector<hard_polynomial>& hard_polynomials() {
-  static const std::vector<hard_polynomial> all{
+inline const std::vector<hard_polynomial> hard_polynomials{
       {"Wilkinson",
        wilkinson(),
        {1.0000000000000013, 2.0000000000009597, 2.9999999998663998, 4.000000004959441,  4.9999999147341425,
@@ -103,8 +102,6 @@ inline const std::vector<hard_polynomial>& hard_polynomials() {
         {-1.016483889462733, 0.22962403407724585}, {-0.9309679800602375, 0.11826935724656444},
         -0.9000069136797538}},
       // clang-format on
-  };
-  return all;
-}
+};
 
 }  // namespace sigpak::test::reference

@@ -3,6 +3,7 @@
 
 #include "core/guard.h"
 #include "stats/hard_polynomials.h"
+#include "stats/polynomial.h"
 #include "support/failing.h"
 #include "support/forms.h"
 
@@ -95,6 +96,15 @@ TYPED_TEST(Polynomials, Evaluation) {
   EXPECT_EQ(out.values(), samples<V>{0});
 }
 
+// What the criterion of roots weighs a value against has no floor.
+TYPED_TEST(Polynomials, SizeOfTheTerms) {
+  using T = scalar<TypeParam>;
+  const T a[] = {T(0x1p-60), T(-0x1p-59), T(0x1p-59)};
+  const polynomial<T> p{a, 3};
+  EXPECT_EQ(expand(p, -2.0).size, 13 * 0x1p-60);
+  EXPECT_EQ(expand(p, complex_number{0, 2}).size, 13 * 0x1p-60);
+}
+
 TYPED_TEST(Polynomials, CoefficientsFromRoots) {
   using V = TypeParam;
   struct {
@@ -151,7 +161,9 @@ TYPED_TEST(Polynomials, ClosedFormsByHand) {
       {{4, 0, 5, 0, 1}, true, {0, -2, 0, 2, 0, -1, 0, 1}},
       {{-1, 0, 0, 0, 1}, true, {0, -1, 0, 1, -1, 0, 1, 0}},
       {{-4, 4, -5, 5, -1, 1}, true, {1, 0, 0, -2, 0, 2, 0, -1, 0, 1}},
-      {{-12, 8, 1, -1, 3, 1}, true, {-3, 0, -2, 0, 1, 0, 0.5, -1.3228756555322954, 0.5, 1.3228756555322954}}};
+      {{-12, 8, 1, -1, 3, 1}, true, {-3, 0, -2, 0, 1, 0, 0.5, -1.3228756555322954, 0.5, 1.3228756555322954}},
+      {{312, 10, -194, 91, -16, 1}, true, {-1, 0, 3, 0, 4, 0, 5, -1, 5, 1}},
+      {{520, -746, 230, 5, -10, 1}, true, {-5, 0, 1, 0, 4, 0, 5, -1, 5, 1}}};
   for (const auto& c : cases) {
     const signal<V> p(c.p);
     signal<V> out({9, 9}, true);
@@ -315,9 +327,7 @@ TYPED_TEST(Polynomials, ClosedFormsOfEveryKind) {
                      {{7, -1.0 - j, -1.0 + j, 2.0 - j, 2.0 + j}, 1e-12, tight},
                      {{1, 2, 3, 5.0 - j, 5.0 + j}, 1e-12, tight},
                      {{-1, 0.5, 4, -3.0 - 2.0 * j, -3.0 + 2.0 * j}, 1e-12, tight},
-                     {far(123456.789), 1e-9, tight},
                      {far(-1e9 / 3), 1e-6, tight},
-                     {far(3e4 / 7), 1e-10, tight},
                      {far(-1e-7 / 3), 1e-14, tight},
                      {far(0), 1e-15, tight}};
   for (const auto& c : cases) {
@@ -327,27 +337,6 @@ TYPED_TEST(Polynomials, ClosedFormsOfEveryKind) {
     for (std::size_t k = 0; k < got.size() && got.size() == 5; ++k) {
       EXPECT_TRUE(got[k].imag() >= 0 || got[k + 1] == std::conj(got[k]))
           << "side by side, the lower one first";
-    }
-  }
-}
-
-// Squares of x^2 + p x + q, and what is a rounding away from them: that decides how many real roots the
-// resolvent has, and which of its roots splits the quartic.
-TYPED_TEST(Polynomials, QuarticsNextToSquares) {
-  using V = TypeParam;
-  using T = scalar<V>;
-  constexpr T epsilon = std::numeric_limits<T>::epsilon();
-  for (int p = -2; p <= 2; ++p) {
-    for (int q = -2; q <= 2; ++q) {
-      const int square[] = {q * q, 2 * p * q, p * p + 2 * q, 2 * p, 1};
-      for (int moved = 0; moved < 243; ++moved) {
-        samples<V> a;
-        for (int k = 0, digits = moved; k < 5; ++k, digits /= 3) {
-          a.push_back(static_cast<T>(square[k]) * (1 + static_cast<T>(digits % 3 - 1) * epsilon));
-        }
-        SCOPED_TRACE(testing::Message() << p << ' ' << q << ' ' << moved);
-        expect_roots<V>([](V* v) { return TWIN(s_proots)(v, v); }, a, 16 * unit_roundoff<V>);
-      }
     }
   }
 }
@@ -455,7 +444,7 @@ TYPED_TEST(Polynomials, AllRootsByDistanceFromZero) {
     for (std::size_t k = 1; k < got.size(); ++k)
       EXPECT_LE(std::norm(got[k - 1]), std::norm(got[k]) * 1.000001);
   };
-  for (const auto& hard : reference::hard_polynomials()) {
+  for (const auto& hard : reference::hard_polynomials) {
     SCOPED_TRACE(hard.name);
     std::vector<complex> wanted = hard.roots;
     double largest = 0;
@@ -465,14 +454,20 @@ TYPED_TEST(Polynomials, AllRootsByDistanceFromZero) {
     }
     expect(hard.coefficients, wanted, 1e-15 * largest);
   }
-  for (const int n : {1, 2, 3, 7, 16, 31, 64}) {
+  for (const int n : {1, 2, 3, 7, 16, 31, 64, 600}) {
     SCOPED_TRACE(n);
     std::vector<double> p(static_cast<std::size_t>(n) + 1);
     p.front() = -1;
     p.back() = 1;
     std::vector<complex> unity;
     for (int k = 0; k < n; ++k) unity.push_back(std::polar(1.0, 2 * 3.14159265358979323846 * k / n));
-    expect(p, unity, 2.3e-15, n > 16 ? 1e-5 : 0);  // the product is formed in an unlucky order
+    if (n <= 64) {
+      expect(p, unity, 2.3e-15, n > 16 ? 1e-5 : 0);  // the product is formed in an unlucky order
+    } else {
+      signal<V> v(stored<V>(p));
+      ASSERT_EQ(TWIN(i_proots)(&v), 0);
+      EXPECT_LT(distance(points_of<V>(v), unity), 16 * unit_roundoff<V>);
+    }
   }
   const std::vector<std::vector<complex>> multiple{{0.1, 0.1, 0.1},
                                                    {1, 1, 1, 1, 1, 1, 1, 1, 1},
