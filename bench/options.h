@@ -39,12 +39,8 @@ class options {
   }
   // Forces the level of "--level", and tells the level in force.
   const char* level() const {
-    using sigpak::isa::level;
-    static constexpr const char* names[] = {"baseline", "avx2", "avx512"};
-    for (const level l : {level::baseline, level::avx2, level::avx512}) {
-      if (std::string_view(text("--level")) == names[static_cast<int>(l)]) sigpak::isa::force(l);
-    }
-    return names[static_cast<int>(sigpak::isa::current())];
+    sigpak::isa::force_named(text("--level"));
+    return sigpak::isa::name_of(sigpak::isa::current());
   }
 
  private:

@@ -2,6 +2,7 @@
 #include "core/isa.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace sigpak::isa {
 
@@ -27,7 +28,17 @@ level detail::choose() noexcept {
 }
 
 void force(level wanted) noexcept {
-  detail::chosen.store(std::min(static_cast<int>(wanted), static_cast<int>(widest())), std::memory_order_relaxed);
+  detail::chosen.store(std::min(static_cast<int>(wanted), static_cast<int>(widest())),
+                       std::memory_order_relaxed);
+}
+
+bool force_named(const char* name) noexcept {
+  for (const level l : levels) {
+    if (std::strcmp(name, name_of(l)) != 0) continue;
+    force(l);
+    return current() == l;
+  }
+  return false;
 }
 
 }  // namespace sigpak::isa

@@ -14,6 +14,12 @@ namespace sigpak::isa {
 // under 512-bit work.
 enum class level : int { baseline, avx2, avx512 };
 
+inline constexpr level levels[] = {level::baseline, level::avx2, level::avx512};  // from the narrowest on
+constexpr const char* name_of(level l) noexcept {
+  constexpr const char* names[] = {"baseline", "avx2", "avx512"};
+  return names[static_cast<int>(l)];
+}
+
 // The widest level that can run here.
 level widest() noexcept;
 
@@ -33,6 +39,9 @@ inline level current() noexcept {
 
 // Makes `current` answer `wanted`, limited to the widest; for tests and measurements.
 void force(level wanted) noexcept;
+
+// The same by its name; whether that level runs now.
+bool force_named(const char* name) noexcept;
 
 #if SIGPAK_WIDE_LEVELS
 

@@ -3,6 +3,7 @@
 # bytes of a vector in SIGPAK_VECTOR_BYTES; src/core/isa.h decides at run time which level is called. Such a source
 # is named NAME_lanes.cpp.
 
+set(wide_levels avx2 avx512)
 set(avx2_bytes 32)
 set(avx2_options -mavx2 -mfma)
 set(avx512_bytes 64)
@@ -17,14 +18,19 @@ endif()
 # bounds is the address sanitizer's.
 set(level_sanitizers $<$<BOOL:${SIGPAK_SANITIZE}>:-fno-sanitize=undefined>)
 
-# Adds NAME.cpp to the library once per level, as NAME_avx2 and NAME_avx512, with further options if given. The library's
-# property SIGPAK_LEVEL_UNITS names all of them.
+set_property(TARGET sigpak_objects PROPERTY SIGPAK_LEVELS baseline)
+if(SIGPAK_WIDE_LEVELS)
+  set_property(TARGET sigpak_objects APPEND PROPERTY SIGPAK_LEVELS ${wide_levels})
+endif()
+
+# Adds NAME.cpp to the library once per level, as NAME_LEVEL, with further options if given. The library's property
+# SIGPAK_LEVEL_UNITS names all of them.
 function(sigpak_kernel name)
   if(NOT SIGPAK_WIDE_LEVELS)
     return()
   endif()
   file(RELATIVE_PATH source ${PROJECT_SOURCE_DIR}/src ${CMAKE_CURRENT_SOURCE_DIR}/${name}.cpp)
-  foreach(level avx2 avx512)
+  foreach(level ${wide_levels})
     set(level_bytes ${${level}_bytes})
     set(unit ${CMAKE_CURRENT_BINARY_DIR}/${name}_${level}.cpp)
     file(CONFIGURE OUTPUT ${unit} @ONLY CONTENT [[

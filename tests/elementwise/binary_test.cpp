@@ -228,8 +228,8 @@ TYPED_TEST(Binary, EveryLevelAndCacheGivesTheSameBits) {
       x.resize(k % 2 != 0 ? 1402 : 701);
       y.resize(k > 1 ? 1402 : 701);
       std::vector<samples<V>> bits;
-      for (int i = 0; i < 6; ++i) {
-        isa::force(static_cast<isa::level>(i / 2));
+      for (int i = 0; i < 2 * std::ssize(isa::levels); ++i) {
+        isa::force(isa::levels[i / 2]);
         machine::force({caches.first, i % 2 == 0 ? caches.last : machine::way_bytes + 1});
         signal<V> out;
         const signal<V> a(x, k % 2 != 0);

@@ -182,11 +182,8 @@ void print(const single_function& f, const outcome& seen) {
 
 int main(int argc, char** argv) {
   using namespace sigpak::test;
-  using sigpak::isa::level;
-  if (const char* wanted = std::getenv("SIGPAK_TEST_LEVEL"); wanted != nullptr) {
-    const std::string_view name = wanted;
-    sigpak::isa::force(name == "baseline" ? level::baseline : name == "avx2" ? level::avx2 : level::avx512);
-  }
+  if (const char* wanted = std::getenv("SIGPAK_TEST_LEVEL"); wanted != nullptr)
+    sigpak::isa::force_named(wanted);
   const std::string_view only = argc > 1 ? argv[1] : "all";
   const std::uint64_t first = argc > 3 ? std::strtoull(argv[2], nullptr, 16) : 0;
   const std::uint64_t last = argc > 3 ? std::strtoull(argv[3], nullptr, 16) : 0xffffffff;

@@ -111,11 +111,8 @@ void print_complex(index points, std::string_view only) {
 }  // namespace sigpak::test
 
 int main(int argc, char** argv) {
-  using sigpak::isa::level;
-  if (const char* wanted = std::getenv("SIGPAK_TEST_LEVEL"); wanted != nullptr) {
-    const std::string_view name = wanted;
-    sigpak::isa::force(name == "baseline" ? level::baseline : name == "avx2" ? level::avx2 : level::avx512);
-  }
+  if (const char* wanted = std::getenv("SIGPAK_TEST_LEVEL"); wanted != nullptr)
+    sigpak::isa::force_named(wanted);
   const std::ptrdiff_t points = argc > 1 ? std::atol(argv[1]) : 100000;
   const char* const only = argc > 2 ? argv[2] : "";
   sigpak::test::print_real(points, only);

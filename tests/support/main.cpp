@@ -3,7 +3,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <string_view>
 
 #include "core/isa.h"
 
@@ -11,20 +10,12 @@ namespace {
 
 constexpr int skipped = 77;
 
-bool select_level(std::string_view wanted) {
-  using sigpak::isa::level;
-  const level chosen = wanted == "baseline" ? level::baseline
-                       : wanted == "avx2"   ? level::avx2
-                                            : level::avx512;
-  sigpak::isa::force(chosen);
-  return sigpak::isa::current() == chosen;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
-  if (const char* wanted = std::getenv("SIGPAK_TEST_LEVEL"); wanted != nullptr && !select_level(wanted)) {
+  if (const char* wanted = std::getenv("SIGPAK_TEST_LEVEL");
+      wanted != nullptr && !sigpak::isa::force_named(wanted)) {
     std::printf("this processor has no level %s\n", wanted);
     return skipped;
   }
