@@ -28,11 +28,11 @@ template <class T> struct filter {
 template <int M, int W, class P, int R, class T>
 SIGPAK_INLINE void add_taps(P (&sums)[R], const T* h, index spacing, const T* x) {
   P tap[M];
-  unroll<M>([&](auto m) __attribute__((always_inline)) { tap[m] = splat<P>(h[m * spacing]); });
-  unroll<R + M - 1>([&](auto place) __attribute__((always_inline)) {
+  unroll<M>([&](auto m) SIGPAK_LAMBDA { tap[m] = splat<P>(h[m * spacing]); });
+  unroll<R + M - 1>([&](auto place) SIGPAK_LAMBDA {
     constexpr int q = place - (M - 1);
     const P samples = held(load<P>(x + q * W));
-    unroll<M>([&](auto m) __attribute__((always_inline)) {
+    unroll<M>([&](auto m) SIGPAK_LAMBDA {
       constexpr int r = q + m;
       if constexpr (r >= 0 && r < R) sums[r] = fma(tap[m], samples, sums[r]);
     });
@@ -56,14 +56,14 @@ SIGPAK_INLINE index add_sets(P (&sums)[R], const filter<T>& f, index left, const
 template <int W, class P, int R, class T>
 SIGPAK_INLINE void sum_vectors(const filter<T>& f, const T* x, T* out) {
   P sums[R];
-  unroll<R>([&](auto r) __attribute__((always_inline)) { sums[r] = splat<P>(T(0)); });
+  unroll<R>([&](auto r) SIGPAK_LAMBDA { sums[r] = splat<P>(T(0)); });
   index left = add_sets<4, W>(sums, f, f.count, x);
   left = add_sets<2, W>(sums, f, left, x);
   left = add_sets<1, W>(sums, f, left, x);
   for (index k = left - 1; k >= 0; --k) {
     add_taps<1, W>(sums, f.taps + k * f.tap_stride, 0, x + (f.count - 1 - k) * f.x_stride);
   }
-  unroll<R>([&](auto r) __attribute__((always_inline)) { store(out + r * P::width, sums[r]); });
+  unroll<R>([&](auto r) SIGPAK_LAMBDA { store(out + r * P::width, sums[r]); });
 }
 
 template <class P, int R, class T = typename P::scalar>

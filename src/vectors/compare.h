@@ -1,159 +1,15 @@
-// What the elementary functions need of the vectors of a level beyond arithmetic: comparison and choice,
-// bits, small tables, conversion of floats. Everything here gives the same bits at every level.
+// What the elementary functions need of the vectors of a level beyond arithmetic. Everything here gives the
+// same bits at every level. The vector header of the level gives
+//   mask              of comparisons < <= > == not_at_most has_bit above, with both either exclusive opposite
+//   lanes_of choose(m, a, b)   a where m holds, else b; only(m, bits) for bits and zero lesser greater    of
+//   numbers; with NaN the second operand, so that at_least and at_most keep it take_sign sqrt look_up
+//   scale_eighths split_pairs join_pairs
 #pragma once
 
 #include "vectors/lanes.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
-
-constexpr int lane_count = SIGPAK_VECTOR_BYTES / 8;
-using real = pack<double, lane_count>;
-typedef unsigned long long words __attribute__((vector_size(SIGPAK_VECTOR_BYTES)));
-
-SIGPAK_INLINE real all(double x) { return splat<real>(x); }
-SIGPAK_INLINE words bits(real a) { return reinterpret_cast<words>(a.v); }
-SIGPAK_INLINE real from_bits(words a) { return {reinterpret_cast<real::vector>(a)}; }
-SIGPAK_INLINE words all_bits(unsigned long long x) { return x - words{}; }
-
-// Added to x, leaves x rounded to an integer in the low bits, and itself as it was when subtracted again.
-constexpr double to_integer = 0x1.8p52;
-
-constexpr unsigned long long sign_bit = 1ULL << 63;
-SIGPAK_INLINE real absolute(real a) { return from_bits(bits(a) & ~sign_bit); }
-SIGPAK_INLINE real flip_sign(real a, words sign) { return from_bits(bits(a) ^ (sign & sign_bit)); }
-SIGPAK_INLINE real take_sign(real a, real sign) {
-#if SIGPAK_VECTOR_BYTES == 64
-  constexpr int first_chooses = 0xca;  // by its bits; compilers would take two operations
-  return from_bits(words(_mm512_ternarylogic_epi64(__m512i(all_bits(sign_bit)), __m512i(bits(sign)),
-                                                   __m512i(bits(a)), first_chooses)));
-#else
-  return from_bits(bits(absolute(a)) | (bits(sign) & sign_bit));
-#endif
-}
-
-SIGPAK_INLINE real operator/(real a, real b) { return {a.v / b.v}; }
-
-// at_least and at_most keep NaN.
-#if SIGPAK_VECTOR_BYTES == 64
-
-using mask = __mmask8;
-SIGPAK_INLINE mask operator<(real a, real b) { return _mm512_cmp_pd_mask(a.v, b.v, _CMP_LT_OQ); }
-SIGPAK_INLINE mask operator<=(real a, real b) { return _mm512_cmp_pd_mask(a.v, b.v, _CMP_LE_OQ); }
-SIGPAK_INLINE mask operator>(real a, real b) { return _mm512_cmp_pd_mask(a.v, b.v, _CMP_GT_OQ); }
-SIGPAK_INLINE mask operator==(real a, real b) { return _mm512_cmp_pd_mask(a.v, b.v, _CMP_EQ_OQ); }
-SIGPAK_INLINE mask not_at_most(real a, double b) { return _mm512_cmp_pd_mask(a.v, all(b).v, _CMP_NLE_UQ); }
-SIGPAK_INLINE mask both(mask a, mask b) { return _kand_mask8(a, b); }
-SIGPAK_INLINE mask either(mask a, mask b) { return _kor_mask8(a, b); }
-SIGPAK_INLINE mask opposite(mask a) { return _knot_mask8(a); }
-SIGPAK_INLINE int lanes_of(mask a) { return a; }
-SIGPAK_INLINE mask has_bit(words a, unsigned long long bit) {
-  return _mm512_test_epi64_mask(__m512i(a), __m512i(all_bits(bit)));
-}
-SIGPAK_INLINE real choose(mask m, real yes, real no) { return {_mm512_mask_blend_pd(m, no.v, yes.v)}; }
-SIGPAK_INLINE mask exclusive(mask a, mask b) { return _kxor_mask8(a, b); }
-SIGPAK_INLINE mask above(words a, words b) { return _mm512_cmpgt_epi64_mask(__m512i(a), __m512i(b)); }
-SIGPAK_INLINE real lesser(real a, real b) { return {_mm512_min_pd(a.v, b.v)}; }
-SIGPAK_INLINE real greater(real a, real b) { return {_mm512_max_pd(a.v, b.v)}; }
-SIGPAK_INLINE words only(mask m, unsigned long long x) {
-  return words(_mm512_maskz_mov_epi64(m, __m512i(all_bits(x))));
-}
-SIGPAK_INLINE real sqrt(real a) { return {_mm512_sqrt_pd(a.v)}; }
-SIGPAK_INLINE real at_least(real x, double limit) { return {_mm512_max_pd(all(limit).v, x.v)}; }
-SIGPAK_INLINE real at_most(real x, double limit) { return {_mm512_min_pd(all(limit).v, x.v)}; }
-
-// table[position & 7] for eight entries.
-SIGPAK_INLINE real look_up(const double* table, words position) {
-  return {_mm512_permutexvar_pd(__m512i(position), _mm512_loadu_pd(table))};
-}
-
-// a * 2^floor(n / 8 - lift) for -10400 < n - 8 lift < 8000, rounded once; shifted is n + to_integer.
-template <int lift = 0> SIGPAK_INLINE real scale_eighths(real a, real shifted) {
-  return {_mm512_scalef_pd(a.v, ((shifted - all(to_integer + 8 * lift)) * all(0.125)).v)};
-}
-
-SIGPAK_INLINE real widen(const float* from) { return {_mm512_cvtps_pd(_mm256_loadu_ps(from))}; }
-SIGPAK_INLINE void narrow(float* to, real a) { _mm256_storeu_ps(to, _mm512_cvtpd_ps(a.v)); }
-
-SIGPAK_INLINE void split_pairs(real a, real b, real& even, real& odd) {
-  even = {_mm512_permutex2var_pd(a.v, _mm512_setr_epi64(0, 2, 4, 6, 8, 10, 12, 14), b.v)};
-  odd = {_mm512_permutex2var_pd(a.v, _mm512_setr_epi64(1, 3, 5, 7, 9, 11, 13, 15), b.v)};
-}
-SIGPAK_INLINE void join_pairs(real even, real odd, real& a, real& b) {
-  a = {_mm512_permutex2var_pd(even.v, _mm512_setr_epi64(0, 8, 1, 9, 2, 10, 3, 11), odd.v)};
-  b = {_mm512_permutex2var_pd(even.v, _mm512_setr_epi64(4, 12, 5, 13, 6, 14, 7, 15), odd.v)};
-}
-
-#else
-
-struct mask {
-  __m256d v;
-};
-SIGPAK_INLINE mask operator<(real a, real b) { return {_mm256_cmp_pd(a.v, b.v, _CMP_LT_OQ)}; }
-SIGPAK_INLINE mask operator<=(real a, real b) { return {_mm256_cmp_pd(a.v, b.v, _CMP_LE_OQ)}; }
-SIGPAK_INLINE mask operator>(real a, real b) { return {_mm256_cmp_pd(a.v, b.v, _CMP_GT_OQ)}; }
-SIGPAK_INLINE mask operator==(real a, real b) { return {_mm256_cmp_pd(a.v, b.v, _CMP_EQ_OQ)}; }
-SIGPAK_INLINE mask not_at_most(real a, double b) { return {_mm256_cmp_pd(a.v, all(b).v, _CMP_NLE_UQ)}; }
-SIGPAK_INLINE mask both(mask a, mask b) { return {_mm256_and_pd(a.v, b.v)}; }
-SIGPAK_INLINE mask either(mask a, mask b) { return {_mm256_or_pd(a.v, b.v)}; }
-SIGPAK_INLINE mask opposite(mask a) {
-  return {_mm256_xor_pd(a.v, _mm256_castsi256_pd(_mm256_set1_epi64x(-1)))};
-}
-SIGPAK_INLINE int lanes_of(mask a) { return _mm256_movemask_pd(a.v); }
-SIGPAK_INLINE mask has_bit(words a, unsigned long long bit) {
-  const __m256i wanted = __m256i(all_bits(bit));
-  return {_mm256_castsi256_pd(_mm256_cmpeq_epi64(_mm256_and_si256(__m256i(a), wanted), wanted))};
-}
-SIGPAK_INLINE real choose(mask m, real yes, real no) { return {_mm256_blendv_pd(no.v, yes.v, m.v)}; }
-SIGPAK_INLINE mask exclusive(mask a, mask b) { return {_mm256_xor_pd(a.v, b.v)}; }
-SIGPAK_INLINE mask above(words a, words b) {
-  return {_mm256_castsi256_pd(_mm256_cmpgt_epi64(__m256i(a), __m256i(b)))};
-}
-SIGPAK_INLINE real lesser(real a, real b) { return {_mm256_min_pd(a.v, b.v)}; }
-SIGPAK_INLINE real greater(real a, real b) { return {_mm256_max_pd(a.v, b.v)}; }
-SIGPAK_INLINE words only(mask m, unsigned long long x) { return words(__m256i(m.v)) & all_bits(x); }
-SIGPAK_INLINE real sqrt(real a) { return {_mm256_sqrt_pd(a.v)}; }
-SIGPAK_INLINE real at_least(real x, double limit) { return {_mm256_max_pd(all(limit).v, x.v)}; }
-SIGPAK_INLINE real at_most(real x, double limit) { return {_mm256_min_pd(all(limit).v, x.v)}; }
-
-// Each half of the table is found as pairs of 32-bit words; bit 2 of the position chooses between them.
-SIGPAK_INLINE real look_up(const double* table, words position) {
-  const __m256i twice = _mm256_slli_epi64(__m256i(position), 1);
-  const __m256i picks = _mm256_add_epi32(_mm256_shuffle_epi32(twice, 0xa0), _mm256_set1_epi64x(0x100000000));
-  const __m256 low = _mm256_permutevar8x32_ps(_mm256_loadu_ps(reinterpret_cast<const float*>(table)), picks);
-  const __m256 high =
-      _mm256_permutevar8x32_ps(_mm256_loadu_ps(reinterpret_cast<const float*>(table + 4)), picks);
-  const __m256d upper = _mm256_castsi256_pd(_mm256_slli_epi64(__m256i(position), 61));
-  return {_mm256_blendv_pd(_mm256_castps_pd(low), _mm256_castps_pd(high), upper)};
-}
-
-// a * 2^floor(n / 8 - lift) for -10400 < n - 8 lift < 8000, rounded once; shifted is n + to_integer. Small
-// powers take two steps: the first product is normal, and the second rounds.
-template <int lift = 0> SIGPAK_INLINE real scale_eighths(real a, real shifted) {
-  constexpr double step = 1024;
-  const mask small = shifted < all(to_integer + 8 * (lift - 1000));
-  const real chosen = choose(small, shifted + all(8 * (step - lift)), shifted - all(8 * lift));
-  const words power = ((bits(chosen) & ~7ULL) << 49) + all_bits(1023ULL << 52);
-  return a * from_bits(power) * choose(small, all(0x1p-1024), all(1));
-}
-
-SIGPAK_INLINE real widen(const float* from) { return {_mm256_cvtps_pd(_mm_loadu_ps(from))}; }
-SIGPAK_INLINE void narrow(float* to, real a) { _mm_storeu_ps(to, _mm256_cvtpd_ps(a.v)); }
-
-SIGPAK_INLINE void split_pairs(real a, real b, real& even, real& odd) {
-  const __m256d low = _mm256_permute2f128_pd(a.v, b.v, 0x20);
-  const __m256d high = _mm256_permute2f128_pd(a.v, b.v, 0x31);
-  even = {_mm256_unpacklo_pd(low, high)};
-  odd = {_mm256_unpackhi_pd(low, high)};
-}
-SIGPAK_INLINE void join_pairs(real even, real odd, real& a, real& b) {
-  const __m256d low = _mm256_unpacklo_pd(even.v, odd.v);
-  const __m256d high = _mm256_unpackhi_pd(even.v, odd.v);
-  a = {_mm256_permute2f128_pd(low, high, 0x20)};
-  b = {_mm256_permute2f128_pd(low, high, 0x31)};
-}
-
-#endif
 
 // A magnitude outside [low, high], which are positive; NaN and zero are outside.
 SIGPAK_INLINE mask is_outside(real a, double low, double high) {
@@ -171,19 +27,17 @@ SIGPAK_INLINE real power_of_two_eighths(real shifted) {
 template <int terms> SIGPAK_INLINE real polynomial(const double (&coefficients)[terms], real x) {
   if constexpr (terms < 7) {
     real sum = all(coefficients[0]);
-    unroll<terms - 1>([&](auto k)
-                          __attribute__((always_inline)) { sum = fma(sum, x, all(coefficients[k + 1])); });
+    unroll<terms - 1>([&](auto k) SIGPAK_LAMBDA { sum = fma(sum, x, all(coefficients[k + 1])); });
     return sum;
   } else {
     const real square = x * x;
     real even = all(coefficients[(terms - 1) % 2]);
     real odd = all(coefficients[terms % 2]);
-    unroll<(terms - 1) / 2>([&](auto k) __attribute__((always_inline)) {
+    unroll<(terms - 1) / 2>([&](auto k) SIGPAK_LAMBDA {
       even = fma(even, square, all(coefficients[2 * k + 2 + (terms - 1) % 2]));
     });
-    unroll<terms / 2 - 1>([&](auto k) __attribute__((always_inline)) {
-      odd = fma(odd, square, all(coefficients[2 * k + 2 + terms % 2]));
-    });
+    unroll<terms / 2 - 1>(
+        [&](auto k) SIGPAK_LAMBDA { odd = fma(odd, square, all(coefficients[2 * k + 2 + terms % 2])); });
     return fma(odd, x, even);
   }
 }

@@ -1,12 +1,14 @@
 # Kernels that need vector width, shuffles or fused multiply-add by name: one source, compiled once per
-# instruction-set level. The source finds its level in SIGPAK_LEVEL, the namespace that holds all of it, and the
-# bytes of a vector in SIGPAK_VECTOR_BYTES; src/core/isa.h decides at run time which level is called. Such a source
-# is named NAME_lanes.cpp.
+# instruction-set level. The source finds its level in SIGPAK_LEVEL, the namespace that holds all of it, the
+# bytes of a vector in SIGPAK_VECTOR_BYTES and the header of its vectors in SIGPAK_VECTORS; src/core/isa.h decides at
+# run time which level is called. Such a source is named NAME_lanes.cpp.
 
 set(wide_levels avx2 avx512)
 set(avx2_bytes 32)
+set(avx2_vectors x86_256.h)
 set(avx2_options -mavx2 -mfma)
 set(avx512_bytes 64)
+set(avx512_vectors x86_512.h)
 set(avx512_options
   -mavx512f -mavx512dq -mavx512bw -mavx512vl -mavx512vbmi2 -mfma -mprefer-vector-width=512)
 if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
@@ -32,10 +34,12 @@ function(sigpak_kernel name)
   file(RELATIVE_PATH source ${PROJECT_SOURCE_DIR}/src ${CMAKE_CURRENT_SOURCE_DIR}/${name}.cpp)
   foreach(level ${wide_levels})
     set(level_bytes ${${level}_bytes})
+    set(level_vectors ${${level}_vectors})
     set(unit ${CMAKE_CURRENT_BINARY_DIR}/${name}_${level}.cpp)
     file(CONFIGURE OUTPUT ${unit} @ONLY CONTENT [[
 #define SIGPAK_LEVEL @level@
 #define SIGPAK_VECTOR_BYTES @level_bytes@
+#define SIGPAK_VECTORS "vectors/@level_vectors@"
 #include "@source@"
 ]])
     target_sources(sigpak_objects PRIVATE ${unit})

@@ -13,14 +13,8 @@ using kernels::chirp_plan;
 
 // Real and imaginary parts of V points, each twice.
 template <class P, bool inverse> SIGPAK_INLINE cplx<P> twice(P z) {
-  P re, im;
-  if constexpr (sizeof(typename P::scalar) == 8) {
-    re = low_parts(z, z);
-    im = high_parts(z, z);
-  } else {
-    re = choose<0xa0>(z, z);
-    im = choose<0xf5>(z, z);
-  }
+  const P re = evens_twice(z);
+  const P im = odds_twice(z);
   if constexpr (inverse) return {im, re};
   return {re, im};
 }
@@ -32,8 +26,7 @@ template <class P, bool inverse> SIGPAK_INLINE P sums(cplx<P> a) {
   if constexpr (sizeof(typename P::scalar) == 8) {
     return low_parts(re, im) + high_parts(re, im);
   } else {
-    const P sum = choose<0x88>(re, im) + choose<0xdd>(re, im);
-    return choose<0xd8>(sum, sum);
+    return middle_exchanged(evens(re, im) + odds(re, im));
   }
 }
 

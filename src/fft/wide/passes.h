@@ -30,14 +30,8 @@ template <int R, bool inverse> constexpr int result_at(int k) { return inverse ?
 
 // W interleaved points, in the order of point_at.
 template <class P, bool inverse> SIGPAK_INLINE cplx<P> separated(P a, P b) {
-  P re, im;
-  if constexpr (sizeof(typename P::scalar) == 8) {
-    re = low_parts(a, b);
-    im = high_parts(a, b);
-  } else {
-    re = choose<0x88>(a, b);
-    im = choose<0xdd>(a, b);
-  }
+  const P re = evens(a, b);
+  const P im = odds(a, b);
   if constexpr (inverse) return {im, re};
   return {re, im};
 }

@@ -105,26 +105,14 @@ template <class P, int M, bool inverse> void run_small_split(typename P::scalar*
   });
 }
 
-// One point; those of single precision are computed in double.
-SIGPAK_INLINE d2 load_point(const double* x) { return load<d2>(x); }
-SIGPAK_INLINE d2 load_point(const float* x) {
-  return {_mm_cvtps_pd(_mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i_u*>(x))))};
-}
-SIGPAK_INLINE void store_point(double* x, d2 a) { store(x, a); }
-SIGPAK_INLINE void store_point(float* x, d2 a) {
-  _mm_storel_epi64(reinterpret_cast<__m128i_u*>(x), _mm_castps_si128(_mm_cvtpd_ps(a.v)));
-}
-
-SIGPAK_INLINE d2 conjugate(d2 a) { return {_mm_xor_pd(a.v, _mm_set_pd(-0.0, 0.0))}; }
-
 // With w = w_2H^k: even - i w odd, and even + i w odd.
 template <int H> SIGPAK_INLINE void split_pair(d2 even, d2 odd, int k, d2& sum, d2& difference) {
   const int turn = k * (32 / H);
   const auto c = static_cast<double>(kernels::cosine(turn));
   const d2 s = splat_constant<d2>(kernels::sine(turn));
   const d2 crossed = exchanged(odd);
-  sum = fma(crossed, d2{_mm_set_pd(-c, c)}, fnma(odd, s, even));
-  difference = fma(crossed, d2{_mm_set_pd(c, -c)}, fma(odd, s, even));
+  sum = fma(crossed, point_of(c, -c), fnma(odd, s, even));
+  difference = fma(crossed, point_of(-c, c), fma(odd, s, even));
 }
 
 // Real data of 2 H points, two to a complex one. With Z their transform,
@@ -137,9 +125,9 @@ template <class T, int H> void run_small_real(T* x) {
   unroll<H>([&](auto i) __attribute__((always_inline)) { z[i] = load_point(x + 2 * i); });
   transform(z);
   const d2 crossed = exchanged(z[0]);
-  const __m128d nothing = _mm_setzero_pd();
-  store_point(x, {_mm_unpacklo_pd(((z[0] + crossed) * scale).v, nothing)});
-  store_point(x + 2 * H, {_mm_unpacklo_pd(((z[0] - crossed) * scale).v, nothing)});
+  const d2 nothing = splat<d2>(0);
+  store_point(x, low_parts((z[0] + crossed) * scale, nothing));
+  store_point(x + 2 * H, low_parts((z[0] - crossed) * scale, nothing));
   unroll<H / 2 - 1>([&](auto i) __attribute__((always_inline)) {
     constexpr int k = i + 1;
     const d2 mirrored = conjugate(z[H - k]);
@@ -155,8 +143,8 @@ template <class T, int H> void run_small_real(T* x) {
 // by results in the opposite order.
 template <class T, int H> void run_small_real_inverse(T* x) {
   d2 z[H];
-  const d2 first = {_mm_set1_pd(static_cast<double>(x[0]))};
-  const d2 last = {_mm_set_pd(-static_cast<double>(x[2 * H]), static_cast<double>(x[2 * H]))};
+  const d2 first = splat<d2>(static_cast<double>(x[0]));
+  const d2 last = point_of(static_cast<double>(x[2 * H]), -static_cast<double>(x[2 * H]));
   z[0] = first + last;
   unroll<H / 2 - 1>([&](auto i) __attribute__((always_inline)) {
     constexpr int k = i + 1;

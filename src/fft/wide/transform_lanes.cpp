@@ -59,26 +59,31 @@ template <class P, int M>
 inline constexpr kernels::small_fft<typename P::scalar> small = {run_small<P, M, false>,
                                                                  run_small<P, M, true>};
 
+// Sixteen vectors hold 64 points interleaved where eight doubles fit into one.
+template <class P> constexpr kernels::small_fft<double> small_of_64() {
+  if constexpr (P::width == 8) {
+    return small<P, 16>;
+  } else {
+    return {run_small_split<P, 16, false>, run_small_split<P, 16, true>};
+  }
+}
+
 constexpr kernels::fft_kernels<double> double_fft = {
-    SIGPAK_VECTOR_BYTES / 8,
+    widest_d::width,
     {{},
      {},
      small<d2, 4>,
      small<d2, 8>,
      small<d2, 16>,
      small<d4, 16>,
-#if SIGPAK_VECTOR_BYTES == 64
-     small<d8, 16>},
-#else
-     {run_small_split<d4, 16, false>, run_small_split<d4, 16, true>}},
-#endif
+     small_of_64<widest_d>()},
     {{}, {}, small_real<double, 2>, small_real<double, 4>, small_real<double, 8>, small_real<double, 16>},
     run_lanes<widest_d, widest_d>,
     run_real_lanes<widest_d, d4, d4>,
     run_mixed_lanes<widest_d, narrow_d>};
 
 constexpr kernels::fft_kernels<float> float_fft = {
-    SIGPAK_VECTOR_BYTES / 4,
+    widest_f::width,
     {{}, {}, small<f4, 2>, small<f4, 4>, small<f8, 4>, small<f8, 8>, small<f8, 16>},
     {{}, {}, small_real<float, 2>, small_real<float, 4>, small_real<float, 8>, small_real<float, 16>},
     run_lanes<widest_f, f8>,

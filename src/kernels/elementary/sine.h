@@ -48,7 +48,7 @@ SIGPAK_INLINE real turned_sine(angle a, words quarter) {
   const mask odd = has_bit(quarter, 1);
   const real z = a.hi * a.hi;
   real p = choose(odd, all(cosine_terms[0]), all(sine_terms[0]));
-  unroll<5>([&](auto k) __attribute__((always_inline)) {
+  unroll<5>([&](auto k) SIGPAK_LAMBDA {
     p = fma(p, z, choose(odd, all(cosine_terms[k + 1]), all(sine_terms[k + 1])));
   });
   const real half = z * all(0.5);

@@ -3,73 +3,10 @@
 #pragma once
 
 #include "vectors/compare.h"
+#include "vectors/rows.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
-
-SIGPAK_INLINE real read(const double* from) { return load<real>(from); }
-SIGPAK_INLINE real read(const float* from) { return widen(from); }
-SIGPAK_INLINE void write(double* to, real a) { store(to, a); }
-SIGPAK_INLINE void write(float* to, real a) { narrow(to, a); }
-
-// At least one scalar and at most a vector of them, at a stride; the last one repeated in the lanes that are
-// left. Loads of single scalars, because a wider one would wait for the stores of a caller who has just
-// filled his record.
-template <class T> SIGPAK_INLINE real read_some(const T* from, index count, index stride = 1) {
-  const auto at = [=](index i) __attribute__((always_inline)) {
-    return static_cast<double>(from[(i < count ? i : count - 1) * stride]);
-  };
-#if SIGPAK_VECTOR_BYTES == 64
-  return {_mm512_setr_pd(at(0), at(1), at(2), at(3), at(4), at(5), at(6), at(7))};
-#else
-  return {_mm256_setr_pd(at(0), at(1), at(2), at(3))};
-#endif
-}
-
-// The first `count` of a vector, in the largest pieces: a masked store could not be forwarded to the next
-// reader.
-SIGPAK_INLINE void write_some(double* to, real a, index count) {
-#if SIGPAK_VECTOR_BYTES == 64
-  if (count == lane_count) return store(to, a);
-  __m256d half = _mm512_castpd512_pd256(a.v);
-  if ((count & 4) != 0) {
-    _mm256_storeu_pd(to, half);
-    to += 4;
-    half = _mm512_extractf64x4_pd(a.v, 1);
-  }
-#else
-  if (count == lane_count) return store(to, a);
-  const __m256d half = a.v;
-#endif
-  __m128d rest = _mm256_castpd256_pd128(half);
-  if ((count & 2) != 0) {
-    _mm_storeu_pd(to, rest);
-    to += 2;
-    rest = _mm256_extractf128_pd(half, 1);
-  }
-  if ((count & 1) != 0) _mm_store_sd(to, rest);
-}
-SIGPAK_INLINE void write_some(float* to, real a, index count) {
-#if SIGPAK_VECTOR_BYTES == 64
-  if (count == lane_count) return narrow(to, a);
-  const __m256 all_floats = _mm512_cvtpd_ps(a.v);
-  __m128 rest = _mm256_castps256_ps128(all_floats);
-  if ((count & 4) != 0) {
-    _mm_storeu_ps(to, rest);
-    to += 4;
-    rest = _mm256_extractf128_ps(all_floats, 1);
-  }
-#else
-  if (count == lane_count) return narrow(to, a);
-  __m128 rest = _mm256_cvtpd_ps(a.v);
-#endif
-  if ((count & 2) != 0) {
-    _mm_storel_pi(reinterpret_cast<__m64*>(to), rest);
-    to += 2;
-    rest = _mm_movehl_ps(rest, rest);
-  }
-  if ((count & 1) != 0) _mm_store_ss(to, rest);
-}
 
 // The lanes of y in which m holds become f(x): for the arguments that are too rare or too wild for vectors.
 template <class F> SIGPAK_INLINE real except(real y, mask m, real x, F f) {

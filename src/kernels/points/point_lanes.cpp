@@ -3,79 +3,20 @@
 #include "core/guard.h"
 #include "core/machine.h"
 #include "kernels/points/points.h"
-#include "vectors/lanes.h"
 #include "vectors/levels.h"
+#include "vectors/rows.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
-template <class T> using wide = pack<T, SIGPAK_VECTOR_BYTES / sizeof(T)>;
-
-// both_re, both_im: (re, re), (im, im) for every point. firsts, seconds: the real (imaginary) parts of the
-// points of a, then of b, by 128 bits; in_order: what they leave, in the order of the points. turned_sum: a -
-// b in the real parts and a + b in the imaginary ones. all_below is false where a value is NaN.
-#if SIGPAK_VECTOR_BYTES == 64
-
-SIGPAK_INLINE d8 both_re(d8 a) { return {_mm512_movedup_pd(a.v)}; }
-SIGPAK_INLINE f16 both_re(f16 a) { return {_mm512_moveldup_ps(a.v)}; }
-SIGPAK_INLINE d8 both_im(d8 a) { return {_mm512_permute_pd(a.v, 0xff)}; }
-SIGPAK_INLINE f16 both_im(f16 a) { return {_mm512_movehdup_ps(a.v)}; }
-SIGPAK_INLINE d8 firsts(d8 a, d8 b) { return low_parts(a, b); }
-SIGPAK_INLINE f16 firsts(f16 a, f16 b) { return choose<0x88>(a, b); }
-SIGPAK_INLINE d8 seconds(d8 a, d8 b) { return high_parts(a, b); }
-SIGPAK_INLINE f16 seconds(f16 a, f16 b) { return choose<0xdd>(a, b); }
-SIGPAK_INLINE d8 in_order(d8 a) {
-  return {_mm512_permutexvar_pd(_mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7), a.v)};
-}
-SIGPAK_INLINE f16 in_order(f16 a) { return as_floats(in_order(as_doubles(a))); }
-SIGPAK_INLINE d8 turned_sum(d8 a, d8 b) {
-  return {_mm512_mask_sub_pd(_mm512_add_pd(a.v, b.v), 0x55, a.v, b.v)};
-}
-SIGPAK_INLINE f16 turned_sum(f16 a, f16 b) {
-  return {_mm512_mask_sub_ps(_mm512_add_ps(a.v, b.v), 0x5555, a.v, b.v)};
-}
-SIGPAK_INLINE bool any_zero(d8 a) { return _mm512_cmp_pd_mask(a.v, _mm512_setzero_pd(), _CMP_EQ_OQ) != 0; }
-SIGPAK_INLINE bool any_zero(f16 a) { return _mm512_cmp_ps_mask(a.v, _mm512_setzero_ps(), _CMP_EQ_OQ) != 0; }
-SIGPAK_INLINE bool all_below(d8 a, d8 b) { return _mm512_cmp_pd_mask(a.v, b.v, _CMP_NLT_UQ) == 0; }
-SIGPAK_INLINE bool all_below(f16 a, f16 b) { return _mm512_cmp_ps_mask(a.v, b.v, _CMP_NLT_UQ) == 0; }
-
-#else
-
-SIGPAK_INLINE d4 both_re(d4 a) { return {_mm256_movedup_pd(a.v)}; }
-SIGPAK_INLINE f8 both_re(f8 a) { return {_mm256_moveldup_ps(a.v)}; }
-SIGPAK_INLINE d4 both_im(d4 a) { return {_mm256_permute_pd(a.v, 0xf)}; }
-SIGPAK_INLINE f8 both_im(f8 a) { return {_mm256_movehdup_ps(a.v)}; }
-SIGPAK_INLINE d4 firsts(d4 a, d4 b) { return low_parts(a, b); }
-SIGPAK_INLINE f8 firsts(f8 a, f8 b) { return choose<0x88>(a, b); }
-SIGPAK_INLINE d4 seconds(d4 a, d4 b) { return high_parts(a, b); }
-SIGPAK_INLINE f8 seconds(f8 a, f8 b) { return choose<0xdd>(a, b); }
-SIGPAK_INLINE d4 in_order(d4 a) { return {_mm256_permute4x64_pd(a.v, 0xd8)}; }
-SIGPAK_INLINE f8 in_order(f8 a) { return as_floats(in_order(as_doubles(a))); }
-SIGPAK_INLINE d4 turned_sum(d4 a, d4 b) { return {_mm256_addsub_pd(a.v, b.v)}; }
-SIGPAK_INLINE f8 turned_sum(f8 a, f8 b) { return {_mm256_addsub_ps(a.v, b.v)}; }
-SIGPAK_INLINE bool any_zero(d4 a) {
-  return _mm256_movemask_pd(_mm256_cmp_pd(a.v, _mm256_setzero_pd(), _CMP_EQ_OQ)) != 0;
-}
-SIGPAK_INLINE bool any_zero(f8 a) {
-  return _mm256_movemask_ps(_mm256_cmp_ps(a.v, _mm256_setzero_ps(), _CMP_EQ_OQ)) != 0;
-}
-SIGPAK_INLINE bool all_below(d4 a, d4 b) {
-  return _mm256_movemask_pd(_mm256_cmp_pd(a.v, b.v, _CMP_NLT_UQ)) == 0;
-}
-SIGPAK_INLINE bool all_below(f8 a, f8 b) {
-  return _mm256_movemask_ps(_mm256_cmp_ps(a.v, b.v, _CMP_NLT_UQ)) == 0;
-}
-
-#endif
-
 // a b: (a_re b_re - a_im b_im, a_im b_re + a_re b_im).
 template <class P> SIGPAK_INLINE P product(P a, P b) {
-  return turned_sum(a * both_re(b), exchanged(a) * both_im(b));
+  return turned_sum(a * evens_twice(b), exchanged(a) * odds_twice(b));
 }
 
 // a conj(b): (a_re b_re + a_im b_im, a_im b_re - a_re b_im).
 template <class P> SIGPAK_INLINE P conjugate_product(P a, P b) {
-  return turned_sum(a * both_re(b), -(exchanged(a) * both_im(b)));
+  return turned_sum(a * evens_twice(b), -(exchanged(a) * odds_twice(b)));
 }
 
 // A step writes two vectors from the 2 * width scalars of either operand.
@@ -114,8 +55,8 @@ struct quotient_step {
     const P b1 = load<P>(b + P::width);
     const P b0b0 = b0 * b0;
     const P b1b1 = b1 * b1;
-    const P size = firsts(b0b0, b1b1) + seconds(b0b0, b1b1);
-    const P inverse = {1 / size.v};
+    const P size = evens(b0b0, b1b1) + odds(b0b0, b1b1);
+    const P inverse = splat<P>(1) / size;
     store(out, conjugate_product(a0, b0) * low_parts(inverse, inverse));
     store(out + P::width, conjugate_product(a1, b1) * high_parts(inverse, inverse));
     if (any_zero(size)) [[unlikely]] {
@@ -136,13 +77,13 @@ struct magnitude_step {
     constexpr T huge = guard<T>::huge;
     P z0 = load<P>(z);
     P z1 = load<P>(z + P::width);
-    P sums = firsts(z0 * z0, z1 * z1) + seconds(z0 * z0, z1 * z1);
+    P sums = evens(z0 * z0, z1 * z1) + odds(z0 * z0, z1 * z1);
     if (!all_below(sums, splat<P>(huge * huge))) [[unlikely]] {
       z0 = guarded_square(z0);
       z1 = guarded_square(z1);
-      sums = firsts(z0, z1) + seconds(z0, z1);
+      sums = evens(z0, z1) + odds(z0, z1);
     }
-    store(out, in_order(sums));
+    store(out, evens_first(sums));
   }
 };
 
@@ -155,7 +96,7 @@ template <class T> SIGPAK_INLINE void move(const T* from, T* to, index n) {
 
 // Up to a step of points by way of whole vectors, filled up with ones.
 template <class Step, class T> SIGPAK_INLINE void run_rest(const T* a, const T* b, T* out, index points) {
-  using P = wide<T>;
+  using P = widest<T>;
   T x[2 * P::width];
   T y[2 * P::width];
   store(x, splat<P>(1));
@@ -175,7 +116,7 @@ template <class T> SIGPAK_INLINE index points_to_line(const T* out, index points
 }
 
 template <class Step, class T> void run_pairs(const T* a, const T* b, T* out, index points) noexcept {
-  using P = wide<T>;
+  using P = widest<T>;
   const index head = points_to_line(out, points, 2);
   if (head > 0) run_rest<Step>(a, b, out, head);
   index i = head;
@@ -184,7 +125,7 @@ template <class Step, class T> void run_pairs(const T* a, const T* b, T* out, in
 }
 
 template <class T> SIGPAK_INLINE void magnitudes_of_rest(const T* z, T* out, index points) {
-  using P = wide<T>;
+  using P = widest<T>;
   T x[2 * P::width];
   store(x, splat<P>(1));
   store(x + P::width, splat<P>(1));
@@ -195,7 +136,7 @@ template <class T> SIGPAK_INLINE void magnitudes_of_rest(const T* z, T* out, ind
 
 // The way to a line may be longer than a vector of 32 bytes.
 template <class T> void square_magnitudes(const T* z, T* out, index points) noexcept {
-  using P = wide<T>;
+  using P = widest<T>;
   constexpr index most = P::width;
   index i = 0;
   for (const index head = points_to_line(out, points, 1); i < head;) {
@@ -205,18 +146,6 @@ template <class T> void square_magnitudes(const T* z, T* out, index points) noex
   }
   for (; i + P::width <= points; i += P::width) magnitude_step::run<P>(z + 2 * i, out + i);
   if (i < points) magnitudes_of_rest(z + 2 * i, out + i, points - i);
-}
-
-using row = wide<double>;
-
-SIGPAK_INLINE row load_row(const double* x) { return load<row>(x); }
-SIGPAK_INLINE row load_row(const float* x) {
-  return {__builtin_convertvector(load<pack<float, row::width>>(x).v, row::vector)};
-}
-SIGPAK_INLINE void store_row(double* to, row a) { store(to, a); }
-SIGPAK_INLINE void store_row(float* to, row a) {
-  using narrow = pack<float, row::width>;
-  store(to, narrow{__builtin_convertvector(a.v, narrow::vector)});
 }
 
 // What the limits leave of 1 / z, or of z / H.
@@ -235,20 +164,20 @@ template <class T> [[gnu::noinline]] void reciprocate_guarded(T* z, index points
 
 template <class T> SIGPAK_INLINE void reciprocal_step(T* z) {
   constexpr double huge = double(guard<T>::huge);
-  const row z0 = load_row(z);
-  const row z1 = load_row(z + row::width);
-  const row size = firsts(z0 * z0, z1 * z1) + seconds(z0 * z0, z1 * z1);
-  if (any_zero(size) || !all_below(size, splat<row>(huge * huge))) [[unlikely]] {
-    return reciprocate_guarded(z, row::width);
+  const real z0 = read(z);
+  const real z1 = read(z + real::width);
+  const real size = evens(z0 * z0, z1 * z1) + odds(z0 * z0, z1 * z1);
+  if (any_zero(size) || !all_below(size, all(huge * huge))) [[unlikely]] {
+    return reciprocate_guarded(z, real::width);
   }
-  const row inverse = {1 / size.v};
-  store_row(z, z0 * low_parts(inverse, -inverse));
-  store_row(z + row::width, z1 * high_parts(inverse, -inverse));
+  const real inverse = all(1) / size;
+  write(z, z0 * low_parts(inverse, -inverse));
+  write(z + real::width, z1 * high_parts(inverse, -inverse));
 }
 
 template <class T> void reciprocate(T* z, index points) noexcept {
   index i = 0;
-  for (; i + row::width <= points; i += row::width) reciprocal_step(z + 2 * i);
+  for (; i + real::width <= points; i += real::width) reciprocal_step(z + 2 * i);
   if (i < points) reciprocate_guarded(z + 2 * i, points - i);
 }
 

@@ -3,50 +3,32 @@
 #pragma once
 
 #include "kernels/sums/lane_sums.h"
-#include "vectors/lanes.h"
+#include "vectors/compare.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
-#if SIGPAK_VECTOR_BYTES == 64
-using row = pack<double, 8>;
-SIGPAK_INLINE row smaller(row a, row b) { return {_mm512_min_pd(a.v, b.v)}; }
-SIGPAK_INLINE row larger(row a, row b) { return {_mm512_max_pd(a.v, b.v)}; }
-SIGPAK_INLINE row where_positive(row q, row yes, row no) {
-  return {_mm512_mask_blend_pd(_mm512_cmp_pd_mask(q.v, _mm512_setzero_pd(), _CMP_LE_OQ), yes.v, no.v)};
-}
-#else
-using row = pack<double, 4>;
-SIGPAK_INLINE row smaller(row a, row b) { return {_mm256_min_pd(a.v, b.v)}; }
-SIGPAK_INLINE row larger(row a, row b) { return {_mm256_max_pd(a.v, b.v)}; }
-SIGPAK_INLINE row where_positive(row q, row yes, row no) {
-  return {_mm256_blendv_pd(yes.v, no.v, _mm256_cmp_pd(q.v, _mm256_setzero_pd(), _CMP_LE_OQ))};
-}
-#endif
-
-SIGPAK_INLINE row operator/(row a, row b) { return {a.v / b.v}; }
-
 struct constants {
-  row centre;
-  row centre_im;
-  row huge;
-  row step;
+  real centre;
+  real centre_im;
+  real huge;
+  real step;
 
   // The data stand second: the minimum and the maximum of the processor answer with the second operand where
   // one is NaN.
-  SIGPAK_INLINE row limited(row x) const { return larger(-huge, smaller(huge, x)); }
+  SIGPAK_INLINE real limited(real x) const { return greater(-huge, lesser(huge, x)); }
 };
 
 // Terms of samples as they are. A term takes so many rows of every record for a point, and adds to `sums`
 // sums.
 struct sample {
   static constexpr int sums = 1, x_rows = 1, y_rows = 0;
-  SIGPAK_INLINE static void add(row* s, const row* x, const row*, const constants&) { s[0] = s[0] + x[0]; }
+  SIGPAK_INLINE static void add(real* s, const real* x, const real*, const constants&) { s[0] = s[0] + x[0]; }
 };
 
 struct point {
   static constexpr int sums = 2, x_rows = 2, y_rows = 0;
-  SIGPAK_INLINE static void add(row* s, const row* z, const row*, const constants&) {
+  SIGPAK_INLINE static void add(real* s, const real* z, const real*, const constants&) {
     s[0] = s[0] + z[0];
     s[1] = s[1] + z[1];
   }
@@ -54,21 +36,21 @@ struct point {
 
 struct reciprocal {
   static constexpr int sums = 1, x_rows = 1, y_rows = 0;
-  SIGPAK_INLINE static void add(row* s, const row* x, const row*, const constants&) {
-    s[0] = s[0] + splat<row>(1.0) / x[0];
+  SIGPAK_INLINE static void add(real* s, const real* x, const real*, const constants&) {
+    s[0] = s[0] + all(1.0) / x[0];
   }
 };
 
 struct product {
   static constexpr int sums = 1, x_rows = 1, y_rows = 1;
-  SIGPAK_INLINE static void add(row* s, const row* x, const row* y, const constants&) {
+  SIGPAK_INLINE static void add(real* s, const real* x, const real* y, const constants&) {
     s[0] = s[0] + x[0] * y[0];
   }
 };
 
 struct point_product {
   static constexpr int sums = 2, x_rows = 2, y_rows = 2;
-  SIGPAK_INLINE static void add(row* s, const row* x, const row* y, const constants&) {
+  SIGPAK_INLINE static void add(real* s, const real* x, const real* y, const constants&) {
     s[0] = s[0] + (x[0] * y[0] + -x[1] * y[1]);
     s[1] = s[1] + (x[0] * y[1] + x[1] * y[0]);
   }
@@ -76,7 +58,7 @@ struct point_product {
 
 struct mixed_product {
   static constexpr int sums = 2, x_rows = 2, y_rows = 1;
-  SIGPAK_INLINE static void add(row* s, const row* x, const row* y, const constants&) {
+  SIGPAK_INLINE static void add(real* s, const real* x, const real* y, const constants&) {
     s[0] = s[0] + x[0] * y[0];
     s[1] = s[1] + x[1] * y[0];
   }
@@ -84,7 +66,7 @@ struct mixed_product {
 
 // Terms of deviations, which are limited or, where all of them lie within the limits anyway, not looked at.
 // The sums numbered in `of_squares` tell: below huge^2, no addend of theirs reached it, for they only grow.
-template <bool limits> SIGPAK_INLINE row deviation_of(row d, const constants& c) {
+template <bool limits> SIGPAK_INLINE real deviation_of(real d, const constants& c) {
   if constexpr (limits) return c.limited(d);
   return d;
 }
@@ -92,8 +74,8 @@ template <bool limits> SIGPAK_INLINE row deviation_of(row d, const constants& c)
 template <bool limits> struct square {
   static constexpr int sums = 1, x_rows = 1, y_rows = 0;
   static constexpr int of_squares[] = {0};
-  SIGPAK_INLINE static void add(row* s, const row* x, const row*, const constants& c) {
-    const row y = deviation_of<limits>(x[0], c);
+  SIGPAK_INLINE static void add(real* s, const real* x, const real*, const constants& c) {
+    const real y = deviation_of<limits>(x[0], c);
     s[0] = s[0] + y * y;
   }
 };
@@ -101,9 +83,9 @@ template <bool limits> struct square {
 template <bool limits> struct point_square {
   static constexpr int sums = 1, x_rows = 2, y_rows = 0;
   static constexpr int of_squares[] = {0};
-  SIGPAK_INLINE static void add(row* s, const row* z, const row*, const constants& c) {
-    const row re = deviation_of<limits>(z[0], c);
-    const row im = deviation_of<limits>(z[1], c);
+  SIGPAK_INLINE static void add(real* s, const real* z, const real*, const constants& c) {
+    const real re = deviation_of<limits>(z[0], c);
+    const real im = deviation_of<limits>(z[1], c);
     s[0] = s[0] + (re * re + im * im);
   }
 };
@@ -112,11 +94,11 @@ template <bool limits> struct point_square {
 template <bool limits> struct point_reciprocal {
   static constexpr int sums = 3, x_rows = 2, y_rows = 0;
   static constexpr int of_squares[] = {2};
-  SIGPAK_INLINE static void add(row* s, const row* z, const row*, const constants& c) {
-    const row re = deviation_of<limits>(z[0], c);
-    const row im = deviation_of<limits>(z[1], c);
-    const row q = re * re + im * im;
-    const row factor = where_positive(q, smaller(splat<row>(__DBL_MAX__), splat<row>(1.0) / q), c.huge);
+  SIGPAK_INLINE static void add(real* s, const real* z, const real*, const constants& c) {
+    const real re = deviation_of<limits>(z[0], c);
+    const real im = deviation_of<limits>(z[1], c);
+    const real q = re * re + im * im;
+    const real factor = choose(q <= all(0), c.huge, lesser(all(__DBL_MAX__), all(1) / q));
     s[0] = s[0] + re * factor;
     s[1] = s[1] - im * factor;
     s[2] = s[2] + q;
@@ -126,8 +108,8 @@ template <bool limits> struct point_reciprocal {
 template <bool limits> struct deviation {
   static constexpr int sums = 2, x_rows = 1, y_rows = 0;
   static constexpr int of_squares[] = {1};
-  SIGPAK_INLINE static void add(row* s, const row* x, const row*, const constants& c) {
-    const row d = deviation_of<limits>(x[0] - c.centre, c);
+  SIGPAK_INLINE static void add(real* s, const real* x, const real*, const constants& c) {
+    const real d = deviation_of<limits>(x[0] - c.centre, c);
     s[0] = s[0] + d;
     s[1] = s[1] + d * d;
   }
@@ -136,9 +118,9 @@ template <bool limits> struct deviation {
 template <bool limits> struct point_deviation {
   static constexpr int sums = 4, x_rows = 2, y_rows = 0;
   static constexpr int of_squares[] = {1, 3};
-  SIGPAK_INLINE static void add(row* s, const row* z, const row*, const constants& c) {
-    const row re = deviation_of<limits>(z[0] - c.centre, c);
-    const row im = deviation_of<limits>(z[1] - c.centre_im, c);
+  SIGPAK_INLINE static void add(real* s, const real* z, const real*, const constants& c) {
+    const real re = deviation_of<limits>(z[0] - c.centre, c);
+    const real im = deviation_of<limits>(z[1] - c.centre_im, c);
     s[0] = s[0] + re;
     s[1] = s[1] + re * re;
     s[2] = s[2] + im;
@@ -149,9 +131,9 @@ template <bool limits> struct point_deviation {
 template <bool limits> struct cubed_deviation {
   static constexpr int sums = 3, x_rows = 1, y_rows = 0;
   static constexpr int of_squares[] = {1};
-  SIGPAK_INLINE static void add(row* s, const row* x, const row*, const constants& c) {
-    const row d = deviation_of<limits>(x[0] - c.centre, c);
-    const row dd = d * d;
+  SIGPAK_INLINE static void add(real* s, const real* x, const real*, const constants& c) {
+    const real d = deviation_of<limits>(x[0] - c.centre, c);
+    const real dd = d * d;
     s[0] = s[0] + d;
     s[1] = s[1] + dd;
     s[2] = s[2] + dd * d;
@@ -161,15 +143,15 @@ template <bool limits> struct cubed_deviation {
 template <bool limits> struct fourth_deviation {
   static constexpr int sums = 2, x_rows = 1, y_rows = 0;
   static constexpr int of_squares[] = {0};
-  SIGPAK_INLINE static void add(row* s, const row* x, const row*, const constants& c) {
-    const row d = deviation_of<limits>(x[0] - c.centre, c);
-    const row dd = d * d;
+  SIGPAK_INLINE static void add(real* s, const real* x, const real*, const constants& c) {
+    const real d = deviation_of<limits>(x[0] - c.centre, c);
+    const real dd = d * d;
     s[0] = s[0] + dd;
     s[1] = s[1] + dd * dd;
   }
 };
 
-SIGPAK_INLINE void add_pair(row* s, row d, row e) {
+SIGPAK_INLINE void add_pair(real* s, real d, real e) {
   s[0] = s[0] + d;
   s[1] = s[1] + e;
   s[2] = s[2] + d * d;
@@ -180,7 +162,7 @@ SIGPAK_INLINE void add_pair(row* s, row d, row e) {
 template <bool limits> struct point_line {
   static constexpr int sums = 5, x_rows = 2, y_rows = 0;
   static constexpr int of_squares[] = {2, 3};
-  SIGPAK_INLINE static void add(row* s, const row* z, const row*, const constants& c) {
+  SIGPAK_INLINE static void add(real* s, const real* z, const real*, const constants& c) {
     add_pair(s, deviation_of<limits>(z[0] - c.centre, c), deviation_of<limits>(z[1] - c.centre_im, c));
   }
 };
@@ -190,10 +172,10 @@ template <bool limits> struct line {
   static constexpr int sums = 5, x_rows = 1, y_rows = 0;
   static constexpr int of_squares[] = {2, 3};
   static constexpr bool counts = true;
-  SIGPAK_INLINE static void add(row* s, const row* x, const row*, const constants& c) {
+  SIGPAK_INLINE static void add(real* s, const real* x, const real*, const constants& c) {
     add_pair(s, deviation_of<limits>(s[5] * c.step - c.centre_im, c),
              deviation_of<limits>(x[0] - c.centre, c));
-    s[5] = s[5] + splat<row>(1.0);
+    s[5] = s[5] + all(1.0);
   }
 };
 

@@ -1,0 +1,32 @@
+// Samples of either precision as vectors of doubles, and parts of a vector.
+#pragma once
+
+#include "vectors/lanes.h"
+
+namespace sigpak::SIGPAK_LEVEL {
+namespace {
+
+// The doubles of floats, each exactly.
+template <class P> SIGPAK_INLINE real widened(P a) { return {__builtin_convertvector(a.v, real::vector)}; }
+
+SIGPAK_INLINE real read(const double* from) { return load<real>(from); }
+SIGPAK_INLINE real read(const float* from) { return widened(load<pack<float, lane_count>>(from)); }
+SIGPAK_INLINE void write(double* to, real a) { store(to, a); }
+SIGPAK_INLINE void write(float* to, real a) {
+  using floats = pack<float, lane_count>;
+  store(to, floats{__builtin_convertvector(a.v, floats::vector)});
+}
+
+// At least one scalar and at most a vector of them, at a stride; the last one repeated in the lanes that are
+// left. Loads of single scalars, because a wider one would wait for the stores of a caller who has just
+// filled his record.
+template <class T> SIGPAK_INLINE real read_some(const T* from, index count, index stride = 1) {
+  return made_of(
+      [=](index i) SIGPAK_LAMBDA { return static_cast<double>(from[(i < count ? i : count - 1) * stride]); });
+}
+
+// Into all caches but the nearest.
+SIGPAK_INLINE void prefetch(const void* from) { __builtin_prefetch(from, 0, 2); }
+
+}  // namespace
+}  // namespace sigpak::SIGPAK_LEVEL

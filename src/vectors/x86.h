@@ -1,0 +1,161 @@
+// Vectors of 128 and 256 bits with fused products: what all wide levels of this family have.
+#pragma once
+
+#include <immintrin.h>
+
+#include "vectors/pack.h"
+
+namespace sigpak::SIGPAK_LEVEL {
+namespace {
+
+// Stores past the caches, in memory that is not read soon; `to` on a boundary of the vector.
+SIGPAK_INLINE void stream(double* to, d4 a) { _mm256_stream_pd(to, a.v); }
+SIGPAK_INLINE void stream(float* to, f8 a) { _mm256_stream_ps(to, a.v); }
+SIGPAK_INLINE void finish_streams() { _mm_sfence(); }
+
+// a * b + c, a * b - c and c - a * b, rounded once.
+SIGPAK_INLINE d2 fma(d2 a, d2 b, d2 c) { return {_mm_fmadd_pd(a.v, b.v, c.v)}; }
+SIGPAK_INLINE d4 fma(d4 a, d4 b, d4 c) { return {_mm256_fmadd_pd(a.v, b.v, c.v)}; }
+SIGPAK_INLINE f4 fma(f4 a, f4 b, f4 c) { return {_mm_fmadd_ps(a.v, b.v, c.v)}; }
+SIGPAK_INLINE f8 fma(f8 a, f8 b, f8 c) { return {_mm256_fmadd_ps(a.v, b.v, c.v)}; }
+SIGPAK_INLINE d2 fms(d2 a, d2 b, d2 c) { return {_mm_fmsub_pd(a.v, b.v, c.v)}; }
+SIGPAK_INLINE d4 fms(d4 a, d4 b, d4 c) { return {_mm256_fmsub_pd(a.v, b.v, c.v)}; }
+SIGPAK_INLINE f4 fms(f4 a, f4 b, f4 c) { return {_mm_fmsub_ps(a.v, b.v, c.v)}; }
+SIGPAK_INLINE f8 fms(f8 a, f8 b, f8 c) { return {_mm256_fmsub_ps(a.v, b.v, c.v)}; }
+SIGPAK_INLINE d2 fnma(d2 a, d2 b, d2 c) { return {_mm_fnmadd_pd(a.v, b.v, c.v)}; }
+SIGPAK_INLINE d4 fnma(d4 a, d4 b, d4 c) { return {_mm256_fnmadd_pd(a.v, b.v, c.v)}; }
+SIGPAK_INLINE f4 fnma(f4 a, f4 b, f4 c) { return {_mm_fnmadd_ps(a.v, b.v, c.v)}; }
+SIGPAK_INLINE f8 fnma(f8 a, f8 b, f8 c) { return {_mm256_fnmadd_ps(a.v, b.v, c.v)}; }
+
+// Within every 128 bits: the low (high) parts of a and b, scalar by scalar.
+SIGPAK_INLINE d2 low_parts(d2 a, d2 b) { return {_mm_unpacklo_pd(a.v, b.v)}; }
+SIGPAK_INLINE d4 low_parts(d4 a, d4 b) { return {_mm256_unpacklo_pd(a.v, b.v)}; }
+SIGPAK_INLINE f4 low_parts(f4 a, f4 b) { return {_mm_unpacklo_ps(a.v, b.v)}; }
+SIGPAK_INLINE f8 low_parts(f8 a, f8 b) { return {_mm256_unpacklo_ps(a.v, b.v)}; }
+SIGPAK_INLINE d2 high_parts(d2 a, d2 b) { return {_mm_unpackhi_pd(a.v, b.v)}; }
+SIGPAK_INLINE d4 high_parts(d4 a, d4 b) { return {_mm256_unpackhi_pd(a.v, b.v)}; }
+SIGPAK_INLINE f4 high_parts(f4 a, f4 b) { return {_mm_unpackhi_ps(a.v, b.v)}; }
+SIGPAK_INLINE f8 high_parts(f8 a, f8 b) { return {_mm256_unpackhi_ps(a.v, b.v)}; }
+
+// Real and imaginary parts of interleaved points exchanged.
+SIGPAK_INLINE d2 exchanged(d2 a) { return {_mm_permute_pd(a.v, 0x1)}; }
+SIGPAK_INLINE d4 exchanged(d4 a) { return {_mm256_permute_pd(a.v, 0x5)}; }
+SIGPAK_INLINE f4 exchanged(f4 a) { return {_mm_permute_ps(a.v, 0xb1)}; }
+SIGPAK_INLINE f8 exchanged(f8 a) { return {_mm256_permute_ps(a.v, 0xb1)}; }
+
+// a * b + c in the even (odd) places, a * b - c in the others.
+SIGPAK_INLINE d2 fma_even(d2 a, d2 b, d2 c) { return {_mm_fmsubadd_pd(a.v, b.v, c.v)}; }
+SIGPAK_INLINE d4 fma_even(d4 a, d4 b, d4 c) { return {_mm256_fmsubadd_pd(a.v, b.v, c.v)}; }
+SIGPAK_INLINE f4 fma_even(f4 a, f4 b, f4 c) { return {_mm_fmsubadd_ps(a.v, b.v, c.v)}; }
+SIGPAK_INLINE f8 fma_even(f8 a, f8 b, f8 c) { return {_mm256_fmsubadd_ps(a.v, b.v, c.v)}; }
+SIGPAK_INLINE d2 fma_odd(d2 a, d2 b, d2 c) { return {_mm_fmaddsub_pd(a.v, b.v, c.v)}; }
+SIGPAK_INLINE d4 fma_odd(d4 a, d4 b, d4 c) { return {_mm256_fmaddsub_pd(a.v, b.v, c.v)}; }
+SIGPAK_INLINE f4 fma_odd(f4 a, f4 b, f4 c) { return {_mm_fmaddsub_ps(a.v, b.v, c.v)}; }
+SIGPAK_INLINE f8 fma_odd(f8 a, f8 b, f8 c) { return {_mm256_fmaddsub_ps(a.v, b.v, c.v)}; }
+
+// Two scalars as one that is only moved.
+SIGPAK_INLINE d2 as_doubles(f4 a) { return {_mm_castps_pd(a.v)}; }
+SIGPAK_INLINE d4 as_doubles(f8 a) { return {_mm256_castps_pd(a.v)}; }
+SIGPAK_INLINE f4 as_floats(d2 a) { return {_mm_castpd_ps(a.v)}; }
+SIGPAK_INLINE f8 as_floats(d4 a) { return {_mm256_castpd_ps(a.v)}; }
+
+// Within every 128 bits: the scalars of a, then of b, in even (odd) places; their lower (upper) two.
+SIGPAK_INLINE d2 evens(d2 a, d2 b) { return low_parts(a, b); }
+SIGPAK_INLINE d4 evens(d4 a, d4 b) { return low_parts(a, b); }
+SIGPAK_INLINE f4 evens(f4 a, f4 b) { return {_mm_shuffle_ps(a.v, b.v, 0x88)}; }
+SIGPAK_INLINE f8 evens(f8 a, f8 b) { return {_mm256_shuffle_ps(a.v, b.v, 0x88)}; }
+SIGPAK_INLINE d2 odds(d2 a, d2 b) { return high_parts(a, b); }
+SIGPAK_INLINE d4 odds(d4 a, d4 b) { return high_parts(a, b); }
+SIGPAK_INLINE f4 odds(f4 a, f4 b) { return {_mm_shuffle_ps(a.v, b.v, 0xdd)}; }
+SIGPAK_INLINE f8 odds(f8 a, f8 b) { return {_mm256_shuffle_ps(a.v, b.v, 0xdd)}; }
+SIGPAK_INLINE f4 low_pairs(f4 a, f4 b) { return {_mm_shuffle_ps(a.v, b.v, 0x44)}; }
+SIGPAK_INLINE f8 low_pairs(f8 a, f8 b) { return {_mm256_shuffle_ps(a.v, b.v, 0x44)}; }
+SIGPAK_INLINE f4 high_pairs(f4 a, f4 b) { return {_mm_shuffle_ps(a.v, b.v, 0xee)}; }
+SIGPAK_INLINE f8 high_pairs(f8 a, f8 b) { return {_mm256_shuffle_ps(a.v, b.v, 0xee)}; }
+
+// Every scalar in an even (odd) place also in the odd (even) one beside it.
+SIGPAK_INLINE d2 evens_twice(d2 a) { return {_mm_movedup_pd(a.v)}; }
+SIGPAK_INLINE d4 evens_twice(d4 a) { return {_mm256_movedup_pd(a.v)}; }
+SIGPAK_INLINE f4 evens_twice(f4 a) { return {_mm_moveldup_ps(a.v)}; }
+SIGPAK_INLINE f8 evens_twice(f8 a) { return {_mm256_moveldup_ps(a.v)}; }
+SIGPAK_INLINE d2 odds_twice(d2 a) { return {_mm_permute_pd(a.v, 0x3)}; }
+SIGPAK_INLINE d4 odds_twice(d4 a) { return {_mm256_permute_pd(a.v, 0xf)}; }
+SIGPAK_INLINE f4 odds_twice(f4 a) { return {_mm_movehdup_ps(a.v)}; }
+SIGPAK_INLINE f8 odds_twice(f8 a) { return {_mm256_movehdup_ps(a.v)}; }
+
+// The middle two of every 128 bits in the opposite order.
+SIGPAK_INLINE f4 middle_exchanged(f4 a) { return {_mm_shuffle_ps(a.v, a.v, 0xd8)}; }
+SIGPAK_INLINE f8 middle_exchanged(f8 a) { return {_mm256_shuffle_ps(a.v, a.v, 0xd8)}; }
+
+// The even places of the whole vector, then the odd ones; of floats by pairs.
+SIGPAK_INLINE d4 evens_first(d4 a) { return {_mm256_permute4x64_pd(a.v, 0xd8)}; }
+SIGPAK_INLINE f8 evens_first(f8 a) { return as_floats(evens_first(as_doubles(a))); }
+
+// a - b in the even places, a + b in the odd ones.
+SIGPAK_INLINE d4 turned_sum(d4 a, d4 b) { return {_mm256_addsub_pd(a.v, b.v)}; }
+SIGPAK_INLINE f8 turned_sum(f8 a, f8 b) { return {_mm256_addsub_ps(a.v, b.v)}; }
+
+// One vector of two.
+SIGPAK_INLINE d4 joined(d2 low, d2 high) {
+  return {_mm256_insertf128_pd(_mm256_castpd128_pd256(low.v), high.v, 1)};
+}
+SIGPAK_INLINE f8 joined(f4 low, f4 high) {
+  return {_mm256_insertf128_ps(_mm256_castps128_ps256(low.v), high.v, 1)};
+}
+
+// Blocks of 128 bits as a square: block j of row i goes to block i of row j.
+SIGPAK_INLINE void transpose_blocks(d2&) {}
+SIGPAK_INLINE void transpose_blocks(f4&) {}
+SIGPAK_INLINE void transpose_blocks(d4& a, d4& b) {
+  const d4 low = {_mm256_permute2f128_pd(a.v, b.v, 0x20)};
+  b = {_mm256_permute2f128_pd(a.v, b.v, 0x31)};
+  a = low;
+}
+SIGPAK_INLINE void transpose_blocks(f8& a, f8& b) {
+  const f8 low = {_mm256_permute2f128_ps(a.v, b.v, 0x20)};
+  b = {_mm256_permute2f128_ps(a.v, b.v, 0x31)};
+  a = low;
+}
+
+// Complex points, interleaved, in the opposite order.
+SIGPAK_INLINE d2 backwards(d2 a) { return a; }
+SIGPAK_INLINE f4 backwards(f4 a) { return {_mm_shuffle_ps(a.v, a.v, 0x4e)}; }
+SIGPAK_INLINE d4 backwards(d4 a) { return {_mm256_permute2f128_pd(a.v, a.v, 0x01)}; }
+SIGPAK_INLINE f8 backwards(f8 a) {
+  return {_mm256_castpd_ps(_mm256_permute4x64_pd(_mm256_castps_pd(a.v), 0x1b))};
+}
+
+// One complex point. Those of single precision are computed in double.
+SIGPAK_INLINE d2 point_of(double re, double im) { return {_mm_set_pd(im, re)}; }
+SIGPAK_INLINE d2 conjugate(d2 a) { return {_mm_xor_pd(a.v, _mm_set_pd(-0.0, 0.0))}; }
+SIGPAK_INLINE d2 load_point(const double* x) { return load<d2>(x); }
+SIGPAK_INLINE d2 load_point(const float* x) {
+  return {_mm_cvtps_pd(_mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i_u*>(x))))};
+}
+SIGPAK_INLINE void store_point(double* x, d2 a) { store(x, a); }
+SIGPAK_INLINE void store_point(float* x, d2 a) {
+  _mm_storel_epi64(reinterpret_cast<__m128i_u*>(x), _mm_castps_si128(_mm_cvtpd_ps(a.v)));
+}
+
+// The first `count` < 4 of a vector, in the largest pieces.
+SIGPAK_INLINE void store_some(double* to, d4 a, index count) {
+  d2 rest = {_mm256_castpd256_pd128(a.v)};
+  if ((count & 2) != 0) {
+    store(to, rest);
+    to += 2;
+    rest = {_mm256_extractf128_pd(a.v, 1)};
+  }
+  if ((count & 1) != 0) _mm_store_sd(to, rest.v);
+}
+SIGPAK_INLINE void store_some(float* to, f4 a, index count) {
+  f4 rest = a;
+  if ((count & 2) != 0) {
+    _mm_storel_pi(reinterpret_cast<__m64*>(to), rest.v);
+    to += 2;
+    rest = {_mm_movehl_ps(rest.v, rest.v)};
+  }
+  if ((count & 1) != 0) _mm_store_ss(to, rest.v);
+}
+
+}  // namespace
+}  // namespace sigpak::SIGPAK_LEVEL

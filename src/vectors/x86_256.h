@@ -1,0 +1,102 @@
+// The level of 256 bits: masks are vectors of all ones or zeros.
+#pragma once
+
+#include "vectors/x86.h"
+
+namespace sigpak::SIGPAK_LEVEL {
+namespace {
+
+struct mask {
+  __m256d v;
+};
+SIGPAK_INLINE mask operator<(real a, real b) { return {_mm256_cmp_pd(a.v, b.v, _CMP_LT_OQ)}; }
+SIGPAK_INLINE mask operator<=(real a, real b) { return {_mm256_cmp_pd(a.v, b.v, _CMP_LE_OQ)}; }
+SIGPAK_INLINE mask operator>(real a, real b) { return {_mm256_cmp_pd(a.v, b.v, _CMP_GT_OQ)}; }
+SIGPAK_INLINE mask operator==(real a, real b) { return {_mm256_cmp_pd(a.v, b.v, _CMP_EQ_OQ)}; }
+SIGPAK_INLINE mask not_at_most(real a, double b) { return {_mm256_cmp_pd(a.v, all(b).v, _CMP_NLE_UQ)}; }
+SIGPAK_INLINE mask both(mask a, mask b) { return {_mm256_and_pd(a.v, b.v)}; }
+SIGPAK_INLINE mask either(mask a, mask b) { return {_mm256_or_pd(a.v, b.v)}; }
+SIGPAK_INLINE mask opposite(mask a) {
+  return {_mm256_xor_pd(a.v, _mm256_castsi256_pd(_mm256_set1_epi64x(-1)))};
+}
+SIGPAK_INLINE int lanes_of(mask a) { return _mm256_movemask_pd(a.v); }
+SIGPAK_INLINE mask has_bit(words a, unsigned long long bit) {
+  const __m256i wanted = __m256i(all_bits(bit));
+  return {_mm256_castsi256_pd(_mm256_cmpeq_epi64(_mm256_and_si256(__m256i(a), wanted), wanted))};
+}
+SIGPAK_INLINE real choose(mask m, real yes, real no) { return {_mm256_blendv_pd(no.v, yes.v, m.v)}; }
+SIGPAK_INLINE mask exclusive(mask a, mask b) { return {_mm256_xor_pd(a.v, b.v)}; }
+SIGPAK_INLINE mask above(words a, words b) {
+  return {_mm256_castsi256_pd(_mm256_cmpgt_epi64(__m256i(a), __m256i(b)))};
+}
+SIGPAK_INLINE real lesser(real a, real b) { return {_mm256_min_pd(a.v, b.v)}; }
+SIGPAK_INLINE real greater(real a, real b) { return {_mm256_max_pd(a.v, b.v)}; }
+SIGPAK_INLINE words only(mask m, unsigned long long x) { return words(__m256i(m.v)) & all_bits(x); }
+SIGPAK_INLINE real sqrt(real a) { return {_mm256_sqrt_pd(a.v)}; }
+SIGPAK_INLINE real at_least(real x, double limit) { return {_mm256_max_pd(all(limit).v, x.v)}; }
+SIGPAK_INLINE real at_most(real x, double limit) { return {_mm256_min_pd(all(limit).v, x.v)}; }
+
+// Each half of the table is found as pairs of 32-bit words; bit 2 of the position chooses between them.
+SIGPAK_INLINE real look_up(const double* table, words position) {
+  const __m256i twice = _mm256_slli_epi64(__m256i(position), 1);
+  const __m256i picks = _mm256_add_epi32(_mm256_shuffle_epi32(twice, 0xa0), _mm256_set1_epi64x(0x100000000));
+  const __m256 low = _mm256_permutevar8x32_ps(_mm256_loadu_ps(reinterpret_cast<const float*>(table)), picks);
+  const __m256 high =
+      _mm256_permutevar8x32_ps(_mm256_loadu_ps(reinterpret_cast<const float*>(table + 4)), picks);
+  const __m256d upper = _mm256_castsi256_pd(_mm256_slli_epi64(__m256i(position), 61));
+  return {_mm256_blendv_pd(_mm256_castps_pd(low), _mm256_castps_pd(high), upper)};
+}
+
+// a * 2^floor(n / 8 - lift) for -10400 < n - 8 lift < 8000, rounded once; shifted is n + to_integer. Small
+// powers take two steps: the first product is normal, and the second rounds.
+template <int lift = 0> SIGPAK_INLINE real scale_eighths(real a, real shifted) {
+  constexpr double step = 1024;
+  const mask small = shifted < all(to_integer + 8 * (lift - 1000));
+  const real chosen = choose(small, shifted + all(8 * (step - lift)), shifted - all(8 * lift));
+  const words power = ((bits(chosen) & ~7ULL) << 49) + all_bits(1023ULL << 52);
+  return a * from_bits(power) * choose(small, all(0x1p-1024), all(1));
+}
+
+SIGPAK_INLINE void split_pairs(real a, real b, real& even, real& odd) {
+  const __m256d low = _mm256_permute2f128_pd(a.v, b.v, 0x20);
+  const __m256d high = _mm256_permute2f128_pd(a.v, b.v, 0x31);
+  even = {_mm256_unpacklo_pd(low, high)};
+  odd = {_mm256_unpackhi_pd(low, high)};
+}
+SIGPAK_INLINE void join_pairs(real even, real odd, real& a, real& b) {
+  const __m256d low = _mm256_unpacklo_pd(even.v, odd.v);
+  const __m256d high = _mm256_unpackhi_pd(even.v, odd.v);
+  a = {_mm256_permute2f128_pd(low, high, 0x20)};
+  b = {_mm256_permute2f128_pd(low, high, 0x31)};
+}
+
+SIGPAK_INLINE real take_sign(real a, real sign) {
+  return from_bits(bits(absolute(a)) | (bits(sign) & sign_bit));
+}
+
+SIGPAK_INLINE bool any_zero(d4 a) {
+  return _mm256_movemask_pd(_mm256_cmp_pd(a.v, _mm256_setzero_pd(), _CMP_EQ_OQ)) != 0;
+}
+SIGPAK_INLINE bool any_zero(f8 a) {
+  return _mm256_movemask_ps(_mm256_cmp_ps(a.v, _mm256_setzero_ps(), _CMP_EQ_OQ)) != 0;
+}
+SIGPAK_INLINE bool all_below(d4 a, d4 b) {
+  return _mm256_movemask_pd(_mm256_cmp_pd(a.v, b.v, _CMP_NLT_UQ)) == 0;
+}
+SIGPAK_INLINE bool all_below(f8 a, f8 b) {
+  return _mm256_movemask_ps(_mm256_cmp_ps(a.v, b.v, _CMP_NLT_UQ)) == 0;
+}
+
+template <class F> SIGPAK_INLINE real made_of(F at) { return {_mm256_setr_pd(at(0), at(1), at(2), at(3))}; }
+SIGPAK_INLINE void write_some(double* to, real a, index count) {
+  if (count == lane_count) return store(to, a);
+  store_some(to, a, count);
+}
+SIGPAK_INLINE void write_some(float* to, real a, index count) {
+  const f4 floats = {_mm256_cvtpd_ps(a.v)};
+  if (count == lane_count) return store(to, floats);
+  store_some(to, floats, count);
+}
+
+}  // namespace
+}  // namespace sigpak::SIGPAK_LEVEL

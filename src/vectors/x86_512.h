@@ -1,0 +1,170 @@
+// The level of 512 bits: masks have registers of their own.
+#pragma once
+
+#include "vectors/x86.h"
+
+namespace sigpak::SIGPAK_LEVEL {
+namespace {
+
+using d8 = pack<double, 8>;
+using f16 = pack<float, 16>;
+
+SIGPAK_INLINE void stream(double* to, d8 a) { _mm512_stream_pd(to, a.v); }
+SIGPAK_INLINE void stream(float* to, f16 a) { _mm512_stream_ps(to, a.v); }
+SIGPAK_INLINE d8 fma(d8 a, d8 b, d8 c) { return {_mm512_fmadd_pd(a.v, b.v, c.v)}; }
+SIGPAK_INLINE f16 fma(f16 a, f16 b, f16 c) { return {_mm512_fmadd_ps(a.v, b.v, c.v)}; }
+SIGPAK_INLINE d8 fms(d8 a, d8 b, d8 c) { return {_mm512_fmsub_pd(a.v, b.v, c.v)}; }
+SIGPAK_INLINE f16 fms(f16 a, f16 b, f16 c) { return {_mm512_fmsub_ps(a.v, b.v, c.v)}; }
+SIGPAK_INLINE d8 fnma(d8 a, d8 b, d8 c) { return {_mm512_fnmadd_pd(a.v, b.v, c.v)}; }
+SIGPAK_INLINE f16 fnma(f16 a, f16 b, f16 c) { return {_mm512_fnmadd_ps(a.v, b.v, c.v)}; }
+SIGPAK_INLINE d8 low_parts(d8 a, d8 b) { return {_mm512_unpacklo_pd(a.v, b.v)}; }
+SIGPAK_INLINE f16 low_parts(f16 a, f16 b) { return {_mm512_unpacklo_ps(a.v, b.v)}; }
+SIGPAK_INLINE d8 high_parts(d8 a, d8 b) { return {_mm512_unpackhi_pd(a.v, b.v)}; }
+SIGPAK_INLINE f16 high_parts(f16 a, f16 b) { return {_mm512_unpackhi_ps(a.v, b.v)}; }
+SIGPAK_INLINE d8 evens(d8 a, d8 b) { return low_parts(a, b); }
+SIGPAK_INLINE f16 evens(f16 a, f16 b) { return {_mm512_shuffle_ps(a.v, b.v, 0x88)}; }
+SIGPAK_INLINE d8 odds(d8 a, d8 b) { return high_parts(a, b); }
+SIGPAK_INLINE f16 odds(f16 a, f16 b) { return {_mm512_shuffle_ps(a.v, b.v, 0xdd)}; }
+SIGPAK_INLINE f16 low_pairs(f16 a, f16 b) { return {_mm512_shuffle_ps(a.v, b.v, 0x44)}; }
+SIGPAK_INLINE f16 high_pairs(f16 a, f16 b) { return {_mm512_shuffle_ps(a.v, b.v, 0xee)}; }
+SIGPAK_INLINE d8 evens_twice(d8 a) { return {_mm512_movedup_pd(a.v)}; }
+SIGPAK_INLINE f16 evens_twice(f16 a) { return {_mm512_moveldup_ps(a.v)}; }
+SIGPAK_INLINE d8 odds_twice(d8 a) { return {_mm512_permute_pd(a.v, 0xff)}; }
+SIGPAK_INLINE f16 odds_twice(f16 a) { return {_mm512_movehdup_ps(a.v)}; }
+SIGPAK_INLINE f16 middle_exchanged(f16 a) { return {_mm512_shuffle_ps(a.v, a.v, 0xd8)}; }
+
+SIGPAK_INLINE d8 exchanged(d8 a) { return {_mm512_permute_pd(a.v, 0x55)}; }
+SIGPAK_INLINE f16 exchanged(f16 a) { return {_mm512_permute_ps(a.v, 0xb1)}; }
+SIGPAK_INLINE d8 fma_even(d8 a, d8 b, d8 c) { return {_mm512_fmsubadd_pd(a.v, b.v, c.v)}; }
+SIGPAK_INLINE f16 fma_even(f16 a, f16 b, f16 c) { return {_mm512_fmsubadd_ps(a.v, b.v, c.v)}; }
+SIGPAK_INLINE d8 fma_odd(d8 a, d8 b, d8 c) { return {_mm512_fmaddsub_pd(a.v, b.v, c.v)}; }
+SIGPAK_INLINE f16 fma_odd(f16 a, f16 b, f16 c) { return {_mm512_fmaddsub_ps(a.v, b.v, c.v)}; }
+SIGPAK_INLINE d8 as_doubles(f16 a) { return {_mm512_castps_pd(a.v)}; }
+SIGPAK_INLINE f16 as_floats(d8 a) { return {_mm512_castpd_ps(a.v)}; }
+
+SIGPAK_INLINE d8 backwards(d8 a) { return {_mm512_shuffle_f64x2(a.v, a.v, 0x1b)}; }
+SIGPAK_INLINE f16 backwards(f16 a) {
+  const __m512i order = _mm512_setr_epi64(7, 6, 5, 4, 3, 2, 1, 0);
+  return {_mm512_castpd_ps(_mm512_permutexvar_pd(order, _mm512_castps_pd(a.v)))};
+}
+
+SIGPAK_INLINE void transpose_blocks(d8& a, d8& b, d8& c, d8& d) {
+  const __m512d ab_low = _mm512_shuffle_f64x2(a.v, b.v, 0x44);
+  const __m512d ab_high = _mm512_shuffle_f64x2(a.v, b.v, 0xee);
+  const __m512d cd_low = _mm512_shuffle_f64x2(c.v, d.v, 0x44);
+  const __m512d cd_high = _mm512_shuffle_f64x2(c.v, d.v, 0xee);
+  a = {_mm512_shuffle_f64x2(ab_low, cd_low, 0x88)};
+  b = {_mm512_shuffle_f64x2(ab_low, cd_low, 0xdd)};
+  c = {_mm512_shuffle_f64x2(ab_high, cd_high, 0x88)};
+  d = {_mm512_shuffle_f64x2(ab_high, cd_high, 0xdd)};
+}
+SIGPAK_INLINE void transpose_blocks(f16& a, f16& b, f16& c, f16& d) {
+  const __m512 ab_low = _mm512_shuffle_f32x4(a.v, b.v, 0x44);
+  const __m512 ab_high = _mm512_shuffle_f32x4(a.v, b.v, 0xee);
+  const __m512 cd_low = _mm512_shuffle_f32x4(c.v, d.v, 0x44);
+  const __m512 cd_high = _mm512_shuffle_f32x4(c.v, d.v, 0xee);
+  a = {_mm512_shuffle_f32x4(ab_low, cd_low, 0x88)};
+  b = {_mm512_shuffle_f32x4(ab_low, cd_low, 0xdd)};
+  c = {_mm512_shuffle_f32x4(ab_high, cd_high, 0x88)};
+  d = {_mm512_shuffle_f32x4(ab_high, cd_high, 0xdd)};
+}
+
+SIGPAK_INLINE d8 evens_first(d8 a) {
+  return {_mm512_permutexvar_pd(_mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7), a.v)};
+}
+SIGPAK_INLINE f16 evens_first(f16 a) { return as_floats(evens_first(as_doubles(a))); }
+SIGPAK_INLINE d8 turned_sum(d8 a, d8 b) {
+  return {_mm512_mask_sub_pd(_mm512_add_pd(a.v, b.v), 0x55, a.v, b.v)};
+}
+SIGPAK_INLINE f16 turned_sum(f16 a, f16 b) {
+  return {_mm512_mask_sub_ps(_mm512_add_ps(a.v, b.v), 0x5555, a.v, b.v)};
+}
+SIGPAK_INLINE d8 joined(d4 low, d4 high) {
+  return {_mm512_mask_broadcast_f64x4(_mm512_castpd256_pd512(low.v), 0xf0, high.v)};
+}
+// Of four blocks of 128 bits, those in even (odd) places of a, then of b.
+SIGPAK_INLINE d8 even_blocks(d8 a, d8 b) { return {_mm512_shuffle_f64x2(a.v, b.v, 0x88)}; }
+SIGPAK_INLINE d8 odd_blocks(d8 a, d8 b) { return {_mm512_shuffle_f64x2(a.v, b.v, 0xdd)}; }
+
+using mask = __mmask8;
+SIGPAK_INLINE mask operator<(real a, real b) { return _mm512_cmp_pd_mask(a.v, b.v, _CMP_LT_OQ); }
+SIGPAK_INLINE mask operator<=(real a, real b) { return _mm512_cmp_pd_mask(a.v, b.v, _CMP_LE_OQ); }
+SIGPAK_INLINE mask operator>(real a, real b) { return _mm512_cmp_pd_mask(a.v, b.v, _CMP_GT_OQ); }
+SIGPAK_INLINE mask operator==(real a, real b) { return _mm512_cmp_pd_mask(a.v, b.v, _CMP_EQ_OQ); }
+SIGPAK_INLINE mask not_at_most(real a, double b) { return _mm512_cmp_pd_mask(a.v, all(b).v, _CMP_NLE_UQ); }
+SIGPAK_INLINE mask both(mask a, mask b) { return _kand_mask8(a, b); }
+SIGPAK_INLINE mask either(mask a, mask b) { return _kor_mask8(a, b); }
+SIGPAK_INLINE mask opposite(mask a) { return _knot_mask8(a); }
+SIGPAK_INLINE int lanes_of(mask a) { return a; }
+SIGPAK_INLINE mask has_bit(words a, unsigned long long bit) {
+  return _mm512_test_epi64_mask(__m512i(a), __m512i(all_bits(bit)));
+}
+SIGPAK_INLINE real choose(mask m, real yes, real no) { return {_mm512_mask_blend_pd(m, no.v, yes.v)}; }
+SIGPAK_INLINE mask exclusive(mask a, mask b) { return _kxor_mask8(a, b); }
+SIGPAK_INLINE mask above(words a, words b) { return _mm512_cmpgt_epi64_mask(__m512i(a), __m512i(b)); }
+SIGPAK_INLINE real lesser(real a, real b) { return {_mm512_min_pd(a.v, b.v)}; }
+SIGPAK_INLINE real greater(real a, real b) { return {_mm512_max_pd(a.v, b.v)}; }
+SIGPAK_INLINE words only(mask m, unsigned long long x) {
+  return words(_mm512_maskz_mov_epi64(m, __m512i(all_bits(x))));
+}
+SIGPAK_INLINE real sqrt(real a) { return {_mm512_sqrt_pd(a.v)}; }
+SIGPAK_INLINE real at_least(real x, double limit) { return {_mm512_max_pd(all(limit).v, x.v)}; }
+SIGPAK_INLINE real at_most(real x, double limit) { return {_mm512_min_pd(all(limit).v, x.v)}; }
+
+// table[position & 7] for eight entries.
+SIGPAK_INLINE real look_up(const double* table, words position) {
+  return {_mm512_permutexvar_pd(__m512i(position), _mm512_loadu_pd(table))};
+}
+
+// a * 2^floor(n / 8 - lift) for -10400 < n - 8 lift < 8000, rounded once; shifted is n + to_integer.
+template <int lift = 0> SIGPAK_INLINE real scale_eighths(real a, real shifted) {
+  return {_mm512_scalef_pd(a.v, ((shifted - all(to_integer + 8 * lift)) * all(0.125)).v)};
+}
+
+SIGPAK_INLINE void split_pairs(real a, real b, real& even, real& odd) {
+  even = {_mm512_permutex2var_pd(a.v, _mm512_setr_epi64(0, 2, 4, 6, 8, 10, 12, 14), b.v)};
+  odd = {_mm512_permutex2var_pd(a.v, _mm512_setr_epi64(1, 3, 5, 7, 9, 11, 13, 15), b.v)};
+}
+SIGPAK_INLINE void join_pairs(real even, real odd, real& a, real& b) {
+  a = {_mm512_permutex2var_pd(even.v, _mm512_setr_epi64(0, 8, 1, 9, 2, 10, 3, 11), odd.v)};
+  b = {_mm512_permutex2var_pd(even.v, _mm512_setr_epi64(4, 12, 5, 13, 6, 14, 7, 15), odd.v)};
+}
+
+SIGPAK_INLINE real take_sign(real a, real sign) {
+  constexpr int first_chooses = 0xca;  // by its bits; compilers would take two operations
+  return from_bits(words(_mm512_ternarylogic_epi64(__m512i(all_bits(sign_bit)), __m512i(bits(sign)),
+                                                   __m512i(bits(a)), first_chooses)));
+}
+
+SIGPAK_INLINE bool any_zero(d8 a) { return _mm512_cmp_pd_mask(a.v, _mm512_setzero_pd(), _CMP_EQ_OQ) != 0; }
+SIGPAK_INLINE bool any_zero(f16 a) { return _mm512_cmp_ps_mask(a.v, _mm512_setzero_ps(), _CMP_EQ_OQ) != 0; }
+SIGPAK_INLINE bool all_below(d8 a, d8 b) { return _mm512_cmp_pd_mask(a.v, b.v, _CMP_NLT_UQ) == 0; }
+SIGPAK_INLINE bool all_below(f16 a, f16 b) { return _mm512_cmp_ps_mask(a.v, b.v, _CMP_NLT_UQ) == 0; }
+
+template <class F> SIGPAK_INLINE real made_of(F at) {
+  return {_mm512_setr_pd(at(0), at(1), at(2), at(3), at(4), at(5), at(6), at(7))};
+}
+SIGPAK_INLINE void write_some(double* to, real a, index count) {
+  if (count == lane_count) return store(to, a);
+  d4 half = {_mm512_castpd512_pd256(a.v)};
+  if ((count & 4) != 0) {
+    store(to, half);
+    to += 4;
+    half = {_mm512_extractf64x4_pd(a.v, 1)};
+  }
+  store_some(to, half, count);
+}
+SIGPAK_INLINE void write_some(float* to, real a, index count) {
+  const f8 floats = {_mm512_cvtpd_ps(a.v)};
+  if (count == lane_count) return store(to, floats);
+  f4 rest = {_mm256_castps256_ps128(floats.v)};
+  if ((count & 4) != 0) {
+    store(to, rest);
+    to += 4;
+    rest = {_mm256_extractf128_ps(floats.v, 1)};
+  }
+  store_some(to, rest, count);
+}
+
+}  // namespace
+}  // namespace sigpak::SIGPAK_LEVEL
