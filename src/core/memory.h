@@ -48,12 +48,11 @@ template <class T> class keyed_list {
     return table;
   }
 
-  status release() noexcept {
+  void release() noexcept {
     for (index i = 0; i < count_; ++i) free_table(entries_[i].table);
     free_table(entries_);
     entries_ = nullptr;
     count_ = 0;
-    return ok;
   }
 
  private:

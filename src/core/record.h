@@ -20,6 +20,7 @@ using index = std::ptrdiff_t;
 template <class V>
 concept record = std::same_as<V, dsp_vec> || std::same_as<V, dspf_vec>;
 template <record V> using scalar = std::remove_pointer_t<decltype(V::data)>;
+template <class T> using record_of = std::conditional_t<std::same_as<T, double>, dsp_vec, dspf_vec>;
 
 // Points read as signed: a negative count means empty.
 template <record V> constexpr index length(const V* v) noexcept {

@@ -114,17 +114,25 @@ template <record V> status pad(V* v, index n) noexcept {
   return ok;
 }
 
+template <class T> void widen(T* data, index points) noexcept {
+  isa::run(points, [=] {
+    each_from_end<2>(data, points, [data](index i) {
+      data[2 * i] = data[i];
+      data[2 * i + 1] = 0;
+    });
+  });
+}
+
+template <class T> void narrow(T* data, index points) noexcept {
+  isa::run(points, [=] { each(data, points, [data](index i) { data[i] = data[2 * i]; }); });
+}
+
 template <record V> status to_complex(V* v) noexcept {
   if (is_complex(v)) return ok;
   const auto points = v->points;
   v->complex = 1;
   if (reallocate(v, points, 0) != ok) return failed;
-  isa::run(length(v), [data = v->data, n = length(v)] {
-    each_from_end<2>(data, n, [data](index i) {
-      data[2 * i] = data[i];
-      data[2 * i + 1] = 0;
-    });
-  });
+  widen(v->data, length(v));
   return ok;
 }
 
@@ -140,6 +148,10 @@ template status reshape(dsp_vec*, index, bool) noexcept;
 template status reshape(dspf_vec*, index, bool) noexcept;
 template status pad(dsp_vec*, index) noexcept;
 template status pad(dspf_vec*, index) noexcept;
+template void widen(double*, index) noexcept;
+template void widen(float*, index) noexcept;
+template void narrow(double*, index) noexcept;
+template void narrow(float*, index) noexcept;
 template status to_complex(dsp_vec*) noexcept;
 template status to_complex(dspf_vec*) noexcept;
 

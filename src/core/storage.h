@@ -37,6 +37,10 @@ template <record V> status reshape(V* v, index points, bool complex) noexcept;
 // Lengthens to n points by appending zeros; never shortens.
 template <record V> status pad(V* v, index n) noexcept;
 
+// Reals to points in place, x to (x, 0), and back to the real parts.
+template <class T> void widen(T* data, index points) noexcept;
+template <class T> void narrow(T* data, index points) noexcept;
+
 // Real to complex in place, x to (x, 0); sets the flag of an empty record too.
 template <record V> status to_complex(V* v) noexcept;
 

@@ -1,19 +1,37 @@
-// The power-of-two transforms on plain memory: what the records' operations stand on.
+// The Fourier transforms on plain memory, of every length: what the records' operations stand on.
 #pragma once
 
 #include "core/record.h"
 
 namespace sigpak {
 
-// In place on interleaved complex data, natural order in and out; points a power of two, at least 2.
-// Forward with exponent -, times 1/points; inverse with exponent +, unscaled. Tables are fetched before the
-// data are touched: a failure leaves them as they were.
+// In place on interleaved complex data, natural order in and out; any number of points. Forward with exponent
+// -, times 1/points; inverse with exponent +, unscaled. Tables are fetched before the data are touched: a
+// failure leaves them as they were. So do all of these.
 template <class T> status transform(T* data, index points, bool inverse) noexcept;
 
+// The transform of `points` reals, which become pairs: data has room for 2 points scalars.
+template <class T> status transform_reals(T* data, index points, bool inverse) noexcept;
+
 // In place: `points` reals to the points / 2 + 1 pairs of their half spectrum, and back from the pairs to the
-// reals, which ignores the imaginary parts of the two outer bins. points a power of two, at least 4; data has
-// room for points + 2 scalars. Scaling and failure as above.
+// reals. data has room for half_spectrum_room(points) scalars. The way back of a power of two, at least 4,
+// ignores the imaginary parts of the two outer bins.
 template <class T> status forward_real(T* data, index points) noexcept;
 template <class T> status inverse_real(T* data, index points) noexcept;
+index half_spectrum_room(index points) noexcept;
+
+// What transforms complex data.
+enum class algorithm {
+  identity,     // of at most one point
+  pair,         // of two, scaled before the sum, which then cannot overflow
+  small,        // in registers, without tables: short powers of two
+  lanes,        // side by side in the lanes: powers of two
+  mixed,        // by columns and rows: small prime factors
+  direct,       // by the definition: short odd lengths
+  chirp,        // by a convolution in the lanes: all others
+  split_radix,  // at the baseline: powers of two
+  bluestein     // at the baseline: all others
+};
+template <class T> algorithm algorithm_for(index points) noexcept;
 
 }  // namespace sigpak

@@ -142,11 +142,10 @@ template <class T> T* wide_scratch(index count, const T* data) noexcept {
   return scratch<T>.at_least(count, data);
 }
 
-template <class T> status release_wide_fft() noexcept {
+template <class T> void release_wide_fft() noexcept {
   release_plans<T>();
   release_mixed_plans<T>();
   scratch<T>.release();
-  return ok;
 }
 
 template bool small_wide_fft(double*, index, bool) noexcept;
@@ -167,7 +166,7 @@ template status wide_dft(double*, index, bool) noexcept;
 template status wide_dft(float*, index, bool) noexcept;
 template double* wide_scratch(index, const double*) noexcept;
 template float* wide_scratch(index, const float*) noexcept;
-template status release_wide_fft<double>() noexcept;
-template status release_wide_fft<float>() noexcept;
+template void release_wide_fft<double>() noexcept;
+template void release_wide_fft<float>() noexcept;
 
 }  // namespace sigpak::kernels

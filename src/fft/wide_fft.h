@@ -30,6 +30,6 @@ template <class T> status wide_dft(T* data, index points, bool inverse) noexcept
 template <class T> T* wide_scratch(index count, const T* data) noexcept;
 
 // Frees the tables and the scratch memory of one precision.
-template <class T> status release_wide_fft() noexcept;
+template <class T> void release_wide_fft() noexcept;
 
 }  // namespace sigpak::kernels

@@ -1,58 +1,83 @@
-// The transform of a real record whose length is a power of two, to half a spectrum and back.
+// The transform of a real record to half a spectrum and back.
+#include <algorithm>
+
+#include "core/power_of_two.h"
 #include "core/storage.h"
 #include "elementwise/elementwise.h"
 #include "fft/transform.h"
 #include "spectral/spacing.h"
 #include "spectral/spectral.h"
-#include "fft/baseline/tables.h"
 
 namespace sigpak {
 namespace {
-
-constexpr index least_kernel = 4;
 
 template <record V> void set_shape(V* v, index points, bool complex) noexcept {
   v->points = static_cast<std::uint32_t>(points);
   v->complex = complex ? 1 : 0;
 }
 
-template <record V> status to_half_spectrum(V* v, index points) noexcept {
-  if (points == 1) return ok;
-  if (points < least_kernel) return fft(v, 0);
-  if (reshape(v, points / 2 + 1, true) != ok) return failed;
-  if (forward_real(v->data, points) == ok) return ok;
-  set_shape(v, points, false);
-  return failed;
+template <record V> status to_half_spectrum(V* v) noexcept {
+  const index points = length(v);
+  if (points < 2) return ok;
+  if (reshape(v, half_spectrum_room(points) / 2, true) != ok) return failed;
+  const bool done = forward_real(v->data, points) == ok;
+  done ? set_shape(v, points / 2 + 1, true) : set_shape(v, points, false);
+  return done ? ok : failed;
 }
 
-// A lent record moves to storage of its own, as it does wherever the whole spectrum is rebuilt.
+// A lent record moves to storage of its own.
 template <record V> status from_half_spectrum(V* v, index points) noexcept {
-  if (to_complex(v) != ok || reallocate(v, v->points, v->complex) != ok) return failed;
-  if (inverse_real(v->data, points) != ok) return failed;
-  set_shape(v, points, false);
-  v->delta = reciprocal_spacing(v->delta, static_cast<scalar<V>>(points));
-  return ok;
+  if (points < 2) return keep_real(v);
+  const index bins = length(v);
+  if (to_complex(v) != ok || reshape(v, half_spectrum_room(points) / 2, true) != ok) return failed;
+  const bool done = inverse_real(v->data, points) == ok;
+  done ? set_shape(v, points, false) : set_shape(v, bins, true);
+  return done ? ok : failed;
+}
+
+// 2 (P - 1) or 2 P - 1 points from P, but one from one.
+constexpr index whole(index bins, bool odd) noexcept {
+  return bins < 2 ? bins : odd ? 2 * bins - 1 : 2 * bins - 2;
 }
 
 }  // namespace
 
-template <record V> status real_fft(V* v) noexcept {
+template <record V> status real_dft(V* v) noexcept {
   const index points = length(v);
-  if (is_complex(v) || !is_power_of_two(points)) return failed;
+  if (is_complex(v)) return failed;
   const scalar<V> delta = v->delta;
-  if (to_half_spectrum(v, points) != ok) return failed;
-  v->delta = transformed_spacing(delta, points);
+  if (to_half_spectrum(v) != ok) return failed;
+  v->delta = transformed_spacing(delta, std::max<index>(points, 1));
+  return ok;
+}
+
+template <record V> status real_fft(V* v) noexcept {
+  return is_power_of_two(length(v)) ? real_dft(v) : failed;
+}
+
+template <record V> status inverse_real_dft(V* v, bool odd) noexcept {
+  const index points = whole(length(v), odd);
+  const scalar<V> delta = v->delta;
+  if (from_half_spectrum(v, points) != ok) return failed;
+  v->delta = dft_spacing(delta, points);
   return ok;
 }
 
 template <record V> status inverse_real_fft(V* v) noexcept {
-  const index points = 2 * (length(v) - 1);
-  if (points >= least_kernel && is_power_of_two(points)) return from_half_spectrum(v, points);
-  return reconstruct(v, false) == ok && fft(v, 1) == ok ? keep_real(v) : failed;
+  const index points = whole(length(v), false);
+  if (!is_power_of_two(points)) return reconstruct(v, false), failed;
+  const scalar<V> delta = v->delta;
+  if (from_half_spectrum(v, points) != ok) return failed;
+  v->delta = reciprocal_spacing(delta, static_cast<scalar<V>>(points));
+  return ok;
 }
 
+template status real_dft(dsp_vec*) noexcept;
+template status real_dft(dspf_vec*) noexcept;
 template status real_fft(dsp_vec*) noexcept;
 template status real_fft(dspf_vec*) noexcept;
+template status inverse_real_dft(dsp_vec*, bool) noexcept;
+template status inverse_real_dft(dspf_vec*, bool) noexcept;
 template status inverse_real_fft(dsp_vec*) noexcept;
 template status inverse_real_fft(dspf_vec*) noexcept;
 
@@ -65,3 +90,9 @@ int32_t dspfi_rfft(dspf_vec* v) { return real_fft(v); }
 
 int32_t dspi_irfft(dsp_vec* v) { return inverse_real_fft(v); }
 int32_t dspfi_irfft(dspf_vec* v) { return inverse_real_fft(v); }
+
+int32_t dspi_rdft(dsp_vec* v) { return real_dft(v); }
+int32_t dspfi_rdft(dspf_vec* v) { return real_dft(v); }
+
+int32_t dspi_irdft(dsp_vec* v, int32_t odd) { return inverse_real_dft(v, odd != 0); }
+int32_t dspfi_irdft(dspf_vec* v, int32_t odd) { return inverse_real_dft(v, odd != 0); }

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "core/guard.h"
-#include "fft/baseline/tables.h"
+#include "core/power_of_two.h"
 
 namespace sigpak {
 

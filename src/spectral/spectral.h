@@ -5,6 +5,9 @@
 
 namespace sigpak {
 
+// Complex from two points on; delta stays. A failure leaves points and form as they were.
+template <record V> status transform_record(V* v, bool inverse) noexcept;
+
 template <record V> status fft(V* v, int direction) noexcept;
 template <record V> status dft(V* v, int direction) noexcept;
 // The lower half of the spectrum of a real record of any length, and back.

@@ -31,7 +31,7 @@ template <class V> class WideChirp : public testing::Test {
   }
   static void release() {
     kernels::release_wide_chirp<scalar<V>>();
-    ASSERT_EQ(kernels::release_wide_fft<scalar<V>>(), ok);
+    kernels::release_wide_fft<scalar<V>>();
   }
 };
 TYPED_TEST_SUITE(WideChirp, records, record_names);

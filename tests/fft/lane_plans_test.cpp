@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 #include <malloc.h>
 
-#include "fft/wide_fft.h"
 #include "fft/plans/lane_plan.h"
+#include "fft/wide_fft.h"
 #include "spectral/reference.h"
 #include "support/failing.h"
 
@@ -75,7 +75,7 @@ TYPED_TEST(WideFft, RealDataGiveTheirHalfSpectrumAndComeBack) {
     EXPECT_LT(relative_l2(back, in), 8 * unit_roundoff<V>) << n;
     for (const index offset : {1, 2, 3, 5}) {
       EXPECT_EQ(wide_real<V>(half, n, true, offset), back) << n;
-      ASSERT_EQ(kernels::release_wide_fft<scalar<V>>(), ok);
+      kernels::release_wide_fft<scalar<V>>();
       half[1] = half.back() = 0;
       EXPECT_EQ(wide_real<V>(in, n, false, offset), half) << n;
     }
@@ -90,7 +90,7 @@ TYPED_TEST(WideFft, BitsDependNeitherOnThePlaceNorOnRebuiltTables) {
       const auto in = noise<V>(2 * n, 9);
       const auto wanted = wide<V>(in, inverse, 0);
       for (const index offset : {1, 2, 3, 5}) EXPECT_EQ(wide<V>(in, inverse, offset), wanted) << n;
-      ASSERT_EQ(kernels::release_wide_fft<scalar<V>>(), ok);
+      kernels::release_wide_fft<scalar<V>>();
       EXPECT_EQ(wide<V>(in, inverse, 0), wanted) << n;
     }
   }
@@ -113,7 +113,7 @@ TYPED_TEST(WideFft, LongTransformsFollowTheDefinitionAtAnyPlace) {
   using T = scalar<V>;
   for (const bool streamed : {false, true}) {
     const as_if_long sizes(streamed);
-    ASSERT_EQ(kernels::release_wide_fft<T>(), ok);
+    kernels::release_wide_fft<T>();
     for (index n = 2048; n <= 1 << 15; n *= 2) {
       if (!kernels::has_wide_fft<T>(n)) continue;
       for (const bool inverse : {false, true}) {
@@ -158,7 +158,7 @@ TYPED_TEST(WideFft, LengthsWithSmallPrimeFactors) {
       got = samples<V>(got.begin() + 1, got.end() - 1);
       EXPECT_LT(transform_error<V>(signal<V>(got, true), wanted, n), error_limit) << n << " " << inverse;
       if (n < 500) continue;
-      ASSERT_EQ(kernels::release_wide_fft<T>(), ok);
+      kernels::release_wide_fft<T>();
       samples<V> again = in;
       ASSERT_EQ(kernels::wide_dft(again.data(), n, inverse), ok);
       EXPECT_EQ(again, got) << n;

@@ -1,7 +1,8 @@
 // The bit-reversal permutation and its lists.
 #include <gtest/gtest.h>
 
-#include "fft/baseline/tables.h"
+#include "core/power_of_two.h"
+#include "fft/baseline/bit_reversal.h"
 #include "support/failing.h"
 #include "support/signal.h"
 

@@ -1,8 +1,8 @@
 // The reference, the tables of the transforms, and transforms known to the last bit.
 #include <gtest/gtest.h>
 
+#include "fft/baseline/twiddles.h"
 #include "spectral/reference.h"
-#include "fft/baseline/tables.h"
 #include "support/failing.h"
 
 namespace sigpak::test {

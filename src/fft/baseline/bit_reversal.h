@@ -1,9 +1,16 @@
 // The permutation that sends every point to the index with its address bits reversed.
 #pragma once
 
-#include "fft/baseline/tables.h"
+#include "core/record.h"
 
 namespace sigpak {
+
+// Pairs (i, j) of indices that are each other's reversal, i != j, each pair once; ended by a single 0.
+template <class T> const std::uint32_t* swap_list(int bits) noexcept;
+
+// Indices that are their own reversal, 0 among them; ended by the marker.
+template <class T> const std::uint32_t* fixed_point_list(int bits) noexcept;
+inline constexpr std::uint32_t end_of_fixed_points = 0x12345678;  // reads differently backwards
 
 template <class T> class bit_reversal {
  public:

@@ -3,8 +3,8 @@
 //
 // J. W. Cooley, P. A. W. Lewis, P. D. Welch, "The fast Fourier transform algorithm: programming
 // considerations in the calculation of sine, cosine and Laplace transforms", J. Sound Vib. 12 (1970).
-#include "fft/wide_fft.h"
-#include "fft/transform.h"
+#include "fft/baseline/packed_real.h"
+
 #include "fft/baseline/split_radix.h"
 
 namespace sigpak {
@@ -65,12 +65,7 @@ template <class T> void pack(T* x, index h, const T* groups) noexcept {
 
 }  // namespace
 
-template <class T> status forward_real(T* data, index points) noexcept {
-  if (kernels::small_wide_real_fft(data, points, false)) return ok;
-  if (kernels::has_wide_real_fft<T>(points)) {
-    own_twiddle_cache<T>();
-    return kernels::wide_real_fft(data, points, false);
-  }
+template <class T> status forward_packed(T* data, index points) noexcept {
   split_radix<T> packed;
   const T* const groups = twiddles<T>(points);
   if (groups == nullptr || packed.prepare(points / 2, false) != ok) return failed;
@@ -79,12 +74,7 @@ template <class T> status forward_real(T* data, index points) noexcept {
   return ok;
 }
 
-template <class T> status inverse_real(T* data, index points) noexcept {
-  if (kernels::small_wide_real_fft(data, points, true)) return ok;
-  if (kernels::has_wide_real_fft<T>(points)) {
-    own_twiddle_cache<T>();
-    return kernels::wide_real_fft(data, points, true);
-  }
+template <class T> status inverse_packed(T* data, index points) noexcept {
   split_radix<T> packed;
   const T* const groups = twiddles<T>(points);
   if (groups == nullptr || packed.prepare(points / 2, true) != ok) return failed;
@@ -93,9 +83,9 @@ template <class T> status inverse_real(T* data, index points) noexcept {
   return ok;
 }
 
-template status forward_real(double*, index) noexcept;
-template status forward_real(float*, index) noexcept;
-template status inverse_real(double*, index) noexcept;
-template status inverse_real(float*, index) noexcept;
+template status forward_packed(double*, index) noexcept;
+template status forward_packed(float*, index) noexcept;
+template status inverse_packed(double*, index) noexcept;
+template status inverse_packed(float*, index) noexcept;
 
 }  // namespace sigpak

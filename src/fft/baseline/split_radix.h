@@ -1,8 +1,9 @@
 // The split-radix transform with its tables: fetched first, so that a failure comes before the data change.
 #pragma once
 
+#include "core/power_of_two.h"
 #include "fft/baseline/bit_reversal.h"
-#include "fft/baseline/tables.h"
+#include "fft/baseline/twiddles.h"
 
 namespace sigpak {
 
@@ -50,5 +51,13 @@ template <class T> class split_radix {
   ladder<T> twiddle_;
   bit_reversal<T> order_;  // scales the forward transform
 };
+
+// The whole of it: points a power of two, at least 2.
+template <class T> status split_radix_transform(T* data, index points, bool inverse) noexcept {
+  split_radix<T> plan;
+  if (plan.prepare(points, inverse) != ok) return failed;
+  plan.run(data);
+  return ok;
+}
 
 }  // namespace sigpak

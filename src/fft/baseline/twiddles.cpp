@@ -1,9 +1,9 @@
 // Twiddle tables of the power-of-two transforms.
+#include "fft/baseline/twiddles.h"
+
 #include "core/frame.h"
 #include "core/memory.h"
 #include "core/roots.h"
-#include "fft/wide_fft.h"
-#include "fft/baseline/tables.h"
 
 namespace sigpak {
 namespace {
@@ -50,17 +50,13 @@ template <class T> void fill_second_triples(T* table, index points) noexcept {
 
 }  // namespace
 
-template <class T> void own_twiddle_cache() noexcept {
-  register_cache<record_of<T>>(cache::twiddles, []() noexcept {
-    const status wide = kernels::release_wide_fft<T>();
-    return tables<T>.release() == ok ? wide : failed;
-  });
-}
-
 template <class T> const T* twiddles(index points) noexcept {
   const index key = points / 4 * group;
   if (const T* known = tables<T>.find(key); known != nullptr) return known;
-  own_twiddle_cache<T>();
+  register_cache<record_of<T>>(cache::twiddles, []() noexcept {
+    tables<T>.release();
+    return ok;
+  });
   T* const table = tables<T>.append(key, key);
   if (table == nullptr) return nullptr;
   fill_first_triples(table, points);
@@ -68,8 +64,6 @@ template <class T> const T* twiddles(index points) noexcept {
   return table;
 }
 
-template void own_twiddle_cache<double>() noexcept;
-template void own_twiddle_cache<float>() noexcept;
 template const double* twiddles(index) noexcept;
 template const float* twiddles(index) noexcept;
 

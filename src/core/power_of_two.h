@@ -1,0 +1,17 @@
+// Powers of two.
+#pragma once
+
+#include <bit>
+
+#include "core/record.h"
+
+namespace sigpak {
+
+// Not by counting bits, which takes a call where the processor may lack the instruction.
+constexpr bool is_power_of_two(index n) noexcept { return n > 0 && (n & (n - 1)) == 0; }
+
+constexpr int address_bits(index points) noexcept {
+  return std::countr_zero(static_cast<std::uint64_t>(points));
+}
+
+}  // namespace sigpak
