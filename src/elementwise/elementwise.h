@@ -30,6 +30,11 @@ float bessel_i0(float x) noexcept;
 template <record V> status add(const V* a, const V* b, V* out) noexcept;
 template <record V> status subtract(const V* a, const V* b, V* out) noexcept;
 template <record V> status multiply(const V* a, const V* b, V* out) noexcept;
+// v[i] *= factors[i], the spacing stays. A lent record moves to storage of its own.
+template <record V> status multiply_by_reals(V* v, const scalar<V>* factors) noexcept;
+// a[i] *= b[i] on plain memory, scalars per point given: reals by reals, pairs by reals or pairs.
+template <class T>
+void multiply_in_place(T* a, index a_width, const T* b, index b_width, index points) noexcept;
 template <record V> status multiply_conjugate(const V* a, const V* b, V* out) noexcept;
 template <record V> status divide(const V* a, const V* b, V* out) noexcept;
 template <record V> status add_weighted(const V* a, const V* b, V* out, scalar<V> weight) noexcept;

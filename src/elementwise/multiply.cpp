@@ -28,12 +28,33 @@ template <record V> status multiply(const V* a, const V* b, V* out) noexcept {
   return combine(a, b, out, times{});
 }
 
+template <class T>
+void multiply_in_place(T* a, index a_width, const T* b, index b_width, index points) noexcept {
+  if (a_width == 1) {
+    combine_points(real_points{a}, real_points{b}, real_points{a}, points, times{});
+  } else if (b_width == 1) {
+    combine_points(complex_points{a}, real_points{b}, complex_points{a}, points, times{});
+  } else {
+    combine_points(complex_points{a}, complex_points{b}, complex_points{a}, points, times{});
+  }
+}
+
+template <record V> status multiply_by_reals(V* v, const scalar<V>* factors) noexcept {
+  if (reallocate(v, v->points, v->complex) != ok) return failed;
+  multiply_in_place(v->data, width(v), factors, 1, length(v));
+  return ok;
+}
+
 template <record V> status multiply_conjugate(const V* a, const V* b, V* out) noexcept {
   return combine(a, b, out, times_conjugate{});
 }
 
 template status multiply(const dsp_vec*, const dsp_vec*, dsp_vec*) noexcept;
 template status multiply(const dspf_vec*, const dspf_vec*, dspf_vec*) noexcept;
+template void multiply_in_place(double*, index, const double*, index, index) noexcept;
+template void multiply_in_place(float*, index, const float*, index, index) noexcept;
+template status multiply_by_reals(dsp_vec*, const double*) noexcept;
+template status multiply_by_reals(dspf_vec*, const float*) noexcept;
 template status multiply_conjugate(const dsp_vec*, const dsp_vec*, dsp_vec*) noexcept;
 template status multiply_conjugate(const dspf_vec*, const dspf_vec*, dspf_vec*) noexcept;
 

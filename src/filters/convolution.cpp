@@ -10,10 +10,11 @@
 #include "core/copy.h"
 #include "core/frame.h"
 #include "core/isa.h"
+#include "core/memory.h"
 #include "core/record_order.h"
 #include "core/storage.h"
 #include "elementwise/elementwise.h"
-#include "spectral/spectral.h"
+#include "fft/transform.h"
 
 namespace sigpak {
 namespace {
@@ -22,41 +23,65 @@ namespace {
 // double.
 constexpr double same_taps = 5 * std::numeric_limits<double>::epsilon();
 
-template <record V> constinit V kept_taps = {1, nullptr, 0, 0, 0, 0};
-template <record V> constinit V kept_spectrum = {1, nullptr, 0, 0, 0, 0};
-template <record V> constinit V kept_section = {1, nullptr, 0, 0, 0, 0};
-template <record V>
-constinit index kept_length = 0;  // transform length of the spectrum; 0 while there is none
+// The taps of the last filter and their spectrum, and the section under way.
+template <record V> struct kept_filter {
+  V taps = {1, nullptr, 0, 0, 0, 0};
+  scalar<V>* spectrum = nullptr;
+  scalar<V>* section = nullptr;
+  index room = 0;       // transform length that both tables have room for
+  index transform = 0;  // that of the spectrum; 0 while there is none
+};
+template <record V> constinit kept_filter<V> kept;
 
 template <record V> status release() noexcept {
-  kept_length<V> = 0;
-  if (destroy(&kept_taps<V>) != ok || destroy(&kept_section<V>) != ok) return failed;
-  return destroy(&kept_spectrum<V>);
+  auto& k = kept<V>;
+  free_table(k.spectrum);
+  free_table(k.section);
+  k.spectrum = k.section = nullptr;
+  k.room = k.transform = 0;
+  return destroy(&k.taps);
+}
+
+template <record V> status make_room(index transform) noexcept {
+  auto& k = kept<V>;
+  if (transform <= k.room) return ok;
+  k.room = k.transform = 0;
+  for (scalar<V>** const table : {&k.spectrum, &k.section}) {
+    scalar<V>* const grown = resize_table(*table, half_spectrum_room(transform));
+    if (grown == nullptr) return failed;
+    *table = grown;
+  }
+  k.room = transform;
+  return ok;
 }
 
 // A tap that is not finite makes a difference that is NaN, which passes for none.
 template <record V> bool comparable(const V* taps) noexcept { return all_finite(taps->data, length(taps)); }
 
 template <record V> bool spectrum_fits(const V* taps, index transform) noexcept {
-  if (kept_length<V> != transform) return false;
+  if (kept<V>.transform != transform) return false;
   const auto tolerance = static_cast<scalar<V>>(std::abs(static_cast<double>(taps->data[0])) * same_taps);
   std::int32_t order = 0;
-  return compare(taps, &kept_taps<V>, tolerance, &order) == ok && order == 0;
+  return compare(taps, &kept<V>.taps, tolerance, &order) == ok && order == 0;
 }
 
 // The spectrum of the taps, scaled so that it makes up for the factor of the forward transform; null on
 // failure.
-template <record V> const V* spectrum_of(const V* taps, index transform) noexcept {
+template <record V> const scalar<V>* spectrum_of(const V* taps, index transform) noexcept {
+  using T = scalar<V>;
   register_cache<V>(cache::fir, release<V>);
+  auto& k = kept<V>;
   const bool keeps = comparable(taps);
-  if (keeps && spectrum_fits(taps, transform)) return &kept_spectrum<V>;
-  V* const spectrum = &kept_spectrum<V>;
-  kept_length<V> = 0;
-  if (copy(&kept_taps<V>, taps) != ok || copy(spectrum, taps) != ok) return nullptr;
-  scale(spectrum, static_cast<scalar<V>>(transform));
-  if (pad(spectrum, transform) != ok || real_fft(spectrum) != ok) return nullptr;
-  if (keeps) kept_length<V> = transform;
-  return spectrum;
+  if (keeps && spectrum_fits(taps, transform)) return k.spectrum;
+  k.transform = 0;
+  if (make_room<V>(transform) != ok || copy(&k.taps, taps) != ok) return nullptr;
+  const index count = length(taps);
+  const T factor = static_cast<T>(transform);
+  for (index i = 0; i < count; ++i) k.spectrum[i] = factor * taps->data[i];
+  std::fill(k.spectrum + count, k.spectrum + transform, T(0));
+  if (forward_real(k.spectrum, transform) != ok) return nullptr;
+  if (keeps) k.transform = transform;
+  return k.spectrum;
 }
 
 // A transform length that keeps sections in the inner caches, for any length of the block.
@@ -84,28 +109,25 @@ void fill_section(scalar<V>* x, const V* in, const V* history, index begin, inde
 template <record V>
 status convolve_sections(const V* in, V* out, const V* taps, const V* history, index before,
                          index transform) noexcept {
-  const V* const spectrum = spectrum_of(taps, transform);
+  using T = scalar<V>;
+  const T* const spectrum = spectrum_of(taps, transform);
   if (spectrum == nullptr) return failed;
-  V* const section = &kept_section<V>;
+  T* const x = kept<V>.section;
   const index points = length(in);
   const index step = transform - before;
   for (index begin = 0; begin < points; begin += step) {
     const index fresh = std::min(step, points - begin);
-    section->complex = 0;
-    section->points = static_cast<std::uint32_t>(transform);
-    if (allocate(section) != ok) return failed;
-    fill_section(section->data, in, history, begin, fresh, before);
-    std::fill(section->data + before + fresh, section->data + transform, scalar<V>(0));
-    if (real_fft(section) != ok || multiply(section, spectrum, section) != ok ||
-        inverse_real_fft(section) != ok) {
-      return failed;
-    }
-    std::copy_n(section->data + before, fresh, out->data + begin);
+    fill_section(x, in, history, begin, fresh, before);
+    std::fill(x + before + fresh, x + transform, T(0));
+    if (forward_real(x, transform) != ok) return failed;
+    multiply_in_place(x, 2, spectrum, 2, transform / 2 + 1);
+    if (inverse_real(x, transform) != ok) return failed;
+    std::copy_n(x + before, fresh, out->data + begin);
   }
   return ok;
 }
 
-constexpr index power_of_two(index n) noexcept {
+constexpr index next_power_of_two(index n) noexcept {
   return static_cast<index>(std::bit_ceil(static_cast<std::uint64_t>(n)));
 }
 
@@ -124,8 +146,8 @@ template <record V> index convolve_fast(const V* in, V* out, const V* taps, cons
   // A transform of the block alone wraps onto its first outputs, unless there is room for them anyhow.
   // Repairing them costs count^2 products, which pays while that is below what a transform of twice the
   // length would add, about 9 n log2 n.
-  const index circle = power_of_two(points);
-  const index whole = power_of_two(points + before);
+  const index circle = next_power_of_two(points);
+  const index whole = next_power_of_two(points + before);
   if (circle < whole && count * count <= 9 * std::countr_zero(static_cast<std::uint64_t>(circle)) * points) {
     return convolve_sections(in, out, taps, history, 0, circle) == ok ? before : failed;
   }

@@ -23,10 +23,8 @@ template <record V> status apply(V* v, int window, int flags, double width) noex
   const bool rotated = uniform ? has(flags, DSP_WINDOW_FLAG_ROTATE) : !has(flags, DSP_WINDOW_FLAG_NO_ROTATE);
   if (uniform && !has(flags, DSP_WINDOW_FLAG_WIDTH)) return rotate_if(rotated, v);
   if (length(v) == 0) return apply_to_empty<V>(window, flags, width);
-  V* const w = cached_window<V>(v->points, window, flags, width);
-  if (w == nullptr) return failed;
-  w->delta = v->delta;  // so that the product keeps it
-  if (multiply<V>(v, w, v) != ok) return failed;
+  const V* const w = cached_window<V>(v->points, window, flags, width);
+  if (w == nullptr || multiply_by_reals(v, w->data) != ok) return failed;
   return rotate_if(rotated, v);
 }
 

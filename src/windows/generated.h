@@ -14,8 +14,7 @@ template <record V, class Generate> status apply_generated(V* v, int flags, Gene
   w.points = static_cast<std::uint32_t>(length(v));
   if (allocate<V>(&w) != ok || generate(&w) != ok) return failed;
   if (length(v) == 0) return ok;
-  w.delta = v->delta;  // so that the product keeps it
-  if (multiply<V>(v, &w, v) != ok) return failed;
+  if (multiply_by_reals(v, w.data) != ok) return failed;
   return has(flags, DSP_WINDOW_FLAG_NO_ROTATE) ? ok : rotate_left_half(v);
 }
 

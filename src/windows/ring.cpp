@@ -71,7 +71,8 @@ bool holds(const slot<V>& s, std::uint32_t points, int window, int flags, double
 
 }  // namespace
 
-template <record V> V* cached_window(std::uint32_t points, int window, int flags, double width) noexcept {
+template <record V>
+const V* cached_window(std::uint32_t points, int window, int flags, double width) noexcept {
   if (open<V>() != ok) return nullptr;
   ring<V>& all = windows<V>();
   const int shape = flags & shape_mask;
@@ -89,7 +90,7 @@ template <record V> V* cached_window(std::uint32_t points, int window, int flags
   return &s.samples;
 }
 
-template dsp_vec* cached_window(std::uint32_t, int, int, double) noexcept;
-template dspf_vec* cached_window(std::uint32_t, int, int, double) noexcept;
+template const dsp_vec* cached_window(std::uint32_t, int, int, double) noexcept;
+template const dspf_vec* cached_window(std::uint32_t, int, int, double) noexcept;
 
 }  // namespace sigpak
