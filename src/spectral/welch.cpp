@@ -5,8 +5,8 @@
 #include <limits>
 
 #include "core/copy.h"
+#include "core/power_of_two.h"
 #include "core/room.h"
-#include "fft/baseline/tables.h"
 #include "fft/transform.h"
 #include "spectral/folds.h"
 #include "spectral/segments.h"
