@@ -37,7 +37,7 @@ template <class T> point<double> turned(double_double size, double angle) noexce
 
 template <class T> void exponential(T* x, index n) noexcept {
   if (const auto* wide = at_level<kernels::exponential_functions<T>>()) return wide->exponential(x, n);
-  map_nearest(x, n, guarded_exp<T>, precise_exp);
+  map_nearest_one_by_one(x, n, guarded_exp<T>, precise_exp);
 }
 
 template <class T> void exponential_points(T* z, index points) noexcept {

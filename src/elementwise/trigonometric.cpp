@@ -1,7 +1,5 @@
 // Trigonometric functions and their inverses, in place.
-#include <bit>
 #include <cmath>
-#include <cstdint>
 
 #include "elementwise/in_place.h"
 #include "elementwise/precise.h"
@@ -13,53 +11,41 @@
 namespace sigpak {
 namespace {
 
-// Single precision is rounded right at every x, for which y, in double, must not be too close to where the
-// float changes: within 2^-47, which is far more than a C library's error.
-template <class T> bool is_decided(double y) noexcept {
-  if constexpr (sizeof(T) < sizeof(double)) {
-    constexpr std::uint64_t unit = std::uint64_t(1) << 29;  // of a float in the last bits of a double
-    constexpr std::uint64_t doubt = 1U << 6;
-    return (std::bit_cast<std::uint64_t>(y) + unit / 2 + doubt) % unit >= 2 * doubt;
-  } else {
-    return true;
-  }
-}
-
-// The C library's y near zero; its reduction of far angles loses digits beside the multiples of pi / 2.
-template <class T> double choose(double x, double y, double careful(double) noexcept) noexcept {
-  return std::abs(x) <= sine_reduction_end && is_decided<T>(y) ? y : careful(x);
+// y, the C library's near zero; its reduction of far angles loses digits beside the multiples of pi / 2.
+template <double y(double), double careful(double) noexcept> double near_or(double x) noexcept {
+  return std::abs(x) <= sine_reduction_end ? y(x) : careful(x);
 }
 
 template <class T> void sine(T* x, index n) noexcept {
   if (const auto* wide = at_level<kernels::circular_functions<T>>()) return wide->sine(x, n);
-  map(x, n, [](double u) { return choose<T>(u, std::sin(u), kernels::careful_sine<T>); });
+  map_nearest_one_by_one(x, n, near_or<std::sin, kernels::careful_sine<T>>, kernels::careful_sine<T>);
 }
 
 template <class T> void cosine(T* x, index n) noexcept {
   if (const auto* wide = at_level<kernels::circular_functions<T>>()) return wide->cosine(x, n);
-  map(x, n, [](double u) { return choose<T>(u, std::cos(u), kernels::careful_cosine<T>); });
+  map_nearest_one_by_one(x, n, near_or<std::cos, kernels::careful_cosine<T>>, kernels::careful_cosine<T>);
 }
 
 template <class T> void tangent(T* x, index n) noexcept {
   if (const auto* wide = at_level<kernels::circular_functions<T>>()) return wide->tangent(x, n);
-  map(x, n, [](double u) { return choose<T>(u, std::tan(u), kernels::careful_tangent<T>); });
+  map_nearest_one_by_one(x, n, near_or<std::tan, kernels::careful_tangent<T>>, kernels::careful_tangent<T>);
 }
 
 // In double precision the sine carries more digits, so that the quotient is rounded once.
 template <class T> double unnormalised_sinc(double x) noexcept {
   if (std::abs(x) < 0x1p-27) return 1;  // to which it rounds
-  if constexpr (sizeof(T) < sizeof(double)) {
-    return choose<T>(x, std::sin(x) / x, kernels::careful_sine_quotient<T>);
-  } else {
-    if (std::abs(x) <= sine_reduction_end) [[likely]]
-      return rounded(quotient(sine_parts(x), x));
+  if (!(std::abs(x) <= sine_reduction_end)) [[unlikely]]
     return kernels::careful_sine_quotient<T>(x);
+  if constexpr (sizeof(T) < sizeof(double)) {
+    return std::sin(x) / x;
+  } else {
+    return rounded(quotient(sine_parts(x), x));
   }
 }
 
 template <class T> void sine_quotient(T* x, index n) noexcept {
   if (const auto* wide = at_level<kernels::circular_functions<T>>()) return wide->sine_quotient(x, n);
-  map(x, n, [](double u) { return unnormalised_sinc<T>(u); });
+  map_nearest_one_by_one(x, n, unnormalised_sinc<T>, kernels::careful_sine_quotient<T>);
 }
 
 template <class T> void arctangent(T* x, index n) noexcept {
@@ -70,13 +56,13 @@ template <class T> void arctangent(T* x, index n) noexcept {
 
 template <class T> void arcsine(T* x, index n) noexcept {
   if (const auto* wide = at_level<kernels::inverse_functions<T>>()) return wide->arcsine(x, n);
-  map_nearest(
+  map_nearest_one_by_one(
       x, n, [](double u) { return std::abs(u) > 1 ? 0.0 : std::asin(u); }, precise_asin);
 }
 
 template <class T> void arccosine(T* x, index n) noexcept {
   if (const auto* wide = at_level<kernels::inverse_functions<T>>()) return wide->arccosine(x, n);
-  map_nearest(
+  map_nearest_one_by_one(
       x, n, [](double u) { return std::abs(u) > 1 ? 0.0 : std::acos(u); }, precise_acos);
 }
 
