@@ -47,8 +47,6 @@ template <record V, class F>
   return a->points == b->points ? combine(a, b, out, f) : combine_padded(a, b, out, f);
 }
 
-}  // namespace
-
 template <record V> status add(const V* a, const V* b, V* out) noexcept {
   return combine_lengths(a, b, out, plus{});
 }
@@ -57,11 +55,7 @@ template <record V> status subtract(const V* a, const V* b, V* out) noexcept {
   return combine_lengths(a, b, out, minus{});
 }
 
-template status add(const dsp_vec*, const dsp_vec*, dsp_vec*) noexcept;
-template status add(const dspf_vec*, const dspf_vec*, dspf_vec*) noexcept;
-template status subtract(const dsp_vec*, const dsp_vec*, dsp_vec*) noexcept;
-template status subtract(const dspf_vec*, const dspf_vec*, dspf_vec*) noexcept;
-
+}  // namespace
 }  // namespace sigpak
 
 using namespace sigpak;

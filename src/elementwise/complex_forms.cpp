@@ -36,12 +36,6 @@ template <record V> status multiply_by_i(V* v) noexcept { return turn_complex(v,
 
 template status keep_real(dsp_vec*) noexcept;
 template status keep_real(dspf_vec*) noexcept;
-template status keep_imaginary(dsp_vec*) noexcept;
-template status keep_imaginary(dspf_vec*) noexcept;
-template status conjugate(dsp_vec*) noexcept;
-template status conjugate(dspf_vec*) noexcept;
-template status multiply_by_i(dsp_vec*) noexcept;
-template status multiply_by_i(dspf_vec*) noexcept;
 
 }  // namespace sigpak
 

@@ -40,15 +40,11 @@ struct over {
   }
 };
 
-}  // namespace
-
 template <record V> status divide(const V* a, const V* b, V* out) noexcept {
   return combine(a, b, out, over{});
 }
 
-template status divide(const dsp_vec*, const dsp_vec*, dsp_vec*) noexcept;
-template status divide(const dspf_vec*, const dspf_vec*, dspf_vec*) noexcept;
-
+}  // namespace
 }  // namespace sigpak
 
 using namespace sigpak;

@@ -33,8 +33,6 @@ template <class T> struct double_points {
 template <class T> two_points(point<T>, point<T>) -> two_points<T>;
 template <class T> double_points(T*) -> double_points<T>;
 
-}  // namespace
-
 // Unlike the other operations this one grows out with its contents, an operand or not.
 template <record V> status join_parts(const V* re, const V* im, V* out) noexcept {
   if (re->points != im->points || is_complex(re) || is_complex(im)) return failed;
@@ -72,11 +70,7 @@ template <record V> status interleave(const V* a, const V* b, V* out) noexcept {
   });
 }
 
-template status join_parts(const dsp_vec*, const dsp_vec*, dsp_vec*) noexcept;
-template status join_parts(const dspf_vec*, const dspf_vec*, dspf_vec*) noexcept;
-template status interleave(const dsp_vec*, const dsp_vec*, dsp_vec*) noexcept;
-template status interleave(const dspf_vec*, const dspf_vec*, dspf_vec*) noexcept;
-
+}  // namespace
 }  // namespace sigpak
 
 using namespace sigpak;

@@ -77,12 +77,6 @@ template <record V> status square_magnitude(const V* in, V* out) noexcept {
   });
 }
 
-template status take_magnitude(dsp_vec*) noexcept;
-template status take_magnitude(dspf_vec*) noexcept;
-template status square_magnitude(dsp_vec*) noexcept;
-template status square_magnitude(dspf_vec*) noexcept;
-template status take_magnitude(const dsp_vec*, dsp_vec*) noexcept;
-template status take_magnitude(const dspf_vec*, dspf_vec*) noexcept;
 template status square_magnitude(const dsp_vec*, dsp_vec*) noexcept;
 template status square_magnitude(const dspf_vec*, dspf_vec*) noexcept;
 

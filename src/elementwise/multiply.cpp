@@ -55,8 +55,6 @@ template void multiply_in_place(double*, index, const double*, index, index) noe
 template void multiply_in_place(float*, index, const float*, index, index) noexcept;
 template status multiply_by_reals(dsp_vec*, const double*) noexcept;
 template status multiply_by_reals(dspf_vec*, const float*) noexcept;
-template status multiply_conjugate(const dsp_vec*, const dsp_vec*, dsp_vec*) noexcept;
-template status multiply_conjugate(const dspf_vec*, const dspf_vec*, dspf_vec*) noexcept;
 
 }  // namespace sigpak
 

@@ -41,8 +41,6 @@ struct rectangular_of {
   }
 };
 
-}  // namespace
-
 template <record V> status take_phase(V* v) noexcept {
   const auto* wide = at_level<kernels::inverse_functions<scalar<V>>>();
   if (wide == nullptr || !is_complex(v)) return turn_real(v, phase_of{});
@@ -68,13 +66,7 @@ template <record V> status to_rectangular(V* v) noexcept {
   return ok;
 }
 
-template status take_phase(dsp_vec*) noexcept;
-template status take_phase(dspf_vec*) noexcept;
-template status to_polar(dsp_vec*) noexcept;
-template status to_polar(dspf_vec*) noexcept;
-template status to_rectangular(dsp_vec*) noexcept;
-template status to_rectangular(dspf_vec*) noexcept;
-
+}  // namespace
 }  // namespace sigpak
 
 using namespace sigpak;

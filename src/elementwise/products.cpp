@@ -94,8 +94,6 @@ template <record V> status multiply_into(const V* a, const V* b, V* out) noexcep
   return ok;
 }
 
-}  // namespace
-
 // The sums are complete before out is sized: it may be an operand.
 template <record V> status dot(const V* a, const V* b, V* out) noexcept {
   if (a->points != b->points) return failed;
@@ -116,11 +114,7 @@ template <record V> status multiply_polynomials(const V* a, const V* b, V* out) 
   return multiply_into(a, b, result) == ok ? copy<V>(out, result) : failed;
 }
 
-template status dot(const dsp_vec*, const dsp_vec*, dsp_vec*) noexcept;
-template status dot(const dspf_vec*, const dspf_vec*, dspf_vec*) noexcept;
-template status multiply_polynomials(const dsp_vec*, const dsp_vec*, dsp_vec*) noexcept;
-template status multiply_polynomials(const dspf_vec*, const dspf_vec*, dspf_vec*) noexcept;
-
+}  // namespace
 }  // namespace sigpak
 
 using namespace sigpak;

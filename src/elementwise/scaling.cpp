@@ -80,8 +80,6 @@ template <record V> status negate(V* v) noexcept {
 
 template status scale(dsp_vec*, double) noexcept;
 template status scale(dspf_vec*, float) noexcept;
-template status negate(dsp_vec*) noexcept;
-template status negate(dspf_vec*) noexcept;
 
 }  // namespace sigpak
 

@@ -6,6 +6,7 @@
 #include "elementwise/prepare.h"
 
 namespace sigpak {
+namespace {
 
 template <record V> status take_square_roots(const V* in, V* out) noexcept {
   return prepare(in, in, out, is_complex(in), [out](const operands<V>& from) {
@@ -18,9 +19,7 @@ template <record V> status take_square_roots(const V* in, V* out) noexcept {
   });
 }
 
-template status take_square_roots(const dsp_vec*, dsp_vec*) noexcept;
-template status take_square_roots(const dspf_vec*, dspf_vec*) noexcept;
-
+}  // namespace
 }  // namespace sigpak
 
 using namespace sigpak;

@@ -25,17 +25,13 @@ template <class T> void unwrap_phases(T* phase, index points) noexcept {
   }
 }
 
-}  // namespace
-
 template <record V> status unwrap(V* v) noexcept {
   if (is_complex(v)) return failed;
   unwrap_phases(v->data, length(v));
   return ok;
 }
 
-template status unwrap(dsp_vec*) noexcept;
-template status unwrap(dspf_vec*) noexcept;
-
+}  // namespace
 }  // namespace sigpak
 
 using namespace sigpak;
