@@ -1,6 +1,4 @@
 // The wide chirp transform on plain memory, at whatever level the suite runs.
-#include "fft/wide_chirp.h"
-
 #include <gtest/gtest.h>
 #include <malloc.h>
 
@@ -9,9 +7,11 @@
 
 #include "core/isa.h"
 #include "fft/plans/circle.h"
-#include "fft/wide_fft.h"
+#include "fft/transform.h"
+#include "fft/wide/kernels.h"
 #include "spectral/reference.h"
 #include "support/failing.h"
+#include "support/fence.h"
 #include "vectors/levels.h"
 
 namespace sigpak::test {
@@ -21,7 +21,7 @@ template <class V> class WideChirp : public testing::Test {
  protected:
   // Fresh memory is full of huge numbers: what is read before it is written shows.
   void SetUp() override {
-    if (!kernels::has_wide_chirp<scalar<V>>()) GTEST_SKIP();
+    if (isa::current() == isa::level::baseline) GTEST_SKIP();
     mallopt(M_PERTURB, 0x80);
     release();
   }
@@ -29,31 +29,22 @@ template <class V> class WideChirp : public testing::Test {
     release();
     mallopt(M_PERTURB, 0);
   }
-  static void release() {
-    kernels::release_wide_chirp<scalar<V>>();
-    kernels::release_wide_fft<scalar<V>>();
-  }
+  static void release() { ASSERT_EQ(TWIN(_free_internal)(), 0); }
 };
 TYPED_TEST_SUITE(WideChirp, records, record_names);
 
 constexpr double error_limit = 1.5;
 
-// The data start `offset` scalars behind the start of a block.
 template <record V> samples<V> chirped(const samples<V>& in, bool inverse, index offset) {
-  samples<V> padded(in.size() + static_cast<std::size_t>(offset) + 1, scalar<V>(42));
-  const auto first = padded.begin() + offset;
-  std::copy(in.begin(), in.end(), first);
-  EXPECT_EQ(kernels::wide_chirp(padded.data() + offset, static_cast<index>(in.size() / 2), inverse), ok);
-  for (auto at = padded.begin(); at != first; ++at) EXPECT_EQ(*at, 42);
-  EXPECT_EQ(padded.back(), 42) << "nothing is written outside the data";
-  return {first, padded.end() - 1};
+  const index room = std::ssize(in);
+  return run_fenced<V>(in, room, offset, [=](auto* x) { return transform(x, room / 2, inverse); });
 }
 
 // What a transform is made of: its lanes, and which radix stands where.
 template <class T> std::set<std::array<int, 2>> parts_of(index points, int widest, int narrowest) {
-  kernels::fft_plan<T> plan = {};
+  kernels::chirp_plan<T> plan = {};
   kernels::choose_circle(plan, points, widest, narrowest);
-  EXPECT_GE(plan.points, points);
+  EXPECT_GE(plan.circle, points);
   index vectors = 1;
   std::set<std::array<int, 2>> parts = {{100, plan.lanes}};
   for (int pass = 0; pass < plan.passes; ++pass) {
@@ -61,7 +52,7 @@ template <class T> std::set<std::array<int, 2>> parts_of(index points, int wides
     parts.insert({place, plan.radix[pass]});
     vectors *= plan.radix[pass];
   }
-  EXPECT_EQ(vectors * plan.lanes / 2, plan.points);
+  EXPECT_EQ(vectors * plan.lanes / 2, plan.circle);
   return parts;
 }
 
@@ -71,6 +62,8 @@ template <class T> std::vector<index> telling_lengths() {
   std::vector<index> lengths;
   std::set<std::array<int, 2>> seen;
   for (index n = 3; n <= 20000; n += n / 50 + 1) {
+    const algorithm chosen = algorithm_for<T>(n);
+    if (chosen != algorithm::chirp && chosen != algorithm::direct) continue;
     const std::size_t before = seen.size();
     seen.merge(parts_of<T>(n, table.widest_lanes, table.narrowest_lanes));
     if (n <= 150 || seen.size() > before) lengths.push_back(n);
@@ -133,7 +126,7 @@ TYPED_TEST(WideChirp, FailuresLeaveTheDataAndNoTables) {
     auto x = in;
     {
       const failing_tables rest(allowed);
-      done = kernels::wide_chirp(x.data(), index{1009}, false) == ok;
+      done = transform(x.data(), index{1009}, false) == ok;
     }
     EXPECT_EQ(x, done ? wanted : in);
     EXPECT_EQ(chirped<V>(in, false, 0), wanted);

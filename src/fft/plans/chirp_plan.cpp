@@ -1,5 +1,5 @@
-// The tables of the wide chirp transform of the last length, and which kernel runs.
-#include "fft/wide_chirp.h"
+// The plan of the wide chirp transform of the last length.
+#include "fft/plans/chirp_plan.h"
 
 #include <algorithm>
 #include <bit>
@@ -9,7 +9,8 @@
 #include "core/memory.h"
 #include "fft/plans/circle.h"
 #include "fft/plans/pass_tables.h"
-#include "fft/wide_fft.h"
+#include "fft/wide/kernels.h"
+#include "fft/wide/workspace.h"
 #include "vectors/levels.h"
 
 namespace sigpak::kernels {
@@ -35,68 +36,48 @@ template <class T> T* lane_at(T* vectors, int lanes, index lane) noexcept {
   return vectors + 2 * (lane - inside) + inside;
 }
 
-// Everything that the passes need, out of the roots of twice the points of the circle.
-template <class T> void build_passes(fft_plan<T>& over, carver& memory, const roots* w) noexcept {
-  fft_plan<T> among = over;
-  among.points = 2 * over.points;
-  for (int pass = 0; pass < turning_passes(over); ++pass) {
-    T* const table = memory.take<T>(2 * broadcasts(over, pass));
-    over.twiddles[pass] = table;
-    if (w != nullptr) fill_pass(table, among, pass, *w);
-  }
-}
-
-template <class T> void fill_turns(T* out, const fft_plan<T>& over, const roots& w) noexcept {
-  const index pairs = over.lanes / 2;
-  for (index at = 0; at < over.vectors; at += pairs, out += 2 * pairs * (pairs - 1)) {
+template <class T> void fill_turns(const chirp_plan<T>& plan, const roots& w) noexcept {
+  const index pairs = plan.lanes / 2;
+  T* out = plan.turns;
+  for (index at = 0; at < plan.vectors; at += pairs, out += 2 * pairs * (pairs - 1)) {
     for (index p = 0; p < pairs; ++p) {
-      const index kb = output(over, at + p);
-      for (index l = 1; l < pairs; ++l) {
-        const root r = w[2 * l * kb];
-        T* const to = out + 2 * (pairs * (l - 1) + p);
-        to[0] = static_cast<T>(rounded(r.cosine));
-        to[1] = static_cast<T>(rounded(r.sine));
-      }
+      const index kb = output(plan, at + p);
+      for (index l = 1; l < pairs; ++l) put_root(out + 2 * (pairs * (l - 1) + p), 1, w[2 * l * kb]);
     }
   }
 }
 
-template <class T> index chirp_lanes(const chirp_plan<T>& plan) noexcept {
-  return (2 * plan.points + plan.over.lanes - 1) / plan.over.lanes * plan.over.lanes;
+template <class T> index chirp_scalars(const chirp_plan<T>& plan) noexcept {
+  return 2 * ((2 * plan.points + plan.lanes - 1) / plan.lanes * plan.lanes);
 }
-template <class T> index scratch_of(const fft_plan<T>& over) noexcept {
-  return 2 * over.lanes * over.stride * over.radix[0];
-}
-
-// The memory of all that roots alone make, filled when `w` is there.
-template <class T> void build_transforms(chirp_plan<T>& plan, carver& memory, const roots* w) noexcept {
-  build_passes(plan.over, memory, w);
-  T* const turns = memory.take<T>((plan.over.lanes - 2) * plan.over.vectors);
-  if (w != nullptr) fill_turns(turns, plan.over, *w);
-  plan.turns = turns;
+template <class T> index filter_scalars(const chirp_plan<T>& plan) noexcept {
+  return 2 * plan.lanes * plan.vectors;
 }
 
-// Those that the squares make.
-template <class T> struct chirp_tables {
-  T* chirp;
-  T* filter;
-};
-
-template <class T> chirp_tables<T> build(chirp_plan<T>& plan, carver& memory, const roots* w) noexcept {
-  build_transforms(plan, memory, w);
-  const chirp_tables<T> tables = {memory.take<T>(2 * chirp_lanes(plan)),
-                                  memory.take<T>(2 * plan.over.lanes * plan.over.vectors)};
-  plan.chirp = tables.chirp;
-  plan.filter = tables.filter;
-  return tables;
+// The tables that roots alone make.
+template <class T> void carve_transforms(chirp_plan<T>& plan, carver& memory) noexcept {
+  carve_passes(plan, memory);
+  plan.turns = memory.take<T>((plan.lanes - 2) * plan.vectors);
+}
+template <class T> void fill_transforms(chirp_plan<T>& plan) noexcept {
+  const roots w(2 * plan.circle);
+  fill_passes(plan, 2 * plan.circle, w);
+  fill_turns(plan, w);
 }
 
-constexpr index together = 64;
+// All of them.
+template <class T> void carve(chirp_plan<T>& plan, carver& memory) noexcept {
+  carve_transforms(plan, memory);
+  plan.chirp = memory.take<T>(chirp_scalars(plan));
+  plan.filter = memory.take<T>(filter_scalars(plan));
+}
+
+constexpr index row_length = 64;
 
 // One part each of neighbouring numbers.
 struct parted_row {
-  double high[together];
-  double low[together];
+  double high[row_length];
+  double low[row_length];
 
   [[gnu::always_inline]] void put(index i, parted x) noexcept {
     high[i] = x.high;
@@ -127,8 +108,8 @@ class squares {
   // roots run in vectors.
   [[gnu::always_inline]] void fill(root_row (&out)[2], index first, index count) const noexcept {
     const index there = std::clamp(period_ - 1 - first, index{0}, count);
-    std::int32_t coarse[2][together];
-    double fine[2][together];
+    std::int32_t coarse[2][row_length];
+    double fine[2][row_length];
     find_angles(coarse, fine, first, there);
     for (const int part : {0, 1}) {
       root_row& row = out[part];
@@ -139,8 +120,9 @@ class squares {
   }
 
  private:
-  [[gnu::always_inline]] void find_angles(std::int32_t (&coarse)[2][together], double (&fine)[2][together],
-                                          index first, index count) const noexcept {
+  [[gnu::always_inline]] void find_angles(std::int32_t (&coarse)[2][row_length],
+                                          double (&fine)[2][row_length], index first,
+                                          index count) const noexcept {
     const auto square = static_cast<double>(first * first % period_);
     const auto slope = static_cast<double>(2 * first);
     const auto start = static_cast<double>(first);
@@ -190,24 +172,23 @@ double balance(index circle) noexcept {
   return std::ldexp(1.0, (bits + 1) / 2);
 }
 
-// The chirp, and conj g on the circle of 2 K points, whose two halves m and m + K are folded: in scratch
-// memory, as the first pass leaves its results.
+// The chirp of `plan`, and conj g on the circle of 2 K points, whose two halves m and m + K are folded: in
+// scratch memory, as the first pass of `wide` leaves its results.
 template <class T>
-void fill_squares(T* chirp, const chirp_plan<T>& plan, double* scratch, const fft_plan<double>& over,
-                  const roots& of_circle) noexcept {
-  for (index i = 0; i < 2 * chirp_lanes(plan); ++i) chirp[i] = 0;
-  const squares of(plan.points, of_circle);
-  const factor scale(0.5L * balance(over.points) / static_cast<long double>(over.points));
-  const index block = over.points / over.radix[0];
-  isa::run([=, points = plan.points, lanes = plan.over.lanes, wide_lanes = over.lanes, all = over.points,
-            step = 2 * over.stride * over.lanes] {
+void fill_squares(const chirp_plan<T>& plan, const chirp_plan<double>& wide, double* scratch) noexcept {
+  std::fill_n(plan.chirp, chirp_scalars(plan), T(0));
+  const squares of(plan.points, roots(2 * plan.circle));
+  const factor scale(0.5L * balance(plan.circle) / static_cast<long double>(plan.circle));
+  const index block = plan.circle / wide.radix[0];
+  isa::run([=, chirp = plan.chirp, points = plan.points, lanes = plan.lanes, wide_lanes = wide.lanes,
+            all = plan.circle, step = 2 * wide.stride * wide.lanes] {
     double* out = scratch;
     root_row low[2];
     root_row high[2];
     for (index start = 0; start < all; start += block, out += step) {
-      for (index i = 0; i < block; i += together) {
+      for (index i = 0; i < block; i += row_length) {
         const index m = start + i;
-        const index count = std::min(together, block - i);
+        const index count = std::min(row_length, block - i);
         of.fill(low, m, count);
         of.fill(high, m + all, count);
         put_sums(out + 4 * i, wide_lanes, low, high, scale, count);
@@ -219,167 +200,116 @@ void fill_squares(T* chirp, const chirp_plan<T>& plan, double* scratch, const ff
 
 // Calls body(lane, bin) for every bin of the K-point transforms: its even one is in that lane of the filter's
 // vectors, its odd one in the next.
-template <class T, class Body> void for_each_bin(const fft_plan<T>& over, const Body& body) noexcept {
-  const index pairs = over.lanes / 2;
-  for (index vector = 0; vector < over.vectors; vector += pairs) {
+template <class T, class Body> void for_each_bin(const chirp_plan<T>& plan, const Body& body) noexcept {
+  const index pairs = plan.lanes / 2;
+  for (index vector = 0; vector < plan.vectors; vector += pairs) {
     for (index p = 0; p < pairs; ++p) {
-      const index kb = output(over, vector + p);
-      for (index k = 0; k < pairs; ++k) body((vector + k) * over.lanes + 2 * p, kb + k * over.vectors);
+      const index kb = output(plan, vector + p);
+      for (index k = 0; k < pairs; ++k) body((vector + k) * plan.lanes + 2 * p, kb + k * plan.vectors);
     }
   }
 }
 
-status fill(const chirp_plan<double>& plan, const chirp_tables<double>& tables, const roots& w,
-            isa::level level) noexcept {
-  double* const scratch = wide_scratch(scratch_of(plan.over), tables.chirp);
+status fill(chirp_plan<double>& plan) noexcept {
+  fill_transforms(plan);
+  double* const scratch = workspace<double>.at_least(scratch_of(plan), plan.chirp);
   if (scratch == nullptr) return failed;
-  fill_squares(tables.chirp, plan, scratch, plan.over, w);
-  at_level<chirp_kernels<double>>(level)->spectrum(plan, scratch, tables.filter);
+  fill_squares(plan, plan, scratch);
+  at_level<chirp_kernels<double>>()->spectrum(plan, scratch, plan.filter);
   return ok;
 }
 
-// The filter by way of doubles, so that it is exact but for its own rounding.
-status fill(const chirp_plan<float>& plan, const chirp_tables<float>& tables, const roots& w,
-            isa::level level) noexcept {
-  chirp_plan<double> wide = {};
-  wide.points = plan.points;
-  choose_passes(wide.over, plan.over.points, at_level<chirp_kernels<double>>(level)->widest_lanes);
-  const fft_plan<double>& over = wide.over;
+// The filter in double, on its way to single precision: exact but for its own rounding.
+struct wide_filter {
+  chirp_plan<double> plan = {};
   double* scratch = nullptr;
-  double* filter = nullptr;
-  double* bins = nullptr;
-  const auto build_all = [&](carver& memory, const roots* known) {
-    build_transforms(wide, memory, known);
-    scratch = memory.take<double>(scratch_of(over));
-    filter = memory.take<double>(4 * over.points);
-    bins = memory.take<double>(4 * over.points);
-  };
+  double* bins = nullptr;  // in natural order
+
+  void carve(carver& memory) noexcept {
+    carve_transforms(plan, memory);
+    scratch = memory.take<double>(scratch_of(plan));
+    plan.filter = memory.take<double>(filter_scalars(plan));
+    bins = memory.take<double>(4 * plan.circle);
+  }
+
+  void collect() const noexcept {
+    for_each_bin(plan, [this](index lane, index bin) {
+      const double* const at = lane_at(plan.filter, plan.lanes, lane);
+      for (index part = 0; part < 2; ++part) {
+        bins[4 * bin + part] = at[part];
+        bins[4 * bin + 2 + part] = at[plan.lanes + part];
+      }
+    });
+  }
+};
+
+status fill(chirp_plan<float>& plan) noexcept {
+  fill_transforms(plan);
+  wide_filter wide;
+  wide.plan.points = plan.points;
+  choose_passes(wide.plan, plan.circle, at_level<chirp_kernels<double>>()->widest_lanes);
   carver needed(nullptr);
-  build_all(needed, nullptr);
+  wide.carve(needed);
   const passing_table<std::byte> block(needed.taken() + alignment);
   if (block.get() == nullptr) return failed;
   carver memory(align(block.get()));
-  build_all(memory, &w);
-  fill_squares(tables.chirp, plan, scratch, over, w);
-  at_level<chirp_kernels<double>>(level)->spectrum(wide, scratch, filter);
-  for_each_bin(over, [&](index lane, index bin) {
-    const double* const at = lane_at(filter, over.lanes, lane);
+  wide.carve(memory);
+  fill_transforms(wide.plan);
+  fill_squares(plan, wide.plan, wide.scratch);
+  at_level<chirp_kernels<double>>()->spectrum(wide.plan, wide.scratch, wide.plan.filter);
+  wide.collect();
+  for_each_bin(plan, [&plan, &wide](index lane, index bin) {
+    float* const at = lane_at(plan.filter, plan.lanes, lane);
     for (index part = 0; part < 2; ++part) {
-      bins[4 * bin + part] = at[part];
-      bins[4 * bin + 2 + part] = at[over.lanes + part];
-    }
-  });
-  for_each_bin(plan.over, [&](index lane, index bin) {
-    float* const at = lane_at(tables.filter, plan.over.lanes, lane);
-    for (index part = 0; part < 2; ++part) {
-      at[part] = static_cast<float>(bins[4 * bin + part]);
-      at[plan.over.lanes + part] = static_cast<float>(bins[4 * bin + 2 + part]);
+      at[part] = static_cast<float>(wide.bins[4 * bin + part]);
+      at[plan.lanes + part] = static_cast<float>(wide.bins[4 * bin + 2 + part]);
     }
   });
   return ok;
 }
 
-// The table of the last short odd length; small enough to stay.
-template <class T> class direct_table {
- public:
-  const T* of(index points, isa::level level) noexcept {
-    if (points_ != points || level_ != level) fill(points, at_level<chirp_kernels<T>>(level)->widest_lanes);
-    points_ = points;
-    level_ = level;
-    return values_;
-  }
-
- private:
-  void fill(index points, index lanes) noexcept {
-    const roots w(points);
-    T cosine[most_direct_points<T>];
-    T sine[most_direct_points<T>];
-    for (index k = 0; k < points; ++k) {
-      const root r = w[k];
-      cosine[k] = static_cast<T>(rounded(r.cosine));
-      sine[k] = static_cast<T>(rounded(r.sine));
-    }
-    T* out = values_;
-    for (index first = 1; 2 * first < points; first += lanes) {
-      for (index j = 1; 2 * j < points; ++j, out += 2 * lanes) {
-        for (index p = 0, at = j * first % points; p < lanes; ++p) {
-          out[p] = cosine[at];
-          out[lanes + p] = sine[at];
-          at += j;
-          if (at >= points) at -= points;
-        }
-      }
-    }
-  }
-
-  static constexpr index most_terms = most_direct_points<T> / 2;
-  static constexpr index most_in_lanes = (most_terms + most_lanes - 1) / most_lanes * most_lanes;
-  T values_[2 * most_terms * most_in_lanes] = {};
-  index points_ = 0;
-  isa::level level_ = isa::level::baseline;
-};
-template <class T> constinit direct_table<T> direct;
-
-template <class T> struct kept_plan {
+template <class T> struct last_plan {
   std::byte* block = nullptr;
-  chirp_plan<T> plan = {};
+  const chirp_plan<T>* plan = nullptr;
   isa::level level = isa::level::baseline;
 };
-template <class T> constinit kept_plan<T> kept;
+template <class T> constinit last_plan<T> kept;
 
-// Nothing is kept until all of it is there.
-template <class T> status keep(index points, isa::level level) noexcept {
-  release_wide_chirp<T>();
-  const chirp_kernels<T>& kernels = *at_level<chirp_kernels<T>>(level);
+template <class T> chirp_plan<T> lay_out(index points) noexcept {
+  const auto* const level = at_level<chirp_kernels<T>>();
   chirp_plan<T> plan = {};
   plan.points = points;
-  choose_circle(plan.over, points, kernels.widest_lanes, kernels.narrowest_lanes);
-  plan.scale[1] = static_cast<T>(1 / balance(plan.over.points));
+  choose_circle(plan, points, level->widest_lanes, level->narrowest_lanes);
+  plan.scale[1] = static_cast<T>(1 / balance(plan.circle));
   plan.scale[0] = plan.scale[1] / static_cast<T>(points);
-  carver needed(nullptr);
-  build(plan, needed, nullptr);
-  std::byte* const block = allocate_table<std::byte>(needed.taken() + alignment);
-  if (block == nullptr) return failed;
-  carver memory(align(block));
-  const roots w(2 * plan.over.points);
-  const chirp_tables<T> tables = build(plan, memory, &w);
-  if (fill(plan, tables, w, level) != ok) {
-    free_table(block);
-    return failed;
-  }
-  kept<T> = {block, plan, level};
-  return ok;
+  return plan;
 }
 
 }  // namespace
 
-template <class T> bool has_wide_chirp() noexcept { return isa::current() != isa::level::baseline; }
-
-template <class T> status wide_chirp(T* data, index points, bool inverse) noexcept {
+template <class T> const chirp_plan<T>* find_chirp_plan(index points) noexcept {
   const isa::level level = isa::current();
-  if (points <= most_direct_points<T> && points % 2 != 0) {
-    at_level<chirp_kernels<T>>(level)->run_direct(direct<T>.of(points, level), points, data, inverse);
-    return ok;
-  }
-  const kept_plan<T>& k = kept<T>;
-  const bool known = k.block != nullptr && k.plan.points == points && k.level == level;
-  if (!known && keep<T>(points, level) != ok) return failed;
-  T* const scratch = wide_scratch<T>(scratch_of(k.plan.over), data);
-  if (scratch == nullptr) return failed;
-  at_level<chirp_kernels<T>>(level)->run(k.plan, data, scratch, inverse);
-  return ok;
+  if (kept<T>.plan != nullptr && kept<T>.plan->points == points && kept<T>.level == level)
+    return kept<T>.plan;
+  release_chirp_plan<T>();
+  std::byte* block = nullptr;
+  status filled = failed;
+  const auto* const plan = keep_plan(
+      lay_out<T>(points), carve<T>, [&filled](chirp_plan<T>& fresh) { filled = fill(fresh); },
+      [&block](index bytes) { return block = allocate_table<std::byte>(bytes); });
+  if (filled != ok) return free_table(block), nullptr;
+  kept<T> = {block, plan, level};
+  return plan;
 }
 
-template <class T> void release_wide_chirp() noexcept {
+template <class T> void release_chirp_plan() noexcept {
   free_table(kept<T>.block);
   kept<T> = {};
 }
 
-template bool has_wide_chirp<double>() noexcept;
-template bool has_wide_chirp<float>() noexcept;
-template status wide_chirp(double*, index, bool) noexcept;
-template status wide_chirp(float*, index, bool) noexcept;
-template void release_wide_chirp<double>() noexcept;
-template void release_wide_chirp<float>() noexcept;
+template const chirp_plan<double>* find_chirp_plan(index) noexcept;
+template const chirp_plan<float>* find_chirp_plan(index) noexcept;
+template void release_chirp_plan<double>() noexcept;
+template void release_chirp_plan<float>() noexcept;
 
 }  // namespace sigpak::kernels

@@ -22,24 +22,26 @@ namespace sigpak::kernels {
 // Odd lengths up to this one are transformed by the definition instead, which is more accurate and as fast.
 template <class T> inline constexpr int most_direct_points = sizeof(T) == sizeof(double) ? 61 : 37;
 
-template <class T> struct chirp_plan {
+// `vectors` is L, `lanes` 2 V; the last radix is that of the core.
+template <class T> struct chirp_plan : pass_plan<T> {
   std::ptrdiff_t points;  // N
-  fft_plan<T> over;       // of K points: `vectors` is L, `lanes` 2 V; the last radix is that of the core
+  std::ptrdiff_t circle;  // K
   T scale[2];             // of the results, forward and inverse, with what the filter leaves of 1 / (2 K)
-  const T* chirp;         // vectors of conj g[n] and its product with exp(-i pi n / K), as cosine and sine
-  const T* turns;         // w_K^(l kb) within the groups of V vectors: cosine and sine alternate
-  const T* filter;        // vectors of the even and odd bins of g, as cosine and sine
+  T* chirp;               // vectors of conj g[n] and its product with exp(-i pi n / K), as cosine and sine
+  T* turns;               // w_K^(l kb) within the groups of V vectors: cosine and sine alternate
+  T* filter;              // vectors of the even and odd bins of g, as cosine and sine
 };
 
-template <class T> struct chirp_kernels {
-  int widest_lanes;
-  int narrowest_lanes;
-  void (*run)(const chirp_plan<T>& plan, T* x, T* scratch, bool inverse);
-  // From vectors in scratch memory, laid out as the first pass leaves its results, to their transforms in the
-  // order of the filter.
-  void (*spectrum)(const chirp_plan<T>& plan, T* scratch, T* out);
-  // The table holds, by vectors of k from 1 on and then by j, the cosines and sines of 2 pi j k / N.
-  void (*run_direct)(const T* table, std::ptrdiff_t points, T* x, bool inverse);
-};
+// Scalars of scratch memory.
+template <class T> constexpr std::ptrdiff_t scratch_of(const chirp_plan<T>& plan) noexcept {
+  return 2 * plan.lanes * plan.stride * plan.radix[0];
+}
+
+// The plan of the last length, made when it is another. Null on failure, which keeps none.
+template <class T> const chirp_plan<T>* find_chirp_plan(std::ptrdiff_t points) noexcept;
+template <class T> void release_chirp_plan() noexcept;
+
+// The table of the definition for an odd length up to most_direct_points; that of the last length stays.
+template <class T> const T* direct_table(std::ptrdiff_t points) noexcept;
 
 }  // namespace sigpak::kernels

@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "fft/plans/pass_tables.h"
+#include "fft/plans/radices.h"
 
 namespace sigpak::kernels {
 namespace {
@@ -20,6 +21,8 @@ constexpr pass_cost inner_costs[] = {{12, 7.1}, {10, 5.7}, {8, 5.2}, {7, 5.5},
 constexpr pass_cost outer_costs[] = {{8, 6.1}, {5, 5.1}, {4, 3.9}, {3, 4.3}, {1, 2.9}};
 constexpr pass_cost core_costs[] = {{4, 9.6}, {8, 11.0}, {16, 13.0}};
 
+constexpr index largest_factor = 7;
+
 struct path {
   double cost = 0;
   int passes = 0;
@@ -29,13 +32,6 @@ struct path {
     cost += pass.cost;
   }
 };
-
-bool is_smooth(index n) noexcept {
-  for (const index p : {2, 3, 5, 7}) {
-    while (n % p == 0) n /= p;
-  }
-  return n == 1;
-}
 
 // Radices from large to small, so that no set of them is tried twice.
 void search(path& best, const path& begun, index rest, int from) noexcept {
@@ -56,7 +52,7 @@ void search(path& best, const path& begun, index rest, int from) noexcept {
 // All passes before the core, which take this many vectors to one; none if the passes do not fit.
 path passes_before_core(index vectors) noexcept {
   path best;
-  if (!is_smooth(vectors)) return best;
+  if (!is_smooth(vectors, largest_factor)) return best;
   for (const pass_cost& outer : outer_costs) {
     if (vectors % outer.radix != 0) continue;
     path begun;
@@ -117,19 +113,19 @@ bool has_core(int radix, int lanes) noexcept {
   return radix == lanes / 2 || radix == lanes || (lanes == 4 && radix == 8);
 }
 
-template <class T> void lay_out(fft_plan<T>& over, const circle& chosen) noexcept {
-  over.points = chosen.points;
-  over.lanes = chosen.lanes;
-  over.vectors = 2 * chosen.points / chosen.lanes;
-  over.passes = chosen.passes.passes;
-  for (int pass = 0; pass < over.passes; ++pass) over.radix[pass] = chosen.passes.radix[pass];
-  lay_out_blocks(over);
-  over.stride = over.vectors / over.radix[0] + 1;  // away from the strides of powers of two
+template <class T> void lay_out(chirp_plan<T>& plan, const circle& chosen) noexcept {
+  plan.circle = chosen.points;
+  plan.lanes = chosen.lanes;
+  plan.vectors = 2 * chosen.points / chosen.lanes;
+  plan.passes = chosen.passes.passes;
+  for (int pass = 0; pass < plan.passes; ++pass) plan.radix[pass] = chosen.passes.radix[pass];
+  lay_out_blocks(plan);
+  plan.stride = plan.vectors / plan.radix[0] + 1;  // away from the strides of powers of two
 }
 
 }  // namespace
 
-template <class T> void choose_circle(fft_plan<T>& over, index points, int widest, int narrowest) noexcept {
+template <class T> void choose_circle(chirp_plan<T>& plan, index points, int widest, int narrowest) noexcept {
   circle best;
   for (int lanes = widest; lanes >= narrowest; lanes /= 2) {
     for (const pass_cost& core : core_costs) {
@@ -140,22 +136,22 @@ template <class T> void choose_circle(fft_plan<T>& over, index points, int wides
       for (index rest = least; 4 * rest <= 5 * least + 4; ++rest) consider<T>(best, step * rest, lanes, core);
     }
   }
-  lay_out(over, best);
+  lay_out(plan, best);
 }
 
-template <class T> void choose_passes(fft_plan<T>& over, index points, int lanes) noexcept {
+template <class T> void choose_passes(chirp_plan<T>& plan, index points, int lanes) noexcept {
   circle best;
   for (const pass_cost& core : core_costs) {
     if (has_core(core.radix, lanes) && points % (lanes / 2 * core.radix) == 0) {
       consider<T>(best, points, lanes, core);
     }
   }
-  lay_out(over, best);
+  lay_out(plan, best);
 }
 
-template void choose_circle(fft_plan<double>&, index, int, int) noexcept;
-template void choose_circle(fft_plan<float>&, index, int, int) noexcept;
-template void choose_passes(fft_plan<double>&, index, int) noexcept;
-template void choose_passes(fft_plan<float>&, index, int) noexcept;
+template void choose_circle(chirp_plan<double>&, index, int, int) noexcept;
+template void choose_circle(chirp_plan<float>&, index, int, int) noexcept;
+template void choose_passes(chirp_plan<double>&, index, int) noexcept;
+template void choose_passes(chirp_plan<float>&, index, int) noexcept;
 
 }  // namespace sigpak::kernels

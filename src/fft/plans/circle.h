@@ -7,10 +7,10 @@
 namespace sigpak::kernels {
 
 // Lays out the cheapest transforms of a circle with room for `points`, for `widest` to `narrowest` lanes:
-// `points`, `lanes`, `vectors`, the passes and their blocks.
-template <class T> void choose_circle(fft_plan<T>& over, index points, int widest, int narrowest) noexcept;
+// `circle`, `lanes`, `vectors`, the passes and their blocks.
+template <class T> void choose_circle(chirp_plan<T>& plan, index points, int widest, int narrowest) noexcept;
 
 // The same for a circle of exactly `points`, which one chosen for other lanes is.
-template <class T> void choose_passes(fft_plan<T>& over, index points, int lanes) noexcept;
+template <class T> void choose_passes(chirp_plan<T>& plan, index points, int lanes) noexcept;
 
 }  // namespace sigpak::kernels

@@ -1,6 +1,8 @@
 // The parts that the plans of all wide transforms are made of.
 #pragma once
 
+#include <memory>
+
 #include "core/record.h"
 #include "fft/plans/pass_plan.h"
 #include "fft/plans/roots_of_unity.h"
@@ -30,8 +32,28 @@ inline std::byte* align(std::byte* block) noexcept {
   return reinterpret_cast<std::byte*>(aligned(reinterpret_cast<index>(block)));
 }
 
-// The passes with the radices chosen so far, L = vectors.
-template <class T> void lay_out_blocks(fft_plan<T>& plan) noexcept {
+// Carves the plan and its tables out of one block of memory, which `append` gives by its bytes, and fills
+// them. Null on failure.
+template <class Plan, class Carve, class Fill, class Append>
+const Plan* keep_plan(Plan plan, Carve carve, Fill fill, Append append) noexcept {
+  carver needed(nullptr);
+  needed.take<Plan>(1);
+  carve(plan, needed);
+  std::byte* const block = append(needed.taken() + alignment);
+  if (block == nullptr) return nullptr;
+  carver memory(align(block));
+  auto* const kept = memory.take<Plan>(1);
+  carve(plan, memory);
+  fill(plan);
+  return std::construct_at(kept, plan);
+}
+
+template <class Plan> const Plan* kept_plan(std::byte* block) noexcept {
+  return block != nullptr ? reinterpret_cast<const Plan*>(align(block)) : nullptr;
+}
+
+// The blocks of the passes, whose radices are chosen.
+template <class T> void lay_out_blocks(pass_plan<T>& plan) noexcept {
   index block = plan.vectors;
   for (int pass = 0; pass < plan.passes; ++pass) {
     plan.block[pass] = block;
@@ -39,7 +61,7 @@ template <class T> void lay_out_blocks(fft_plan<T>& plan) noexcept {
   }
 }
 
-template <class T> index place(const fft_plan<T>& plan, index kb) noexcept {
+template <class T> index place(const pass_plan<T>& plan, index kb) noexcept {
   index at = kb % plan.radix[0] * plan.stride;
   kb /= plan.radix[0];
   for (int pass = 1; pass < plan.passes; ++pass) {
@@ -49,30 +71,40 @@ template <class T> index place(const fft_plan<T>& plan, index kb) noexcept {
   return at;
 }
 
-template <class T> index broadcasts(const fft_plan<T>& plan, int pass) noexcept {
+template <class T> index broadcasts(const pass_plan<T>& plan, int pass) noexcept {
   return plan.block[pass] / plan.radix[pass] * (plan.radix[pass] - 1);
 }
 
 // The passes with broadcast twiddles: all but the last, whose would be 1, and of a single one those.
-template <class T> int turning_passes(const fft_plan<T>& plan) noexcept {
+template <class T> int turning_passes(const pass_plan<T>& plan) noexcept {
   return plan.passes > 1 ? plan.passes - 1 : 1;
 }
 
-// w_L^(i j), i the butterfly and j its output, as cosine and sine.
-template <class T> void fill_pass(T* out, const fft_plan<T>& plan, int pass, const roots& w) noexcept {
-  const index step = plan.points / plan.block[pass];
-  const index count = plan.block[pass] / plan.radix[pass];
-  for (index i = 0; i < count; ++i) {
-    for (index j = 1; j < plan.radix[pass]; ++j) {
-      const root r = w[i * j * step];
-      *out++ = static_cast<T>(rounded(r.cosine));
-      *out++ = static_cast<T>(rounded(r.sine));
+template <class T> void put_root(T* to, index distance, root r) noexcept {
+  to[0] = static_cast<T>(rounded(r.cosine));
+  to[distance] = static_cast<T>(rounded(r.sine));
+}
+
+template <class T> void carve_passes(pass_plan<T>& plan, carver& memory) noexcept {
+  for (int pass = 0; pass < turning_passes(plan); ++pass) {
+    plan.twiddles[pass] = memory.take<T>(2 * broadcasts(plan, pass));
+  }
+}
+
+// w_L^(i j), i the butterfly and j its output, L the block, out of the roots of unity of this order.
+template <class T> void fill_passes(pass_plan<T>& plan, index order, const roots& w) noexcept {
+  for (int pass = 0; pass < turning_passes(plan); ++pass) {
+    T* out = plan.twiddles[pass];
+    const index step = order / plan.block[pass];
+    const index count = plan.block[pass] / plan.radix[pass];
+    for (index i = 0; i < count; ++i) {
+      for (index j = 1; j < plan.radix[pass]; ++j, out += 2) put_root(out, 1, w[i * j * step]);
     }
   }
 }
 
 // The place of an output before the blocks are put apart, backwards: the output at a place.
-template <class T> index output(const fft_plan<T>& plan, index at) noexcept {
+template <class T> index output(const pass_plan<T>& plan, index at) noexcept {
   index out = 0;
   index weight = 1;
   for (int pass = 0; pass < plan.passes; ++pass) {
@@ -84,7 +116,15 @@ template <class T> index output(const fft_plan<T>& plan, index at) noexcept {
   return out;
 }
 
-template <class T> void fill_results(std::uint32_t* out, const fft_plan<T>& plan) noexcept {
+// Groups of outputs: the distances in a group, and where each of them starts.
+template <class Plan> void fill_places(Plan& plan, int group) noexcept {
+  for (index p = 0; p < group; ++p) plan.offset[p] = place(plan, p);
+  for (index kb = 0; kb < plan.vectors; kb += group) {
+    plan.start[kb / group] = static_cast<std::uint32_t>(place(plan, kb));
+  }
+}
+
+template <class T> void fill_results(std::uint32_t* out, const pass_plan<T>& plan) noexcept {
   for (index at = 0; at < plan.vectors; at += plan.radix[plan.passes - 1]) {
     *out++ = static_cast<std::uint32_t>(output(plan, at));
   }

@@ -5,32 +5,6 @@
 
 namespace sigpak::kernels {
 
-// Cosines of k / 64 of a turn in the first quarter, nearest long doubles.
-constexpr long double cosines[17] = {1.0L,
-                                     0.995184726672196886244836953109479921L,
-                                     0.980785280403230449126182236134239037L,
-                                     0.956940335732208864935797886980269968L,
-                                     0.923879532511286756128183189396788287L,
-                                     0.881921264348355029712756863660388350L,
-                                     0.831469612302545237078788377617905756L,
-                                     0.773010453362736960810906609758469801L,
-                                     0.707106781186547524400844362104849039L,
-                                     0.634393284163645498215171613225493370L,
-                                     0.555570233019602224742830813948532874L,
-                                     0.471396736825997648556387625905254378L,
-                                     0.382683432365089771728459984030398866L,
-                                     0.290284677254462367636192375817395275L,
-                                     0.195090322016128267848284868477022241L,
-                                     0.098017140329560601994195563888641846L,
-                                     0.0L};
-
-constexpr long double cosine(int k) {
-  k %= 64;
-  if (k > 32) k = 64 - k;
-  return k <= 16 ? cosines[k] : -cosines[32 - k];
-}
-constexpr long double sine(int k) { return cosine(k + 48); }
-
 // The sum of both parts. The high one is a multiple of 2^-22, so that sums of a few of them are exact, and so
 // are their products with the short part of a factor; the low one is small, and so is its error, below 2^-58.
 struct parted {
@@ -85,12 +59,13 @@ struct coarse_sines {
   double high[coarse_roots + coarse_roots / 4];
   double low[coarse_roots + coarse_roots / 4];
 };
-extern constinit const coarse_sines sines;
+extern constinit const coarse_sines sine_table;
 
 inline root coarse_root(std::int32_t k) noexcept {
   k &= coarse_roots - 1;
   constexpr int quarter = coarse_roots / 4;
-  return {{sines.high[k + quarter], sines.low[k + quarter]}, {sines.high[k], sines.low[k]}};
+  return {{sine_table.high[k + quarter], sine_table.low[k + quarter]},
+          {sine_table.high[k], sine_table.low[k]}};
 }
 
 // A coarse root turned by the angle x, by Taylor series that end below the last digit.

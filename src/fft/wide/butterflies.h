@@ -4,6 +4,7 @@
 // same for both.
 #pragma once
 
+#include "fft/plans/sines.h"
 #include "vectors/lanes.h"
 
 namespace sigpak::SIGPAK_LEVEL {
@@ -49,9 +50,9 @@ template <class T, int W> SIGPAK_INLINE pack<T, W> turned(pack<T, W> a, pack<T, 
   return fma_even(a, c, exchanged(a) * s);
 }
 
-inline constexpr long double half_root = 0.707106781186547524400844362104849039L;  // cos(pi / 4)
-inline constexpr long double cos_pi_8 = 0.923879532511286756128183189396788287L;
-inline constexpr long double sin_pi_8 = 0.382683432365089771728459984030398866L;
+inline constexpr long double half_root = kernels::cosine_of(1, 8);
+inline constexpr long double cos_pi_8 = kernels::cosine_of(1, 16);
+inline constexpr long double sin_pi_8 = kernels::sine_of(1, 16);
 
 template <class P> struct split_of { using real = P; };
 template <class P> struct split_of<cplx<P>> { using real = P; };

@@ -6,35 +6,8 @@
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
-constexpr long double pi = 3.141592653589793238462643383279502884L;
-
-// By the series, for angles up to a quarter turn.
-constexpr long double series(long double x, int first) {
-  long double term = first == 0 ? 1 : x;
-  long double total = term;
-  for (int k = first + 2; k < 40; k += 2) {
-    term *= -x * x / static_cast<long double>(k * (k - 1));
-    total += term;
-  }
-  return total;
-}
-
-// cos and sin of 2 pi k / n.
-constexpr long double cosine_of(int k, int n) {
-  k %= n;
-  if (2 * k > n) k = n - k;
-  return 4 * k > n ? -series(pi * static_cast<long double>(n - 2 * k) / static_cast<long double>(n), 0)
-                   : series(2 * pi * static_cast<long double>(k) / static_cast<long double>(n), 0);
-}
-constexpr long double sine_of(int k, int n) {
-  k %= n;
-  if (2 * k > n) return -sine_of(n - k, n);
-  return 4 * k > n ? series(pi * static_cast<long double>(n - 2 * k) / static_cast<long double>(n), 1)
-                   : series(2 * pi * static_cast<long double>(k) / static_cast<long double>(n), 1);
-}
-
-template <class T, int k, int n> constexpr T cosine_constant = static_cast<T>(cosine_of(k, n));
-template <class T, int k, int n> constexpr T sine_constant = static_cast<T>(sine_of(k, n));
+template <class T, int k, int n> constexpr T cosine_constant = static_cast<T>(kernels::cosine_of(k, n));
+template <class T, int k, int n> constexpr T sine_constant = static_cast<T>(kernels::sine_of(k, n));
 
 // X[j], X[R-j] = (x0 + sum c_jk t_k) -/+ i sum s_jk u_k with t_k = x_k + x_R-k, u_k = x_k - x_R-k.
 template <class P, int R, class S = unit>

@@ -2,8 +2,8 @@
 // the same passes outwards, the chirp's product on the way out.
 #pragma once
 
-#include "fft/wide/butterflies_composite.h"
 #include "fft/plans/chirp_plan.h"
+#include "fft/wide/butterflies_composite.h"
 #include "fft/wide/passes.h"
 
 namespace sigpak::SIGPAK_LEVEL {
@@ -84,9 +84,9 @@ template <class P> using data_of = edge<typename P::scalar, P::width / 2>;
 
 template <class P, int R, bool inverse>
 void chirp_in(const chirp_plan<typename P::scalar>& plan, const data_of<P>& data, typename P::scalar* s) {
-  const index stride = plan.over.stride;
-  const index count = plan.over.vectors / R;
-  const auto* w = plan.over.twiddles[0];
+  const index stride = plan.stride;
+  const index count = plan.vectors / R;
+  const auto* w = plan.twiddles[0];
   for (index i = 0; i < count; ++i, w += 2 * (R - 1)) {
     cplx<P> a[R];
     unroll<R>([&](auto j) __attribute__((always_inline)) {
@@ -108,9 +108,9 @@ void chirp_in(const chirp_plan<typename P::scalar>& plan, const data_of<P>& data
 
 template <class P, int R, bool inverse>
 void chirp_out(const chirp_plan<typename P::scalar>& plan, const typename P::scalar* s, data_of<P>& data) {
-  const index stride = plan.over.stride;
-  const index count = plan.over.vectors / R;
-  const auto* w = plan.over.twiddles[0];
+  const index stride = plan.stride;
+  const index count = plan.vectors / R;
+  const auto* w = plan.twiddles[0];
   const P scale = splat<P>(plan.scale[inverse]);
   for (index i = 0; i < count; ++i, w += 2 * (R - 1)) {
     cplx<P> a[R];
@@ -226,20 +226,19 @@ template <class Body> SIGPAK_INLINE void with_outer_radix(int radix, const Body&
 template <class P, bool filtering>
 void inner_passes(const chirp_plan<typename P::scalar>& plan, int pass, typename P::scalar* s, index length,
                   core_tables<typename P::scalar>& tables) {
-  const fft_plan<typename P::scalar>& over = plan.over;
-  if (pass == over.passes - 1) {
-    return with_core_radix<P>(over.radix[pass],
+  if (pass == plan.passes - 1) {
+    return with_core_radix<P>(plan.radix[pass],
                               [&](auto radix) { core<P, radix, filtering>(s, length, tables); });
   }
-  const index block = over.block[pass];
-  const index count = block / over.radix[pass];
+  const index block = plan.block[pass];
+  const index count = block / plan.radix[pass];
   for (index i = 0; i < length; i += block, s += 2 * P::width * block) {
-    with_inner_radix(over.radix[pass],
-                     [&](auto radix) { pass_inwards<P, radix>(s, count, count, over.twiddles[pass]); });
+    with_inner_radix(plan.radix[pass],
+                     [&](auto radix) { pass_inwards<P, radix>(s, count, count, plan.twiddles[pass]); });
     inner_passes<P, filtering>(plan, pass + 1, s, block, tables);
     if constexpr (!filtering) continue;
-    with_inner_radix(over.radix[pass],
-                     [&](auto radix) { pass_outwards<P, radix>(s, count, over.twiddles[pass]); });
+    with_inner_radix(plan.radix[pass],
+                     [&](auto radix) { pass_outwards<P, radix>(s, count, plan.twiddles[pass]); });
   }
 }
 
@@ -247,26 +246,25 @@ template <class P, bool filtering>
 void all_inner_passes(const chirp_plan<typename P::scalar>& plan, typename P::scalar* s,
                       typename P::scalar* spectrum) {
   core_tables<typename P::scalar> tables = {plan.turns, plan.filter, spectrum};
-  for (int block = 0; block < plan.over.radix[0]; ++block) {
-    inner_passes<P, filtering>(plan, 1, s + 2 * P::width * plan.over.stride * block, plan.over.block[1],
-                               tables);
+  for (int block = 0; block < plan.radix[0]; ++block) {
+    inner_passes<P, filtering>(plan, 1, s + 2 * P::width * plan.stride * block, plan.block[1], tables);
   }
 }
 
 template <class P, bool inverse>
 void run_chirp(const chirp_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
   data_of<P> data(x, plan.points);
-  with_outer_radix(plan.over.radix[0], [&](auto radix) { chirp_in<P, radix, inverse>(plan, data, s); });
+  with_outer_radix(plan.radix[0], [&](auto radix) { chirp_in<P, radix, inverse>(plan, data, s); });
   all_inner_passes<P, true>(plan, s, nullptr);
-  with_outer_radix(plan.over.radix[0], [&](auto radix) { chirp_out<P, radix, inverse>(plan, s, data); });
+  with_outer_radix(plan.radix[0], [&](auto radix) { chirp_out<P, radix, inverse>(plan, s, data); });
   data.finish();
 }
 
 template <class P>
 void chirp_spectrum(const chirp_plan<typename P::scalar>& plan, typename P::scalar* s,
                     typename P::scalar* out) {
-  with_outer_radix(plan.over.radix[0], [&](auto radix) {
-    pass_inwards<P, radix>(s, plan.over.vectors / radix, plan.over.stride, plan.over.twiddles[0]);
+  with_outer_radix(plan.radix[0], [&](auto radix) {
+    pass_inwards<P, radix>(s, plan.vectors / radix, plan.stride, plan.twiddles[0]);
   });
   all_inner_passes<P, false>(plan, s, out);
 }

@@ -1,6 +1,7 @@
 // The chirp transforms of one level.
 #include "fft/wide/chirp.h"
 #include "fft/wide/definition.h"
+#include "fft/wide/kernels.h"
 #include "vectors/levels.h"
 
 namespace sigpak::SIGPAK_LEVEL {
@@ -15,13 +16,13 @@ template <class P, class T> void run_either(const chirp_plan<T>& plan, T* x, T* 
 
 template <class Wide, class Narrow, class T>
 void run_lanes(const chirp_plan<T>& plan, T* x, T* scratch, bool inverse) {
-  if (plan.over.lanes == Wide::width) return run_either<Wide>(plan, x, scratch, inverse);
+  if (plan.lanes == Wide::width) return run_either<Wide>(plan, x, scratch, inverse);
   run_either<Narrow>(plan, x, scratch, inverse);
 }
 
 template <class Wide, class Narrow, class T>
 void spectrum_lanes(const chirp_plan<T>& plan, T* scratch, T* out) {
-  if (plan.over.lanes == Wide::width) return chirp_spectrum<Wide>(plan, scratch, out);
+  if (plan.lanes == Wide::width) return chirp_spectrum<Wide>(plan, scratch, out);
   chirp_spectrum<Narrow>(plan, scratch, out);
 }
 

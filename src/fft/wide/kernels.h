@@ -1,7 +1,10 @@
 // The wide transforms of one instruction-set level, behind pointers.
 #pragma once
 
-#include "fft/plans/pass_plan.h"
+#include "fft/plans/chirp_plan.h"
+#include "fft/plans/lane_plan.h"
+#include "fft/plans/mixed_plan.h"
+#include "fft/plans/real_plan.h"
 
 namespace sigpak::kernels {
 
@@ -16,9 +19,20 @@ template <class T> struct fft_kernels {
   int widest_lanes;
   small_fft<T> small[small_sizes];  // by log2 N
   small_fft<T> small_real[small_real_sizes];
-  void (*run)(const fft_plan<T>& plan, T* x, T* scratch, bool inverse);
-  void (*run_real)(const fft_plan<T>& plan, T* x, T* scratch, bool inverse);
+  void (*run)(const lane_plan<T>& plan, T* x, T* scratch, bool inverse);
+  void (*run_real)(const real_plan<T>& plan, T* x, T* scratch, bool inverse);
   void (*run_mixed)(const mixed_plan<T>& plan, T* x, T* scratch, bool inverse);
+};
+
+template <class T> struct chirp_kernels {
+  int widest_lanes;
+  int narrowest_lanes;
+  void (*run)(const chirp_plan<T>& plan, T* x, T* scratch, bool inverse);
+  // From vectors in scratch memory, laid out as the first pass leaves its results, to their transforms in the
+  // order of the filter.
+  void (*spectrum)(const chirp_plan<T>& plan, T* scratch, T* out);
+  // The table holds, by vectors of k from 1 on and then by j, the cosines and sines of 2 pi j k / N.
+  void (*run_direct)(const T* table, std::ptrdiff_t points, T* x, bool inverse);
 };
 
 }  // namespace sigpak::kernels

@@ -62,7 +62,7 @@ template <class P, bool streamed> class collected_runs {
 
 // A group that comes next but a few, from scratch memory in no order that the processor foresees.
 template <class P>
-SIGPAK_INLINE void fetch_group(const fft_plan<typename P::scalar>& plan, const typename P::scalar* first) {
+SIGPAK_INLINE void fetch_group(const lane_plan<typename P::scalar>& plan, const typename P::scalar* first) {
   constexpr index pair_bytes = 2 * P::width * static_cast<index>(sizeof(typename P::scalar));
   unroll<P::width / 2>([&](auto p) __attribute__((always_inline)) {
     const auto* const at = reinterpret_cast<const char*>(first + 2 * P::width * plan.offset[p]);
@@ -71,7 +71,7 @@ SIGPAK_INLINE void fetch_group(const fft_plan<typename P::scalar>& plan, const t
 }
 
 template <class P, bool inverse, bool streamed>
-void collecting_last_pass(const fft_plan<typename P::scalar>& plan, const typename P::scalar* s,
+void collecting_last_pass(const lane_plan<typename P::scalar>& plan, const typename P::scalar* s,
                           typename P::scalar* x) {
   using runs = collected_runs<P, streamed>;
   constexpr int W = P::width;
@@ -94,7 +94,7 @@ void collecting_last_pass(const fft_plan<typename P::scalar>& plan, const typena
 }
 
 template <class P, bool inverse>
-void run_collected(const fft_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
+void run_collected(const lane_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
   transform_lanes<P, inverse>(plan, x, s);
   plan.streamed ? collecting_last_pass<P, inverse, true>(plan, s, x)
                 : collecting_last_pass<P, inverse, false>(plan, s, x);

@@ -5,6 +5,7 @@
 // its results.
 #pragma once
 
+#include "fft/plans/mixed_plan.h"
 #include "fft/wide/passes.h"
 
 namespace sigpak::SIGPAK_LEVEL {
@@ -20,16 +21,16 @@ void columns_pass(const mixed_plan<typename P::scalar>& plan, index group, const
                   typename P::scalar* rows, typename P::scalar* s) {
   using T = typename P::scalar;
   constexpr int W = P::width;
-  const index a_points = plan.over_columns.vectors;
-  const index b_points = plan.over_rows.vectors;
+  const index a_points = plan.columns.vectors;
+  const index b_points = plan.rows.vectors;
   const index n2 = least(group * W, b_points - W);
   first_pass<P>(
-      plan.over_columns,
+      plan.columns,
       [=](index i)
           __attribute__((always_inline)) { return load_points<P, inverse>(x + 2 * (i * b_points + n2)); },
       s);
-  all_middle_passes<P>(plan.over_columns, s);
-  const std::uint32_t* const place = plan.over_columns.start;
+  all_middle_passes<P>(plan.columns, s);
+  const std::uint32_t* const place = plan.place;
   const T* const w = plan.twiddles + 2 * W * a_points * group;
   for (index block = 0; block * W < a_points; ++block) {
     const index k1 = least(block * W, a_points - W);
@@ -51,12 +52,12 @@ template <class P, bool inverse>
 void rows_pass(const mixed_plan<typename P::scalar>& plan, index group, const typename P::scalar* rows,
                typename P::scalar* x, typename P::scalar* s) {
   using T = typename P::scalar;
-  const fft_plan<T>& over = plan.over_rows;
-  const index a_points = plan.over_columns.vectors;
+  const pass_plan<T>& over = plan.rows;
+  const index a_points = plan.columns.vectors;
   const index b_points = over.vectors;
   T* const out = x + 2 * least(group * P::width, a_points - P::width);
   const T* const in = rows + 2 * P::width * b_points * group;
-  const auto factor = factor_of<P, inverse>(over.scale);
+  const auto factor = factor_of<P, inverse>(plan.scale);
   first_pass<P>(
       over, [in](index i) __attribute__((always_inline)) { return load_pair<P>(in, i); }, s);
   if (over.passes == 1) {
@@ -71,7 +72,7 @@ void rows_pass(const mixed_plan<typename P::scalar>& plan, index group, const ty
             over.radix[over.passes - 1], [&](auto radix) __attribute__((always_inline)) {
               constexpr int R = radix;
               const index step = 2 * a_points * (b_points / R);
-              const std::uint32_t* result = over.result + (at - s) / (2 * P::width) / R;
+              const std::uint32_t* result = plan.result + (at - s) / (2 * P::width) / R;
               for (index i = 0; i < length; i += R, ++result) {
                 cplx<P> a[R];
                 unroll<R>([&](auto j) __attribute__((always_inline)) { a[j] = load_pair<P>(at, i + j); });
@@ -89,8 +90,8 @@ template <class P, bool inverse>
 void run_mixed(const mixed_plan<typename P::scalar>& plan, typename P::scalar* x,
                typename P::scalar* scratch) {
   constexpr int W = P::width;
-  const index a_points = plan.over_columns.vectors;
-  const index b_points = plan.over_rows.vectors;
+  const index a_points = plan.columns.vectors;
+  const index b_points = plan.rows.vectors;
   const index row_groups = (a_points + W - 1) / W;
   auto* const s = scratch + 2 * W * b_points * row_groups;
   for (index group = 0; group * W < b_points; ++group) columns_pass<P, inverse>(plan, group, x, scratch, s);

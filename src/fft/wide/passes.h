@@ -2,14 +2,15 @@
 // An inverse transform is a forward one with real and imaginary parts exchanged on the way in and out.
 #pragma once
 
+#include "fft/plans/lane_plan.h"
 #include "fft/wide/butterflies.h"
 #include "fft/wide/butterflies_odd.h"
-#include "fft/plans/pass_plan.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
-using kernels::fft_plan;
+using kernels::lane_plan;
+using kernels::pass_plan;
 using kernels::point_at;
 
 // One complex vector of scratch memory: the real parts, then the imaginary parts.
@@ -51,7 +52,7 @@ template <class P> SIGPAK_INLINE cplx<P> turned(cplx<P> a, const typename P::sca
 
 // All M vectors, which `source` gives by their place, in butterflies of R that are M / R apart.
 template <class P, int R, class Source>
-void first_pass(const fft_plan<typename P::scalar>& plan, const Source& source, typename P::scalar* s) {
+void first_pass(const pass_plan<typename P::scalar>& plan, const Source& source, typename P::scalar* s) {
   const index count = plan.vectors / R;
   const index stride = plan.stride;
   const auto* w = plan.twiddles[0];
@@ -120,7 +121,8 @@ void turning_leaf_pass(typename P::scalar* s, index length, const typename P::sc
 
 // First and last pass within the lanes at once: R vectors of data.
 template <class P, int R, bool inverse>
-void only_pass(const fft_plan<typename P::scalar>& plan, const typename P::scalar* x, typename P::scalar* s) {
+void only_pass(const lane_plan<typename P::scalar>& plan, const typename P::scalar* x,
+               typename P::scalar* s) {
   const auto* const w = plan.last;
   cplx<P> a[R];
   unroll<R>([&](auto j)
@@ -172,7 +174,7 @@ SIGPAK_INLINE void transform_columns(const Row& row, typename P::scalar scale, t
 
 // One group of kb, the vector of the first at `first`.
 template <class P, bool inverse>
-SIGPAK_INLINE void transform_group(const fft_plan<typename P::scalar>& plan, const typename P::scalar* first,
+SIGPAK_INLINE void transform_group(const lane_plan<typename P::scalar>& plan, const typename P::scalar* first,
                                    typename P::scalar* x, index vectors) {
   constexpr int W = P::width;
   transform_columns<P, inverse>(
@@ -183,7 +185,8 @@ SIGPAK_INLINE void transform_group(const fft_plan<typename P::scalar>& plan, con
 
 // The last transform, over the lanes; natural order out.
 template <class P, bool inverse>
-void last_pass(const fft_plan<typename P::scalar>& plan, const typename P::scalar* s, typename P::scalar* x) {
+void last_pass(const lane_plan<typename P::scalar>& plan, const typename P::scalar* s,
+               typename P::scalar* x) {
   constexpr int W = P::width;
   const index vectors = plan.vectors;
   const std::uint32_t* start = plan.start;
@@ -201,7 +204,7 @@ template <class Body> SIGPAK_INLINE void with_radix(int radix, const Body& body)
 }
 
 template <class P, class Source>
-void first_pass(const fft_plan<typename P::scalar>& plan, const Source& source, typename P::scalar* s) {
+void first_pass(const pass_plan<typename P::scalar>& plan, const Source& source, typename P::scalar* s) {
   with_radix(plan.radix[0], [&](auto radix) { first_pass<P, radix>(plan, source, s); });
 }
 
@@ -222,7 +225,7 @@ template <class P> constexpr bool is_cached(index vectors) {
 }
 
 template <class P, class Leaf>
-void middle_passes(const fft_plan<typename P::scalar>& plan, int pass, typename P::scalar* s, index length,
+void middle_passes(const pass_plan<typename P::scalar>& plan, int pass, typename P::scalar* s, index length,
                    const Leaf& leaf) {
   const index block = plan.block[pass];
   if (pass == plan.passes - 1) return leaf(s, length);
@@ -239,7 +242,7 @@ void middle_passes(const fft_plan<typename P::scalar>& plan, int pass, typename 
 
 // All passes but the first, and within the lanes, on what the first left in the blocks of the scratch memory.
 template <class P, class Leaf>
-void all_middle_passes(const fft_plan<typename P::scalar>& plan, typename P::scalar* s, const Leaf& leaf) {
+void all_middle_passes(const pass_plan<typename P::scalar>& plan, typename P::scalar* s, const Leaf& leaf) {
   if (plan.passes == 1) return;
   if (is_cached<P>(plan.vectors) && plan.stride == plan.block[1]) {
     return middle_passes<P>(plan, 1, s, plan.vectors, leaf);
@@ -248,7 +251,7 @@ void all_middle_passes(const fft_plan<typename P::scalar>& plan, typename P::sca
     middle_passes<P>(plan, 1, s + 2 * P::width * plan.stride * block, plan.block[1], leaf);
   }
 }
-template <class P> void all_middle_passes(const fft_plan<typename P::scalar>& plan, typename P::scalar* s) {
+template <class P> void all_middle_passes(const pass_plan<typename P::scalar>& plan, typename P::scalar* s) {
   const int radix = plan.radix[plan.passes - 1];
   all_middle_passes<P>(plan, s,
                        [radix](typename P::scalar* at, index length) { leaf_pass<P>(radix, at, length); });
@@ -261,7 +264,7 @@ template <class Body> SIGPAK_INLINE void with_even_radix(int radix, const Body& 
 
 // Everything before the last transform.
 template <class P, bool inverse>
-void transform_lanes(const fft_plan<typename P::scalar>& plan, const typename P::scalar* x,
+void transform_lanes(const lane_plan<typename P::scalar>& plan, const typename P::scalar* x,
                      typename P::scalar* s) {
   using T = typename P::scalar;
   constexpr index pair = 2 * P::width;
@@ -286,7 +289,7 @@ void transform_lanes(const fft_plan<typename P::scalar>& plan, const typename P:
 }
 
 template <class P, bool inverse>
-void run(const fft_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
+void run(const lane_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
   transform_lanes<P, inverse>(plan, x, s);
   last_pass<P, inverse>(plan, s, x);
 }

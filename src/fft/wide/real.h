@@ -7,11 +7,14 @@
 // mirror images. Backwards everything runs in the opposite order on the conjugate of the spectrum.
 #pragma once
 
+#include "fft/plans/real_plan.h"
+#include "fft/plans/sines.h"
 #include "fft/wide/passes.h"
-#include "fft/plans/roots_of_unity.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
+
+using kernels::real_plan;
 
 template <class P> SIGPAK_INLINE cplx<P> conjugate(cplx<P> a) { return {a.re, -a.im}; }
 
@@ -35,8 +38,8 @@ template <class P> struct middle_roots {
     using T = typename P::scalar;
     for (int k = 0; k < W / 2; ++k) {
       for (int l = 0; l < W; ++l) {
-        c[k][l] = static_cast<T>(kernels::cosine(l * (2 * k + 1) * (32 / W)));
-        s[k][l] = static_cast<T>(kernels::sine(l * (2 * k + 1) * (32 / W)));
+        c[k][l] = static_cast<T>(kernels::cosine_of(l * (2 * k + 1), 2 * W));
+        s[k][l] = static_cast<T>(kernels::sine_of(l * (2 * k + 1), 2 * W));
       }
     }
   }
@@ -56,14 +59,14 @@ template <class P> SIGPAK_INLINE typename P::scalar sum(P a) {
 template <class P> class rows {
  public:
   using T = typename P::scalar;
-  rows(const fft_plan<T>& plan, index group) {
+  rows(const real_plan<T>& plan, index group) {
     const index groups = plan.vectors / P::width;
     start_ = plan.start[group];
     mirror_ = plan.start[groups - 1 - group];
     first_ = plan.start[group == 0 ? 0 : groups - group];
   }
-  index place(const fft_plan<T>& plan, int v) const { return start_ + plan.offset[v]; }
-  index mirror(const fft_plan<T>& plan, int v) const {
+  index place(const real_plan<T>& plan, int v) const { return start_ + plan.offset[v]; }
+  index mirror(const real_plan<T>& plan, int v) const {
     return v == 0 ? first_ : mirror_ + plan.offset[P::width - v];
   }
 
@@ -90,7 +93,7 @@ template <class P> SIGPAK_INLINE cplx<P> packed(cplx<P> a, cplx<P> b, const type
 }
 
 template <class P>
-void real_last_pass(const fft_plan<typename P::scalar>& plan, const typename P::scalar* s,
+void real_last_pass(const real_plan<typename P::scalar>& plan, const typename P::scalar* s,
                     typename P::scalar* x) {
   using T = typename P::scalar;
   constexpr int W = P::width;
@@ -128,7 +131,7 @@ void real_last_pass(const fft_plan<typename P::scalar>& plan, const typename P::
 
 // The opposite of the last pass: the lanes in the order of kb, and one more vector for kb = H.
 template <class P>
-void real_head_pass(const fft_plan<typename P::scalar>& plan, const typename P::scalar* x,
+void real_head_pass(const real_plan<typename P::scalar>& plan, const typename P::scalar* x,
                     typename P::scalar* s) {
   using T = typename P::scalar;
   constexpr int W = P::width;
@@ -172,7 +175,7 @@ void result_pass(typename P::scalar* s, index length, const std::uint32_t* resul
 }
 
 template <class P>
-void run_real(const fft_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
+void run_real(const real_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
   first_pass<P>(
       plan, [x](index i) __attribute__((always_inline)) { return load_pair<P>(x, i); }, s);
   all_middle_passes<P>(plan, s);
@@ -181,7 +184,7 @@ void run_real(const fft_plan<typename P::scalar>& plan, typename P::scalar* x, t
 
 // The imaginary parts of the outer bins do not count.
 template <class P>
-void run_real_inverse(const fft_plan<typename P::scalar>& plan, typename P::scalar* x,
+void run_real_inverse(const real_plan<typename P::scalar>& plan, typename P::scalar* x,
                       typename P::scalar* s) {
   using T = typename P::scalar;
   const index vectors = plan.vectors;

@@ -1,8 +1,8 @@
 // Transforms that stay in registers from load to store.
 #pragma once
 
+#include "fft/plans/sines.h"
 #include "fft/wide/passes.h"
-#include "fft/plans/roots_of_unity.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
@@ -21,9 +21,9 @@ template <class P, int M, bool inverse> struct point_twiddles {
     for (int p = 0; p < P::width; ++p) unturned[p] = factor(p);
     for (int kb = 1; kb < M; ++kb) {
       for (int p = 0; p < P::width; ++p) {
-        const int k = kb * (p / 2) * (64 / N);
-        c[kb - 1][p] = static_cast<T>(kernels::cosine(k)) * factor(p);
-        s[kb - 1][p] = static_cast<T>(inverse ? -kernels::sine(k) : kernels::sine(k)) * factor(p);
+        const int k = kb * (p / 2);
+        c[kb - 1][p] = static_cast<T>(kernels::cosine_of(k, N)) * factor(p);
+        s[kb - 1][p] = static_cast<T>(inverse ? -kernels::sine_of(k, N) : kernels::sine_of(k, N)) * factor(p);
       }
     }
   }
@@ -65,7 +65,7 @@ requires(P::width > 2) void run_small(typename P::scalar* x) {
   });
 }
 
-// N = M W points as in fft_plan, with its twiddles for the last transform.
+// N = M W points as in lane_plan, with its twiddles for the last transform.
 template <class P, int M> struct lane_twiddles {
   using T = typename P::scalar;
   static constexpr int N = M * P::width;
@@ -73,9 +73,9 @@ template <class P, int M> struct lane_twiddles {
   constexpr lane_twiddles() {
     for (int kb = 1; kb < M; ++kb) {
       for (int p = 0; p < P::width; ++p) {
-        const int k = kb * point_at<T>(p, P::width) * (64 / N);
-        values[kb - 1][0][p] = static_cast<T>(kernels::cosine(k));
-        values[kb - 1][1][p] = static_cast<T>(kernels::sine(k));
+        const int k = kb * point_at<T>(p, P::width);
+        values[kb - 1][0][p] = static_cast<T>(kernels::cosine_of(k, N));
+        values[kb - 1][1][p] = static_cast<T>(kernels::sine_of(k, N));
       }
     }
   }
@@ -106,10 +106,10 @@ template <class P, int M, bool inverse> void run_small_split(typename P::scalar*
 }
 
 // With w = w_2H^k: even - i w odd, and even + i w odd.
-template <int H> SIGPAK_INLINE void split_pair(d2 even, d2 odd, int k, d2& sum, d2& difference) {
-  const int turn = k * (32 / H);
-  const auto c = static_cast<double>(kernels::cosine(turn));
-  const d2 s = splat_constant<d2>(kernels::sine(turn));
+template <int H, int k> SIGPAK_INLINE void split_pair(d2 even, d2 odd, d2& sum, d2& difference) {
+  constexpr auto c = static_cast<double>(kernels::cosine_of(k, 2 * H));
+  constexpr auto sine = static_cast<double>(kernels::sine_of(k, 2 * H));
+  const d2 s = splat<d2>(sine);
   const d2 crossed = exchanged(odd);
   sum = fma(crossed, point_of(c, -c), fnma(odd, s, even));
   difference = fma(crossed, point_of(-c, c), fma(odd, s, even));
@@ -132,7 +132,7 @@ template <class T, int H> void run_small_real(T* x) {
     constexpr int k = i + 1;
     const d2 mirrored = conjugate(z[H - k]);
     d2 low, high;
-    split_pair<H>(z[k] + mirrored, z[k] - mirrored, k, low, high);
+    split_pair<H, k>(z[k] + mirrored, z[k] - mirrored, low, high);
     store_point(x + 2 * k, low * half);
     store_point(x + 2 * (H - k), conjugate(high * half));
   });
@@ -151,7 +151,7 @@ template <class T, int H> void run_small_real_inverse(T* x) {
     const d2 a = load_point(x + 2 * k);
     const d2 mirrored = conjugate(load_point(x + 2 * (H - k)));
     d2 low, high;
-    split_pair<H>(conjugate(a + mirrored), conjugate(a - mirrored), k, low, high);
+    split_pair<H, k>(conjugate(a + mirrored), conjugate(a - mirrored), low, high);
     z[k] = conjugate(low);
     z[H - k] = high;
   });

@@ -11,14 +11,14 @@ namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
 template <class P>
-void run_either(const fft_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* scratch,
+void run_either(const lane_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* scratch,
                 bool inverse) {
   if (plan.collected)
     return inverse ? run_collected<P, true>(plan, x, scratch) : run_collected<P, false>(plan, x, scratch);
   inverse ? run<P, true>(plan, x, scratch) : run<P, false>(plan, x, scratch);
 }
 template <class P>
-void run_either_real(const fft_plan<typename P::scalar>& plan, typename P::scalar* x,
+void run_either_real(const real_plan<typename P::scalar>& plan, typename P::scalar* x,
                      typename P::scalar* scratch, bool inverse) {
   inverse ? run_real_inverse<P>(plan, x, scratch) : run_real<P>(plan, x, scratch);
 }
@@ -36,12 +36,12 @@ using narrow_f = pack<float, widest_f::width / 2>;
 
 // Plans come with the widest lanes that their length allows.
 template <class Wide, class Narrow, class T>
-void run_lanes(const fft_plan<T>& plan, T* x, T* scratch, bool inverse) {
+void run_lanes(const lane_plan<T>& plan, T* x, T* scratch, bool inverse) {
   if (plan.lanes == Wide::width) return run_either<Wide>(plan, x, scratch, inverse);
   run_either<Narrow>(plan, x, scratch, inverse);
 }
 template <class Wide, class Narrow, class Narrowest, class T>
-void run_real_lanes(const fft_plan<T>& plan, T* x, T* scratch, bool inverse) {
+void run_real_lanes(const real_plan<T>& plan, T* x, T* scratch, bool inverse) {
   if (plan.lanes == Wide::width) return run_either_real<Wide>(plan, x, scratch, inverse);
   if (plan.lanes == Narrow::width) return run_either_real<Narrow>(plan, x, scratch, inverse);
   run_either_real<Narrowest>(plan, x, scratch, inverse);

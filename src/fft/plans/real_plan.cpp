@@ -1,0 +1,75 @@
+// The plans of the wide transforms of real data, one per length and number of lanes.
+#include "fft/plans/real_plan.h"
+
+#include <bit>
+
+#include "core/memory.h"
+#include "fft/plans/pass_tables.h"
+#include "fft/plans/radices.h"
+
+namespace sigpak::kernels {
+namespace {
+
+template <class T> constinit keyed_list<std::byte> plans;
+
+// Groups of consecutive kb, with one vector of twiddles per lane but the first.
+template <class T> void fill_by_group(T* out, const real_plan<T>& plan, const roots& w) noexcept {
+  const int lanes = plan.lanes;
+  for (index kb = 0; kb < plan.vectors; kb += lanes) {
+    for (index l = 1; l < lanes; ++l, out += 2 * lanes) {
+      for (int p = 0; p < lanes; ++p) {
+        put_root(out + p, lanes, w[l * (kb + point_at<T>(p, lanes))]);
+      }
+    }
+  }
+}
+
+template <class T> void carve(real_plan<T>& plan, carver& memory) noexcept {
+  carve_passes(plan, memory);
+  plan.last = memory.take<T>(2 * (plan.lanes - 1) * plan.vectors);
+  plan.unpack = memory.take<T>(2 * plan.vectors);
+  plan.start = memory.take<std::uint32_t>(plan.vectors / plan.lanes);
+  plan.result = memory.take<std::uint32_t>(plan.vectors / plan.radix[plan.passes - 1]);
+}
+
+template <class T> void fill(real_plan<T>& plan) noexcept {
+  const roots w(plan.points);
+  fill_passes(plan, plan.points, w);
+  fill_by_group(plan.last, plan, w);
+  for (index k = 0; k < plan.vectors; ++k) put_root(plan.unpack + 2 * k, 1, w[k * plan.lanes]);
+  fill_places(plan, plan.lanes);
+  fill_results(plan.result, plan);
+}
+
+// The blocks of long transforms are put apart by a vector, away from the strides of powers of two.
+constexpr index padded_from = 4096;
+
+template <class T> real_plan<T> lay_out(index points, int lanes) noexcept {
+  real_plan<T> plan = {};
+  plan.points = points;
+  plan.lanes = lanes;
+  plan.vectors = points / lanes / 2;
+  plan.scale = T(0.5) / static_cast<T>(points);
+  choose_power_of_two(plan, std::countr_zero(static_cast<std::uint64_t>(plan.vectors)));
+  lay_out_blocks(plan);
+  plan.stride = plan.vectors / plan.radix[0] + (points >= padded_from ? 1 : 0);
+  return plan;
+}
+
+}  // namespace
+
+template <class T> const real_plan<T>* find_real_plan(index points, int lanes) noexcept {
+  const index key = points * most_lanes + lanes - 1;
+  if (std::byte* const known = plans<T>.find(key); known != nullptr) return kept_plan<real_plan<T>>(known);
+  return keep_plan(lay_out<T>(points, lanes), carve<T>, fill<T>,
+                   [key](index bytes) { return plans<T>.append(key, bytes); });
+}
+
+template <class T> void release_real_plans() noexcept { plans<T>.release(); }
+
+template const real_plan<double>* find_real_plan(index, int) noexcept;
+template const real_plan<float>* find_real_plan(index, int) noexcept;
+template void release_real_plans<double>() noexcept;
+template void release_real_plans<float>() noexcept;
+
+}  // namespace sigpak::kernels
