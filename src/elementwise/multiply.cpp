@@ -30,12 +30,13 @@ template <record V> status multiply(const V* a, const V* b, V* out) noexcept {
 
 template <class T>
 void multiply_in_place(T* a, index a_width, const T* b, index b_width, index points) noexcept {
+  const T* const in = a;
   if (a_width == 1) {
-    combine_points(real_points{a}, real_points{b}, real_points{a}, points, times{});
+    combine_points(real_points{in}, real_points{b}, real_points{a}, points, times{});
   } else if (b_width == 1) {
-    combine_points(complex_points{a}, real_points{b}, complex_points{a}, points, times{});
+    combine_points(complex_points{in}, real_points{b}, complex_points{a}, points, times{});
   } else {
-    combine_points(complex_points{a}, complex_points{b}, complex_points{a}, points, times{});
+    combine_points(complex_points{in}, complex_points{b}, complex_points{a}, points, times{});
   }
 }
 

@@ -16,10 +16,9 @@
 namespace sigpak {
 namespace {
 
-constexpr index least_packed = 4;
-
 using kernels::fft_kernels;
 
+constexpr index least_packed = 4;
 constexpr index least_mixed = 16;
 
 // The tables and the scratch memory of the wide transforms.
@@ -137,9 +136,11 @@ template <class T> algorithm algorithm_for(index points) noexcept {
   return points % 2 != 0 && points <= kernels::most_direct_points<T> ? algorithm::direct : algorithm::chirp;
 }
 
-template <class T> status transform(T* data, index points, bool inverse) noexcept {
+namespace {
+
+template <class T> status transform_by(algorithm chosen, T* data, index points, bool inverse) noexcept {
   const auto* const level = at_level<fft_kernels<T>>();
-  switch (algorithm_for<T>(points)) {
+  switch (chosen) {
     case algorithm::identity:
       return ok;
     case algorithm::pair:
@@ -166,12 +167,17 @@ template <class T> status transform(T* data, index points, bool inverse) noexcep
   return failed;
 }
 
+}  // namespace
+
+template <class T> status transform(T* data, index points, bool inverse) noexcept {
+  return transform_by(algorithm_for<T>(points), data, points, inverse);
+}
+
 template <class T> status transform_reals(T* data, index points, bool inverse) noexcept {
-  if (algorithm_for<T>(points) == algorithm::bluestein) {
-    return bluestein_transform(data, domain::real, points, inverse);
-  }
+  const algorithm chosen = algorithm_for<T>(points);
+  if (chosen == algorithm::bluestein) return bluestein_transform(data, domain::real, points, inverse);
   widen(data, points);
-  if (transform(data, points, inverse) == ok) return ok;
+  if (transform_by(chosen, data, points, inverse) == ok) return ok;
   narrow(data, points);
   return failed;
 }

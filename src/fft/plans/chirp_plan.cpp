@@ -104,18 +104,18 @@ class squares {
   squares(index points, const roots& of_circle) noexcept
       : period_(2 * points), of_data_(2 * points), of_circle_(of_circle) {}
 
-  // From m = first on. There is nothing behind m = 2 N - 2. All loops but those over the table of coarse
-  // roots run in vectors.
+  // From m = first on; those behind m = 2 N - 2 are 0. All loops but those over the table of coarse roots run
+  // in vectors.
   [[gnu::always_inline]] void fill(root_row (&out)[2], index first, index count) const noexcept {
-    const index there = std::clamp(period_ - 1 - first, index{0}, count);
+    const index left = std::clamp(period_ - 1 - first, index{0}, count);
     std::int32_t coarse[2][row_length];
     double fine[2][row_length];
-    find_angles(coarse, fine, first, there);
+    find_angles(coarse, fine, first, left);
     for (const int part : {0, 1}) {
       root_row& row = out[part];
-      for (index i = 0; i < there; ++i) row.put(i, coarse_root(coarse[part][i]));
-      for (index i = 0; i < there; ++i) row.put(i, turned_by(row[i], fine[part][i]));
-      for (index i = there; i < count; ++i) row.put(i, {});
+      for (index i = 0; i < left; ++i) row.put(i, coarse_root(coarse[part][i]));
+      for (index i = 0; i < left; ++i) row.put(i, turned_by(row[i], fine[part][i]));
+      for (index i = left; i < count; ++i) row.put(i, {});
     }
   }
 
@@ -144,12 +144,13 @@ class squares {
   roots of_circle_;
 };
 
-template <class T> void put_chirp(T* out, int lanes, index n, const root_row (&of)[2], index count) noexcept {
+template <class T>
+void put_chirp(T* out, int lanes, index n, const root_row (&row)[2], index count) noexcept {
   for (index i = 0; i < count; ++i) {
     T* const at = lane_at(out, lanes, 2 * (n + i));
     for (const int part : {0, 1}) {
-      at[part] = static_cast<T>(rounded(of[part].cosine[i]));
-      at[lanes + part] = static_cast<T>(-rounded(of[part].sine[i]));
+      at[part] = static_cast<T>(rounded(row[part].cosine[i]));
+      at[lanes + part] = static_cast<T>(-rounded(row[part].sine[i]));
     }
   }
 }
@@ -177,7 +178,7 @@ double balance(index circle) noexcept {
 template <class T>
 void fill_squares(const chirp_plan<T>& plan, const chirp_plan<double>& wide, double* scratch) noexcept {
   std::fill_n(plan.chirp, chirp_scalars(plan), T(0));
-  const squares of(plan.points, roots(2 * plan.circle));
+  const squares chirps(plan.points, roots(2 * plan.circle));
   const factor scale(0.5L * balance(plan.circle) / static_cast<long double>(plan.circle));
   const index block = plan.circle / wide.radix[0];
   isa::run([=, chirp = plan.chirp, points = plan.points, lanes = plan.lanes, wide_lanes = wide.lanes,
@@ -189,8 +190,8 @@ void fill_squares(const chirp_plan<T>& plan, const chirp_plan<double>& wide, dou
       for (index i = 0; i < block; i += row_length) {
         const index m = start + i;
         const index count = std::min(row_length, block - i);
-        of.fill(low, m, count);
-        of.fill(high, m + all, count);
+        chirps.fill(low, m, count);
+        chirps.fill(high, m + all, count);
         put_sums(out + 4 * i, wide_lanes, low, high, scale, count);
         put_chirp(chirp, lanes, m, low, std::min(count, points - m));
       }

@@ -62,7 +62,8 @@ path passes_before_core(index vectors) noexcept {
   return best;
 }
 
-// From a pass with many streams of vectors a multiple of this many bytes apart, the first cache drops some.
+// A pass reads as many streams of vectors as its radix. Streams a multiple of this many bytes apart meet in
+// one set of the first cache, which holds only so many of them.
 constexpr index aliased_bytes = 4096;
 constexpr int most_aliased = 8;
 
@@ -108,7 +109,8 @@ template <class T> void consider(circle& best, index points, int lanes, const pa
   if (best.cost == 0 || cost < best.cost) best = {cost, points, lanes, passes};
 }
 
-// The core takes one or two groups of as many vectors as there are pairs of lanes, of two up to four.
+// The core takes whole groups, each of as many vectors as there are pairs of lanes: one or two, of two pairs
+// up to four.
 bool has_core(int radix, int lanes) noexcept {
   return radix == lanes / 2 || radix == lanes || (lanes == 4 && radix == 8);
 }

@@ -44,7 +44,7 @@ template <class T> class kept_table {
 
   static constexpr index most_terms = most_direct_points<T> / 2;
   static constexpr index most_in_lanes = (most_terms + most_lanes - 1) / most_lanes * most_lanes;
-  T values_[2 * most_terms * most_in_lanes] = {};
+  alignas(64) T values_[2 * most_terms * most_in_lanes] = {};
   index points_ = 0;
   isa::level level_ = isa::level::baseline;
 };

@@ -22,7 +22,7 @@ template <class T> T* fill_lanes(T* out, const lane_plan<T>& plan, index kb, con
   return out + 2 * lanes;
 }
 
-// In the order of the places, from one to that so many behind.
+// In the order of the places, those of every step-th place.
 template <class T> void fill_by_place(T* out, const lane_plan<T>& plan, index step, const roots& w) noexcept {
   for (index at = 0; at < plan.vectors; at += step) out = fill_lanes(out, plan, output(plan, at), w);
 }

@@ -18,15 +18,17 @@ template <class T> struct lane_plan : pass_plan<T> {
              // and these are the twiddles from that output to the others
   bool collected;  // the last transform collects its output
   bool streamed;   // and writes it past the caches
-  std::ptrdiff_t
-      offset[most_lanes];  // of the vector of kb + p from that of kb, kb the first of a group of W / 2
-  std::uint32_t* start;    // place of the vector of kb, the first of a group
+  // Of groups of W / 2 vectors, kb the first of a group: from the vector of kb to that of kb + p, and the
+  // place of kb.
+  std::ptrdiff_t offset[most_lanes];
+  std::uint32_t* start;
 };
 
-// From where on the output is collected, in points where the lanes are more than the ways of the first cache,
-// else in bytes, and in bytes from where on it is streamed past the caches, of which the third then does not
-// hold data, scratch memory and tables. Variables so that a test can reach both with short data, before the
-// first plan of its length; 2^11 points is the least.
+// From which lengths on the output of the last transform is collected in the first cache: `crowded` points
+// where the lanes are more than the ways of that cache, `collected` bytes elsewhere. From `streamed` bytes on
+// it is written past the caches: the third does not hold data, scratch memory and tables together any more.
+// Variables, so that a test reaches all of this with short data; to be set before the first plan of a length,
+// of 2^11 points at least.
 struct long_lengths {
   std::ptrdiff_t crowded, collected, streamed;
 };

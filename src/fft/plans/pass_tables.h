@@ -103,7 +103,7 @@ template <class T> void fill_passes(pass_plan<T>& plan, index order, const roots
   }
 }
 
-// The place of an output before the blocks are put apart, backwards: the output at a place.
+// The output at a place, with no padding counted: the inverse of `place`.
 template <class T> index output(const pass_plan<T>& plan, index at) noexcept {
   index out = 0;
   index weight = 1;

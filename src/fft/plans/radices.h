@@ -1,15 +1,17 @@
 // Lengths as products of radices.
 #pragma once
 
+#include <initializer_list>
+
 #include "core/record.h"
 #include "fft/plans/pass_plan.h"
 
 namespace sigpak::kernels {
 
-// No prime factor is above `largest`.
+// No prime factor is above `largest`, 13 at most.
 constexpr bool is_smooth(index n, index largest) noexcept {
-  for (index p = 2; p <= largest; ++p) {
-    while (n % p == 0) n /= p;
+  for (const index p : {2, 3, 5, 7, 11, 13}) {
+    while (p <= largest && n % p == 0) n /= p;
   }
   return n == 1;
 }

@@ -3,8 +3,8 @@
 // The k lie in the lanes.
 #pragma once
 
-#include "fft/wide/butterflies.h"
 #include "fft/plans/chirp_plan.h"
+#include "fft/wide/butterflies.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
@@ -32,36 +32,36 @@ template <class T> struct folded {
 
 // One term of the cosine and sine sums.
 template <class P>
-SIGPAK_INLINE void add_term(cplx<P>& even, cplx<P>& odd, const folded<typename P::scalar>& of, index j,
+SIGPAK_INLINE void add_term(cplx<P>& even, cplx<P>& odd, const folded<typename P::scalar>& in, index j,
                             const typename P::scalar* table) {
   const P c = load<P>(table);
   const P s = load<P>(table + P::width);
-  even = {fma(c, splat<P>(of.sum[j][0]), even.re), fma(c, splat<P>(of.sum[j][1]), even.im)};
-  odd = {fma(s, splat<P>(of.difference[j][0]), odd.re), fma(s, splat<P>(of.difference[j][1]), odd.im)};
+  even = {fma(c, splat<P>(in.sum[j][0]), even.re), fma(c, splat<P>(in.sum[j][1]), even.im)};
+  odd = {fma(s, splat<P>(in.difference[j][0]), odd.re), fma(s, splat<P>(in.difference[j][1]), odd.im)};
 }
 
 template <class P>
 void run_direct(const typename P::scalar* table, index points, typename P::scalar* x, bool inverse) {
   using T = typename P::scalar;
   constexpr int W = P::width;
-  const folded<T> of(x, points);
+  const folded<T> in(x, points);
   const index half = points / 2;
   const T scale = inverse ? T(1) : T(1) / static_cast<T>(points);
   const P factor = splat<P>(scale);
   const cplx<P> first = {splat<P>(x[0]), splat<P>(x[1])};
-  x[0] = of.total[0] * scale;
-  x[1] = of.total[1] * scale;
+  x[0] = in.total[0] * scale;
+  x[1] = in.total[1] * scale;
   for (index k = 1; k <= half; k += W) {
     // Two sums each, for half the latency and fewer roundings in a row.
     cplx<P> even[2] = {first, {}};
     cplx<P> odd[2] = {};
     index j = 0;
     for (; j + 1 < half; j += 2, table += 4 * W) {
-      add_term(even[0], odd[0], of, j, table);
-      add_term(even[1], odd[1], of, j + 1, table + 2 * W);
+      add_term(even[0], odd[0], in, j, table);
+      add_term(even[1], odd[1], in, j + 1, table + 2 * W);
     }
     if (j < half) {
-      add_term(even[0], odd[0], of, j, table);
+      add_term(even[0], odd[0], in, j, table);
       table += 2 * W;
     }
     const cplx<P> a = even[0] + even[1];
