@@ -8,8 +8,11 @@
 
 #include "core/copy.h"
 #include "core/room.h"
+#include "fft/baseline/tables.h"
 #include "fft/transform.h"
+#include "fft/wide_fft.h"
 #include "spectral/lag_products.h"
+#include "spectral/right_angle.h"
 #include "spectral/spectral.h"
 
 namespace sigpak {
@@ -273,36 +276,93 @@ status report_stream(correlator<scalar<V>>* c, V* out, const shape<V>& of, index
                 [c](index lag) { return c->at.copy.hi + (lag + c->l.lags) * c->l.width(); });
 }
 
-// In one transform, around which the lags below 0 wrap.
+// A length of at least so many points whose transform is the fastest: a power of two, or a multiple of one by
+// a small number where the caches hold the data.
+template <class T> index fast_length(index least) noexcept {
+  constexpr index most_composite = index{1} << 19;
+  const index power = power_of_two(std::max<index>(least, 64));
+  for (const index sixteenths : {9, 10, 11, 12}) {
+    const index points = power / 16 * sixteenths;
+    if (points >= least && power <= most_composite && kernels::has_wide_dft<T>(points)) return points;
+  }
+  return power;
+}
+
+template <class T> status transform_fast(T* x, index points, bool inverse) noexcept {
+  if (is_power_of_two(points)) return transform(x, points, inverse);
+  own_twiddle_cache<T>();
+  return kernels::wide_dft(x, points, inverse);
+}
+
+// The signals of a whole correlation, and how its sums are scaled.
+template <record V> struct pair_of {
+  const V* a;
+  const V* b;
+  index points;
+  index known;
+  bool same;
+  scaling scale;
+};
+
 template <record V>
-status correlate_at_once(const V* a, const V* b, V* out, index lags, index known,
-                         std::int32_t flags) noexcept {
-  using T = scalar<V>;
-  const index points = std::max(length(a), length(b));
-  const shape<V> of = shape_of(a, b);
-  const layout<T> l = {known, of.complex, false, power_of_two(points + known), points};
-  const index w = l.width();
-  temporary<V> work;
-  if (make_room<V>(&work, 2 * l.spectrum() + 2 * line_scalars<T>) != ok) return failed;
-  T* const x = next_line(work.data);
-  T* const y = next_line(x + l.spectrum());
+pair_of<V> pair_up(const V* a, const V* b, index points, index known, std::int32_t flags) noexcept {
   const bool same = a->data == b->data && length(a) == length(b) && is_complex(a) == is_complex(b);
-  const auto energy_of = [&](const V* v) { return energy(v->data, scalars(v)); };
-  scaling scale = {flags, static_cast<double>(points), 0, 0};
-  if ((flags & scale_bits) == DSP_CORR_COEFFICIENT) {
-    scale.energy_a = energy_of(a);
-    scale.energy_b = energy_of(b);
+  const bool normal = (flags & scale_bits) == DSP_CORR_COEFFICIENT;
+  const auto energy_of = [normal](const V* v) { return normal ? energy(v->data, scalars(v)) : 0; };
+  return {a, b, points, known, same, {flags, static_cast<double>(points), energy_of(a), energy_of(b)}};
+}
+
+// Room for the transforms of both signals.
+template <record V> status make_two(V* work, index count, scalar<V>** x, scalar<V>** y, bool same) noexcept {
+  using T = scalar<V>;
+  if (make_room<V>(work, (same ? 1 : 2) * count + 2 * line_scalars<T>) != ok) return failed;
+  *x = next_line(work->data);
+  *y = same ? *x : next_line(*x + count);
+  return ok;
+}
+
+// Complex signals in one transform, around which the lags below 0 wrap.
+template <record V>
+status correlate_complex(const pair_of<V>& of, V* out, const shape<V>& form, index lags) noexcept {
+  using T = scalar<V>;
+  const index points = fast_length<T>(of.points + of.known);
+  temporary<V> work;
+  T* x = nullptr;
+  T* y = nullptr;
+  if (make_two<V>(&work, 2 * points, &x, &y, of.same) != ok) return failed;
+  take(of.a, 0, points, x, 2);
+  if (transform_fast(x, points, false) != ok) return failed;
+  if (!of.same) {
+    take(of.b, 0, points, y, 2);
+    if (transform_fast(y, points, false) != ok) return failed;
   }
-  take(a, 0, l.transform, x, w);
-  if (forward(x, l) != ok) return failed;
-  if (!same) {
-    take(b, 0, l.transform, y, w);
-    if (forward(y, l) != ok) return failed;
+  multiply_conjugate(x, y, points);
+  if (transform_fast(x, points, true) != ok) return failed;
+  return report(out, form, lags, of.known, static_cast<double>(points), of.scale,
+                [=](index lag) { return x + 2 * (lag < 0 ? lag + points : lag); });
+}
+
+template <record V>
+status correlate_reals(const pair_of<V>& of, V* out, const shape<V>& form, index lags) noexcept {
+  using T = scalar<V>;
+  const index points = fast_length<T>((of.points + of.known + 1) / 2);
+  temporary<V> work;
+  T* x = nullptr;
+  T* y = nullptr;
+  if (make_two<V>(&work, 2 * points, &x, &y, of.same) != ok) return failed;
+  right_angle::fold(of.a->data, length(of.a), points, x);
+  if (transform_fast(x, points, false) != ok) return failed;
+  if (!of.same) {
+    right_angle::fold(of.b->data, length(of.b), points, y);
+    if (transform_fast(y, points, false) != ok) return failed;
   }
-  multiply_conjugate(x, same ? x : y, l.spectrum() / 2);
-  if (backward(x, l) != ok) return failed;
-  return report(out, of, lags, known, static_cast<double>(l.transform), scale,
-                [=](index lag) { return x + (lag < 0 ? lag + l.transform : lag) * w; });
+  multiply_conjugate(x, y, points);
+  if (transform_fast(x, points, true) != ok || size(out, form, lags) != ok) return failed;
+  const auto whole = static_cast<double>(points);
+  const bool fades = (of.scale.flags & scale_bits) == DSP_CORR_UNBIASED;
+  right_angle::unfold(x, points, of.known, {fades ? whole : whole * of.scale.at(0), of.scale.samples, fades},
+                      out->data + lags);
+  return ok;
 }
 
 template <record V>
@@ -314,7 +374,10 @@ status correlate_whole(const V* a, const V* b, V* out, index lags, std::int32_t 
   if (points == 0) return size(out, of, lags);
   const index known = std::min(lags, points - 1);
   correlator<T> c = {stream_layout<T>(known, of.complex), {}, 0, 0};
-  if (!c.l.direct && points <= 2 * c.l.section) return correlate_at_once(a, b, out, lags, known, flags);
+  if (!c.l.direct && points <= 2 * c.l.section) {
+    const pair_of<V> pair = pair_up(a, b, points, known, flags);
+    return of.complex ? correlate_complex(pair, out, of, lags) : correlate_reals(pair, out, of, lags);
+  }
   if (c.l.direct) c.l.section = std::min(c.l.section, points);
   temporary<V> state;
   if (make_room<V>(&state, c.l.points() + c.l.work()) != ok) return failed;
