@@ -15,8 +15,19 @@ template <record V> struct hooks {
 template <record V> hooks<V>& current_hooks() noexcept;
 
 // The scratch caches of one precision, in the order of their release.
-enum class cache : int { fir, half_fir, bit_reversal, dct, dft, filter_output, twiddles, plans, windows };
-inline constexpr int cache_count = 9;
+enum class cache : int {
+  fir,
+  half_fir,
+  bit_reversal,
+  dct,
+  dft,
+  filter_output,
+  correlation,
+  twiddles,
+  plans,
+  windows
+};
+inline constexpr int cache_count = 10;
 
 // Called by an owner when its cache comes into use; release empties the cache again.
 template <record V> void register_cache(cache slot, status (*release)() noexcept) noexcept;

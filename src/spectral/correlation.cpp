@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "core/copy.h"
+#include "core/frame.h"
 #include "core/room.h"
 #include "fft/baseline/tables.h"
 #include "fft/transform.h"
@@ -239,13 +240,16 @@ template <record V> shape<V> shape_of(const V* a, const V* b) noexcept {
   return {static_cast<scalar<V>>(a->delta / 2 + b->delta / 2), is_complex(a) || is_complex(b)};
 }
 
-template <record V> status size(V* out, const shape<V>& of, index lags) noexcept {
+// For the lags -lags .. lags, of which those up to `known` follow; none where it is below 0.
+template <record V> status size(V* out, const shape<V>& of, index lags, index known) noexcept {
   out->delta = of.delta;
   out->complex = of.complex ? 1 : 0;
   out->points = static_cast<std::uint32_t>(std::max<index>(2 * lags + 1, 0));
   if (2 * lags + 1 > std::numeric_limits<std::int32_t>::max()) return failed;
   if (allocate(out) != ok) return failed;
-  std::fill_n(out->data, scalars(out), scalar<V>(0));
+  const index zeros = known < 0 ? scalars(out) : (lags - known) * width(out);
+  std::fill_n(out->data, zeros, scalar<V>(0));
+  std::fill_n(out->data + scalars(out) - zeros, zeros, scalar<V>(0));
   return ok;
 }
 
@@ -254,7 +258,7 @@ template <record V, class Place>
 status report(V* out, const shape<V>& of, index lags, index known, double whole, const scaling& scale,
               Place at) noexcept {
   using T = scalar<V>;
-  if (size(out, of, lags) != ok) return failed;
+  if (size(out, of, lags, known) != ok) return failed;
   const index w = width(out);
   for (index lag = -known; lag <= known; ++lag) {
     const double factor = whole * scale.at(lag);
@@ -312,11 +316,14 @@ pair_of<V> pair_up(const V* a, const V* b, index points, index known, std::int32
   return {a, b, points, known, same, {flags, static_cast<double>(points), energy_of(a), energy_of(b)}};
 }
 
-// Room for the transforms of both signals.
-template <record V> status make_two(V* work, index count, scalar<V>** x, scalar<V>** y, bool same) noexcept {
+// Room for the transforms of both signals, kept: fresh memory costs as much as a transform.
+template <record V> constinit V work_record = {1, nullptr, 0, 0, 0, 0};
+
+template <record V> status make_two(index count, scalar<V>** x, scalar<V>** y, bool same) noexcept {
   using T = scalar<V>;
-  if (make_room<V>(work, (same ? 1 : 2) * count + 2 * line_scalars<T>) != ok) return failed;
-  *x = next_line(work->data);
+  register_cache<V>(cache::correlation, []() noexcept { return destroy(&work_record<V>); });
+  if (make_room<V>(&work_record<V>, (same ? 1 : 2) * count + 2 * line_scalars<T>) != ok) return failed;
+  *x = next_line(work_record<V>.data);
   *y = same ? *x : next_line(*x + count);
   return ok;
 }
@@ -326,10 +333,9 @@ template <record V>
 status correlate_complex(const pair_of<V>& of, V* out, const shape<V>& form, index lags) noexcept {
   using T = scalar<V>;
   const index points = fast_length<T>(of.points + of.known);
-  temporary<V> work;
   T* x = nullptr;
   T* y = nullptr;
-  if (make_two<V>(&work, 2 * points, &x, &y, of.same) != ok) return failed;
+  if (make_two<V>(2 * points, &x, &y, of.same) != ok) return failed;
   take(of.a, 0, points, x, 2);
   if (transform_fast(x, points, false) != ok) return failed;
   if (!of.same) {
@@ -346,10 +352,9 @@ template <record V>
 status correlate_reals(const pair_of<V>& of, V* out, const shape<V>& form, index lags) noexcept {
   using T = scalar<V>;
   const index points = fast_length<T>((of.points + of.known + 1) / 2);
-  temporary<V> work;
   T* x = nullptr;
   T* y = nullptr;
-  if (make_two<V>(&work, 2 * points, &x, &y, of.same) != ok) return failed;
+  if (make_two<V>(2 * points, &x, &y, of.same) != ok) return failed;
   right_angle::fold(of.a->data, length(of.a), points, x);
   if (transform_fast(x, points, false) != ok) return failed;
   if (!of.same) {
@@ -357,7 +362,7 @@ status correlate_reals(const pair_of<V>& of, V* out, const shape<V>& form, index
     if (transform_fast(y, points, false) != ok) return failed;
   }
   multiply_conjugate(x, y, points);
-  if (transform_fast(x, points, true) != ok || size(out, form, lags) != ok) return failed;
+  if (transform_fast(x, points, true) != ok || size(out, form, lags, of.known) != ok) return failed;
   const auto whole = static_cast<double>(points);
   const bool fades = (of.scale.flags & scale_bits) == DSP_CORR_UNBIASED;
   right_angle::unfold(x, points, of.known, {fades ? whole : whole * of.scale.at(0), of.scale.samples, fades},
@@ -371,7 +376,7 @@ status correlate_whole(const V* a, const V* b, V* out, index lags, std::int32_t 
   const index points = std::max(length(a), length(b));
   const shape<V> of = shape_of(a, b);
   if (lags < 0) lags = points - 1;
-  if (points == 0) return size(out, of, lags);
+  if (points == 0) return size(out, of, lags, -1);
   const index known = std::min(lags, points - 1);
   correlator<T> c = {stream_layout<T>(known, of.complex), {}, 0, 0};
   if (!c.l.direct && points <= 2 * c.l.section) {
@@ -394,7 +399,7 @@ status correlate_circularly(const V* a, const V* b, V* out, index lags, std::int
   if (length(b) != points) return failed;
   const shape<V> of = shape_of(a, b);
   if (lags < 0) lags = points / 2;
-  if (points == 0) return size(out, of, lags);
+  if (points == 0) return size(out, of, lags, -1);
   temporary<V> x;
   temporary<V> y;
   if (copy<V>(&x, a) != ok || copy<V>(&y, b) != ok) return failed;
@@ -440,7 +445,7 @@ status correlate_stream(const V* a, const V* b, V* out, V* history, std::int32_t
   const shape<V> of = shape_of(a, b);
   if (history->data == nullptr) history->points = 0;
   const bool starts = length(history) == 0;
-  if (starts && length(a) == 0) return out != nullptr ? size(out, of, lags) : ok;
+  if (starts && length(a) == 0) return out != nullptr ? size(out, of, lags, -1) : ok;
   correlator<T> c = {stream_layout<T>(lags, of.complex), {}, 0, 0};
   if (!starts) {
     c.at = areas_in(history->data, c.l);
