@@ -7,7 +7,7 @@
 #include "core/storage.h"
 #include "interpolate/curve.h"
 #include "interpolate/knots.h"
-#include "interpolate/slopes.h"
+#include "interpolate/side_by_side.h"
 
 namespace sigpak {
 namespace {
@@ -48,17 +48,9 @@ void copy_values(const T* z, index rows, index columns, bool periodic, const sur
 }
 
 status make_slopes(const surface& s, end_rule rule) noexcept {
-  for (index r = 0; r < s.rows; ++r) {
-    double* const row = s.along + r * s.row_length();
-    for (index c = 0; c < s.columns; ++c) s.line[c] = row[2 * c];
-    if (irregular_slopes<double>(s.gx, s.line, s.columns, rule, {row + 1, 2}) != ok) return failed;
-  }
-  for (index c = 0; c < s.row_length(); ++c) {
-    for (index r = 0; r < s.rows; ++r) s.line[r] = s.along[r * s.row_length() + c];
-    if (irregular_slopes<double>(s.gy, s.line, s.rows, rule, {s.across + c, s.row_length()}) != ok)
-      return failed;
-  }
-  return ok;
+  const index row = s.row_length();
+  if (slopes_of_lines(s.gx, s.columns, {s.along, s.along + 1, 2, row, s.rows}, rule) != ok) return failed;
+  return slopes_of_lines(s.gy, s.rows, {s.along, s.across, row, 1, row}, rule);
 }
 
 constexpr double between(double y0, double y1, double s0, double s1, double dt, double per_length) noexcept {
