@@ -136,8 +136,4 @@ constexpr double integral_of(cubic p, double dt, double v) noexcept {
   return dt * (p.y0 + dt * (p.s0 / 2 + v * (p.a / 3 + v * (p.b / 4))));
 }
 
-// The values of a curve of pairs at any targets; out may be at.
-void evaluate_values(const curve<double>& c, outside rule, const double* at, index count,
-                     double* out) noexcept;
-
 }  // namespace sigpak

@@ -195,12 +195,6 @@ status interpolate(const V* x, const V* y, const V* at, V* out, std::int32_t fla
 }
 
 }  // namespace
-
-void evaluate_values(const curve<double>& c, outside rule, const double* at, index count,
-                     double* out) noexcept {
-  answer_all(question<double>{c, quantity::value, rule, nullptr}, at, count, out);
-}
-
 }  // namespace sigpak
 
 using namespace sigpak;

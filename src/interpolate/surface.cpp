@@ -77,19 +77,61 @@ void cut(const surface& s, double y, index k, double* pairs) noexcept {
   });
 }
 
-// Every y with every x.
+// Targets among knots: the intervals they are in, how far in, and the reciprocals of the intervals' lengths.
+struct places {
+  double* dt;
+  double* per_length;
+  double* at_end;  // 1 on the second knot
+  std::int32_t* interval;
+};
+
+// x becomes the targets inside.
+void find_places(const curve<double>& c, outside rule, double* x, index count, const places& p) noexcept {
+  isa::run([=] {
+    double beyond[target_block];
+    for (index begin = 0; begin < count; begin += target_block) {
+      const index some = std::min(target_block, count - begin);
+      bring_inside(c, rule, x + begin, beyond, some);
+      find_intervals(c, x + begin, some, p.interval + begin);
+    }
+    for (index i = 0; i < count; ++i) {
+      const double* const knot = c.x + p.interval[i];
+      p.dt[i] = x[i] - knot[0];
+      p.per_length[i] = 1 / (knot[1] - knot[0]);
+      p.at_end[i] = x[i] == knot[1] ? 1 : 0;
+    }
+  });
+}
+
+template <class T> void answer_row(const double* pairs, const places& p, index count, T* out) noexcept {
+  isa::run([=] {
+#pragma GCC ivdep
+    for (index i = 0; i < count; ++i) {
+      const index k = 2 * index{p.interval[i]};
+      const double y0 = pairs[k];
+      const double s0 = pairs[k + 1];
+      const double y1 = pairs[k + 2];
+      const double s1 = pairs[k + 3];
+      const double value = between(y0, y1, s0, s1, p.dt[i], p.per_length[i]);
+      out[i] = static_cast<T>(p.at_end[i] != 0 ? y1 : value);
+    }
+  });
+}
+
+// Every y with every x, whose places are the same in every row.
 template <class T>
-void answer_grid(const surface& s, outside rule, const double* x, index nx, double* y, index ny, T* out,
-                 double* line) noexcept {
+void answer_grid(const surface& s, outside rule, double* x, index nx, double* y, index ny, T* out,
+                 double* room) noexcept {
   const curve<double> rows = axis(s.gy, nullptr, s.rows);
+  const places columns = {room, room + nx, room + 2 * nx, reinterpret_cast<std::int32_t*>(room + 3 * nx)};
+  find_places(axis(s.gx, nullptr, s.columns), rule, x, nx, columns);
   for (index i = 0; i < ny; ++i) {
     double beyond = 0;
     std::int32_t k = 0;
     bring_inside(rows, rule, y + i, &beyond, 1);
     find_intervals(rows, y + i, 1, &k);
     cut(s, y[i], k, s.line);
-    evaluate_values(axis(s.gx, s.line, s.columns), rule, x, nx, line);
-    for (index j = 0; j < nx; ++j) out[i * nx + j] = static_cast<T>(line[j]);
+    answer_row(s.line, columns, nx, out + i * nx);
   }
 }
 
@@ -145,7 +187,7 @@ status evaluate_surface(const targets<V>& at, V* out, const V* gx, const V* gy, 
   const index columns = std::max<index>(length(gx), 2);
   const index rows = std::max<index>(length(gy), 2);
   const index line = 2 * columns + rows;
-  double* const table = allocate_table<double>(4 * columns * rows + columns + rows + line + 2 * nx + ny);
+  double* const table = allocate_table<double>(4 * columns * rows + columns + rows + line + 5 * nx + ny);
   if (table == nullptr) return failed;
   surface s = {table, table + columns, columns, rows, table + columns + rows, nullptr, nullptr};
   s.across = s.along + 2 * columns * rows;
