@@ -109,29 +109,29 @@ status slopes_of_short_lines(const double* x, index n, const lines& of, end_rule
   return ok;
 }
 
-void take_lines(const lines& of, index n, bool periodic, index begin, index some, double* y) noexcept {
-  for (index i = 0; i < n; ++i) {
-    const double* const from = of.y + (periodic && i == n - 1 ? 0 : i) * of.stride + begin * of.step;
-    double* const to = y + i * abreast;
-    if (of.step == 1) {
-      std::copy_n(from, some, to);
-    } else {
-      for (index j = 0; j < some; ++j) to[j] = from[j * of.step];
+// The order in which values follow each other in memory: line by line where that is the shorter step.
+template <class Body> void for_values(const lines& of, index n, index some, Body body) noexcept {
+  if (of.step < of.stride) {
+    for (index i = 0; i < n; ++i) {
+      for (index j = 0; j < some; ++j) body(i, j);
     }
-    std::fill(to + some, to + abreast, 0.0);
+  } else {
+    for (index j = 0; j < some; ++j) {
+      for (index i = 0; i < n; ++i) body(i, j);
+    }
   }
 }
 
+void take_lines(const lines& of, index n, bool periodic, index begin, index some, double* y) noexcept {
+  const double* const from = of.y + begin * of.step;
+  for_values(of, n, some, [=](index i, index j) { y[i * abreast + j] = from[i * of.stride + j * of.step]; });
+  for (index i = 0; i < n; ++i) std::fill(y + i * abreast + some, y + (i + 1) * abreast, 0.0);
+  if (periodic) std::copy_n(y, abreast, y + (n - 1) * abreast);
+}
+
 void put_slopes(const lines& of, index n, index begin, index some, const double* s) noexcept {
-  for (index i = 0; i < n; ++i) {
-    double* const to = of.slopes + i * of.stride + begin * of.step;
-    const double* const from = s + i * abreast;
-    if (of.step == 1) {
-      std::copy_n(from, some, to);
-    } else {
-      for (index j = 0; j < some; ++j) to[j * of.step] = from[j];
-    }
-  }
+  double* const to = of.slopes + begin * of.step;
+  for_values(of, n, some, [=](index i, index j) { to[i * of.stride + j * of.step] = s[i * abreast + j]; });
 }
 
 }  // namespace
