@@ -10,6 +10,7 @@
 namespace sigpak {
 
 inline constexpr index target_block = 256;
+inline constexpr double infinity = std::numeric_limits<double>::infinity();
 
 // n >= 2 knots; their values, or pairs of value and slope.
 template <class T> struct curve {
@@ -73,24 +74,50 @@ void find_regular(const curve<T>& c, const double* t, index count, std::int32_t*
     u = u > 0 ? u : 0;
     u = u < last ? u : last;
     const auto k = static_cast<double>(static_cast<std::int32_t>(u));
-    const bool early = static_cast<double>(static_cast<T>(k * spacing)) > t[i] && k > 0;
-    const bool late = static_cast<double>(static_cast<T>((k + 1) * spacing)) <= t[i] && k < last;
-    interval[i] = static_cast<std::int32_t>(k + (late ? 1.0 : 0.0) - (early ? 1.0 : 0.0));
+    const auto here = static_cast<double>(static_cast<T>(k * spacing));
+    const auto next = static_cast<double>(static_cast<T>((k + 1) * spacing));
+    const double early = (here > t[i] ? 1.0 : 0.0) * (k > 0 ? 1.0 : 0.0);
+    const double late = (next <= t[i] ? 1.0 : 0.0) * (k < last ? 1.0 : 0.0);
+    interval[i] = static_cast<std::int32_t>(k + late - early);
   }
+}
+
+struct target_range {
+  double least;
+  double most;
+};
+
+// NaN apart; in chains that do not wait for each other.
+inline target_range range_of(const double* t, index count) noexcept {
+  constexpr index chains = 16;
+  double least[chains];
+  double most[chains];
+  std::fill_n(least, chains, infinity);
+  std::fill_n(most, chains, -infinity);
+  index i = 0;
+  for (; i + chains <= count; i += chains) {
+    for (index j = 0; j < chains; ++j) {
+      least[j] = t[i + j] < least[j] ? t[i + j] : least[j];
+      most[j] = t[i + j] > most[j] ? t[i + j] : most[j];
+    }
+  }
+  target_range range = {infinity, -infinity};
+  const auto include = [&range](double low, double high) {
+    range.least = low < range.least ? low : range.least;
+    range.most = high > range.most ? high : range.most;
+  };
+  for (; i < count; ++i) include(t[i], t[i]);
+  for (index j = 0; j < chains; ++j) include(least[j], most[j]);
+  return range;
 }
 
 // Among any knots: the range that the block spans, and in it searches side by side that take the same steps
 // whatever the targets are. Neighbouring targets span few intervals.
 template <class T>
 void find_irregular(const curve<T>& c, const double* t, index count, std::int32_t* interval) noexcept {
-  double least = std::numeric_limits<double>::infinity();
-  double most = -least;
-  for (index i = 0; i < count; ++i) {
-    least = t[i] < least ? t[i] : least;
-    most = t[i] > most ? t[i] : most;
-  }
-  const index lowest = knot_before(c.x, least, 0, c.n - 1);
-  const index highest = std::max(lowest, knot_before(c.x, most, 0, c.n - 1));
+  const target_range range = range_of(t, count);
+  const index lowest = knot_before(c.x, range.least, 0, c.n - 1);
+  const index highest = std::max(lowest, knot_before(c.x, range.most, 0, c.n - 1));
   for (index i = 0; i < count; ++i) interval[i] = static_cast<std::int32_t>(lowest);
   for (index left = highest - lowest + 1; left > 1;) {
     const index half = left / 2;
