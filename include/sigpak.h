@@ -822,7 +822,8 @@ SIGPAK_API int32_t dspfs_pcsolve(const dspf_vec *p, dspf_vec *result, float  re,
    points are within 0.3 n eps, the products within n eps of the hull of the coefficients. Roots of any size that the
    precision holds; multiple roots come as close as their coefficients tell them apart in twice the precision. Roots are
    searched for by Laguerre's iteration in twice the precision, from 0 first, and divided out one after the other (G.
-   Peters, J. H. Wilkinson, J. Inst. Maths Applics 8, 1971), a pair of conjugates at a time.
+   Peters, J. H. Wilkinson, J. Inst. Maths Applics 8, 1971), a pair of conjugates at a time; once more from all round 0
+   when that list is not right, as for some hundred roots on a circle.
    -1 and the record stays when a search does not converge, a coefficient is not finite or a root is out of range. */
 SIGPAK_API int32_t dspi_proots (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_proots(dspf_vec *v);
