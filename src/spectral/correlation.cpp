@@ -8,10 +8,9 @@
 
 #include "core/copy.h"
 #include "core/frame.h"
+#include "core/power_of_two.h"
 #include "core/room.h"
-#include "fft/baseline/tables.h"
 #include "fft/transform.h"
-#include "fft/wide_fft.h"
 #include "spectral/lag_products.h"
 #include "spectral/right_angle.h"
 #include "spectral/spectral.h"
@@ -287,15 +286,10 @@ template <class T> index fast_length(index least) noexcept {
   const index power = power_of_two(std::max<index>(least, 64));
   for (const index sixteenths : {9, 10, 11, 12}) {
     const index points = power / 16 * sixteenths;
-    if (points >= least && power <= most_composite && kernels::has_wide_dft<T>(points)) return points;
+    if (points >= least && power <= most_composite && algorithm_for<T>(points) == algorithm::mixed)
+      return points;
   }
   return power;
-}
-
-template <class T> status transform_fast(T* x, index points, bool inverse) noexcept {
-  if (is_power_of_two(points)) return transform(x, points, inverse);
-  own_twiddle_cache<T>();
-  return kernels::wide_dft(x, points, inverse);
 }
 
 // The signals of a whole correlation, and how its sums are scaled.
@@ -337,13 +331,13 @@ status correlate_complex(const pair_of<V>& of, V* out, const shape<V>& form, ind
   T* y = nullptr;
   if (make_two<V>(2 * points, &x, &y, of.same) != ok) return failed;
   take(of.a, 0, points, x, 2);
-  if (transform_fast(x, points, false) != ok) return failed;
+  if (transform(x, points, false) != ok) return failed;
   if (!of.same) {
     take(of.b, 0, points, y, 2);
-    if (transform_fast(y, points, false) != ok) return failed;
+    if (transform(y, points, false) != ok) return failed;
   }
   multiply_conjugate(x, y, points);
-  if (transform_fast(x, points, true) != ok) return failed;
+  if (transform(x, points, true) != ok) return failed;
   return report(out, form, lags, of.known, static_cast<double>(points), of.scale,
                 [=](index lag) { return x + 2 * (lag < 0 ? lag + points : lag); });
 }
@@ -356,13 +350,13 @@ status correlate_reals(const pair_of<V>& of, V* out, const shape<V>& form, index
   T* y = nullptr;
   if (make_two<V>(2 * points, &x, &y, of.same) != ok) return failed;
   right_angle::fold(of.a->data, length(of.a), points, x);
-  if (transform_fast(x, points, false) != ok) return failed;
+  if (transform(x, points, false) != ok) return failed;
   if (!of.same) {
     right_angle::fold(of.b->data, length(of.b), points, y);
-    if (transform_fast(y, points, false) != ok) return failed;
+    if (transform(y, points, false) != ok) return failed;
   }
   multiply_conjugate(x, y, points);
-  if (transform_fast(x, points, true) != ok || size(out, form, lags, of.known) != ok) return failed;
+  if (transform(x, points, true) != ok || size(out, form, lags, of.known) != ok) return failed;
   const auto whole = static_cast<double>(points);
   const bool fades = (of.scale.flags & scale_bits) == DSP_CORR_UNBIASED;
   right_angle::unfold(x, points, of.known, {fades ? whole : whole * of.scale.at(0), of.scale.samples, fades},

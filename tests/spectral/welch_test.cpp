@@ -1,5 +1,5 @@
 // Running spectra against their definition in long double, and streams cut anywhere.
-#include "spectral/exact_transform.h"
+#include "references/exact_transform.h"
 #include "support/failing.h"
 #include "support/forms.h"
 #include "support/split.h"
