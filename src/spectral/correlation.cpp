@@ -284,7 +284,7 @@ status report_stream(correlator<scalar<V>>* c, V* out, const shape<V>& of, index
 template <class T> index fast_length(index least) noexcept {
   constexpr index most_composite = index{1} << 19;
   const index power = power_of_two(std::max<index>(least, 64));
-  for (const index sixteenths : {9, 10, 11, 12}) {
+  for (const index sixteenths : {9, 10, 11, 12, 13}) {
     const index points = power / 16 * sixteenths;
     if (points >= least && power <= most_composite && algorithm_for<T>(points) == algorithm::mixed)
       return points;
