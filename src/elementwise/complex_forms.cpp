@@ -1,7 +1,7 @@
 // Real and complex forms of a record, and a run of points into a second record.
 #include "core/copy.h"
 #include "elementwise/elementwise.h"
-#include "elementwise/pack.h"
+#include "elementwise/packing.h"
 
 namespace sigpak {
 namespace {

@@ -3,7 +3,7 @@
 
 #include "core/guard.h"
 #include "elementwise/elementwise.h"
-#include "elementwise/pack.h"
+#include "elementwise/packing.h"
 #include "elementwise/prepare.h"
 #include "kernels/elementary/functions.h"
 #include "kernels/points/points.h"

@@ -3,7 +3,7 @@
 #include <numbers>
 
 #include "elementwise/elementwise.h"
-#include "elementwise/pack.h"
+#include "elementwise/packing.h"
 #include "kernels/elementary/functions.h"
 #include "kernels/elementary/sine_parts.h"
 #include "vectors/levels.h"

@@ -2,7 +2,7 @@
 #include "elementwise/square_root.h"
 
 #include "elementwise/elementwise.h"
-#include "elementwise/pack.h"
+#include "elementwise/packing.h"
 #include "elementwise/prepare.h"
 
 namespace sigpak {
