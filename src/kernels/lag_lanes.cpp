@@ -23,19 +23,18 @@ template <class P, int R, class T = typename P::scalar>
 void sum_some(const T* a, index stride, const T* b, index n, T* out) {
   constexpr int W = P::width;
   P sums[R];
-  unroll<R>([&](auto r) __attribute__((always_inline)) { sums[r] = splat<P>(T(0)); });
+  unroll<R>([&](auto r) SIGPAK_LAMBDA { sums[r] = splat<P>(T(0)); });
   index i = 0;
   for (; i + W <= n; i += W) {
     const P y = load<P>(b + i);
-    unroll<R>([&](auto r)
-                  __attribute__((always_inline)) { sums[r] = fma(load<P>(a + i + r * stride), y, sums[r]); });
+    unroll<R>([&](auto r) SIGPAK_LAMBDA { sums[r] = fma(load<P>(a + i + r * stride), y, sums[r]); });
   }
   for (int r = 0; r < R; ++r) {
     T rest = 0;
     for (index j = i; j < n; ++j) rest = fused(a[j + r * stride], b[j], rest);
     out[r] = rest;
   }
-  unroll<R>([&](auto r) __attribute__((always_inline)) { out[r] += sum_of_lanes(sums[r]); });
+  unroll<R>([&](auto r) SIGPAK_LAMBDA { out[r] += sum_of_lanes(sums[r]); });
 }
 
 template <class P, class T = typename P::scalar>

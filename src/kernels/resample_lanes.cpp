@@ -4,8 +4,8 @@
 // that they see.
 #include "kernels/resample.h"
 
-#include "vectors/lanes.h"
 #include "kernels/single.h"
+#include "vectors/lanes.h"
 #include "vectors/levels.h"
 
 namespace sigpak::SIGPAK_LEVEL {
@@ -63,17 +63,16 @@ SIGPAK_INLINE void sum_tile(const tile<T>& t, const T* x, index stride, P (&sums
     first = larger(first, t.begin[p]);
     last = smaller(last, t.end[p]);
   }
-  unroll<side_by_side>([&](auto p) __attribute__((always_inline)) {
+  unroll<side_by_side>([&](auto p) SIGPAK_LAMBDA {
     sums[p] = splat<P>(T(0));
     add_alone(sums[p], t.tap[p], x, stride, t.begin[p], smaller(first, t.end[p]));
   });
   for (index i = first; i < last; ++i) {
     const P sample = load<P>(x + i * stride);
-    unroll<side_by_side>([&](auto p) __attribute__((always_inline)) {
-      sums[p] = fma(splat<P>(t.tap[p][i]), sample, sums[p]);
-    });
+    unroll<side_by_side>([&](auto p)
+                             SIGPAK_LAMBDA { sums[p] = fma(splat<P>(t.tap[p][i]), sample, sums[p]); });
   }
-  unroll<side_by_side>([&](auto p) __attribute__((always_inline)) {
+  unroll<side_by_side>([&](auto p) SIGPAK_LAMBDA {
     add_alone(sums[p], t.tap[p], x, stride, larger(larger(first, last), t.begin[p]), t.end[p]);
   });
 }
@@ -132,7 +131,7 @@ template <class P, class T, int parts> SIGPAK_INLINE void gather(const layout& l
   index i = 0;
   for (; i + square <= smaller(l.rows, l.all_rows - (l.segments - 1) * l.samples); i += square) {
     P r[square];
-    unroll<square>([&](auto s) __attribute__((always_inline)) {
+    unroll<square>([&](auto s) SIGPAK_LAMBDA {
       r[s] = load<P>(x + ((s < l.segments ? s * l.samples : 0) + i) * parts);
     });
     if constexpr (parts == 1) {
@@ -140,7 +139,7 @@ template <class P, class T, int parts> SIGPAK_INLINE void gather(const layout& l
     } else {
       transpose_points(r);
     }
-    unroll<square>([&](auto s) __attribute__((always_inline)) { store(to + (i + s) * W, r[s]); });
+    unroll<square>([&](auto s) SIGPAK_LAMBDA { store(to + (i + s) * W, r[s]); });
   }
   for (; i < l.rows; ++i) gather_row<W>(l, x, i, to + i * W);
 }
@@ -150,16 +149,16 @@ template <class P, class T, int parts>
 SIGPAK_INLINE void scatter(const layout& l, const P (&sums)[side_by_side], index k, index outputs, T* out) {
   constexpr int square = P::width / parts;
   constexpr int rows = square < side_by_side ? square : side_by_side;
-  unroll<side_by_side / rows>([&](auto block) __attribute__((always_inline)) {
+  unroll<side_by_side / rows>([&](auto block) SIGPAK_LAMBDA {
     P r[square];
-    unroll<square>([&](auto i) __attribute__((always_inline)) { r[i] = sums[block * rows + i % rows]; });
+    unroll<square>([&](auto i) SIGPAK_LAMBDA { r[i] = sums[block * rows + i % rows]; });
     if constexpr (parts == 1) {
       transpose(r);
     } else {
       transpose_points(r);
     }
     const index begin = k + block * rows;
-    unroll<square>([&](auto s) __attribute__((always_inline)) {
+    unroll<square>([&](auto s) SIGPAK_LAMBDA {
       const index wanted = smaller(smaller(l.outputs, outputs - s * l.outputs) - begin, rows);
       T* const to = out + (s * l.outputs + begin) * parts;
       if constexpr (rows == square) {

@@ -8,25 +8,6 @@
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
-// The first n < W scalars, zeros behind them.
-#if SIGPAK_VECTOR_BYTES == 64
-SIGPAK_INLINE d8 load_first(const double* from, index n, d8) {
-  return {_mm512_maskz_loadu_pd(static_cast<__mmask8>((1U << n) - 1), from)};
-}
-SIGPAK_INLINE f16 load_first(const float* from, index n, f16) {
-  return {_mm512_maskz_loadu_ps(static_cast<__mmask16>((1U << n) - 1), from)};
-}
-#else
-SIGPAK_INLINE d4 load_first(const double* from, index n, d4) {
-  const __m256i places = _mm256_setr_epi64x(0, 1, 2, 3);
-  return {_mm256_maskload_pd(from, _mm256_cmpgt_epi64(_mm256_set1_epi64x(n), places))};
-}
-SIGPAK_INLINE f8 load_first(const float* from, index n, f8) {
-  const __m256i places = _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7);
-  return {_mm256_maskload_ps(from, _mm256_cmpgt_epi32(_mm256_set1_epi32(static_cast<int>(n)), places))};
-}
-#endif
-
 template <class P> SIGPAK_INLINE typename P::scalar sum_of_lanes(P a) {
   typename P::scalar lane[P::width];
   store(lane, a);
@@ -43,33 +24,26 @@ template <class P, int G, class T>
 SIGPAK_INLINE void sum_together(const kernels::cubic_rows<T>& rows, const T* const* x, const T* v, T* out) {
   constexpr int W = P::width;
   P sums[G][powers];
-  unroll<G * powers>([&](auto i)
-                         __attribute__((always_inline)) { sums[i / powers][i % powers] = splat<P>(T(0)); });
-  const auto add = [&](const P(&row)[powers], auto load_x) __attribute__((always_inline)) {
-    unroll<G>([&](auto g) __attribute__((always_inline)) {
+  unroll<G * powers>([&](auto i) SIGPAK_LAMBDA { sums[i / powers][i % powers] = splat<P>(T(0)); });
+  const auto add = [&](const P(&row)[powers], auto load_x) SIGPAK_LAMBDA {
+    unroll<G>([&](auto g) SIGPAK_LAMBDA {
       const P samples = load_x(x[g]);
-      unroll<powers>([&](auto p)
-                         __attribute__((always_inline)) { sums[g][p] = fma(row[p], samples, sums[g][p]); });
+      unroll<powers>([&](auto p) SIGPAK_LAMBDA { sums[g][p] = fma(row[p], samples, sums[g][p]); });
     });
   };
   P row[powers];
   index i = 0;
   for (; i + W <= rows.size; i += W) {
-    unroll<powers>([&](auto p)
-                       __attribute__((always_inline)) { row[p] = load<P>(rows.at + p * rows.stride + i); });
-    add(
-        row, [i](const T* from) __attribute__((always_inline)) { return load<P>(from + i); });
+    unroll<powers>([&](auto p) SIGPAK_LAMBDA { row[p] = load<P>(rows.at + p * rows.stride + i); });
+    add(row, [i](const T* from) SIGPAK_LAMBDA { return load<P>(from + i); });
   }
   const index left = rows.size - i;
   if (left > 0) {
-    unroll<powers>([&](auto p) __attribute__((always_inline)) {
-      row[p] = load_first(rows.at + p * rows.stride + i, left, P{});
-    });
-    add(
-        row, [ i, left ](const T* from)
-                 __attribute__((always_inline)) { return load_first(from + i, left, P{}); });
+    unroll<powers>([&](auto p)
+                       SIGPAK_LAMBDA { row[p] = load_first(rows.at + p * rows.stride + i, left, P{}); });
+    add(row, [i, left](const T* from) SIGPAK_LAMBDA { return load_first(from + i, left, P{}); });
   }
-  unroll<G>([&](auto g) __attribute__((always_inline)) {
+  unroll<G>([&](auto g) SIGPAK_LAMBDA {
     const P at = splat<P>(v[g]);
     const P high = fma(at, sums[g][3], sums[g][2]);
     out[g] = sum_of_lanes(fma(at, fma(at, high, sums[g][1]), sums[g][0]));
@@ -84,7 +58,7 @@ void sum(const kernels::cubic_rows<T>& rows, const T* const* x, const T* v, inde
 }
 
 // As many outputs as the registers hold.
-constexpr int together = SIGPAK_VECTOR_BYTES / 16;
+constexpr int together = widest<double>::width / 2;
 
 }  // namespace
 }  // namespace sigpak::SIGPAK_LEVEL

@@ -98,5 +98,15 @@ SIGPAK_INLINE void write_some(float* to, real a, index count) {
   store_some(to, floats, count);
 }
 
+// The first n scalars, n less than the width, and zeros behind them; nothing beyond is read.
+SIGPAK_INLINE d4 load_first(const double* from, index n, d4) {
+  const __m256i places = _mm256_setr_epi64x(0, 1, 2, 3);
+  return {_mm256_maskload_pd(from, _mm256_cmpgt_epi64(_mm256_set1_epi64x(n), places))};
+}
+SIGPAK_INLINE f8 load_first(const float* from, index n, f8) {
+  const __m256i places = _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7);
+  return {_mm256_maskload_ps(from, _mm256_cmpgt_epi32(_mm256_set1_epi32(static_cast<int>(n)), places))};
+}
+
 }  // namespace
 }  // namespace sigpak::SIGPAK_LEVEL

@@ -166,5 +166,13 @@ SIGPAK_INLINE void write_some(float* to, real a, index count) {
   store_some(to, rest, count);
 }
 
+// The first n scalars, n less than the width, and zeros behind them; nothing beyond is read.
+SIGPAK_INLINE d8 load_first(const double* from, index n, d8) {
+  return {_mm512_maskz_loadu_pd(static_cast<__mmask8>((1U << n) - 1), from)};
+}
+SIGPAK_INLINE f16 load_first(const float* from, index n, f16) {
+  return {_mm512_maskz_loadu_ps(static_cast<__mmask16>((1U << n) - 1), from)};
+}
+
 }  // namespace
 }  // namespace sigpak::SIGPAK_LEVEL

@@ -166,7 +166,7 @@ template <class E, class S = unit> SIGPAK_INLINE void transform(E (&x)[16], S fa
   const P half = scaled(factor, h);
   const P c = scaled(factor, splat_constant<P>(cos_pi_8));
   const P s = scaled(factor, splat_constant<P>(sin_pi_8));
-  unroll<4>([&](auto j) __attribute__((always_inline)) { transform4(x[j], x[j + 4], x[j + 8], x[j + 12]); });
+  unroll<4>([&](auto j) SIGPAK_LAMBDA { transform4(x[j], x[j + 4], x[j + 8], x[j + 12]); });
   x[5] = turned(x[5], c, s);
   x[6] = turned_eighth(x[6], h);
   x[7] = turned(x[7], s, c);
@@ -181,8 +181,8 @@ template <class E, class S = unit> SIGPAK_INLINE void transform(E (&x)[16], S fa
           x[11]);  // x[10] times w_4
   transform_turned4(x[12], x[13], x[14], x[15], factor);
   // Row k, column k' holds the point k + 4 k'.
-  unroll<4>([&](auto k) __attribute__((always_inline)) {
-    unroll<4>([&](auto j) __attribute__((always_inline)) {
+  unroll<4>([&](auto k) SIGPAK_LAMBDA {
+    unroll<4>([&](auto j) SIGPAK_LAMBDA {
       if constexpr (j > k) {
         const E t = x[4 * k + j];
         x[4 * k + j] = x[4 * j + k];

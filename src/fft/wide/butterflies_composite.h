@@ -12,16 +12,16 @@ template <class P> SIGPAK_INLINE void transform(cplx<P> (&)[1]) {}
 
 template <int A, int B, class P> SIGPAK_INLINE void coprime_transform(cplx<P> (&x)[A * B]) {
   cplx<P> y[B][A];
-  unroll<B>([&](auto n2) __attribute__((always_inline)) {
-    unroll<A>([&](auto n1) __attribute__((always_inline)) { y[n2][n1] = x[(B * n1 + A * n2) % (A * B)]; });
+  unroll<B>([&](auto n2) SIGPAK_LAMBDA {
+    unroll<A>([&](auto n1) SIGPAK_LAMBDA { y[n2][n1] = x[(B * n1 + A * n2) % (A * B)]; });
     transform(y[n2]);
   });
-  unroll<A>([&](auto k1) __attribute__((always_inline)) {
+  unroll<A>([&](auto k1) SIGPAK_LAMBDA {
     cplx<P> column[B];
-    unroll<B>([&](auto n2) __attribute__((always_inline)) { column[n2] = y[n2][k1]; });
+    unroll<B>([&](auto n2) SIGPAK_LAMBDA { column[n2] = y[n2][k1]; });
     transform(column);
     // The k below A B with these remainders.
-    unroll<A * B>([&](auto k) __attribute__((always_inline)) {
+    unroll<A * B>([&](auto k) SIGPAK_LAMBDA {
       if constexpr (k % A == k1) x[k] = column[k % B];
     });
   });

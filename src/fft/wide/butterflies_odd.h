@@ -16,17 +16,17 @@ requires(R % 2 == 1) SIGPAK_INLINE void transform(cplx<P> (&x)[R], S factor = {}
   constexpr int half = R / 2;
   cplx<P> t[half], u[half];
   cplx<P> total = x[0];
-  unroll<half>([&](auto k) __attribute__((always_inline)) {
+  unroll<half>([&](auto k) SIGPAK_LAMBDA {
     t[k] = x[k + 1] + x[R - 1 - k];
     u[k] = x[k + 1] - x[R - 1 - k];
     total = total + t[k];
   });
   const cplx<P> x0 = x[0];
   x[0] = scaled(factor, total);
-  unroll<half>([&](auto j) __attribute__((always_inline)) {
+  unroll<half>([&](auto j) SIGPAK_LAMBDA {
     cplx<P> a = x0;
     cplx<P> b = u[0] * splat<P>(sine_constant<T, j + 1, R>);
-    unroll<half>([&](auto k) __attribute__((always_inline)) {
+    unroll<half>([&](auto k) SIGPAK_LAMBDA {
       const P c = splat<P>(cosine_constant<T, (j + 1) * (k + 1) % R, R>);
       a = {fma(t[k].re, c, a.re), fma(t[k].im, c, a.im)};
       if constexpr (k > 0) {

@@ -35,13 +35,10 @@ template <class T, int W> SIGPAK_INLINE void transpose_pairs(pack<T, W> (&r)[W /
   if constexpr (sizeof(T) == 4) {
     using D = pack<double, W / 2>;
     D d[W / 2];
-    unroll<W / 2>([&](auto i) __attribute__((always_inline)) {
-      d[i].v = reinterpret_cast<typename D::vector>(r[i].v);
-    });
+    unroll<W / 2>([&](auto i) SIGPAK_LAMBDA { d[i].v = reinterpret_cast<typename D::vector>(r[i].v); });
     transpose(d);
-    unroll<W / 2>([&](auto i) __attribute__((always_inline)) {
-      r[i].v = reinterpret_cast<typename pack<T, W>::vector>(d[i].v);
-    });
+    unroll<W / 2>([&](auto i)
+                      SIGPAK_LAMBDA { r[i].v = reinterpret_cast<typename pack<T, W>::vector>(d[i].v); });
   } else if constexpr (W == 8) {
     transpose_blocks(r[0], r[1], r[2], r[3]);
   } else {
@@ -51,13 +48,13 @@ template <class T, int W> SIGPAK_INLINE void transpose_pairs(pack<T, W> (&r)[W /
 template <class P> SIGPAK_INLINE void transpose_pairs(cplx<P> (&y)[P::width / 2]) {
   constexpr int V = P::width / 2;
   P re[V], im[V];
-  unroll<V>([&](auto p) __attribute__((always_inline)) {
+  unroll<V>([&](auto p) SIGPAK_LAMBDA {
     re[p] = y[p].re;
     im[p] = y[p].im;
   });
   transpose_pairs(re);
   transpose_pairs(im);
-  unroll<V>([&](auto p) __attribute__((always_inline)) { y[p] = {re[p], im[p]}; });
+  unroll<V>([&](auto p) SIGPAK_LAMBDA { y[p] = {re[p], im[p]}; });
 }
 
 // The data by vectors of V points; the last of them may be short.
@@ -89,7 +86,7 @@ void chirp_in(const chirp_plan<typename P::scalar>& plan, const data_of<P>& data
   const auto* w = plan.twiddles[0];
   for (index i = 0; i < count; ++i, w += 2 * (R - 1)) {
     cplx<P> a[R];
-    unroll<R>([&](auto j) __attribute__((always_inline)) {
+    unroll<R>([&](auto j) SIGPAK_LAMBDA {
       const index vector = i + j * count;
       if (j < R / 2 || data.holds(vector)) {
         const cplx<P> g = load_pair<P>(plan.chirp, vector);
@@ -100,9 +97,8 @@ void chirp_in(const chirp_plan<typename P::scalar>& plan, const data_of<P>& data
     });
     transform(a);
     store_pair(s, i, a[0]);
-    unroll<R - 1>([&](auto k) __attribute__((always_inline)) {
-      store_pair(s, i + (k + 1) * stride, turned(a[k + 1], w + 2 * k));
-    });
+    unroll<R - 1>([&](auto k)
+                      SIGPAK_LAMBDA { store_pair(s, i + (k + 1) * stride, turned(a[k + 1], w + 2 * k)); });
   }
 }
 
@@ -115,11 +111,10 @@ void chirp_out(const chirp_plan<typename P::scalar>& plan, const typename P::sca
   for (index i = 0; i < count; ++i, w += 2 * (R - 1)) {
     cplx<P> a[R];
     a[0] = load_pair<P>(s, i);
-    unroll<R - 1>([&](auto k) __attribute__((always_inline)) {
-      a[k + 1] = turned(load_pair<P>(s, i + (k + 1) * stride), w + 2 * k);
-    });
+    unroll<R - 1>([&](auto k)
+                      SIGPAK_LAMBDA { a[k + 1] = turned(load_pair<P>(s, i + (k + 1) * stride), w + 2 * k); });
     transform(a);
-    unroll<R>([&](auto j) __attribute__((always_inline)) {
+    unroll<R>([&](auto j) SIGPAK_LAMBDA {
       const index vector = i + j * count;
       if (j < R / 2 || data.holds(vector)) {
         const cplx<P> g = load_pair<P>(plan.chirp, vector);
@@ -134,12 +129,11 @@ template <class P, int R>
 void pass_inwards(typename P::scalar* s, index count, index stride, const typename P::scalar* w) {
   for (index i = 0; i < count; ++i, w += 2 * (R - 1)) {
     cplx<P> a[R];
-    unroll<R>([&](auto j) __attribute__((always_inline)) { a[j] = load_pair<P>(s, i + j * stride); });
+    unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = load_pair<P>(s, i + j * stride); });
     transform(a);
     store_pair(s, i, a[0]);
-    unroll<R - 1>([&](auto k) __attribute__((always_inline)) {
-      store_pair(s, i + (k + 1) * stride, turned(a[k + 1], w + 2 * k));
-    });
+    unroll<R - 1>([&](auto k)
+                      SIGPAK_LAMBDA { store_pair(s, i + (k + 1) * stride, turned(a[k + 1], w + 2 * k)); });
   }
 }
 template <class P, int R>
@@ -147,11 +141,10 @@ void pass_outwards(typename P::scalar* s, index count, const typename P::scalar*
   for (index i = 0; i < count; ++i, w += 2 * (R - 1)) {
     cplx<P> a[R];
     a[0] = load_pair<P>(s, i);
-    unroll<R - 1>([&](auto k) __attribute__((always_inline)) {
-      a[k + 1] = turned(load_pair<P>(s, i + (k + 1) * count), w + 2 * k);
-    });
+    unroll<R - 1>([&](auto k)
+                      SIGPAK_LAMBDA { a[k + 1] = turned(load_pair<P>(s, i + (k + 1) * count), w + 2 * k); });
     transform(a);
-    unroll<R>([&](auto j) __attribute__((always_inline)) { store_pair(s, i + j * count, a[j]); });
+    unroll<R>([&](auto j) SIGPAK_LAMBDA { store_pair(s, i + j * count, a[j]); });
   }
 }
 
@@ -170,18 +163,18 @@ void core(typename P::scalar* s, index length, core_tables<typename P::scalar>& 
   const auto* w = tables.turns;
   for (index i = 0; i < length; i += R) {
     cplx<P> a[R];
-    unroll<R>([&](auto j) __attribute__((always_inline)) { a[j] = load_pair<P>(s, i + j); });
+    unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = load_pair<P>(s, i + j); });
     transform(a);
-    unroll<R / V>([&](auto group) __attribute__((always_inline)) {
+    unroll<R / V>([&](auto group) SIGPAK_LAMBDA {
       cplx<P> y[V], t[V];
-      unroll<V>([&](auto p) __attribute__((always_inline)) { y[p] = a[V * group + p]; });
+      unroll<V>([&](auto p) SIGPAK_LAMBDA { y[p] = a[V * group + p]; });
       transpose_pairs(y);
-      unroll<V - 1>([&](auto l) __attribute__((always_inline)) {
+      unroll<V - 1>([&](auto l) SIGPAK_LAMBDA {
         t[l + 1] = twice<P, false>(load<P>(w + W * ((V - 1) * group + l)));
         y[l + 1] = turned(y[l + 1], t[l + 1].re, t[l + 1].im);
       });
       transform(y);
-      unroll<V>([&](auto k) __attribute__((always_inline)) {
+      unroll<V>([&](auto k) SIGPAK_LAMBDA {
         if constexpr (filtering) {
           const cplx<P> g = load_pair<P>(tables.filter, i + V * group + k);
           y[k] = turned(y[k], g.re, g.im);
@@ -191,16 +184,14 @@ void core(typename P::scalar* s, index length, core_tables<typename P::scalar>& 
       });
       if constexpr (!filtering) return;
       transform(y);
-      unroll<V - 1>([&](auto l) __attribute__((always_inline)) {
-        y[l + 1] = turned(y[l + 1], t[l + 1].re, t[l + 1].im);
-      });
+      unroll<V - 1>([&](auto l) SIGPAK_LAMBDA { y[l + 1] = turned(y[l + 1], t[l + 1].re, t[l + 1].im); });
       transpose_pairs(y);
-      unroll<V>([&](auto p) __attribute__((always_inline)) { a[V * group + p] = y[p]; });
+      unroll<V>([&](auto p) SIGPAK_LAMBDA { a[V * group + p] = y[p]; });
     });
     w += W * (V - 1) * (R / V);
     if constexpr (!filtering) continue;
     transform(a);
-    unroll<R>([&](auto j) __attribute__((always_inline)) { store_pair(s, i + j, a[j]); });
+    unroll<R>([&](auto j) SIGPAK_LAMBDA { store_pair(s, i + j, a[j]); });
   }
   tables.turns = w;
   tables.filter += 2 * W * length;

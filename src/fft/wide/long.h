@@ -64,7 +64,7 @@ template <class P, bool streamed> class collected_runs {
 template <class P>
 SIGPAK_INLINE void fetch_group(const lane_plan<typename P::scalar>& plan, const typename P::scalar* first) {
   constexpr index pair_bytes = 2 * P::width * static_cast<index>(sizeof(typename P::scalar));
-  unroll<P::width / 2>([&](auto p) __attribute__((always_inline)) {
+  unroll<P::width / 2>([&](auto p) SIGPAK_LAMBDA {
     const auto* const at = reinterpret_cast<const char*>(first + 2 * P::width * plan.offset[p]);
     for (index byte = 0; byte < pair_bytes; byte += line_bytes) __builtin_prefetch(at + byte, 0, 2);
   });

@@ -26,24 +26,21 @@ void columns_pass(const mixed_plan<typename P::scalar>& plan, index group, const
   const index n2 = least(group * W, b_points - W);
   first_pass<P>(
       plan.columns,
-      [=](index i)
-          __attribute__((always_inline)) { return load_points<P, inverse>(x + 2 * (i * b_points + n2)); },
-      s);
+      [=](index i) SIGPAK_LAMBDA { return load_points<P, inverse>(x + 2 * (i * b_points + n2)); }, s);
   all_middle_passes<P>(plan.columns, s);
   const std::uint32_t* const place = plan.place;
   const T* const w = plan.twiddles + 2 * W * a_points * group;
   for (index block = 0; block * W < a_points; ++block) {
     const index k1 = least(block * W, a_points - W);
     cplx<P> y[W];
-    unroll<W>([&](auto p) __attribute__((always_inline)) {
+    unroll<W>([&](auto p) SIGPAK_LAMBDA {
       const index k = k1 + point_at<T>(p, W);
       const cplx<P> t = load_pair<P>(w, k);
       y[p] = turned(load_pair<P>(s, place[k]), t.re, t.im);
     });
     transpose(y);
-    unroll<W>([&](auto p) __attribute__((always_inline)) {
-      store_pair(rows, block * b_points + n2 + point_at<T>(p, W), y[p]);
-    });
+    unroll<W>([&](auto p)
+                  SIGPAK_LAMBDA { store_pair(rows, block * b_points + n2 + point_at<T>(p, W), y[p]); });
   }
 }
 
@@ -59,31 +56,27 @@ void rows_pass(const mixed_plan<typename P::scalar>& plan, index group, const ty
   const T* const in = rows + 2 * P::width * b_points * group;
   const auto factor = factor_of<P, inverse>(plan.scale);
   first_pass<P>(
-      over, [in](index i) __attribute__((always_inline)) { return load_pair<P>(in, i); }, s);
+      over, [in](index i) SIGPAK_LAMBDA { return load_pair<P>(in, i); }, s);
   if (over.passes == 1) {
     for (index k = 0; k < b_points; ++k) {
       store_points<P, inverse>(out + 2 * a_points * k, scaled(factor, load_pair<P>(s, k)));
     }
     return;
   }
-  all_middle_passes<P>(
-      over, s, [&](T * at, index length) __attribute__((always_inline)) {
-        with_radix(
-            over.radix[over.passes - 1], [&](auto radix) __attribute__((always_inline)) {
-              constexpr int R = radix;
-              const index step = 2 * a_points * (b_points / R);
-              const std::uint32_t* result = plan.result + (at - s) / (2 * P::width) / R;
-              for (index i = 0; i < length; i += R, ++result) {
-                cplx<P> a[R];
-                unroll<R>([&](auto j) __attribute__((always_inline)) { a[j] = load_pair<P>(at, i + j); });
-                transform(a, factor);
-                T* const first = out + 2 * a_points * static_cast<index>(*result);
-                unroll<R>([&](auto k) __attribute__((always_inline)) {
-                  store_points<P, inverse>(first + k * step, a[k]);
-                });
-              }
-            });
-      });
+  all_middle_passes<P>(over, s, [&](T* at, index length) SIGPAK_LAMBDA {
+    with_radix(over.radix[over.passes - 1], [&](auto radix) SIGPAK_LAMBDA {
+      constexpr int R = radix;
+      const index step = 2 * a_points * (b_points / R);
+      const std::uint32_t* result = plan.result + (at - s) / (2 * P::width) / R;
+      for (index i = 0; i < length; i += R, ++result) {
+        cplx<P> a[R];
+        unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = load_pair<P>(at, i + j); });
+        transform(a, factor);
+        T* const first = out + 2 * a_points * static_cast<index>(*result);
+        unroll<R>([&](auto k) SIGPAK_LAMBDA { store_points<P, inverse>(first + k * step, a[k]); });
+      }
+    });
+  });
 }
 
 template <class P, bool inverse>

@@ -58,12 +58,11 @@ void first_pass(const pass_plan<typename P::scalar>& plan, const Source& source,
   const auto* w = plan.twiddles[0];
   for (index i = 0; i < count; ++i, w += 2 * (R - 1)) {
     cplx<P> a[R];
-    unroll<R>([&](auto j) __attribute__((always_inline)) { a[j] = source(i + j * count); });
+    unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = source(i + j * count); });
     transform(a);
     store_pair(s, i, a[0]);
-    unroll<R - 1>([&](auto k) __attribute__((always_inline)) {
-      store_pair(s, i + (k + 1) * stride, turned(a[k + 1], w + 2 * k));
-    });
+    unroll<R - 1>([&](auto k)
+                      SIGPAK_LAMBDA { store_pair(s, i + (k + 1) * stride, turned(a[k + 1], w + 2 * k)); });
   }
 }
 
@@ -75,12 +74,11 @@ void middle_pass(typename P::scalar* s, index length, index block, const typenam
     const auto* w = twiddles;
     for (index i = 0; i < count; ++i, w += 2 * (R - 1)) {
       cplx<P> a[R];
-      unroll<R>([&](auto j) __attribute__((always_inline)) { a[j] = load_pair<P>(s, i + j * count); });
+      unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = load_pair<P>(s, i + j * count); });
       transform(a);
       store_pair(s, i, a[0]);
-      unroll<R - 1>([&](auto k) __attribute__((always_inline)) {
-        store_pair(s, i + (k + 1) * count, turned(a[k + 1], w + 2 * k));
-      });
+      unroll<R - 1>([&](auto k)
+                        SIGPAK_LAMBDA { store_pair(s, i + (k + 1) * count, turned(a[k + 1], w + 2 * k)); });
     }
   }
 }
@@ -89,9 +87,9 @@ void middle_pass(typename P::scalar* s, index length, index block, const typenam
 template <class P, int R> void leaf_pass(typename P::scalar* s, index length) {
   for (index i = 0; i < length; i += R) {
     cplx<P> a[R];
-    unroll<R>([&](auto j) __attribute__((always_inline)) { a[j] = load_pair<P>(s, i + j); });
+    unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = load_pair<P>(s, i + j); });
     transform(a);
-    unroll<R>([&](auto k) __attribute__((always_inline)) { store_pair(s, i + k, a[k]); });
+    unroll<R>([&](auto k) SIGPAK_LAMBDA { store_pair(s, i + k, a[k]); });
   }
 }
 
@@ -108,10 +106,10 @@ void turning_leaf_pass(typename P::scalar* s, index length, const typename P::sc
                        const typename P::scalar* steps) {
   for (index i = 0; i < length; i += R, w += 2 * P::width * (stepped ? 1 : R)) {
     cplx<P> a[R];
-    unroll<R>([&](auto j) __attribute__((always_inline)) { a[j] = load_pair<P>(s, i + j); });
+    unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = load_pair<P>(s, i + j); });
     transform(a);
     const cplx<P> first = load_pair<P>(w, 0);
-    unroll<R>([&](auto k) __attribute__((always_inline)) {
+    unroll<R>([&](auto k) SIGPAK_LAMBDA {
       cplx<P> t = first;
       if constexpr (k > 0) t = stepped ? joined(first, load_pair<P>(steps, k - 1)) : load_pair<P>(w, k);
       store_points<P, inverse>(s + 2 * P::width * (i + k), turned(a[k], t.re, t.im));
@@ -125,10 +123,9 @@ void only_pass(const lane_plan<typename P::scalar>& plan, const typename P::scal
                typename P::scalar* s) {
   const auto* const w = plan.last;
   cplx<P> a[R];
-  unroll<R>([&](auto j)
-                __attribute__((always_inline)) { a[j] = load_points<P, inverse>(x + 2 * P::width * j); });
+  unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = load_points<P, inverse>(x + 2 * P::width * j); });
   transform(a);
-  unroll<R>([&](auto k) __attribute__((always_inline)) {
+  unroll<R>([&](auto k) SIGPAK_LAMBDA {
     const cplx<P> t = load_pair<P>(w, k);
     store_points<P, inverse>(s + 2 * P::width * k, turned(a[k], t.re, t.im));
   });
@@ -138,11 +135,11 @@ void only_pass(const lane_plan<typename P::scalar>& plan, const typename P::scal
 template <class P> SIGPAK_INLINE void transpose(cplx<P> (&y)[P::width]) {
   constexpr int W = P::width;
   P re[W], im[W];
-  unroll<W>([&](auto p) __attribute__((always_inline)) { re[p] = y[p].re; });
+  unroll<W>([&](auto p) SIGPAK_LAMBDA { re[p] = y[p].re; });
   transpose(re);
-  unroll<W>([&](auto p) __attribute__((always_inline)) { im[p] = y[p].im; });
+  unroll<W>([&](auto p) SIGPAK_LAMBDA { im[p] = y[p].im; });
   transpose(im);
-  unroll<W>([&](auto p) __attribute__((always_inline)) { y[p] = {re[p], im[p]}; });
+  unroll<W>([&](auto p) SIGPAK_LAMBDA { y[p] = {re[p], im[p]}; });
 }
 
 // The factor of the results; an inverse transform has none.
@@ -161,15 +158,14 @@ SIGPAK_INLINE void transform_columns(const Row& row, typename P::scalar scale, t
   constexpr int W = P::width;
   constexpr int rows = W / 2;
   P y[W];
-  unroll<2>([&](auto half) __attribute__((always_inline)) {
+  unroll<2>([&](auto half) SIGPAK_LAMBDA {
     P square[rows];
-    unroll<rows>([&](auto p) __attribute__((always_inline)) { square[p] = row(p, half); });
+    unroll<rows>([&](auto p) SIGPAK_LAMBDA { square[p] = row(p, half); });
     transpose_points(square);
-    unroll<rows>([&](auto l) __attribute__((always_inline)) { y[rows * half + l] = square[l]; });
+    unroll<rows>([&](auto l) SIGPAK_LAMBDA { y[rows * half + l] = square[l]; });
   });
   transform(y, factor_of<P, inverse>(scale));
-  unroll<W>([&](auto k)
-                __attribute__((always_inline)) { store(x + 2 * k * vectors, y[result_at<W, inverse>(k)]); });
+  unroll<W>([&](auto k) SIGPAK_LAMBDA { store(x + 2 * k * vectors, y[result_at<W, inverse>(k)]); });
 }
 
 // One group of kb, the vector of the first at `first`.
@@ -177,10 +173,9 @@ template <class P, bool inverse>
 SIGPAK_INLINE void transform_group(const lane_plan<typename P::scalar>& plan, const typename P::scalar* first,
                                    typename P::scalar* x, index vectors) {
   constexpr int W = P::width;
-  transform_columns<P, inverse>(
-      [ =, offset = plan.offset ](auto p, auto half)
-          __attribute__((always_inline)) { return load<P>(first + 2 * W * offset[p] + W * half); },
-      plan.scale, x, vectors);
+  transform_columns<P, inverse>([=, offset = plan.offset](auto p, auto half)
+                                    SIGPAK_LAMBDA { return load<P>(first + 2 * W * offset[p] + W * half); },
+                                plan.scale, x, vectors);
 }
 
 // The last transform, over the lanes; natural order out.
@@ -272,9 +267,7 @@ void transform_lanes(const lane_plan<typename P::scalar>& plan, const typename P
     return with_even_radix(plan.radix[0], [&](auto radix) { only_pass<P, radix, inverse>(plan, x, s); });
   }
   first_pass<P>(
-      plan,
-      [x](index i) __attribute__((always_inline)) { return load_points<P, inverse>(x + 2 * P::width * i); },
-      s);
+      plan, [x](index i) SIGPAK_LAMBDA { return load_points<P, inverse>(x + 2 * P::width * i); }, s);
   const index padding = plan.stride - plan.block[1];
   all_middle_passes<P>(plan, s, [&plan, s, padding](T* at, index length) {
     const index place = (at - s) / pair;

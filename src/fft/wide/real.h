@@ -105,18 +105,18 @@ void real_last_pass(const real_plan<typename P::scalar>& plan, const typename P:
   for (index kb = 0, group = 0; kb < plan.vectors; kb += W, ++group, w += 2 * W * (W - 1)) {
     const rows<P> row(plan, group);
     cplx<P> y[W];
-    unroll<W>([&](auto p) __attribute__((always_inline)) {
+    unroll<W>([&](auto p) SIGPAK_LAMBDA {
       constexpr int v = point_at<T>(p, W);
       y[p] = unpacked(load_pair<P>(s, row.place(plan, v)), load_pair<P>(s, row.mirror(plan, v)),
                       plan.unpack + 2 * (kb + v));
     });
     transpose(y);
-    unroll<W - 1>([&](auto l) __attribute__((always_inline)) {
+    unroll<W - 1>([&](auto l) SIGPAK_LAMBDA {
       const cplx<P> t = load_pair<P>(w, l);
       y[l + 1] = turned(y[l + 1], t.re, t.im);
     });
     transform(y, scale);
-    unroll<W / 2>([&](auto k) __attribute__((always_inline)) {
+    unroll<W / 2>([&](auto k) SIGPAK_LAMBDA {
       store_points<P, false>(x + 2 * (kb + k * vectors), y[k]);
       store_backwards(x + 2 * ((k + 1) * vectors - kb), conjugate(y[W - 1 - k]));
     });
@@ -139,17 +139,17 @@ void real_head_pass(const real_plan<typename P::scalar>& plan, const typename P:
   const T* w = plan.last;
   for (index kb = 0; kb < plan.vectors; kb += W, w += 2 * W * (W - 1)) {
     cplx<P> y[W];
-    unroll<W / 2>([&](auto k) __attribute__((always_inline)) {
+    unroll<W / 2>([&](auto k) SIGPAK_LAMBDA {
       y[k] = conjugate(load_points<P, false>(x + 2 * (kb + k * vectors)));
       y[W - 1 - k] = load_backwards<P>(x + 2 * ((k + 1) * vectors - kb));
     });
     transform(y);
-    unroll<W - 1>([&](auto l) __attribute__((always_inline)) {
+    unroll<W - 1>([&](auto l) SIGPAK_LAMBDA {
       const cplx<P> t = load_pair<P>(w, l);
       y[l + 1] = turned(y[l + 1], t.re, t.im);
     });
     transpose(y);
-    unroll<W>([&](auto p) __attribute__((always_inline)) { store_pair(s, kb + point_at<T>(p, W), y[p]); });
+    unroll<W>([&](auto p) SIGPAK_LAMBDA { store_pair(s, kb + point_at<T>(p, W), y[p]); });
   }
   const auto& roots = middle_roots_of<P>;
   P middle = splat<P>(0);
@@ -168,16 +168,16 @@ void result_pass(typename P::scalar* s, index length, const std::uint32_t* resul
                  typename P::scalar* x) {
   for (index i = 0; i < length; i += R, ++result) {
     cplx<P> a[R];
-    unroll<R>([&](auto j) __attribute__((always_inline)) { a[j] = load_pair<P>(s, i + j); });
+    unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = load_pair<P>(s, i + j); });
     transform(a);
-    unroll<R>([&](auto k) __attribute__((always_inline)) { store_pair(x, *result + k * step, a[k]); });
+    unroll<R>([&](auto k) SIGPAK_LAMBDA { store_pair(x, *result + k * step, a[k]); });
   }
 }
 
 template <class P>
 void run_real(const real_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
   first_pass<P>(
-      plan, [x](index i) __attribute__((always_inline)) { return load_pair<P>(x, i); }, s);
+      plan, [x](index i) SIGPAK_LAMBDA { return load_pair<P>(x, i); }, s);
   all_middle_passes<P>(plan, s);
   real_last_pass<P>(plan, s, x);
 }
@@ -192,7 +192,7 @@ void run_real_inverse(const real_plan<typename P::scalar>& plan, typename P::sca
   x[plan.points + 1] = 0;
   real_head_pass<P>(plan, x, s);
   const T* const w = plan.unpack;
-  const auto source = [=](index k) __attribute__((always_inline)) {
+  const auto source = [=](index k) SIGPAK_LAMBDA {
     return packed(load_pair<P>(s, k), load_pair<P>(s, vectors - k), w + 2 * k);
   };
   if (plan.passes == 1) {

@@ -35,9 +35,9 @@ template <class P, int M, bool inverse> constinit const point_twiddles<P, M, inv
 template <class P, int M, bool inverse>
 requires(P::width == 2) void run_small(typename P::scalar* x) {
   P a[M];
-  unroll<M>([&](auto i) __attribute__((always_inline)) { a[i] = load<P>(x + 2 * i); });
+  unroll<M>([&](auto i) SIGPAK_LAMBDA { a[i] = load<P>(x + 2 * i); });
   transform(a, factor_of<P, inverse>(typename P::scalar(1) / M));
-  unroll<M>([&](auto k) __attribute__((always_inline)) { store(x + 2 * k, a[result_at<M, inverse>(k)]); });
+  unroll<M>([&](auto k) SIGPAK_LAMBDA { store(x + 2 * k, a[result_at<M, inverse>(k)]); });
 }
 
 template <class P, int M, bool inverse>
@@ -47,21 +47,20 @@ requires(P::width > 2) void run_small(typename P::scalar* x) {
   const auto& w = point_twiddles_of<P, M, inverse>;
   const auto factor = factor_of<P, inverse>(w.scale);
   P a[M];
-  unroll<M>([&](auto i) __attribute__((always_inline)) { a[i] = load<P>(x + W * i); });
+  unroll<M>([&](auto i) SIGPAK_LAMBDA { a[i] = load<P>(x + W * i); });
   transform(a);
   P y[M];
   y[0] = inverse ? a[0] : a[0] * load<P>(w.unturned);
-  unroll<M - 1>([&](auto i) __attribute__((always_inline)) {
+  unroll<M - 1>([&](auto i) SIGPAK_LAMBDA {
     y[i + 1] = turned(a[result_at<M, inverse>(i + 1)], load<P>(w.c[i]), load<P>(w.s[i]));
   });
-  unroll<M / C>([&](auto group) __attribute__((always_inline)) {
+  unroll<M / C>([&](auto group) SIGPAK_LAMBDA {
     P row[C];
-    unroll<C>([&](auto p) __attribute__((always_inline)) { row[p] = y[C * group + p]; });
+    unroll<C>([&](auto p) SIGPAK_LAMBDA { row[p] = y[C * group + p]; });
     transpose_points(row);
     transform_turned(row, factor);
-    unroll<C>([&](auto k) __attribute__((always_inline)) {
-      store(x + 2 * (C * group + k * M), row[result_at<C, inverse>(k)]);
-    });
+    unroll<C>([&](auto k)
+                  SIGPAK_LAMBDA { store(x + 2 * (C * group + k * M), row[result_at<C, inverse>(k)]); });
   });
 }
 
@@ -87,15 +86,14 @@ template <class P, int M, bool inverse> void run_small_split(typename P::scalar*
   constexpr int rows = P::width / 2;
   const auto& w = lane_twiddles_of<P, M>;
   cplx<P> a[M];
-  unroll<M>([&](auto i)
-                __attribute__((always_inline)) { a[i] = load_points<P, inverse>(x + 2 * P::width * i); });
+  unroll<M>([&](auto i) SIGPAK_LAMBDA { a[i] = load_points<P, inverse>(x + 2 * P::width * i); });
   transform(a);
-  unroll<M - 1>([&](auto i) __attribute__((always_inline)) {
+  unroll<M - 1>([&](auto i) SIGPAK_LAMBDA {
     a[i + 1] = turned(a[i + 1], load<P>(w.values[i][0]), load<P>(w.values[i][1]));
   });
-  unroll<M / rows>([&](auto group) __attribute__((always_inline)) {
+  unroll<M / rows>([&](auto group) SIGPAK_LAMBDA {
     transform_columns<P, inverse>(
-        [&](auto p, auto half) __attribute__((always_inline)) {
+        [&](auto p, auto half) SIGPAK_LAMBDA {
           const cplx<P> y = a[rows * group + p];
           const P first = inverse ? y.im : y.re;
           const P second = inverse ? y.re : y.im;
@@ -122,13 +120,13 @@ template <class T, int H> void run_small_real(T* x) {
   const d2 scale = splat<d2>(0.5 / H);
   const d2 half = splat<d2>(0.25 / H);
   d2 z[H];
-  unroll<H>([&](auto i) __attribute__((always_inline)) { z[i] = load_point(x + 2 * i); });
+  unroll<H>([&](auto i) SIGPAK_LAMBDA { z[i] = load_point(x + 2 * i); });
   transform(z);
   const d2 crossed = exchanged(z[0]);
   const d2 nothing = splat<d2>(0);
   store_point(x, low_parts((z[0] + crossed) * scale, nothing));
   store_point(x + 2 * H, low_parts((z[0] - crossed) * scale, nothing));
-  unroll<H / 2 - 1>([&](auto i) __attribute__((always_inline)) {
+  unroll<H / 2 - 1>([&](auto i) SIGPAK_LAMBDA {
     constexpr int k = i + 1;
     const d2 mirrored = conjugate(z[H - k]);
     d2 low, high;
@@ -146,7 +144,7 @@ template <class T, int H> void run_small_real_inverse(T* x) {
   const d2 first = splat<d2>(static_cast<double>(x[0]));
   const d2 last = point_of(static_cast<double>(x[2 * H]), -static_cast<double>(x[2 * H]));
   z[0] = first + last;
-  unroll<H / 2 - 1>([&](auto i) __attribute__((always_inline)) {
+  unroll<H / 2 - 1>([&](auto i) SIGPAK_LAMBDA {
     constexpr int k = i + 1;
     const d2 a = load_point(x + 2 * k);
     const d2 mirrored = conjugate(load_point(x + 2 * (H - k)));
@@ -157,7 +155,7 @@ template <class T, int H> void run_small_real_inverse(T* x) {
   });
   z[H / 2] = conjugate(load_point(x + H)) * splat<d2>(2);
   transform(z);
-  unroll<H>([&](auto i) __attribute__((always_inline)) { store_point(x + 2 * i, z[result_at<H, true>(i)]); });
+  unroll<H>([&](auto i) SIGPAK_LAMBDA { store_point(x + 2 * i, z[result_at<H, true>(i)]); });
 }
 
 }  // namespace
