@@ -1,7 +1,7 @@
 /* sigpak: digital signal processing on sampled vectors, in double and single precision.
 
    This header is the whole interface and its reference manual. A signal is a small record that the caller
-   owns: the spacing between samples, the samples, how many there are, and whether they are complex. Some 150
+   owns: the spacing between samples, the samples, how many there are, and whether they are complex. Some 165
    operations work on it, each in two precisions.
 
        dsp_vec v;
@@ -275,8 +275,8 @@ SIGPAK_API int32_t dspf_lib_init(void);
 SIGPAK_API int32_t dsp_version(void);
 SIGPAK_API int32_t dspf_version(void);
 
-/* Releases the scratch caches of one precision: filter spectra, bit-reversal lists, twiddle tables, windows.
-   They are built anew when needed. For any time between operations. */
+/* Releases the scratch caches of one precision: filter spectra, bit-reversal lists, twiddle tables, transforms' plans,
+   windows, the room of correlations. They are built anew when needed. For any time between operations. */
 SIGPAK_API int32_t dsp_free_internal(void);
 SIGPAK_API int32_t dspf_free_internal(void);
 
@@ -1148,8 +1148,9 @@ enum { DSP_CORR_RAW = 0, DSP_CORR_BIASED = 1, DSP_CORR_UNBIASED = 2, DSP_CORR_CO
    flags    a scale, plus _CIRCULAR: indices modulo N, a and b of the same points, no history; every other bit -1
    delta becomes the mean of theirs. Take means out first (dspi_offset): a common offset buries the correlation.
    Up to 64 lags are summed directly, error 2 u ||a|| ||b|| for the usual signals, more by transforms, error below
-   4 u log2(P) ||a|| ||b|| in every lag, P the transform's length; a NaN then spoils all lags. A state holds about
-   2 L + S + P scalars and as much again of working memory, S <= P = 8 L .. 16 L samples to a section. */
+   4 u log2(P) ||a|| ||b|| in every lag, P the transform's length, in a stream 4 L to 16 L or 1024; a NaN then spoils
+   all lags. A state holds about 4 L + 2 S scalars, S = P - 2 L samples to a section, its sums, and as much again of
+   working memory; of complex signals twice that. The room of a whole correlation stays until dsp_free_internal. */
 SIGPAK_API int32_t dsph_corr (const dsp_vec  *a, const dsp_vec  *b, dsp_vec  *out, dsp_vec  *history, int32_t lags,
                               int32_t flags);
 SIGPAK_API int32_t dspfh_corr(const dspf_vec *a, const dspf_vec *b, dspf_vec *out, dspf_vec *history, int32_t lags,
