@@ -14,9 +14,9 @@
 #include "fft_record.h"
 #include "options.h"
 #include "peers.h"
+#include "references/exact_transform.h"
 #include "rounds.h"
 #include "sigpak.h"
-#include "references/exact_transform.h"
 #include "table.h"
 
 namespace {

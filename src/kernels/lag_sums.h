@@ -11,8 +11,6 @@ template <class T>
 using lag_sums = void (*)(const T* a, std::ptrdiff_t stride, const T* b, std::ptrdiff_t n, T* out,
                           std::ptrdiff_t lags);
 
-template <class T> struct lag_table {
-  lag_sums<T> sum;
-};
+template <class T> struct lag_table { lag_sums<T> sum; };
 
 }  // namespace sigpak::kernels

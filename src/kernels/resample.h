@@ -45,8 +45,6 @@ constexpr std::ptrdiff_t resample_room(const phase_rows<T>& rows, std::ptrdiff_t
   return samples * parts + ((rows.down < samples ? rows.down : samples) + rows.longest() + 2) * 16;
 }
 
-template <class T> struct resample_table {
-  resample_sum<T> sum;
-};
+template <class T> struct resample_table { resample_sum<T> sum; };
 
 }  // namespace sigpak::kernels

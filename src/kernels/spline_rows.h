@@ -18,8 +18,6 @@ template <class T>
 using cubic_sum = void (*)(const cubic_rows<T>& rows, const T* const* x, const T* v, std::ptrdiff_t outputs,
                            T* out);
 
-template <class T> struct cubic_table {
-  cubic_sum<T> sum;
-};
+template <class T> struct cubic_table { cubic_sum<T> sum; };
 
 }  // namespace sigpak::kernels

@@ -1,6 +1,6 @@
 // The bit-reversal permutation of a record.
-#include "fft/baseline/bit_reversal.h"
 #include "core/power_of_two.h"
+#include "fft/baseline/bit_reversal.h"
 
 namespace sigpak {
 namespace {

@@ -70,13 +70,7 @@ template <class P> constexpr kernels::small_fft<double> small_of_64() {
 
 constexpr kernels::fft_kernels<double> double_fft = {
     widest_d::width,
-    {{},
-     {},
-     small<d2, 4>,
-     small<d2, 8>,
-     small<d2, 16>,
-     small<d4, 16>,
-     small_of_64<widest_d>()},
+    {{}, {}, small<d2, 4>, small<d2, 8>, small<d2, 16>, small<d4, 16>, small_of_64<widest_d>()},
     {{}, {}, small_real<double, 2>, small_real<double, 4>, small_real<double, 8>, small_real<double, 16>},
     run_lanes<widest_d, widest_d>,
     run_real_lanes<widest_d, d4, d4>,
