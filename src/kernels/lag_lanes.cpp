@@ -3,21 +3,13 @@
 
 #include "vectors/lanes.h"
 #include "vectors/levels.h"
+#include "vectors/sum.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
 SIGPAK_INLINE double fused(double a, double b, double c) { return __builtin_fma(a, b, c); }
 SIGPAK_INLINE float fused(float a, float b, float c) { return __builtin_fmaf(a, b, c); }
-
-template <class P> SIGPAK_INLINE typename P::scalar sum_of_lanes(P a) {
-  typename P::scalar lanes[P::width];
-  store(lanes, a);
-  for (int half = P::width / 2; half > 0; half /= 2) {
-    for (int j = 0; j < half; ++j) lanes[j] += lanes[j + half];
-  }
-  return lanes[0];
-}
 
 template <class P, int R, class T = typename P::scalar>
 void sum_some(const T* a, index stride, const T* b, index n, T* out) {

@@ -4,18 +4,10 @@
 
 #include "vectors/lanes.h"
 #include "vectors/levels.h"
+#include "vectors/sum.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
-
-template <class P> SIGPAK_INLINE typename P::scalar sum_of_lanes(P a) {
-  typename P::scalar lane[P::width];
-  store(lane, a);
-  for (int half = P::width / 2; half > 0; half /= 2) {
-    for (int i = 0; i < half; ++i) lane[i] += lane[i + half];
-  }
-  return lane[0];
-}
 
 constexpr int powers = 4;
 

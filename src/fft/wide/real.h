@@ -10,6 +10,7 @@
 #include "fft/plans/real_plan.h"
 #include "fft/plans/sines.h"
 #include "fft/wide/passes.h"
+#include "vectors/sum.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
@@ -45,15 +46,6 @@ template <class P> struct middle_roots {
   }
 };
 template <class P> constinit const middle_roots<P> middle_roots_of{};
-
-template <class P> SIGPAK_INLINE typename P::scalar sum(P a) {
-  typename P::scalar lanes[P::width];
-  store(lanes, a);
-  for (int step = P::width / 2; step > 0; step /= 2) {
-    for (int l = 0; l < step; ++l) lanes[l] += lanes[l + step];
-  }
-  return lanes[0];
-}
 
 // The vectors k and H - k of one row; `mirror` holds the places of the second kind.
 template <class P> class rows {
@@ -124,8 +116,8 @@ void real_last_pass(const real_plan<typename P::scalar>& plan, const typename P:
   const auto& roots = middle_roots_of<P>;
   for (int k = 0; k < W / 2; ++k) {
     T* const out = x + 2 * (plan.vectors + k * vectors);
-    out[0] = sum(middle * load<P>(roots.c[k])) * plan.scale;
-    out[1] = -sum(middle * load<P>(roots.s[k])) * plan.scale;
+    out[0] = sum_of_lanes(middle * load<P>(roots.c[k])) * plan.scale;
+    out[1] = -sum_of_lanes(middle * load<P>(roots.s[k])) * plan.scale;
   }
 }
 
