@@ -7,13 +7,14 @@ target_compile_options(sigpak_warnings INTERFACE
   $<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast>
   $<$<BOOL:${SIGPAK_WERROR}>:-Werror>)
 
-# Every result is defined to the last bit, so no contraction; guarded selects vectorise without errno and traps.
-add_library(sigpak_arithmetic INTERFACE)
-target_compile_options(sigpak_arithmetic INTERFACE
-  $<$<CONFIG:Release,RelWithDebInfo>:-O3>
-  -ffp-contract=off -fno-math-errno -fno-trapping-math)
+# The library's own dialect. Every result is defined to the last bit, so no contraction; guarded selects vectorise
+# without errno and traps.
+add_library(sigpak_dialect INTERFACE)
+target_compile_options(sigpak_dialect INTERFACE
+  -ffp-contract=off -fno-math-errno -fno-trapping-math -fno-exceptions -fno-rtti)
 
-if(SIGPAK_SANITIZE)
-  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  add_link_options(-fsanitize=address,undefined)
-endif()
+# For what the tests build a second time, to watch its memory and its arithmetic.
+add_library(sigpak_sanitizers INTERFACE)
+target_compile_options(sigpak_sanitizers INTERFACE
+  -O1 -g1 -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+target_link_options(sigpak_sanitizers INTERFACE -fsanitize=address,undefined)

@@ -18,15 +18,15 @@ endif()
 
 # Vectors know no undefined operation, and the checks of every unrolled index take minutes to compile; an access out of
 # bounds is the address sanitizer's.
-set(level_sanitizers $<$<BOOL:${SIGPAK_SANITIZE}>:-fno-sanitize=undefined>)
+set(level_sanitizers -fno-sanitize=undefined)
 
 set_property(TARGET sigpak_objects PROPERTY SIGPAK_LEVELS baseline)
 if(SIGPAK_WIDE_LEVELS)
   set_property(TARGET sigpak_objects APPEND PROPERTY SIGPAK_LEVELS ${wide_levels})
 endif()
 
-# Adds NAME.cpp to the library once per level, as NAME_LEVEL, with further options if given. The library's property
-# SIGPAK_LEVEL_UNITS names all of them.
+# Adds NAME.cpp to the library once per level, as NAME_LEVEL. The library's property SIGPAK_LEVEL_UNITS names all of
+# them, and SIGPAK_UNCHECKED_UNITS those marked UNCHECKED, which the sanitizers leave out.
 function(sigpak_kernel name)
   if(NOT SIGPAK_WIDE_LEVELS)
     return()
@@ -44,7 +44,10 @@ function(sigpak_kernel name)
 ]])
     target_sources(sigpak_objects PRIVATE ${unit})
     set_property(TARGET sigpak_objects APPEND PROPERTY SIGPAK_LEVEL_UNITS ${name}_${level})
+    if(UNCHECKED IN_LIST ARGN)
+      set_property(TARGET sigpak_objects APPEND PROPERTY SIGPAK_UNCHECKED_UNITS ${name}_${level})
+    endif()
     set_source_files_properties(${unit} TARGET_DIRECTORY sigpak_objects PROPERTIES
-      COMPILE_OPTIONS "${${level}_options};${level_sanitizers};${ARGN}")
+      COMPILE_OPTIONS "${${level}_options};${level_sanitizers}")
   endforeach()
 endfunction()
