@@ -1,99 +1,98 @@
-// Absolute speeds of the main operations, for watching one build against another.
-#include <benchmark/benchmark.h>
+// Absolute speeds of the main operations, for watching one build against another: small calls, where the way
+// to the loop counts, and large ones.
+#include <cstdio>
+#include <memory>
+#include <random>
 
+#include "options.h"
+#include "rounds.h"
 #include "sigpak.h"
+#include "table.h"
 
 namespace {
 
 // A record of noise that is released with its scope.
 class signal {
  public:
-  signal(std::int64_t points, bool complex) {
+  signal(std::uint32_t points, bool complex) {
     dsp_init(&v_);
-    v_.points = static_cast<std::uint32_t>(points);
+    v_.points = points;
     v_.complex = complex ? 1 : 0;
-    dsp_alloc(&v_);
-    for (std::int64_t i = 0; i < points * (complex ? 2 : 1); ++i)
-      v_.data[i] = static_cast<double>(i * 7919 % 1021) - 510;
+    if (dsp_alloc(&v_) != 0) std::abort();
+    std::mt19937_64 engine(points);
+    std::uniform_real_distribution<double> uniform(-1, 1);
+    noise_.resize(std::size_t{points} * (complex ? 2 : 1));
+    for (double& x : noise_) x = uniform(engine);
+    restore();
   }
   ~signal() { dsp_destroy(&v_); }
   signal(const signal&) = delete;
   signal& operator=(const signal&) = delete;
-  dsp_vec* get() { return &v_; }
+  operator dsp_vec*() { return &v_; }
+  void restore() { std::copy(noise_.begin(), noise_.end(), v_.data); }
 
  private:
-  dsp_vec v_;
+  dsp_vec v_{};
+  std::vector<double> noise_;
 };
 
-void fft_pair(benchmark::State& state) {
-  signal v(state.range(0), true);
-  for (auto _ : state) {
-    dspi_fft(v.get(), 0);
-    dspi_fft(v.get(), 1);
+using owned = std::shared_ptr<signal>;
+owned real(std::uint32_t points) { return std::make_shared<signal>(points, false); }
+owned complex(std::uint32_t points) { return std::make_shared<signal>(points, true); }
+
+struct row {
+  std::string name;
+  std::uint32_t points;
+  std::function<void()> once;
+  owned changed = nullptr;  // by a job that does not give back what it was given
+};
+
+std::vector<row> transforms() {
+  std::vector<row> rows;
+  for (const std::uint32_t n : {16U, 32U, 64U, 128U, 1U << 10, 1U << 16, 1U << 20}) {
+    rows.push_back({"fft, there and back", n, [v = complex(n)] { dspi_fft(*v, 0), dspi_fft(*v, 1); }});
+    rows.push_back({"rfft, there and back", n, [v = real(n)] { dspi_rfft(*v), dspi_irfft(*v); }});
   }
-  state.SetItemsProcessed(state.iterations() * state.range(0) * 2);
+  for (const std::uint32_t n : {1000U, 10007U, 100'000U})
+    rows.push_back({"dft, there and back", n, [v = complex(n)] { dspi_dft(*v, 0), dspi_dft(*v, 1); }});
+  return rows;
 }
-BENCHMARK(fft_pair)->RangeMultiplier(8)->Range(1 << 6, 1 << 21);
 
-void dft_pair(benchmark::State& state) {
-  signal v(state.range(0), true);
-  for (auto _ : state) {
-    dspi_dft(v.get(), 0);
-    dspi_dft(v.get(), 1);
+std::vector<row> others() {
+  std::vector<row> rows;
+  for (const std::uint32_t n : {64U, 1U << 10, 1U << 16}) {
+    const owned v = real(n);
+    rows.push_back({"window", n, [v] { dspi_window(*v, DSP_WINDOW_HANN, DSP_WINDOW_FLAG_PEAK); }, v});
+    rows.push_back({"sine", n, [v] { dspi_sin(*v); }, v});
+    rows.push_back({"variance", n, [v = real(n), out = real(1)] { dsps_samp_var(*v, *out); }});
+    rows.push_back({"median", n, [v = real(n), out = real(1)] { dsps_median(*v, *out); }});
   }
-  state.SetItemsProcessed(state.iterations() * state.range(0) * 2);
-}
-BENCHMARK(dft_pair)->Arg(1000)->Arg(10007)->Arg(100000);
-
-void windowed_power(benchmark::State& state) {
-  signal source(state.range(0), false);
-  signal v(state.range(0), false);
-  for (auto _ : state) {
-    dsp_copy(v.get(), source.get());
-    dspi_window(v.get(), DSP_WINDOW_HANN, DSP_WINDOW_FLAG_NO_ROTATE);
-    dspi_rfft(v.get());
-    dspi_magsq(v.get());
+  for (const std::uint32_t taps : {16U, 111U, 112U, 256U, 1024U}) {
+    for (const std::uint32_t n : {64U, 10'000U, 1'000'000U}) {
+      rows.push_back({"fir of " + std::to_string(taps) + " taps, with history", n,
+                      [in = real(n), out = real(n), h = real(taps), past = real(taps - 1)] {
+                        dspd_fir(*in, *out, *h, *past);
+                      }});
+    }
   }
-  state.SetItemsProcessed(state.iterations() * state.range(0));
+  return rows;
 }
-BENCHMARK(windowed_power)->Arg(1 << 10)->Arg(1 << 16)->Arg(1 << 20);
-
-void fir(benchmark::State& state) {
-  signal in(state.range(1), false);
-  signal taps(state.range(0), false);
-  signal out(state.range(1), false);
-  for (auto _ : state) dspd_fir(in.get(), out.get(), taps.get(), nullptr);
-  state.SetItemsProcessed(state.iterations() * state.range(1));
-}
-BENCHMARK(fir)->ArgsProduct({{16, 45, 46, 256, 1024}, {10'000, 1'000'000}});
-
-void sine(benchmark::State& state) {
-  signal source(state.range(0), false);
-  signal v(state.range(0), false);
-  for (auto _ : state) {
-    dsp_copy(v.get(), source.get());
-    dspi_sin(v.get());
-  }
-  state.SetItemsProcessed(state.iterations() * state.range(0));
-}
-BENCHMARK(sine)->Arg(4096);
-
-void variance(benchmark::State& state) {
-  signal v(state.range(0), false);
-  signal result(1, false);
-  for (auto _ : state) dsps_samp_var(v.get(), result.get());
-  state.SetItemsProcessed(state.iterations() * state.range(0));
-}
-BENCHMARK(variance)->Arg(1 << 14)->Arg(1 << 20);
-
-void median(benchmark::State& state) {
-  signal v(state.range(0), false);
-  signal result(1, false);
-  for (auto _ : state) dsps_median(v.get(), result.get());
-  state.SetItemsProcessed(state.iterations() * state.range(0));
-}
-BENCHMARK(median)->Arg(1000)->Arg(1'000'000);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+  const bench::options o(argc, argv, {"--level", "--name"});
+  std::printf("level %s\n", o.level());
+  bench::print_head({"operation", "points", "ns a call", "M points / s"});
+  for (const auto& rows : {transforms(), others()}) {
+    for (const row& r : rows) {
+      if (!o.wants("--name", r.name)) continue;
+      const auto refill = [&r] {
+        if (r.changed) r.changed->restore();
+      };
+      const double seconds = bench::compare({{r.name, refill, r.once, 16}}, 5, 0.01)[0].seconds;
+      std::printf("| %s | %u | %.1f | %.1f |\n", r.name.c_str(), r.points, seconds * 1e9,
+                  r.points / seconds * 1e-6);
+    }
+  }
+}
