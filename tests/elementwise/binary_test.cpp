@@ -24,12 +24,16 @@ struct expected {
   }
 };
 
+enum class spacing { mean, half_mean, kept };
+
 template <record V> using runner = std::int32_t (*)(const V*, const V*, V*);
 template <record V> struct operation {
   const char* name;
   runner<V> run;
   expected (*model)(const list& a, const list& b, bool complex);
   bool any_lengths = false;
+  spacing delta = spacing::mean;
+  bool joins_reals = false;  // into complex points
 };
 
 // value(a, b, complex) of every pair of points, the shorter operand lengthened with zeros.
@@ -106,9 +110,10 @@ template <record V> std::vector<operation<V>> operations() {
           {"max", TWIN(b_max),
            pointwise<[](wide a, wide b, bool c) { return smaller(b, a, c) ? a : b; }, nothing>},
           {"ritoc", TWIN(b_ritoc),
-           pointwise<[](wide a, wide b, bool) { return wide(a.real(), b.real()); }, nothing>},
-          {"inter", TWIN(b_inter), interleaved},
-          {"dot", TWIN(bs_dot), inner_product<is_double<V>>},
+           pointwise<[](wide a, wide b, bool) { return wide(a.real(), b.real()); }, nothing>, false,
+           spacing::mean, true},
+          {"inter", TWIN(b_inter), interleaved, false, spacing::half_mean},
+          {"dot", TWIN(bs_dot), inner_product<is_double<V>>, false, spacing::kept},
           {"pmul", TWIN(b_pmul), polynomial_product, true}};
 }
 
@@ -129,16 +134,16 @@ void check(const operation<V>& op, bool a_complex, bool b_complex, alias to, boo
   if (lent) out.lend();
   const auto lent_before = out.lent();
   const contents<V> before(out);
-  const std::string name = op.name;
   const bool complex = a.complex != 0 || b.complex != 0;
   const list a_points = wide_points<V>(a);
   const list b_points = wide_points<V>(b);
-  const scalar<V> delta = (a.delta + b.delta) / 2;
-  const bool refused = (a.points != b.points && !op.any_lengths) || (name == "ritoc" && complex);
+  const scalar<V> mean = (a.delta + b.delta) / 2;
+  const scalar<V> deltas[] = {mean, mean / 2, before.delta};
+  const bool refused = (a.points != b.points && !op.any_lengths) || (op.joins_reals && complex);
   ASSERT_EQ(op.run(&a, &b, &out), refused ? -1 : 0);
   if (refused) return expect_equal(contents<V>(out), before);
-  EXPECT_EQ(out.complex != 0, complex || name == "ritoc");
-  EXPECT_EQ(out.delta, name == "dot" ? before.delta : name == "inter" ? delta / 2 : delta);
+  EXPECT_EQ(out.complex != 0, complex || op.joins_reals);
+  EXPECT_EQ(out.delta, deltas[static_cast<int>(op.delta)]);
   const auto wanted = op.model(a_points, b_points, complex);
   const list got = wide_points<V>(out);
   ASSERT_EQ(got.size(), wanted.values.size());
@@ -217,7 +222,7 @@ TYPED_TEST(Binary, EveryLevelAndCacheGivesTheSameBits) {
   const isa::level before = isa::current();
   const machine::cache_sizes caches = machine::caches();
   for (const auto& op : operations<V>()) {
-    for (int k = 0; k < (op.run == runner<V>(TWIN(b_ritoc)) ? 1 : 4); ++k) {
+    for (int k = 0; k < (op.joins_reals ? 1 : 4); ++k) {
       auto x = noise<V>(1402, 1);
       auto y = noise<V>(1402, 2);
       const auto hard = awkward<V>();
