@@ -45,9 +45,11 @@ bool separate_roots(const double* a, index degree, root_list& out) noexcept {
   if (!find_all_roots(coefficients, degree - zeros + 1, search_start::zero, spare, out.z + zeros))
     return false;
   out.count = degree;
-  const auto is_real = [](complex_number z) { return z.im == 0; };
   complex_number* const end = out.z + degree;
-  complex_number* const pairs = std::stable_partition(out.z, end, is_real);
+  complex_number* pairs = out.z;
+  for (complex_number* z = out.z; z != end; ++z) {
+    if (z->im == 0) std::rotate(pairs++, z, z + 1);
+  }
   std::sort(out.z, pairs, [](complex_number x, complex_number y) { return x.re < y.re; });
   out.complex = pairs != end;
   return true;
