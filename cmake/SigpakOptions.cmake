@@ -12,9 +12,3 @@ target_compile_options(sigpak_warnings INTERFACE
 add_library(sigpak_dialect INTERFACE)
 target_compile_options(sigpak_dialect INTERFACE
   -ffp-contract=off -fno-math-errno -fno-trapping-math -fno-exceptions -fno-rtti)
-
-# For what the tests build a second time, to watch its memory and its arithmetic.
-add_library(sigpak_sanitizers INTERFACE)
-target_compile_options(sigpak_sanitizers INTERFACE
-  -O1 -g1 -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-target_link_options(sigpak_sanitizers INTERFACE -fsanitize=address,undefined)
