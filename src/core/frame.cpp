@@ -1,6 +1,7 @@
 // Hooks, the cache registry, and the version.
 #include "core/frame.h"
 
+#include <atomic>
 #include <utility>
 
 namespace sigpak {
@@ -10,10 +11,10 @@ using releaser = status (*)() noexcept;
 
 constinit hooks<dsp_vec> double_hooks;
 constinit hooks<dspf_vec> float_hooks;
-constinit releaser double_caches[cache_count] = {};
-constinit releaser float_caches[cache_count] = {};
+constinit std::atomic<releaser> double_caches[cache_count] = {};
+constinit std::atomic<releaser> float_caches[cache_count] = {};
 
-template <record V> releaser* caches() noexcept {
+template <record V> std::atomic<releaser>* caches() noexcept {
   if constexpr (std::same_as<V, dsp_vec>) {
     return double_caches;
   } else {
@@ -33,12 +34,13 @@ template <> hooks<dsp_vec>& current_hooks<dsp_vec>() noexcept { return double_ho
 template <> hooks<dspf_vec>& current_hooks<dspf_vec>() noexcept { return float_hooks; }
 
 template <record V> void register_cache(cache slot, status (*release)() noexcept) noexcept {
-  caches<V>()[static_cast<int>(slot)] = release;
+  std::atomic<releaser>& entry = caches<V>()[static_cast<int>(slot)];
+  if (entry.load(std::memory_order_relaxed) != release) entry.store(release, std::memory_order_relaxed);
 }
 
 template <record V> status release_caches() noexcept {
   for (int slot = 0; slot < cache_count; ++slot) {
-    const releaser release = caches<V>()[slot];
+    const releaser release = caches<V>()[slot].load(std::memory_order_relaxed);
     if (release != nullptr && release() != ok) return failed;
   }
   return ok;

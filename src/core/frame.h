@@ -22,14 +22,16 @@ enum class cache : int {
   dct,
   dft,
   filter_output,
+  filter_edge,
   correlation,
   twiddles,
   plans,
   windows
 };
-inline constexpr int cache_count = 10;
+inline constexpr int cache_count = 11;
 
-// Called by an owner when its cache comes into use; release empties the cache again.
+// Called by an owner when its cache comes into use; release empties the cache again. Writes only where
+// another was registered: threads that call it over and over do not disturb each other.
 template <record V> void register_cache(cache slot, status (*release)() noexcept) noexcept;
 
 // Empties every registered cache; stops at the first failure.

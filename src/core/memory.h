@@ -26,42 +26,4 @@ template <class T> T* resize_table(T* table, index count) noexcept {
 
 template <class T> T* allocate_table(index count) noexcept { return resize_table<T>(nullptr, count); }
 
-// A growing list of tables, each found by its key; tables stay until the whole list is released.
-template <class T> class keyed_list {
- public:
-  constexpr keyed_list() noexcept = default;
-
-  [[nodiscard]] T* find(index key) const noexcept {
-    for (index i = 0; i < count_; ++i) {
-      if (entries_[i].key == key) return entries_[i].table;
-    }
-    return nullptr;
-  }
-
-  // A fresh table of `count` elements under `key`, for the caller to fill; null leaves the list as it was.
-  [[nodiscard]] T* append(index key, index count) noexcept {
-    entry* grown = resize_table(entries_, count_ + 1);
-    if (grown == nullptr) return nullptr;
-    entries_ = grown;
-    T* table = allocate_table<T>(count);
-    if (table != nullptr) entries_[count_++] = {table, key};
-    return table;
-  }
-
-  void release() noexcept {
-    for (index i = 0; i < count_; ++i) free_table(entries_[i].table);
-    free_table(entries_);
-    entries_ = nullptr;
-    count_ = 0;
-  }
-
- private:
-  struct entry {
-    T* table;
-    index key;
-  };
-  entry* entries_ = nullptr;
-  index count_ = 0;
-};
-
 }  // namespace sigpak

@@ -34,6 +34,13 @@ class recent_list {
     return table;
   }
 
+  // Takes away the one found or appended last.
+  void drop_first() noexcept {
+    entry* const gone = first_;
+    first_ = gone->next;
+    free_table(gone);
+  }
+
   void release() noexcept { drop(&first_); }
 
  private:

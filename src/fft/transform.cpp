@@ -5,12 +5,12 @@
 
 #include "core/frame.h"
 #include "core/power_of_two.h"
-#include "core/storage.h"
+#include "core/recent_list.h"
+#include "core/scratch.h"
 #include "fft/baseline/bluestein.h"
 #include "fft/baseline/packed_real.h"
 #include "fft/baseline/split_radix.h"
 #include "fft/wide/kernels.h"
-#include "fft/wide/workspace.h"
 #include "vectors/levels.h"
 
 namespace sigpak {
@@ -21,15 +21,30 @@ using kernels::fft_kernels;
 constexpr index least_packed = 4;
 constexpr index least_mixed = 16;
 
+// What a wide transform borrows. Lengths that are no power of two are many, so that only the plans of the
+// last ones are kept; they are borrowed with the memory.
+template <class T> struct workshop {
+  static constexpr index kept_bytes = index{64} << 20;
+  scratch_memory<T> scratch;
+  recent_list plans{kept_bytes};
+
+  status release() noexcept {
+    plans.release();
+    return scratch.release();
+  }
+};
+template <class T> constinit lender<workshop<T>> workshops;
+
+template <class T> index bytes_of(index points) noexcept { return 2 * points * index{sizeof(T)}; }
+
 // The tables and the scratch memory of the wide transforms.
 template <class T> void own_plans() noexcept {
   register_cache<record_of<T>>(cache::plans, []() noexcept {
     kernels::release_lane_plans<T>();
     kernels::release_real_plans<T>();
-    kernels::release_mixed_plans<T>();
-    kernels::release_chirp_plan<T>();
-    kernels::workspace<T>.release();
-    return ok;
+    kernels::release_short_mixed_plans<T>();
+    kernels::release_direct_tables<T>();
+    return workshops<T>.release();
   });
 }
 
@@ -45,10 +60,11 @@ status transform_lanes(const fft_kernels<T>& level, T* x, index points, bool inv
   own_plans<T>();
   const auto* const plan = kernels::find_lane_plan<T>(points, lanes_for(points, level.widest_lanes));
   if (plan == nullptr) return failed;
-  T* const scratch = kernels::workspace<T>.at_least(2 * plan->lanes * plan->stride * plan->radix[0], x);
-  if (scratch == nullptr) return failed;
-  level.run(*plan, x, scratch, inverse);
-  return ok;
+  const index count = 2 * plan->lanes * plan->stride * plan->radix[0];
+  return with_scratch(workshops<T>, count, x, [=, &level](T* scratch) {
+    level.run(*plan, x, scratch, inverse);
+    return ok;
+  });
 }
 
 template <class T>
@@ -57,11 +73,11 @@ status transform_real_lanes(const fft_kernels<T>& level, T* x, index points, boo
   const auto* const plan = kernels::find_real_plan<T>(points, lanes_for(points / 2, level.widest_lanes));
   if (plan == nullptr) return failed;
   const index spectrum = inverse ? plan->vectors + 1 : 0;
-  T* const scratch =
-      kernels::workspace<T>.at_least(2 * plan->lanes * (plan->stride * plan->radix[0] + spectrum), x);
-  if (scratch == nullptr) return failed;
-  level.run_real(*plan, x, scratch, inverse);
-  return ok;
+  const index count = 2 * plan->lanes * (plan->stride * plan->radix[0] + spectrum);
+  return with_scratch(workshops<T>, count, x, [=, &level](T* scratch) {
+    level.run_real(*plan, x, scratch, inverse);
+    return ok;
+  });
 }
 
 // A power of two, at least 4.
@@ -75,31 +91,76 @@ status transform_packed(const fft_kernels<T>& level, T* x, index points, bool in
 template <class T> bool suits_mixed(const fft_kernels<T>& level, index points) noexcept {
   if (points < least_mixed) return false;
   const int widest = level.widest_lanes;
-  return kernels::find_mixed_plan<T>(points, widest) != nullptr || kernels::has_mixed_plan<T>(points, widest);
+  if (points <= kernels::most_short_mixed && kernels::find_short_mixed_plan<T>(points, widest) != nullptr)
+    return true;
+  return kernels::has_mixed_plan<T>(points, widest);
+}
+
+template <class T> index scratch_of(const kernels::mixed_plan<T>& plan) noexcept {
+  const index a = plan.columns.vectors;
+  const index b = plan.rows.vectors;
+  const index row_groups = (a + plan.lanes - 1) / plan.lanes;
+  return 2 * plan.lanes * (row_groups * b + std::max(a, b));
 }
 
 template <class T>
-status transform_mixed(const fft_kernels<T>& level, T* x, index points, bool inverse) noexcept {
-  own_plans<T>();
-  const auto* plan = kernels::find_mixed_plan<T>(points, level.widest_lanes);
-  if (plan == nullptr) plan = kernels::make_mixed_plan<T>(points, level.widest_lanes);
-  if (plan == nullptr) return failed;
-  const index a = plan->columns.vectors;
-  const index b = plan->rows.vectors;
-  const index row_groups = (a + plan->lanes - 1) / plan->lanes;
-  T* const scratch = kernels::workspace<T>.at_least(2 * plan->lanes * (row_groups * b + std::max(a, b)), x);
+status transform_short_mixed(const fft_kernels<T>& level, T* x, index points, bool inverse) noexcept {
+  const auto* plan = kernels::find_short_mixed_plan<T>(points, level.widest_lanes);
+  if (plan == nullptr) {
+    own_plans<T>();
+    plan = kernels::make_short_mixed_plan<T>(points, level.widest_lanes);
+    if (plan == nullptr) return failed;
+  }
+  return with_scratch(workshops<T>, scratch_of(*plan), x, [=, &level](T* scratch) {
+    level.run_mixed(*plan, x, scratch, inverse);
+    return ok;
+  });
+}
+
+template <class T>
+status run(const fft_kernels<T>& level, const kernels::mixed_plan<T>* plan, workshop<T>& shop, T* x,
+           bool inverse) noexcept {
+  T* const scratch = plan != nullptr ? shop.scratch.at_least(scratch_of(*plan), x) : nullptr;
   if (scratch == nullptr) return failed;
   level.run_mixed(*plan, x, scratch, inverse);
   return ok;
 }
 
-template <class T> status transform_chirp(T* x, index points, bool inverse) noexcept {
-  own_plans<T>();
-  const auto* const plan = kernels::find_chirp_plan<T>(points);
-  if (plan == nullptr) return failed;
-  T* const scratch = kernels::workspace<T>.at_least(kernels::scratch_of(*plan), x);
+template <class T>
+status run(const kernels::chirp_plan<T>* plan, workshop<T>& shop, T* x, bool inverse) noexcept {
+  T* const scratch = plan != nullptr ? shop.scratch.at_least(kernels::scratch_of(*plan), x) : nullptr;
   if (scratch == nullptr) return failed;
   at_level<kernels::chirp_kernels<T>>()->run(*plan, x, scratch, inverse);
+  return ok;
+}
+
+// By columns and rows or by a chirp, whichever the length has a plan for.
+template <class T>
+status transform_any(const fft_kernels<T>& level, T* x, index points, bool inverse) noexcept {
+  own_plans<T>();
+  const int widest = level.widest_lanes;
+  const loan<workshop<T>> shop(workshops<T>, bytes_of<T>(points));
+  if (const auto* const plan = kernels::find_chirp_plan<T>(shop->plans, points); plan != nullptr) {
+    return run(plan, *shop, x, inverse);
+  }
+  if (points > kernels::most_short_mixed) {
+    const auto* plan = kernels::find_mixed_plan<T>(shop->plans, points, widest);
+    if (plan != nullptr) return run(level, plan, *shop, x, inverse);
+    if (suits_mixed(level, points)) {
+      return run(level, kernels::make_mixed_plan<T>(shop->plans, points, widest), *shop, x, inverse);
+    }
+  }
+  return run(kernels::make_chirp_plan(shop->plans, shop->scratch, points), *shop, x, inverse);
+}
+
+template <class T> status transform_directly(T* x, index points, bool inverse) noexcept {
+  const T* table = kernels::find_direct_table<T>(points);
+  if (table == nullptr) {
+    own_plans<T>();
+    table = kernels::make_direct_table<T>(points);
+    if (table == nullptr) return failed;
+  }
+  at_level<kernels::chirp_kernels<T>>()->run_direct(table, points, x, inverse);
   return ok;
 }
 
@@ -152,13 +213,12 @@ template <class T> status transform_by(algorithm chosen, T* data, index points, 
     case algorithm::lanes:
       return transform_lanes(*level, data, points, inverse);
     case algorithm::mixed:
-      return transform_mixed(*level, data, points, inverse);
+      return points <= kernels::most_short_mixed ? transform_short_mixed(*level, data, points, inverse)
+                                                 : transform_any(*level, data, points, inverse);
     case algorithm::direct:
-      at_level<kernels::chirp_kernels<T>>()->run_direct(kernels::direct_table<T>(points), points, data,
-                                                        inverse);
-      return ok;
+      return transform_directly(data, points, inverse);
     case algorithm::chirp:
-      return transform_chirp(data, points, inverse);
+      return transform_any(*level, data, points, inverse);
     case algorithm::split_radix:
       return split_radix_transform(data, points, inverse);
     case algorithm::bluestein:
@@ -167,14 +227,21 @@ template <class T> status transform_by(algorithm chosen, T* data, index points, 
   return failed;
 }
 
+// Long lengths of both kinds are looked up in one list, without finding out first which it is.
+template <class T> algorithm fast_algorithm_for(index points) noexcept {
+  const bool wide = isa::current() != isa::level::baseline;
+  if (wide && points > kernels::most_short_mixed && !is_power_of_two(points)) return algorithm::mixed;
+  return algorithm_for<T>(points);
+}
+
 }  // namespace
 
 template <class T> status transform(T* data, index points, bool inverse) noexcept {
-  return transform_by(algorithm_for<T>(points), data, points, inverse);
+  return transform_by(fast_algorithm_for<T>(points), data, points, inverse);
 }
 
 template <class T> status transform_reals(T* data, index points, bool inverse) noexcept {
-  const algorithm chosen = algorithm_for<T>(points);
+  const algorithm chosen = fast_algorithm_for<T>(points);
   if (chosen == algorithm::bluestein) return bluestein_transform(data, domain::real, points, inverse);
   widen(data, points);
   if (transform_by(chosen, data, points, inverse) == ok) return ok;

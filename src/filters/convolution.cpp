@@ -10,6 +10,7 @@
 #include "core/copy.h"
 #include "core/frame.h"
 #include "core/isa.h"
+#include "core/lending.h"
 #include "core/memory.h"
 #include "core/record_order.h"
 #include "core/storage.h"
@@ -30,20 +31,18 @@ template <record V> struct kept_filter {
   scalar<V>* section = nullptr;
   index room = 0;       // transform length that both tables have room for
   index transform = 0;  // that of the spectrum; 0 while there is none
+
+  status release() noexcept {
+    free_table(spectrum);
+    free_table(section);
+    spectrum = section = nullptr;
+    room = transform = 0;
+    return destroy(&taps);
+  }
 };
-template <record V> constinit kept_filter<V> kept;
+template <record V> constinit lender<kept_filter<V>> filters;
 
-template <record V> status release() noexcept {
-  auto& k = kept<V>;
-  free_table(k.spectrum);
-  free_table(k.section);
-  k.spectrum = k.section = nullptr;
-  k.room = k.transform = 0;
-  return destroy(&k.taps);
-}
-
-template <record V> status make_room(index transform) noexcept {
-  auto& k = kept<V>;
+template <record V> status make_room(kept_filter<V>& k, index transform) noexcept {
   if (transform <= k.room) return ok;
   k.room = k.transform = 0;
   for (scalar<V>** const table : {&k.spectrum, &k.section}) {
@@ -58,23 +57,22 @@ template <record V> status make_room(index transform) noexcept {
 // A tap that is not finite makes a difference that is NaN, which passes for none.
 template <record V> bool comparable(const V* taps) noexcept { return all_finite(taps->data, length(taps)); }
 
-template <record V> bool spectrum_fits(const V* taps, index transform) noexcept {
-  if (kept<V>.transform != transform) return false;
+template <record V> bool spectrum_fits(const kept_filter<V>& k, const V* taps, index transform) noexcept {
+  if (k.transform != transform) return false;
   const auto tolerance = static_cast<scalar<V>>(std::abs(static_cast<double>(taps->data[0])) * same_taps);
   std::int32_t order = 0;
-  return compare(taps, &kept<V>.taps, tolerance, &order) == ok && order == 0;
+  return compare(taps, &k.taps, tolerance, &order) == ok && order == 0;
 }
 
 // The spectrum of the taps, scaled so that it makes up for the factor of the forward transform; null on
 // failure.
-template <record V> const scalar<V>* spectrum_of(const V* taps, index transform) noexcept {
+template <record V> const scalar<V>* spectrum_of(kept_filter<V>& k, const V* taps, index transform) noexcept {
   using T = scalar<V>;
-  register_cache<V>(cache::fir, release<V>);
-  auto& k = kept<V>;
+  register_cache<V>(cache::fir, []() noexcept { return filters<V>.release(); });
   const bool keeps = comparable(taps);
-  if (keeps && spectrum_fits(taps, transform)) return k.spectrum;
+  if (keeps && spectrum_fits(k, taps, transform)) return k.spectrum;
   k.transform = 0;
-  if (make_room<V>(transform) != ok || copy(&k.taps, taps) != ok) return nullptr;
+  if (make_room(k, transform) != ok || copy(&k.taps, taps) != ok) return nullptr;
   const index count = length(taps);
   const T factor = static_cast<T>(transform);
   for (index i = 0; i < count; ++i) k.spectrum[i] = factor * taps->data[i];
@@ -110,9 +108,10 @@ template <record V>
 status convolve_sections(const V* in, V* out, const V* taps, const V* history, index before,
                          index transform) noexcept {
   using T = scalar<V>;
-  const T* const spectrum = spectrum_of(taps, transform);
+  const loan<kept_filter<V>> kept(filters<V>, 2 * transform * index{sizeof(T)});
+  const T* const spectrum = spectrum_of(*kept, taps, transform);
   if (spectrum == nullptr) return failed;
-  T* const x = kept<V>.section;
+  T* const x = kept->section;
   const index points = length(in);
   const index step = transform - before;
   for (index begin = 0; begin < points; begin += step) {

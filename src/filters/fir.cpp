@@ -2,7 +2,8 @@
 #include <algorithm>
 
 #include "core/copy.h"
-#include "core/memory.h"
+#include "core/frame.h"
+#include "core/scratch.h"
 #include "filters/convolution.h"
 #include "filters/direct.h"
 #include "filters/filters.h"
@@ -11,6 +12,13 @@
 namespace sigpak {
 namespace {
 
+// Memory for the samples around the start of a block, where they are many.
+template <class T> struct edge_memory {
+  scratch_memory<T> scratch;
+  status release() noexcept { return scratch.release(); }
+};
+template <class T> constinit lender<edge_memory<T>> edges;
+
 // The first outputs reach back before the block, so they are formed from a copy of the history and the
 // block's first samples; the others straight from the block.
 template <record V>
@@ -18,17 +26,17 @@ status filter_start(const V* in, V* out, const V* taps, const V* history, index 
   using T = scalar<V>;
   const index w = width(in);
   const index before = length(taps) - 1;
-  T* const edge = allocate_table<T>((before + count) * w);
-  if (edge == nullptr) return failed;
-  if (history != nullptr) {
-    std::copy_n(history->data, before * w, edge);
-  } else {
-    std::fill_n(edge, before * w, T(0));
-  }
-  std::copy_n(in->data, count * w, edge + before * w);
-  sum_directly(taps, edge, w, out->data, count);
-  free_table(edge);
-  return ok;
+  register_cache<V>(cache::filter_edge, []() noexcept { return edges<T>.release(); });
+  return with_scratch(edges<T>, (before + count) * w, in->data, [=](T* edge) {
+    if (history != nullptr) {
+      std::copy_n(history->data, before * w, edge);
+    } else {
+      std::fill_n(edge, before * w, T(0));
+    }
+    std::copy_n(in->data, count * w, edge + before * w);
+    sum_directly(taps, edge, w, out->data, count);
+    return ok;
+  });
 }
 
 template <record V> status filter_by_sums(const V* in, V* out, const V* taps, const V* history) noexcept {
@@ -73,19 +81,27 @@ template <record V> bool pays_to_transform(const V* in, const V* taps) noexcept 
   return !is_complex(in) && !is_complex(taps) && count >= least_fast_taps() && length(in) >= count - 1;
 }
 
+// Into a record that neither the input nor the taps occupy.
+template <record V>
+status filter_apart(const V* in, V* out, const V* taps, V* history, method allowed) noexcept {
+  if (prepare_output(out, in, taps) != ok) return failed;
+  const bool fast = allowed == method::fastest && pays_to_transform(in, taps);
+  if ((fast ? filter_fast(in, out, taps, history) : filter_by_sums(in, out, taps, history)) != ok) {
+    return failed;
+  }
+  if (history != nullptr) update_history(history, in);
+  return ok;
+}
+
 template <record V> status run(const V* in, V* out, const V* taps, V* history, method allowed) noexcept {
   const index count = length(taps);
   if (count == 0) return copy(out, in);
   if (history != nullptr && fit_state(history, in, count - 1) != ok) return failed;
   const bool shared = out->data == in->data || out->data == taps->data;
-  V* const result = shared ? substitute_output<V>() : out;
-  if (prepare_output(result, in, taps) != ok) return failed;
-  const bool fast = allowed == method::fastest && pays_to_transform(in, taps);
-  if ((fast ? filter_fast(in, result, taps, history) : filter_by_sums(in, result, taps, history)) != ok) {
-    return failed;
-  }
-  if (history != nullptr) update_history(history, in);
-  return shared ? copy(out, result) : ok;
+  if (!shared) return filter_apart(in, out, taps, history, allowed);
+  const loan<kept_record<V>> result(substitutes<V>(), scalars(in) * index{sizeof(scalar<V>)});
+  const status done = filter_apart(in, &result->v, taps, history, allowed);
+  return done == ok ? copy<V>(out, &result->v) : failed;
 }
 
 }  // namespace

@@ -34,9 +34,7 @@ template <class T> void run_cascade(const T* x, T* out, index points, index stri
   for (index i = 0; i < sections * delays; ++i) state[i * stride] = delayed[i];
 }
 
-template <record V> status smooth(const V* in, V* out, int reserved, V* state) noexcept {
-  if (reserved != 0) return failed;
-  V* const delayed = state != nullptr ? state : shared_state<V>();
+template <record V> status smooth(const V* in, V* out, V* delayed) noexcept {
   if (fit_state(delayed, in, sections * delays) != ok) return failed;
   const bool shared = out->data == in->data;
   out->points = in->points;
@@ -48,6 +46,13 @@ template <record V> status smooth(const V* in, V* out, int reserved, V* state) n
     run_cascade(in->data + part, out->data + part, length(in), w, delayed->data + part);
   }
   return ok;
+}
+
+template <record V> status smooth(const V* in, V* out, int reserved, V* state) noexcept {
+  if (reserved != 0) return failed;
+  if (state != nullptr) return smooth(in, out, state);
+  const loan<kept_record<V>, 1> shared(shared_state<V>());
+  return smooth(in, out, &shared->v);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // The sample rate changed by a ratio of whole numbers.
 #include <algorithm>
 #include <limits>
+#include <optional>
 
 #include "core/copy.h"
 #include "filters/filters.h"
@@ -198,9 +199,11 @@ status send(V* state, rate_head& head, const V* in, V* out, index at_once, bool 
   const index all = ending ? outstanding(head, samples) : now;
   if (all * head.parts > most_scalars) return failed;
   const V* source = in;
+  std::optional<loan<kept_record<V>>> apart;
   if (in != nullptr && in->data != nullptr && out->data == in->data) {
-    if (copy(substitute_output<V>(), in) != ok) return failed;
-    source = substitute_output<V>();
+    apart.emplace(substitutes<V>(), length(in) * index{sizeof(scalar<V>)});
+    if (copy(&(*apart)->v, in) != ok) return failed;
+    source = &(*apart)->v;
   }
   if (size_output(out, all, head) != ok) return failed;
   rate_stream<scalar<V>> s = opened(state, &head, at_once);

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 #include "core/copy.h"
 #include "core/rounding.h"
@@ -296,9 +297,11 @@ status send(V* state, times_head& head, const V* in, V* out, wanted_times w, dou
   const index count = servable(head, s.filter, w, head.samples + samples, ending);
   if (count * head.parts > most_scalars) return failed;
   const V* source = in;
+  std::optional<loan<kept_record<V>>> apart;
   if (in != nullptr && in->data != nullptr && out->data == in->data) {
-    if (copy(substitute_output<V>(), in) != ok) return failed;
-    source = substitute_output<V>();
+    apart.emplace(substitutes<V>(), length(in) * index{sizeof(scalar<V>)});
+    if (copy(&(*apart)->v, in) != ok) return failed;
+    source = &(*apart)->v;
   }
   temporary<dsp_vec> times;
   if (w.list != nullptr && static_cast<const void*>(out->data) == w.list) {

@@ -6,27 +6,30 @@
 namespace sigpak {
 namespace {
 
-template <record V> constinit V substitute_record = {1, nullptr, 0, 0, 0, 0};
-template <record V> constinit V state_record = {1, nullptr, 0, 0, 0, 0};
+template <record V> constinit lender<kept_record<V>> substitute_records;
+template <record V> constinit only_state<V> state_record;
 
-template <record V> status release() noexcept {
-  if (destroy(&substitute_record<V>) != ok) return failed;
-  return destroy(&state_record<V>);
-}
-
-template <record V> V* kept(V* scratch) noexcept {
-  register_cache<V>(cache::filter_output, release<V>);
-  return scratch;
+template <record V> void own_records() noexcept {
+  register_cache<V>(cache::filter_output, []() noexcept {
+    return substitute_records<V>.release() == ok ? state_record<V>.release() : failed;
+  });
 }
 
 }  // namespace
 
-template <record V> V* substitute_output() noexcept { return kept(&substitute_record<V>); }
-template <record V> V* shared_state() noexcept { return kept(&state_record<V>); }
+template <record V> lender<kept_record<V>>& substitutes() noexcept {
+  own_records<V>();
+  return substitute_records<V>;
+}
 
-template dsp_vec* substitute_output() noexcept;
-template dspf_vec* substitute_output() noexcept;
-template dsp_vec* shared_state() noexcept;
-template dspf_vec* shared_state() noexcept;
+template <record V> only_state<V>& shared_state() noexcept {
+  own_records<V>();
+  return state_record<V>;
+}
+
+template lender<kept_record<dsp_vec>>& substitutes() noexcept;
+template lender<kept_record<dspf_vec>>& substitutes() noexcept;
+template only_state<dsp_vec>& shared_state() noexcept;
+template only_state<dspf_vec>& shared_state() noexcept;
 
 }  // namespace sigpak

@@ -4,16 +4,18 @@
 #include <algorithm>
 
 #include "core/copy.h"
-#include "core/storage.h"
+#include "core/lending.h"
 #include "elementwise/elementwise.h"
 
 namespace sigpak {
 
-// A record kept between calls, in which a result is built while its own record is still being read.
-template <record V> V* substitute_output() noexcept;
+// The records in which a result is built while its own record is still being read.
+template <record V> lender<kept_record<V>>& substitutes() noexcept;
 
-// The stream state that serves every caller who brings none.
-template <record V> V* shared_state() noexcept;
+// The stream state that serves every caller who brings none: one stream for the process. A call that finds it
+// taken by another starts at rest, and what it leaves is lost.
+template <record V> using only_state = lender<kept_record<V>, 1>;
+template <record V> only_state<V>& shared_state() noexcept;
 
 // Brings a stream's state to the form of its input: spacing, real or complex, exactly `points`. The first
 // points are kept, missing ones are zeros. After a failure the state is empty, that is, at rest.

@@ -3,7 +3,7 @@
 
 #include "core/copy.h"
 #include "core/frame.h"
-#include "core/storage.h"
+#include "core/lending.h"
 #include "filters/filters.h"
 
 namespace sigpak {
@@ -12,15 +12,12 @@ namespace {
 // Real filters shorter than this are summed directly.
 constexpr index direct_taps = 61;
 
-template <record V> constinit V expanded_taps = {1, nullptr, 0, 0, 0, 0};
-
-template <record V> status release() noexcept { return destroy(&expanded_taps<V>); }
+template <record V> constinit lender<kept_record<V>> expanded_taps;
 
 // The half followed by its mirror image, negated when antisymmetric; an odd filter has its centre once. Fused
 // hardware gains nothing from adding the samples of a pair of taps first, so the taps are written out.
-template <record V> const V* expand(const V* half, bool odd, bool antisymmetric) noexcept {
-  register_cache<V>(cache::half_fir, release<V>);
-  V* const full = &expanded_taps<V>;
+template <record V> const V* expand(const V* half, bool odd, bool antisymmetric, V* full) noexcept {
+  register_cache<V>(cache::half_fir, []() noexcept { return expanded_taps<V>.release(); });
   const index n = length(half);
   const index w = width(half);
   full->points = 0;
@@ -41,7 +38,8 @@ template <record V> const V* expand(const V* half, bool odd, bool antisymmetric)
 template <record V>
 status filter_symmetric(const V* in, V* out, const V* half, int odd, int antisymmetric, V* history) noexcept {
   if (length(half) == 0) return copy(out, in);
-  const V* const taps = expand(half, odd != 0, antisymmetric != 0);
+  const loan<kept_record<V>> kept(expanded_taps<V>);
+  const V* const taps = expand(half, odd != 0, antisymmetric != 0, &kept->v);
   if (taps == nullptr) return failed;
   if (length(taps) < direct_taps) return filter_directly(in, out, taps, history);
   return filter(in, out, taps, history);

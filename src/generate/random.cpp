@@ -1,9 +1,11 @@
 // Random numbers from the standard library's generator, and records filled with them.
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <ctime>
+#include <limits>
 #include <numbers>
 
 #include "core/guard.h"
@@ -15,14 +17,11 @@ namespace {
 
 constexpr std::uint32_t seed_word = 0xEB0330BE;
 
-constinit bool seeded = false;
+constinit std::atomic<bool> seeded = false;
 
-// The second value of a polar pair, for the next draw of either precision.
-struct spare_value {
-  bool present;
-  double value;
-};
-constinit spare_value spare{false, 0};
+// The second value of a polar pair, for the next draw of either precision; NaN where there is none.
+constexpr double no_value = std::numeric_limits<double>::quiet_NaN();
+constinit std::atomic<double> spare = no_value;
 
 // The place of the stack differs from run to run where the system lays memory out at random, the processor
 // time from start to start.
@@ -31,12 +30,11 @@ void seed() noexcept {
   word ^= static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(&word) >> 4);
   word += static_cast<std::uint32_t>(std::clock());
   std::srand(static_cast<unsigned>(word ^ static_cast<std::uint32_t>(std::time(nullptr))));
-  seeded = true;
 }
 
 // The 15 bits that rand() gives at least, whatever it gives here.
 std::int32_t draw_bits() noexcept {
-  if (!seeded) seed();
+  if (!seeded.load(std::memory_order_relaxed) && !seeded.exchange(true, std::memory_order_relaxed)) seed();
   return std::rand() & 0x7FFF;
 }
 
@@ -76,14 +74,14 @@ pair disc() noexcept {
 // G. Marsaglia, T. A. Bray, A convenient method for generating normal variables, SIAM Review 6 (1964). At the
 // very centre of the disc the stretch would overflow; the pair there is (0, 0).
 double normal() noexcept {
-  if (spare.present) {
-    spare.present = false;
-    return spare.value;
+  if (const double kept = spare.load(std::memory_order_relaxed); kept == kept) {
+    spare.store(no_value, std::memory_order_relaxed);
+    return kept;
   }
   const auto [x, y] = disc();
   const double s = x * x + y * y;
   const double stretch = s > guard<double>::tiny ? std::sqrt(-2 * std::log(s) / s) : 0.0;
-  spare = {true, x * stretch};
+  spare.store(x * stretch, std::memory_order_relaxed);
   return y * stretch;
 }
 

@@ -8,6 +8,7 @@
 
 #include "core/copy.h"
 #include "core/frame.h"
+#include "core/lending.h"
 #include "core/power_of_two.h"
 #include "core/room.h"
 #include "fft/transform.h"
@@ -311,25 +312,36 @@ pair_of<V> pair_up(const V* a, const V* b, index points, index known, std::int32
 }
 
 // Room for the transforms of both signals, kept: fresh memory costs as much as a transform.
-template <record V> constinit V work_record = {1, nullptr, 0, 0, 0, 0};
+template <record V> constinit lender<kept_record<V>> work_records;
 
-template <record V> status make_two(index count, scalar<V>** x, scalar<V>** y, bool same) noexcept {
+template <record V> class two_areas {
+ public:
   using T = scalar<V>;
-  register_cache<V>(cache::correlation, []() noexcept { return destroy(&work_record<V>); });
-  if (make_room<V>(&work_record<V>, (same ? 1 : 2) * count + 2 * line_scalars<T>) != ok) return failed;
-  *x = next_line(work_record<V>.data);
-  *y = same ? *x : next_line(*x + count);
-  return ok;
-}
+  two_areas(index count, bool same) noexcept
+      : work_(work_records<V>, (same ? 1 : 2) * count * index{sizeof(T)}) {
+    register_cache<V>(cache::correlation, []() noexcept { return work_records<V>.release(); });
+    V* const v = &work_->v;
+    if (make_room(v, (same ? 1 : 2) * count + 2 * line_scalars<T>) != ok) return;
+    x = next_line(v->data);
+    y = same ? x : next_line(x + count);
+  }
+
+  T* x = nullptr;  // null on failure
+  T* y = nullptr;  // x, where the signals are the same
+
+ private:
+  loan<kept_record<V>> work_;
+};
 
 // Complex signals in one transform, around which the lags below 0 wrap.
 template <record V>
 status correlate_complex(const pair_of<V>& of, V* out, const shape<V>& form, index lags) noexcept {
   using T = scalar<V>;
   const index points = fast_length<T>(of.points + of.known);
-  T* x = nullptr;
-  T* y = nullptr;
-  if (make_two<V>(2 * points, &x, &y, of.same) != ok) return failed;
+  const two_areas<V> areas(2 * points, of.same);
+  T* const x = areas.x;
+  T* const y = areas.y;
+  if (x == nullptr) return failed;
   take(of.a, 0, points, x, 2);
   if (transform(x, points, false) != ok) return failed;
   if (!of.same) {
@@ -346,9 +358,10 @@ template <record V>
 status correlate_reals(const pair_of<V>& of, V* out, const shape<V>& form, index lags) noexcept {
   using T = scalar<V>;
   const index points = fast_length<T>((of.points + of.known + 1) / 2);
-  T* x = nullptr;
-  T* y = nullptr;
-  if (make_two<V>(2 * points, &x, &y, of.same) != ok) return failed;
+  const two_areas<V> areas(2 * points, of.same);
+  T* const x = areas.x;
+  T* const y = areas.y;
+  if (x == nullptr) return failed;
   right_angle::fold(of.a->data, length(of.a), points, x);
   if (transform(x, points, false) != ok) return failed;
   if (!of.same) {

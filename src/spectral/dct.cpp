@@ -4,6 +4,7 @@
 #include <numbers>
 
 #include "core/frame.h"
+#include "core/lending.h"
 #include "core/memory.h"
 #include "core/roots.h"
 #include "core/storage.h"
@@ -19,23 +20,21 @@ template <record V> struct dct_tables {
   V reordered = {};
   scalar<V>* rotations = nullptr;  // cos and sin of pi k / 2N for 0 < k < N/2
   index length = 0;                // of the transform that the rotations are for
+
+  status release() noexcept {
+    free_table(rotations);
+    rotations = nullptr;
+    length = 0;
+    return destroy(&reordered);
+  }
 };
 
-template <record V> constinit dct_tables<V> tables;
+template <record V> constinit lender<dct_tables<V>> tables;
 
-template <record V> status release() noexcept {
-  auto& t = tables<V>;
-  free_table(t.rotations);
-  t.rotations = nullptr;
-  t.length = 0;
-  return destroy(&t.reordered);
-}
-
-template <record V> const scalar<V>* rotations(index points) noexcept {
+template <record V> const scalar<V>* rotations(dct_tables<V>& t, index points) noexcept {
   using T = scalar<V>;
-  auto& t = tables<V>;
   if (t.length == points) return t.rotations;
-  register_cache<V>(cache::dct, release<V>);
+  register_cache<V>(cache::dct, []() noexcept { return tables<V>.release(); });
   const index count = (points - 1) / 2;
   T* const table = resize_table(t.rotations, 2 * count);
   if (table == nullptr) return nullptr;
@@ -88,16 +87,15 @@ template <class T> void rotate_in(const T* x, const T* w, T* u, index points) no
   }
 }
 
-template <record V> V* sized_scratch(index points, bool complex) noexcept {
-  V* const u = &tables<V>.reordered;
+template <record V> V* sized(V* u, index points, bool complex) noexcept {
   u->delta = 1;
   u->points = static_cast<std::uint32_t>(points);
   u->complex = complex ? 1 : 0;
   return allocate(u) == ok ? u : nullptr;
 }
 
-template <record V> status forward(scalar<V>* x, index points, const scalar<V>* w) noexcept {
-  V* const u = sized_scratch<V>(points, false);
+template <record V> status forward(scalar<V>* x, index points, const scalar<V>* w, V* scratch) noexcept {
+  V* const u = sized(scratch, points, false);
   if (u == nullptr) return failed;
   separate(x, u->data, points);
   if (real_dft(u) != ok) return failed;
@@ -105,8 +103,8 @@ template <record V> status forward(scalar<V>* x, index points, const scalar<V>* 
   return ok;
 }
 
-template <record V> status inverse(scalar<V>* x, index points, const scalar<V>* w) noexcept {
-  V* const u = sized_scratch<V>(points / 2 + 1, true);
+template <record V> status inverse(scalar<V>* x, index points, const scalar<V>* w, V* scratch) noexcept {
+  V* const u = sized(scratch, points / 2 + 1, true);
   if (u == nullptr) return failed;
   rotate_in(x, w, u->data, points);
   if (inverse_real_dft(u, points % 2 != 0) != ok) return failed;
@@ -118,10 +116,12 @@ template <record V> status cosine_transform(V* v, int flags) noexcept {
   if (is_complex(v)) return failed;
   const index points = length(v);
   if (points == 0) return ok;
-  const scalar<V>* const w = rotations<V>(points);
+  const loan<dct_tables<V>> t(tables<V>, 2 * points * index{sizeof(scalar<V>)});
+  const scalar<V>* const w = rotations(*t, points);
   if (w == nullptr) return failed;
-  const status done =
-      (flags & inverse_flag) != 0 ? inverse<V>(v->data, points, w) : forward<V>(v->data, points, w);
+  V* const scratch = &t->reordered;
+  const status done = (flags & inverse_flag) != 0 ? inverse(v->data, points, w, scratch)
+                                                  : forward(v->data, points, w, scratch);
   if (done != ok) return failed;
   v->delta = transformed_spacing(v->delta, points);
   return ok;

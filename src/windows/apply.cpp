@@ -1,6 +1,5 @@
 // A window of the catalogue applied to a record.
 #include "core/storage.h"
-#include "elementwise/elementwise.h"
 #include "shape/shape.h"
 #include "windows/catalogue.h"
 #include "windows/ring.h"
@@ -23,8 +22,7 @@ template <record V> status apply(V* v, int window, int flags, double width) noex
   const bool rotated = uniform ? has(flags, DSP_WINDOW_FLAG_ROTATE) : !has(flags, DSP_WINDOW_FLAG_NO_ROTATE);
   if (uniform && !has(flags, DSP_WINDOW_FLAG_WIDTH)) return rotate_if(rotated, v);
   if (length(v) == 0) return apply_to_empty<V>(window, flags, width);
-  const V* const w = cached_window<V>(v->points, window, flags, width);
-  if (w == nullptr || multiply_by_reals(v, w->data) != ok) return failed;
+  if (multiply_by_window(v, window, flags, width) != ok) return failed;
   return rotate_if(rotated, v);
 }
 

@@ -82,7 +82,7 @@ TYPED_TEST(BitReversal, FailedListsLeaveTheRecordAlone) {
         EXPECT_EQ(v.values(), before);
       }
     }
-    EXPECT_EQ(allowed, operation == TWIN(i_bitrev) ? 3 : 5) << "two allocations for each list";
+    EXPECT_EQ(allowed, operation == TWIN(i_bitrev) ? 2 : 3) << "one allocation for each list";
   }
 }
 

@@ -86,35 +86,44 @@ TYPED_TEST(Windowing, RefusalsLeaveTheRecordAsItWas) {
   EXPECT_EQ(v.values(), (samples<V>{1, 2, 3, 4}));
 }
 
-template <record V> const scalar<V>* storage_of(index n, int window, int flags = 0, double width = 0) {
-  const V* const w = cached_window<V>(static_cast<std::uint32_t>(n), window, flags, width);
-  return w != nullptr ? w->data : nullptr;
-}
+template <record V> class Ring : public testing::Test {
+ protected:
+  ~Ring() override { ring_.release(); }
+  const scalar<V>* storage_of(index n, int window, int flags = 0, double width = 0) {
+    const V* const w = ring_.find({n, window, flags, width});
+    return w != nullptr ? w->data : nullptr;
+  }
 
-TYPED_TEST(Windowing, AWindowIsFoundByPointsTypeShapeAndWidth) {
-  using V = TypeParam;
-  const auto* const hann = storage_of<V>(8, DSP_WINDOW_HANN);
+ private:
+  window_ring<V> ring_;
+};
+TYPED_TEST_SUITE(Ring, records, record_names);
+
+TYPED_TEST(Ring, AWindowIsFoundByPointsTypeShapeAndWidth) {
+  const auto storage_of = [this](auto... of) { return this->storage_of(of...); };
+  const auto* const hann = storage_of(8, DSP_WINDOW_HANN);
   ASSERT_NE(hann, nullptr);
-  EXPECT_EQ(storage_of<V>(8, DSP_WINDOW_HANN, stays | DSP_WINDOW_FLAG_ROTATE), hann);
-  EXPECT_EQ(storage_of<V>(8, DSP_WINDOW_HANN, 0, 5), hann);
-  EXPECT_NE(storage_of<V>(9, DSP_WINDOW_HANN), hann);
-  EXPECT_NE(storage_of<V>(8, DSP_WINDOW_HAMMING), hann);
-  EXPECT_NE(storage_of<V>(8, DSP_WINDOW_HANN, by_rms), hann);
-  const auto* const narrow = storage_of<V>(8, DSP_WINDOW_HANN, by_width, 5);
+  EXPECT_EQ(storage_of(8, DSP_WINDOW_HANN, stays | DSP_WINDOW_FLAG_ROTATE), hann);
+  EXPECT_EQ(storage_of(8, DSP_WINDOW_HANN, 0, 5), hann);
+  EXPECT_NE(storage_of(9, DSP_WINDOW_HANN), hann);
+  EXPECT_NE(storage_of(8, DSP_WINDOW_HAMMING), hann);
+  EXPECT_NE(storage_of(8, DSP_WINDOW_HANN, by_rms), hann);
+  const auto* const narrow = storage_of(8, DSP_WINDOW_HANN, by_width, 5);
   EXPECT_NE(narrow, hann);
-  EXPECT_EQ(storage_of<V>(8, DSP_WINDOW_HANN, by_width, 5 * (1 + 2e-15)), narrow);
-  EXPECT_NE(storage_of<V>(8, DSP_WINDOW_HANN, by_width, 5 * (1 + 2e-14)), narrow);
+  EXPECT_EQ(storage_of(8, DSP_WINDOW_HANN, by_width, 5 * (1 + 2e-15)), narrow);
+  EXPECT_NE(storage_of(8, DSP_WINDOW_HANN, by_width, 5 * (1 + 2e-14)), narrow);
 }
 
 // What is found is what was asked for.
-TYPED_TEST(Windowing, TheSeventeenthWindowTakesThePlaceOfTheFirst) {
+TYPED_TEST(Ring, TheSeventeenthWindowTakesThePlaceOfTheFirst) {
   using V = TypeParam;
+  const auto storage_of = [this](auto... of) { return this->storage_of(of...); };
   std::vector<const scalar<V>*> first;
-  for (index n = 40; n > 24; --n) first.push_back(storage_of<V>(n, DSP_WINDOW_HANN));
+  for (index n = 40; n > 24; --n) first.push_back(storage_of(n, DSP_WINDOW_HANN));
   const std::pair<index, std::size_t> found[] = {{40, 0}, {39, 1}, {25, 15}, {10, 0},
                                                  {11, 1}, {38, 2}, {12, 2},  {25, 15}};
   for (const auto& [n, place] : found) {
-    EXPECT_EQ(storage_of<V>(n, DSP_WINDOW_HANN), first[place]) << n;
+    EXPECT_EQ(storage_of(n, DSP_WINDOW_HANN), first[place]) << n;
     const auto kept = window_of<V>(n, DSP_WINDOW_HANN, 0);
     EXPECT_TRUE(std::equal(kept.begin(), kept.end(), first[place]));
   }
@@ -125,7 +134,7 @@ TYPED_TEST(Windowing, AFailedWindowIsNotFoundLater) {
   const auto wanted = window_of<V>(64, DSP_WINDOW_HANN, by_peak);
   for (int used = 0; used <= 20; ++used) {
     TWIN(_free_internal)();
-    for (int i = 0; i < used; ++i) storage_of<V>(8 + i, DSP_WINDOW_HANN, by_peak);
+    for (int i = 0; i < used; ++i) window_of<V>(8 + i, DSP_WINDOW_HANN, by_peak);
     signal<V> v(ones<V>(64));
     for (int time = 0; time < 2; ++time) {
       const failing_records<V> scope(0);

@@ -4,15 +4,16 @@
 #include <utility>
 
 #include "core/frame.h"
-#include "core/memory.h"
 #include "core/power_of_two.h"
+#include "core/published.h"
 #include "fft/baseline/tiles.h"
 
 namespace sigpak {
 namespace {
 
-template <class T> constinit keyed_list<std::uint32_t> swap_lists;
-template <class T> constinit keyed_list<std::uint32_t> fixed_point_lists;
+using lists = published<std::uint32_t, 31>;  // by address bits
+template <class T> constinit lists swap_lists;
+template <class T> constinit lists fixed_point_lists;
 
 template <class T> status release_lists() noexcept {
   swap_lists<T>.release();
@@ -92,21 +93,21 @@ void follow_lists(T* x, const std::uint32_t* swaps, const std::uint32_t* fixed, 
 }  // namespace
 
 template <class T> const std::uint32_t* swap_list(int bits) noexcept {
-  auto& lists = swap_lists<T>;
-  if (const std::uint32_t* known = lists.find(bits); known != nullptr) return known;
+  if (const std::uint32_t* known = swap_lists<T>.find(bits); known != nullptr) return known;
   register_cache<record_of<T>>(cache::bit_reversal, release_lists<T>);
-  std::uint32_t* const list = lists.append(bits, index{1} << bits);
-  if (list != nullptr) fill_swap_list(list, {bits});
-  return list;
+  auto* const list = allocate_table<std::uint32_t>(index{1} << bits);
+  if (list == nullptr) return nullptr;
+  fill_swap_list(list, {bits});
+  return swap_lists<T>.keep(bits, list);
 }
 
 template <class T> const std::uint32_t* fixed_point_list(int bits) noexcept {
-  auto& lists = fixed_point_lists<T>;
-  if (const std::uint32_t* known = lists.find(bits); known != nullptr) return known;
+  if (const std::uint32_t* known = fixed_point_lists<T>.find(bits); known != nullptr) return known;
   register_cache<record_of<T>>(cache::bit_reversal, release_lists<T>);
-  std::uint32_t* const list = lists.append(bits, (index{1} << (bits + 1) / 2) + 1);
-  if (list != nullptr) fill_fixed_point_list(list, {bits});
-  return list;
+  auto* const list = allocate_table<std::uint32_t>((index{1} << (bits + 1) / 2) + 1);
+  if (list == nullptr) return nullptr;
+  fill_fixed_point_list(list, {bits});
+  return fixed_point_lists<T>.keep(bits, list);
 }
 
 template <class T> status bit_reversal<T>::prepare(index points, bool scaled) noexcept {

@@ -8,6 +8,7 @@
 #include <bit>
 
 #include "core/frame.h"
+#include "core/lending.h"
 #include "core/memory.h"
 #include "core/product.h"
 #include "core/roots.h"
@@ -25,14 +26,14 @@ template <class T> struct convolution {
   index points = 0;     // N
   index circle = 0;     // M
   bool inverse = false;
-};
-template <class T> constinit convolution<T> kept;
 
-template <class T> status release() noexcept {
-  free_table(kept<T>.chirp);
-  kept<T> = {};
-  return ok;
-}
+  status release() noexcept {
+    free_table(chirp);
+    *this = {};
+    return ok;
+  }
+};
+template <class T> constinit lender<convolution<T>> kept;
 
 // The smallest power of two not below 2N - 2: the filter is symmetric, so that its ends may coincide.
 constexpr index circle_for(index points) noexcept {
@@ -59,9 +60,9 @@ template <class T> void fill_filter(T* filter, const T* chirp, index points, ind
 }
 
 // Nothing is kept until all of it is there.
-template <class T> status build(index points) noexcept {
-  register_cache<record_of<T>>(cache::dft, release<T>);
-  release<T>();
+template <class T> status build(convolution<T>& c, index points) noexcept {
+  register_cache<record_of<T>>(cache::dft, []() noexcept { return kept<T>.release(); });
+  c.release();
   const index circle = circle_for(points);
   T* const chirp = allocate_table<T>(2 * points + 4 * circle);
   if (chirp == nullptr) return failed;
@@ -72,7 +73,7 @@ template <class T> status build(index points) noexcept {
     free_table(chirp);
     return failed;
   }
-  kept<T> = {chirp, filter, filter + 2 * circle, points, circle, false};
+  c = {chirp, filter, filter + 2 * circle, points, circle, false};
   return ok;
 }
 
@@ -115,8 +116,9 @@ template <class T> void enter(const convolution<T>& c, const T* data, domain kin
 }  // namespace
 
 template <class T> status bluestein_transform(T* data, domain kind, index points, bool inverse) noexcept {
-  convolution<T>& c = kept<T>;
-  if (c.points != points && build<T>(points) != ok) return failed;
+  const loan<convolution<T>> lent(kept<T>, 10 * points * index{sizeof(T)});
+  convolution<T>& c = *lent;
+  if (c.points != points && build(c, points) != ok) return failed;
   turn(c, inverse);
   enter(c, data, kind);
   if (split_radix_transform(c.work, c.circle, true) != ok) return failed;

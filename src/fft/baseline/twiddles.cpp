@@ -2,13 +2,15 @@
 #include "fft/baseline/twiddles.h"
 
 #include "core/frame.h"
-#include "core/memory.h"
+#include "core/power_of_two.h"
+#include "core/published.h"
 #include "core/roots.h"
 
 namespace sigpak {
 namespace {
 
-template <class T> constinit keyed_list<T> tables;
+constexpr int most_bits = 31;
+template <class T> constinit published<T, most_bits> tables;  // by log2 of the points
 
 template <class T> void store_triple(T* out, unit_root<wider<T>> w) noexcept {
   out[0] = static_cast<T>(w.cosine);
@@ -51,17 +53,17 @@ template <class T> void fill_second_triples(T* table, index points) noexcept {
 }  // namespace
 
 template <class T> const T* twiddles(index points) noexcept {
-  const index key = points / 4 * group;
+  const int key = address_bits(points);
   if (const T* known = tables<T>.find(key); known != nullptr) return known;
   register_cache<record_of<T>>(cache::twiddles, []() noexcept {
     tables<T>.release();
     return ok;
   });
-  T* const table = tables<T>.append(key, key);
+  T* const table = allocate_table<T>(points / 4 * group);
   if (table == nullptr) return nullptr;
   fill_first_triples(table, points);
   fill_second_triples(table, points);
-  return table;
+  return tables<T>.keep(key, table);
 }
 
 template const double* twiddles(index) noexcept;

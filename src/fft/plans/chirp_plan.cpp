@@ -1,4 +1,4 @@
-// The plan of the wide chirp transform of the last length.
+// The plans of the wide chirp transform.
 #include "fft/plans/chirp_plan.h"
 
 #include <algorithm>
@@ -6,11 +6,11 @@
 #include <cmath>
 
 #include "core/isa.h"
-#include "core/memory.h"
+#include "core/recent_list.h"
+#include "core/scratch.h"
 #include "fft/plans/circle.h"
 #include "fft/plans/pass_tables.h"
 #include "fft/wide/kernels.h"
-#include "fft/wide/workspace.h"
 #include "vectors/levels.h"
 
 namespace sigpak::kernels {
@@ -211,9 +211,9 @@ template <class T, class Body> void for_each_bin(const chirp_plan<T>& plan, cons
   }
 }
 
-status fill(chirp_plan<double>& plan) noexcept {
+status fill(chirp_plan<double>& plan, scratch_memory<double>& memory) noexcept {
   fill_transforms(plan);
-  double* const scratch = workspace<double>.at_least(scratch_of(plan), plan.chirp);
+  double* const scratch = memory.at_least(scratch_of(plan), plan.chirp);
   if (scratch == nullptr) return failed;
   fill_squares(plan, plan, scratch);
   at_level<chirp_kernels<double>>()->spectrum(plan, scratch, plan.filter);
@@ -244,7 +244,7 @@ struct wide_filter {
   }
 };
 
-status fill(chirp_plan<float>& plan) noexcept {
+status fill(chirp_plan<float>& plan, scratch_memory<float>&) noexcept {
   fill_transforms(plan);
   wide_filter wide;
   wide.plan.points = plan.points;
@@ -269,12 +269,8 @@ status fill(chirp_plan<float>& plan) noexcept {
   return ok;
 }
 
-template <class T> struct last_plan {
-  std::byte* block = nullptr;
-  const chirp_plan<T>* plan = nullptr;
-  isa::level level = isa::level::baseline;
-};
-template <class T> constinit last_plan<T> kept;
+// Mixed lengths have positive keys in the same list.
+index key_of(index points) noexcept { return -(points * 4 + static_cast<index>(isa::current())); }
 
 template <class T> chirp_plan<T> lay_out(index points) noexcept {
   const auto* const level = at_level<chirp_kernels<T>>();
@@ -288,29 +284,24 @@ template <class T> chirp_plan<T> lay_out(index points) noexcept {
 
 }  // namespace
 
-template <class T> const chirp_plan<T>* find_chirp_plan(index points) noexcept {
-  const isa::level level = isa::current();
-  if (kept<T>.plan != nullptr && kept<T>.plan->points == points && kept<T>.level == level)
-    return kept<T>.plan;
-  release_chirp_plan<T>();
-  std::byte* block = nullptr;
+template <class T> const chirp_plan<T>* find_chirp_plan(recent_list& plans, index points) noexcept {
+  return kept_plan<chirp_plan<T>>(plans.find(key_of(points)));
+}
+
+template <class T>
+const chirp_plan<T>* make_chirp_plan(recent_list& plans, scratch_memory<T>& scratch, index points) noexcept {
   status filled = failed;
   const auto* const plan = keep_plan(
-      lay_out<T>(points), carve<T>, [&filled](chirp_plan<T>& fresh) { filled = fill(fresh); },
-      [&block](index bytes) { return block = allocate_table<std::byte>(bytes); });
-  if (filled != ok) return free_table(block), nullptr;
-  kept<T> = {block, plan, level};
+      lay_out<T>(points), carve<T>,
+      [&filled, &scratch](chirp_plan<T>& fresh) { filled = fill(fresh, scratch); },
+      [&plans, key = key_of(points)](index bytes) { return plans.append(key, bytes); });
+  if (plan != nullptr && filled != ok) return plans.drop_first(), nullptr;
   return plan;
 }
 
-template <class T> void release_chirp_plan() noexcept {
-  free_table(kept<T>.block);
-  kept<T> = {};
-}
-
-template const chirp_plan<double>* find_chirp_plan(index) noexcept;
-template const chirp_plan<float>* find_chirp_plan(index) noexcept;
-template void release_chirp_plan<double>() noexcept;
-template void release_chirp_plan<float>() noexcept;
+template const chirp_plan<double>* find_chirp_plan(recent_list&, index) noexcept;
+template const chirp_plan<float>* find_chirp_plan(recent_list&, index) noexcept;
+template const chirp_plan<double>* make_chirp_plan(recent_list&, scratch_memory<double>&, index) noexcept;
+template const chirp_plan<float>* make_chirp_plan(recent_list&, scratch_memory<float>&, index) noexcept;
 
 }  // namespace sigpak::kernels

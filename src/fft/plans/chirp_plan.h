@@ -17,6 +17,11 @@
 
 #include "fft/plans/pass_plan.h"
 
+namespace sigpak {
+class recent_list;
+template <class T> class scratch_memory;
+}  // namespace sigpak
+
 namespace sigpak::kernels {
 
 // Odd lengths up to this one are transformed by the definition instead, which is more accurate and as fast.
@@ -37,11 +42,17 @@ template <class T> constexpr std::ptrdiff_t scratch_of(const chirp_plan<T>& plan
   return 2 * plan.lanes * plan.stride * plan.radix[0];
 }
 
-// The plan of the last length, made when it is another. Null on failure, which keeps none.
-template <class T> const chirp_plan<T>* find_chirp_plan(std::ptrdiff_t points) noexcept;
-template <class T> void release_chirp_plan() noexcept;
+// The plan of the current level that is in the list already; a new one, made into it. Null where there is
+// none yet, and on failure.
+template <class T> const chirp_plan<T>* find_chirp_plan(recent_list& plans, std::ptrdiff_t points) noexcept;
+template <class T>
+const chirp_plan<T>* make_chirp_plan(recent_list& plans, scratch_memory<T>& scratch,
+                                     std::ptrdiff_t points) noexcept;
 
-// The table of the definition for an odd length up to most_direct_points; that of the last length stays.
-template <class T> const T* direct_table(std::ptrdiff_t points) noexcept;
+// The table of the definition for an odd length from 3 up to most_direct_points, which stays until the
+// release: the one that is there already; a new one. Null where there is none yet, and on failure.
+template <class T> const T* find_direct_table(std::ptrdiff_t points) noexcept;
+template <class T> const T* make_direct_table(std::ptrdiff_t points) noexcept;
+template <class T> void release_direct_tables() noexcept;
 
 }  // namespace sigpak::kernels

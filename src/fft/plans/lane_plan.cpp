@@ -3,7 +3,7 @@
 
 #include <bit>
 
-#include "core/memory.h"
+#include "core/published.h"
 #include "fft/plans/pass_tables.h"
 #include "fft/plans/radices.h"
 
@@ -13,7 +13,7 @@ constinit long_lengths long_from = {index{1} << 13, index{1} << 22, index{1} << 
 
 namespace {
 
-template <class T> constinit keyed_list<std::byte> plans;
+template <class T> constinit published<std::byte, plan_keys> plans;
 
 // One vector of twiddles for all lanes.
 template <class T> T* fill_lanes(T* out, const lane_plan<T>& plan, index kb, const roots& w) noexcept {
@@ -77,10 +77,9 @@ template <class T> lane_plan<T> lay_out(index points, int lanes) noexcept {
 }  // namespace
 
 template <class T> const lane_plan<T>* find_lane_plan(index points, int lanes) noexcept {
-  const index key = points * most_lanes + lanes - 1;
+  const int key = plan_key(points, lanes);
   if (std::byte* const known = plans<T>.find(key); known != nullptr) return kept_plan<lane_plan<T>>(known);
-  return keep_plan(lay_out<T>(points, lanes), carve<T>, fill<T>,
-                   [key](index bytes) { return plans<T>.append(key, bytes); });
+  return publish_plan(plans<T>, key, lay_out<T>(points, lanes), carve<T>, fill<T>);
 }
 
 template <class T> void release_lane_plans() noexcept { plans<T>.release(); }

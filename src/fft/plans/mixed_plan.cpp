@@ -2,6 +2,7 @@
 #include "fft/plans/mixed_plan.h"
 
 #include <bit>
+#include <cmath>
 #include <initializer_list>
 
 #include "core/recent_list.h"
@@ -11,9 +12,9 @@
 namespace sigpak::kernels {
 namespace {
 
-// Lengths are many, unlike powers of two, so only the plans of the last ones are kept.
-constexpr index kept_bytes = index{64} << 20;
-template <class T> constinit recent_list plans(kept_bytes);
+// With `widest` lanes of every level.
+constexpr int short_keys = static_cast<int>(most_short_mixed + 1) * lane_numbers;
+template <class T> constinit published<std::byte, short_keys> short_plans;
 
 struct radix_cost {
   int radix;
@@ -64,6 +65,15 @@ template <class T> void consider(split& best, index points, index a, int lanes) 
       column_vectors * (choose_radices(columns) + transposition_cost) + row_vectors * choose_radices(rows);
   if (columns.passes == 0 || rows.passes == 0) return;
   if (best.columns == 0 || cost < best.cost) best = {a, lanes, cost};
+}
+
+template <class T> bool has_split(index points, int widest) noexcept {
+  split any;
+  auto a = static_cast<index>(std::sqrt(static_cast<double>(points)));
+  for (; a > 1 && any.columns == 0; --a) {
+    if (points % a == 0) consider<T>(any, points, a, widest / 2);
+  }
+  return any.columns != 0;
 }
 
 template <class T> split choose_split(index points, int widest) noexcept {
@@ -133,31 +143,49 @@ template <class T> void fill(mixed_plan<T>& plan) noexcept {
 }
 
 constexpr index key_of(index points, int widest) noexcept { return points * most_lanes + widest - 1; }
+constexpr int short_key(index points, int widest) noexcept {
+  return static_cast<int>(points) * lane_numbers + address_bits(widest);
+}
 
 }  // namespace
 
 template <class T> bool has_mixed_plan(index points, int widest) noexcept {
-  return is_smooth(points, largest_factor) && choose_split<T>(points, widest).columns != 0;
+  return is_smooth(points, largest_factor) && has_split<T>(points, widest);
 }
 
-template <class T> const mixed_plan<T>* find_mixed_plan(index points, int widest) noexcept {
-  return kept_plan<mixed_plan<T>>(plans<T>.find(key_of(points, widest)));
+template <class T>
+const mixed_plan<T>* find_mixed_plan(recent_list& plans, index points, int widest) noexcept {
+  return kept_plan<mixed_plan<T>>(plans.find(key_of(points, widest)));
 }
 
-template <class T> const mixed_plan<T>* make_mixed_plan(index points, int widest) noexcept {
+template <class T>
+const mixed_plan<T>* make_mixed_plan(recent_list& plans, index points, int widest) noexcept {
   return keep_plan(lay_out<T>(points, choose_split<T>(points, widest)), carve<T>, fill<T>,
-                   [=](index bytes) { return plans<T>.append(key_of(points, widest), bytes); });
+                   [&plans, key = key_of(points, widest)](index bytes) { return plans.append(key, bytes); });
 }
 
-template <class T> void release_mixed_plans() noexcept { plans<T>.release(); }
+template <class T> const mixed_plan<T>* find_short_mixed_plan(index points, int widest) noexcept {
+  return kept_plan<mixed_plan<T>>(short_plans<T>.find(short_key(points, widest)));
+}
+
+template <class T> const mixed_plan<T>* make_short_mixed_plan(index points, int widest) noexcept {
+  return publish_plan(short_plans<T>, short_key(points, widest),
+                      lay_out<T>(points, choose_split<T>(points, widest)), carve<T>, fill<T>);
+}
+
+template <class T> void release_short_mixed_plans() noexcept { short_plans<T>.release(); }
 
 template bool has_mixed_plan<double>(index, int) noexcept;
 template bool has_mixed_plan<float>(index, int) noexcept;
-template const mixed_plan<double>* find_mixed_plan(index, int) noexcept;
-template const mixed_plan<float>* find_mixed_plan(index, int) noexcept;
-template const mixed_plan<double>* make_mixed_plan(index, int) noexcept;
-template const mixed_plan<float>* make_mixed_plan(index, int) noexcept;
-template void release_mixed_plans<double>() noexcept;
-template void release_mixed_plans<float>() noexcept;
+template const mixed_plan<double>* find_mixed_plan(recent_list&, index, int) noexcept;
+template const mixed_plan<float>* find_mixed_plan(recent_list&, index, int) noexcept;
+template const mixed_plan<double>* make_mixed_plan(recent_list&, index, int) noexcept;
+template const mixed_plan<float>* make_mixed_plan(recent_list&, index, int) noexcept;
+template const mixed_plan<double>* find_short_mixed_plan(index, int) noexcept;
+template const mixed_plan<float>* find_short_mixed_plan(index, int) noexcept;
+template const mixed_plan<double>* make_short_mixed_plan(index, int) noexcept;
+template const mixed_plan<float>* make_short_mixed_plan(index, int) noexcept;
+template void release_short_mixed_plans<double>() noexcept;
+template void release_short_mixed_plans<float>() noexcept;
 
 }  // namespace sigpak::kernels

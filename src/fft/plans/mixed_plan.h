@@ -4,6 +4,10 @@
 
 #include "fft/plans/pass_plan.h"
 
+namespace sigpak {
+class recent_list;
+}
+
 namespace sigpak::kernels {
 
 template <class T> struct mixed_plan {
@@ -18,12 +22,19 @@ template <class T> struct mixed_plan {
   T* twiddles;  // vectors of w_N^(n2 k1), k1 within groups of n2
 };
 
-// Whether there is a plan for the length, with `widest` lanes or half of them; the one that is there already;
-// a new one. Null where there is none yet, and on failure. All but the largest take 64 MiB at most: those of
-// the lengths used last stay, and each until the next is made.
+// Whether there is a plan for the length, with `widest` lanes or half of them.
 template <class T> bool has_mixed_plan(std::ptrdiff_t points, int widest) noexcept;
-template <class T> const mixed_plan<T>* find_mixed_plan(std::ptrdiff_t points, int widest) noexcept;
-template <class T> const mixed_plan<T>* make_mixed_plan(std::ptrdiff_t points, int widest) noexcept;
-template <class T> void release_mixed_plans() noexcept;
+
+// The one that is in the list already; a new one, made into it. Null where there is none yet, and on failure.
+template <class T>
+const mixed_plan<T>* find_mixed_plan(recent_list& plans, std::ptrdiff_t points, int widest) noexcept;
+template <class T>
+const mixed_plan<T>* make_mixed_plan(recent_list& plans, std::ptrdiff_t points, int widest) noexcept;
+
+// Those of short lengths are few and small: published, they stay until the release.
+inline constexpr std::ptrdiff_t most_short_mixed = 256;
+template <class T> const mixed_plan<T>* find_short_mixed_plan(std::ptrdiff_t points, int widest) noexcept;
+template <class T> const mixed_plan<T>* make_short_mixed_plan(std::ptrdiff_t points, int widest) noexcept;
+template <class T> void release_short_mixed_plans() noexcept;
 
 }  // namespace sigpak::kernels

@@ -3,7 +3,8 @@
 
 #include <memory>
 
-#include "core/record.h"
+#include "core/power_of_two.h"
+#include "core/published.h"
 #include "fft/plans/pass_plan.h"
 #include "fft/plans/roots_of_unity.h"
 
@@ -50,6 +51,22 @@ const Plan* keep_plan(Plan plan, Carve carve, Fill fill, Append append) noexcept
 
 template <class Plan> const Plan* kept_plan(std::byte* block) noexcept {
   return block != nullptr ? reinterpret_cast<const Plan*>(align(block)) : nullptr;
+}
+
+// The same, published under a key for all threads.
+template <int keys, class Plan, class Carve, class Fill>
+const Plan* publish_plan(published<std::byte, keys>& plans, int key, Plan plan, Carve carve,
+                         Fill fill) noexcept {
+  std::byte* block = nullptr;
+  keep_plan(plan, carve, fill, [&block](index bytes) { return block = allocate_table<std::byte>(bytes); });
+  return block != nullptr ? kept_plan<Plan>(plans.keep(key, block)) : nullptr;
+}
+
+// Of powers of two below 2^31 and numbers of lanes.
+inline constexpr int lane_numbers = std::bit_width(static_cast<unsigned>(most_lanes));
+inline constexpr int plan_keys = 31 * lane_numbers;
+constexpr int plan_key(index points, int lanes) noexcept {
+  return address_bits(points) * lane_numbers + address_bits(lanes);
 }
 
 // The blocks of the passes, whose radices are chosen.

@@ -3,14 +3,14 @@
 
 #include <bit>
 
-#include "core/memory.h"
+#include "core/published.h"
 #include "fft/plans/pass_tables.h"
 #include "fft/plans/radices.h"
 
 namespace sigpak::kernels {
 namespace {
 
-template <class T> constinit keyed_list<std::byte> plans;
+template <class T> constinit published<std::byte, plan_keys> plans;
 
 // Groups of consecutive kb, with one vector of twiddles per lane but the first.
 template <class T> void fill_by_group(T* out, const real_plan<T>& plan, const roots& w) noexcept {
@@ -59,10 +59,9 @@ template <class T> real_plan<T> lay_out(index points, int lanes) noexcept {
 }  // namespace
 
 template <class T> const real_plan<T>* find_real_plan(index points, int lanes) noexcept {
-  const index key = points * most_lanes + lanes - 1;
+  const int key = plan_key(points, lanes);
   if (std::byte* const known = plans<T>.find(key); known != nullptr) return kept_plan<real_plan<T>>(known);
-  return keep_plan(lay_out<T>(points, lanes), carve<T>, fill<T>,
-                   [key](index bytes) { return plans<T>.append(key, bytes); });
+  return publish_plan(plans<T>, key, lay_out<T>(points, lanes), carve<T>, fill<T>);
 }
 
 template <class T> void release_real_plans() noexcept { plans<T>.release(); }
