@@ -1,0 +1,170 @@
+// Operations on different records at the same time: the bits of each are those of the operation alone.
+#include <atomic>
+#include <barrier>
+#include <mutex>
+#include <set>
+#include <thread>
+
+#include "core/memory.h"
+#include "threads/operations.h"
+
+namespace sigpak::test {
+namespace {
+
+constexpr int thread_count = 4;
+constexpr std::size_t rounds = 3;
+
+// Runs body(i) in as many threads, all from the same moment on.
+template <class Body> void in_threads(Body body) {
+  std::barrier together(thread_count);
+  std::vector<std::thread> threads;
+  for (int i = 0; i < thread_count; ++i) {
+    threads.emplace_back([&, i] {
+      together.arrive_and_wait();
+      body(static_cast<std::size_t>(i));
+    });
+  }
+  for (std::thread& t : threads) t.join();
+}
+
+// Every n-th allocation fails, of tables and of records, where n is not 0.
+class failing_some {
+ public:
+  explicit failing_some(int n) : previous_(resize_table_bytes) {
+    each = n;
+    resize_table_bytes = [](void* block, std::size_t bytes) { return resized(block, bytes); };
+    install<dsp_vec>(allocate<dsp_vec>, reallocate<dsp_vec>);
+    install<dspf_vec>(allocate<dspf_vec>, reallocate<dspf_vec>);
+  }
+  ~failing_some() {
+    resize_table_bytes = previous_;
+    install<dsp_vec>(nullptr, nullptr);
+    install<dspf_vec>(nullptr, nullptr);
+  }
+  failing_some(const failing_some&) = delete;
+  failing_some& operator=(const failing_some&) = delete;
+  static long calls() { return count; }
+
+ private:
+  static inline int each = 0;
+  static inline std::atomic<long> count = 0;
+
+  static void* resized(void* block, std::size_t bytes) {
+    const long call = ++count;
+    return each != 0 && call % each == 0 ? nullptr : std::realloc(block, bytes != 0 ? bytes : 1);
+  }
+  template <record V> static std::int32_t allocate(V* v) {
+    if (v->alloc > 0) std::free(v->data);
+    v->data = nullptr;
+    return reallocate(v, 0, 0);
+  }
+  template <record V> static std::int32_t reallocate(V* v, std::uint32_t, std::int32_t) {
+    const auto need = static_cast<std::size_t>(v->points) * (v->complex != 0 ? 2 : 1);
+    void* const grown = resized(v->data, need * sizeof(scalar<V>));
+    if (grown == nullptr) std::free(v->data);
+    v->data = static_cast<scalar<V>*>(grown);
+    return 0;
+  }
+  template <record V> static void install(std::int32_t (*a)(V*), decltype(&reallocate<V>) r) {
+    TWIN(_lib_alloc)(a, nullptr);
+    TWIN(_lib_realloc)(r, nullptr);
+  }
+  table_source previous_;
+};
+
+// The operations of one precision and what each of them gives alone.
+template <record V> class expectations {
+ public:
+  expectations() {
+    workplace<V> w;
+    for (const auto& op : operations_) {
+      EXPECT_EQ(op.call(w), ok) << op.name;
+      wanted_.push_back(w.results());
+    }
+  }
+  std::size_t count() const { return operations_.size(); }
+
+  // Whether it fails only where it may, and gives the bits that it should.
+  std::string fault_of(std::size_t i, workplace<V>& w, bool may_fail) const {
+    const auto& op = operations_[i % count()];
+    if (op.call(w) != ok) return may_fail ? "" : op.name + std::string(" fails");
+    const bool right = op.keeps == kept::one_stream || same_bits(w.results(), wanted_[i % count()]);
+    return right ? "" : op.name + std::string(" gives other bits");
+  }
+
+ private:
+  const std::vector<operation<V>> operations_ = operations<V>();
+  std::vector<samples<V>> wanted_;
+};
+
+void release_all() {
+  EXPECT_EQ(dsp_free_internal(), 0);
+  EXPECT_EQ(dspf_free_internal(), 0);
+}
+
+class Threads : public testing::Test {
+ protected:
+  // Every thread runs all operations, each from another one on, or all from the first.
+  void run_all(bool apart, bool may_fail) {
+    std::mutex guard;
+    std::set<std::string> faults;
+    in_threads([&](std::size_t thread) {
+      workplace<dsp_vec> d;
+      workplace<dspf_vec> f;
+      for (std::size_t i = 0; i < doubles_.count(); ++i) {
+        const std::size_t at = apart ? i + thread * doubles_.count() / thread_count : i;
+        for (const auto& fault : {doubles_.fault_of(at, d, may_fail), floats_.fault_of(at, f, may_fail)}) {
+          const std::lock_guard lock(guard);
+          if (!fault.empty()) faults.insert(fault);
+        }
+      }
+    });
+    EXPECT_EQ(faults, std::set<std::string>{});
+  }
+  ~Threads() override { release_all(); }
+
+ private:
+  expectations<dsp_vec> doubles_;
+  expectations<dspf_vec> floats_;
+};
+
+TEST_F(Threads, GiveTheBitsOfOneWithColdAndWarmCaches) {
+  for (std::size_t round = 0; round < rounds; ++round) {
+    for (const bool apart : {false, true}) {
+      SCOPED_TRACE(testing::Message() << round << (apart ? ", apart" : ", side by side"));
+      release_all();
+      run_all(apart, false);
+      run_all(apart, false);
+    }
+  }
+}
+
+TEST_F(Threads, SurviveTheFailedAllocationsOfOthers) {
+  for (const int each : {1, 2, 3, 7}) {
+    SCOPED_TRACE(each);
+    release_all();
+    {
+      const failing_some scope(each);
+      run_all(true, true);
+    }
+    run_all(true, false);
+  }
+}
+
+template <class V> class Warm : public testing::Test {};
+TYPED_TEST_SUITE(Warm, records, record_names);
+
+TYPED_TEST(Warm, OperationsOnLargeEnoughRecordsAllocateNothing) {
+  workplace<TypeParam> w;
+  for (const auto& op : operations<TypeParam>()) {
+    EXPECT_EQ(op.call(w), ok) << op.name;
+    const failing_some counted(0);
+    const long before = counted.calls();
+    EXPECT_EQ(op.call(w), ok) << op.name;
+    EXPECT_TRUE(counted.calls() == before || op.keeps == kept::nothing) << op.name;
+  }
+  release_all();
+}
+
+}  // namespace
+}  // namespace sigpak::test
