@@ -56,9 +56,17 @@
                 dspd_hwfilt in place, dspu_subvec and dspd_deci in place, dspi_bitrev, dspi_dct, transforms of
                 complex records to as many complex points, and the states and histories of filters that are
                 long enough. dspi_analytic of a complex record does both.
-   Concurrency  No locks and no thread-local state. Hooks and the scratch caches of transforms, windows and
-                filters are process-wide, one set for each precision: calls of one precision that use them
-                must not overlap. The random state is one for both precisions.
+   Concurrency  Operations on different records may run at the same time in any number of threads, in both
+                precisions, with caches warm or cold. There are no locks and no thread-local state: nothing
+                waits, and the bits are those of one thread, but for taps and widths of windows that differ by
+                so little that they share a table. Forbidden while an operation runs: to change hooks, to call
+                dsp_free_internal, and to use a record that it changes. Hooks are called by the threads of the
+                operations. One stream for the whole process, which calls at the same time share as it happens:
+                the random source, and the state of dspd_hwfilt where none is given.
+   Allocation   Transforms, windows and filters allocate nothing once their tables are there, if the records are
+                large enough; other threads at the same operation have theirs made once each. Tables of powers
+                of two stay, those of other lengths, filters and windows make way for others. docs/allocation.md
+                counts.
    Sizes        A need above 2^31 - 1 scalars is a failed allocation. */
 #ifndef SIGPAK_H
 #define SIGPAK_H
@@ -995,7 +1003,8 @@ SIGPAK_API int32_t dspfi_irfft(dspf_vec *v);
 /* dspi_fft for every length. Where N is not a power of two: if vectors are wide, by columns and rows (Cooley, Tukey
    1965) when its prime factors, 13 at most, suit them, and by the definition when it is odd and at most 61, in single
    precision 37; otherwise by Bluestein's chirp transform (1970), whose sums reach 4 N^2 times the data. Tables of
-   the last length are kept, those by columns and rows of earlier ones too, up to 64 MiB beside the largest.
+   the last lengths are kept, up to 64 MiB beside the largest, at the baseline those of the last one; for every call
+   at the same time.
    v  real or complex; complex afterwards when N is at least 2. A lent record may end in storage of the library's own
    delta becomes 1 / (N * delta), with N = 1 for an empty record; H when it was 0, or NaN and N no power of two
    above 1. Relative error in the Euclidean norm at most 4 u sqrt(log2 N). */
@@ -1162,7 +1171,8 @@ SIGPAK_API int32_t dspfb_corr(const dspf_vec *a, const dspf_vec *b, dspf_vec *ou
 
 /* v = v * window, complex points as a whole; then, except for the uniform window, v is rotated left by half
    its points, rounded down, so that the window's peak becomes the first point. Windows are kept: the 16 made
-   last are found again by points, window, flags and width.
+   last are found again by points, window, flags and width, and where there are several threads, the first 16
+   of up to 4096 points.
        Sums of cosines   w[c + m] = w[c - m] = sum over k of a[k] cos(2 pi k m / width), c = points / 2
                          rounded down
        Triangle          falls from its peak in c to 0 at the distance points / 2
@@ -1454,7 +1464,8 @@ SIGPAK_API int32_t dspfd_rsmp2(const dspf_vec *in, dspf_vec *out, const dspf_vec
    reserved  0; otherwise -1
    state     12 points of delays in the form of in, kept from block to block; brought to that form on entry,
              the first points kept. An empty record starts at rest. Null uses one state that all such calls of
-             a precision share, and that dsp_free_internal resets: they continue one stream. */
+             a precision share, and that dsp_free_internal resets: they continue one stream. A call that
+             finds another at work on it starts at rest, and leaves nothing behind. */
 SIGPAK_API int32_t dspd_hwfilt (const dsp_vec  *in, dsp_vec  *out, int32_t reserved, dsp_vec  *state);
 SIGPAK_API int32_t dspfd_hwfilt(const dspf_vec *in, dspf_vec *out, int32_t reserved, dspf_vec *state);
 
