@@ -10,7 +10,7 @@ namespace sigpak {
 // Not by counting bits, which takes a call where the processor may lack the instruction.
 constexpr bool is_power_of_two(index n) noexcept { return n > 0 && (n & (n - 1)) == 0; }
 
-// The number is one.
+// log2 of a power of two.
 constexpr int address_bits(index points) noexcept {
   return __builtin_ctzll(static_cast<std::uint64_t>(points));
 }

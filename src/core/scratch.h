@@ -59,8 +59,8 @@ template <class T, class Body> [[gnu::noinline]] status with_short_scratch(Body 
   return body(scratch);
 }
 
-// Calls body(scratch) with memory for `count` scalars, at a distance from `data`: on the stack, or that of a
-// borrowed state.
+// Calls body(scratch) with memory for `count` scalars: on the stack, or that of a borrowed state, which keeps
+// its distance from `data`.
 template <class T, class State, class Body>
 status with_scratch(lender<State>& states, index count, const T* data, Body body) noexcept {
   if (count <= short_scratch<T>) return with_short_scratch<T>(body);

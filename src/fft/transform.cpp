@@ -213,8 +213,7 @@ template <class T> status transform_by(algorithm chosen, T* data, index points, 
     case algorithm::lanes:
       return transform_lanes(*level, data, points, inverse);
     case algorithm::mixed:
-      return points <= kernels::most_short_mixed ? transform_short_mixed(*level, data, points, inverse)
-                                                 : transform_any(*level, data, points, inverse);
+      return transform_short_mixed(*level, data, points, inverse);
     case algorithm::direct:
       return transform_directly(data, points, inverse);
     case algorithm::chirp:
@@ -227,24 +226,22 @@ template <class T> status transform_by(algorithm chosen, T* data, index points, 
   return failed;
 }
 
-// Long lengths of both kinds are looked up in one list, without finding out first which it is.
-template <class T> algorithm fast_algorithm_for(index points) noexcept {
-  const bool wide = isa::current() != isa::level::baseline;
-  if (wide && points > kernels::most_short_mixed && !is_power_of_two(points)) return algorithm::mixed;
-  return algorithm_for<T>(points);
-}
-
 }  // namespace
 
+// Long lengths of both kinds are looked up in one list, without finding out first which kind it is.
 template <class T> status transform(T* data, index points, bool inverse) noexcept {
-  return transform_by(fast_algorithm_for<T>(points), data, points, inverse);
+  const auto* const level = at_level<fft_kernels<T>>();
+  const bool listed = points > kernels::most_short_mixed && !is_power_of_two(points);
+  if (level != nullptr && listed) return transform_any(*level, data, points, inverse);
+  return transform_by(algorithm_for<T>(points), data, points, inverse);
 }
 
 template <class T> status transform_reals(T* data, index points, bool inverse) noexcept {
-  const algorithm chosen = fast_algorithm_for<T>(points);
-  if (chosen == algorithm::bluestein) return bluestein_transform(data, domain::real, points, inverse);
+  if (isa::current() == isa::level::baseline && algorithm_for<T>(points) == algorithm::bluestein) {
+    return bluestein_transform(data, domain::real, points, inverse);
+  }
   widen(data, points);
-  if (transform_by(chosen, data, points, inverse) == ok) return ok;
+  if (transform(data, points, inverse) == ok) return ok;
   narrow(data, points);
   return failed;
 }

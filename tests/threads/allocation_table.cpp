@@ -2,33 +2,22 @@
 #include <cstdio>
 
 #include "core/isa.h"
-#include "core/memory.h"
 #include "threads/operations.h"
 
-namespace sigpak::test {
 namespace {
 
-int count = 0;
+using namespace sigpak;
+using namespace sigpak::test;
 
-void* counted(void* block, std::size_t bytes) {
-  ++count;
-  return std::realloc(block, bytes != 0 ? bytes : 1);
-}
-std::int32_t reallocate(dsp_vec* v, std::uint32_t, std::int32_t) {
-  v->data = static_cast<double*>(counted(v->data, static_cast<std::size_t>(index{v->points} * width(v)) * 8));
-  return 0;
-}
-std::int32_t allocate(dsp_vec* v) {
-  if (v->alloc <= 0) v->data = nullptr;
-  return reallocate(v, 0, 0);
+long allocations_of(const operation<dsp_vec>& op, workplace<dsp_vec>& w) {
+  const failing_some counted(0);
+  const long before = counted.calls();
+  return op.call(w) == ok ? counted.calls() - before : -1;
 }
 
-int allocations_of(const operation<dsp_vec>& op, workplace<dsp_vec>& w) {
-  count = 0;
-  return op.call(w) == ok ? count : -1;
-}
+}  // namespace
 
-void print_table() {
+int main() {
   const isa::level levels[] = {isa::level::baseline, isa::widest()};
   std::printf("| |");
   for (const auto level : levels) std::printf(" %s: first call | second |", isa::name_of(level));
@@ -39,19 +28,9 @@ void print_table() {
       isa::force(level);
       dsp_free_internal();
       workplace<dsp_vec> w;
-      const int first = allocations_of(op, w);
-      std::printf(" %d | %d |", first, allocations_of(op, w));
+      const long first = allocations_of(op, w);
+      std::printf(" %ld | %ld |", first, allocations_of(op, w));
     }
     std::printf("\n");
   }
-}
-
-}  // namespace
-}  // namespace sigpak::test
-
-int main() {
-  sigpak::resize_table_bytes = sigpak::test::counted;
-  dsp_lib_alloc(sigpak::test::allocate, nullptr);
-  dsp_lib_realloc(sigpak::test::reallocate, nullptr);
-  sigpak::test::print_table();
 }

@@ -2,8 +2,10 @@
 // allocate.
 #pragma once
 
+#include <atomic>
 #include <cstdlib>
 
+#include "core/memory.h"
 #include "support/signal.h"
 
 namespace sigpak::test {
@@ -54,6 +56,52 @@ template <record V> class workplace {
   }
 };
 
+// Counts all allocations, of tables and of records, until the end of its scope; every n-th of them fails,
+// unless n is 0.
+class failing_some {
+ public:
+  explicit failing_some(int n) : previous_(resize_table_bytes) {
+    each = n;
+    resize_table_bytes = [](void* block, std::size_t bytes) { return resized(block, bytes); };
+    install<dsp_vec>(allocate<dsp_vec>, reallocate<dsp_vec>);
+    install<dspf_vec>(allocate<dspf_vec>, reallocate<dspf_vec>);
+  }
+  ~failing_some() {
+    resize_table_bytes = previous_;
+    install<dsp_vec>(nullptr, nullptr);
+    install<dspf_vec>(nullptr, nullptr);
+  }
+  failing_some(const failing_some&) = delete;
+  failing_some& operator=(const failing_some&) = delete;
+  static long calls() { return count; }
+
+ private:
+  static inline int each = 0;
+  static inline std::atomic<long> count = 0;
+
+  static void* resized(void* block, std::size_t bytes) {
+    const long call = ++count;
+    return each != 0 && call % each == 0 ? nullptr : std::realloc(block, bytes != 0 ? bytes : 1);
+  }
+  template <record V> static std::int32_t allocate(V* v) {
+    if (v->alloc > 0) std::free(v->data);
+    v->data = nullptr;
+    return reallocate(v, 0, 0);
+  }
+  template <record V> static std::int32_t reallocate(V* v, std::uint32_t, std::int32_t) {
+    const auto need = static_cast<std::size_t>(v->points) * (v->complex != 0 ? 2 : 1);
+    void* const grown = resized(v->data, need * sizeof(scalar<V>));
+    if (grown == nullptr) std::free(v->data);
+    v->data = static_cast<scalar<V>*>(grown);
+    return 0;
+  }
+  template <record V> static void install(std::int32_t (*a)(V*), decltype(&reallocate<V>) r) {
+    TWIN(_lib_alloc)(a, nullptr);
+    TWIN(_lib_realloc)(r, nullptr);
+  }
+  table_source previous_;
+};
+
 enum class kept { nothing, tables, one_stream };
 
 template <record V> struct operation {
@@ -80,120 +128,81 @@ template <record V> status apply_windows(workplace<V>& w, int count) {
   return ok;
 }
 
-#define RUN [](workplace<V> & w) -> status
 template <record V> std::vector<operation<V>> operations() {
+  using W = workplace<V>;
   constexpr auto tables = kept::tables;
-  constexpr auto forward = RUN { return TWIN(i_dft)(&w.a, 0); };
-  constexpr auto inverse = RUN { return TWIN(i_dft)(&w.a, 1); };
-  constexpr auto real = RUN { return TWIN(i_rdft)(&w.a); };
-  constexpr auto real_inverse = RUN { return TWIN(i_irdft)(&w.a, 0); };
-  constexpr auto cosine = RUN { return TWIN(i_dct)(&w.a, 0); };
-  constexpr auto window = RUN { return TWIN(i_window)(&w.a, DSP_WINDOW_HANN, 0); };
-  constexpr auto fir = RUN { return TWIN(d_fir)(&w.a, &w.out, &w.taps, &w.state); };
-  constexpr auto fir_in_place = RUN { return TWIN(d_fir)(&w.a, &w.a, &w.taps, nullptr); };
-  constexpr auto symmetric = RUN { return TWIN(d_sfir)(&w.a, &w.out, &w.taps, 1, 0, &w.state); };
-  constexpr auto correlate = RUN { return TWIN(b_corr)(&w.a, &w.b, &w.out, -1, 0); };
-  constexpr auto spectrum = RUN {
+  constexpr auto fft = [](W& w) { return TWIN(i_fft)(&w.a, 0); };
+  constexpr auto inverse_fft = [](W& w) { return TWIN(i_fft)(&w.a, 1); };
+  constexpr auto rfft = [](W& w) { return TWIN(i_rfft)(&w.a); };
+  constexpr auto irfft = [](W& w) { return TWIN(i_irfft)(&w.a); };
+  constexpr auto dft = [](W& w) { return TWIN(i_dft)(&w.a, 0); };
+  constexpr auto inverse_dft = [](W& w) { return TWIN(i_dft)(&w.a, 1); };
+  constexpr auto irdft = [](W& w) { return TWIN(i_irdft)(&w.a, 0); };
+  constexpr auto dct = [](W& w) { return TWIN(i_dct)(&w.a, 0); };
+  constexpr auto inverse_dct = [](W& w) { return TWIN(i_dct)(&w.a, 1); };
+  constexpr auto hilbert = [](W& w) { return TWIN(i_hilbert)(&w.a); };
+  constexpr auto bitrev = [](W& w) { return TWIN(i_bitrev)(&w.a); };
+  constexpr auto bitrev_scale = [](W& w) { return TWIN(i_bitrev_scale)(&w.a); };
+  constexpr auto window = [](W& w) { return TWIN(i_window)(&w.a, DSP_WINDOW_HANN, 0); };
+  constexpr auto windows = [](W& w) { return apply_windows(w, 20); };
+  constexpr auto fir = [](W& w) { return TWIN(d_fir)(&w.a, &w.out, &w.taps, &w.state); };
+  constexpr auto fir_in_place = [](W& w) { return TWIN(d_fir)(&w.a, &w.a, &w.taps, nullptr); };
+  constexpr auto sfir = [](W& w) { return TWIN(d_sfir)(&w.a, &w.out, &w.taps, 1, 0, &w.state); };
+  constexpr auto deci = [](W& w) { return TWIN(d_deci)(&w.a, &w.out, 3, &w.state); };
+  constexpr auto hwfilt = [](W& w) { return TWIN(d_hwfilt)(&w.a, &w.out, 0, &w.state); };
+  constexpr auto shared_hwfilt = [](W& w) { return TWIN(i_hwfilt)(&w.a, 0); };
+  constexpr auto rsmp = [](W& w) { return TWIN(d_rsmp)(&w.a, &w.out, &w.taps, 3, 2, nullptr); };
+  constexpr auto rsmp_in_place = [](W& w) { return TWIN(d_rsmp)(&w.a, &w.a, &w.taps, 2, 3, &w.state); };
+  constexpr auto rsmp2 = [](W& w) { return TWIN(d_rsmp2)(&w.a, &w.a, &w.taps, nullptr, 1.5, nullptr); };
+  constexpr auto corr = [](W& w) { return TWIN(b_corr)(&w.a, &w.b, &w.out, -1, 0); };
+  constexpr auto circular = [](W& w) { return TWIN(b_corr)(&w.a, &w.b, &w.out, -1, DSP_CORR_CIRCULAR); };
+  constexpr auto corr_stream = [](W& w) { return TWIN(h_corr)(&w.a, &w.b, &w.out, &w.state, 70, 0); };
+  constexpr auto spectra = [](W& w) {
     return TWIN(h_dft)(&w.a, nullptr, &w.out, &w.state, &w.window, 1, 0, nullptr, 0);
   };
-  return {{"dspi_fft of 64", tables, 64, true, 0, RUN{return TWIN(i_fft)(&w.a, 0);
+  constexpr auto sort = [](W& w) { return TWIN(i_sort)(&w.a); };
+  constexpr auto rand = [](W& w) { return TWIN(c_rand)(&w.a, DSP_RAND_NORMAL); };
+  return {{"dspi_fft of 64", tables, 64, true, 0, fft},
+          {"dspi_fft of 512", tables, 512, true, 0, inverse_fft},
+          {"dspi_fft of 4096", tables, 4096, false, 0, fft},
+          {"dspi_rfft of 256", tables, 256, false, 0, rfft},
+          {"dspi_rfft of 8192", tables, 8192, false, 0, rfft},
+          {"dspi_irfft to 4096", tables, 2049, true, 0, irfft},
+          {"dspi_dft of 37", tables, 37, true, 0, dft},
+          {"dspi_dft of 120", tables, 120, true, 0, dft},
+          {"dspi_dft of 1000", tables, 1000, false, 0, inverse_dft},
+          {"dspi_dft of 67", tables, 67, true, 0, inverse_dft},
+          {"dspi_dft of 1009", tables, 1009, true, 0, dft},
+          {"dspi_irdft to 480", tables, 241, true, 0, irdft},
+          {"dspi_dct of 100", tables, 100, false, 0, dct},
+          {"dspi_dct of 1024", tables, 1024, false, 0, inverse_dct},
+          {"dspi_hilbert of 1000", tables, 1000, false, 0, hilbert},
+          {"dspi_bitrev of 128", tables, 128, true, 0, bitrev},
+          {"dspi_bitrev_scale of 64", tables, 64, false, 0, bitrev_scale},
+          {"dspi_window of 64", tables, 64, false, 0, window},
+          {"dspi_window of 10000", tables, 10000, false, 0, window},
+          {"dspi_window of 20 lengths", kept::nothing, 90, false, 0, windows},
+          {"dspd_fir, 5 taps", tables, 300, true, 5, fir},
+          {"dspd_fir, 30 taps in place", tables, 64, false, 30, fir_in_place},
+          {"dspd_fir, 1500 taps, complex", tables, 2000, true, 1500, fir},
+          {"dspd_fir, 130 taps", tables, 5000, false, 130, fir},
+          {"dspd_fir, 150 taps in place", tables, 2000, false, 150, fir_in_place},
+          {"dspd_sfir, 31 taps", tables, 200, false, 16, sfir},
+          {"dspd_sfir, 259 taps", tables, 2000, false, 130, sfir},
+          {"dspd_deci", tables, 500, true, 0, deci},
+          {"dspd_hwfilt", tables, 100, true, 0, hwfilt},
+          {"dspi_hwfilt", kept::one_stream, 100, false, 0, shared_hwfilt},
+          {"dspd_rsmp", kept::nothing, 500, false, 61, rsmp},
+          {"dspd_rsmp, a stream in place", tables, 500, false, 61, rsmp_in_place},
+          {"dspd_rsmp2 in place", kept::nothing, 500, false, 61, rsmp2},
+          {"dspb_corr of 1000", tables, 1000, false, 0, corr},
+          {"dspb_corr of 900, complex", tables, 900, true, 0, corr},
+          {"dspb_corr of 600, circular", kept::nothing, 600, false, 0, circular},
+          {"dsph_corr, 70 lags", tables, 800, false, 0, corr_stream},
+          {"dsph_dft, segments of 256", tables, 1024, false, 0, spectra},
+          {"dsph_dft, segments of 250", kept::nothing, 1000, false, 0, spectra},
+          {"dspi_sort", kept::nothing, 1000, false, 0, sort},
+          {"dspc_rand", kept::one_stream, 100, false, 0, rand}};
 }
-}  // namespace sigpak::test
-, {"dspi_fft of 512", tables, 512, true, 0, RUN{return TWIN(i_fft)(&w.a, 1);
-}
-}
-, {"dspi_fft of 4096", tables, 4096, false, 0, RUN{return TWIN(i_fft)(&w.a, 0);
-}
-}
-, {"dspi_rfft of 256", tables, 256, false, 0, RUN{return TWIN(i_rfft)(&w.a);
-}
-}
-, {"dspi_rfft of 8192", tables, 8192, false, 0, RUN{return TWIN(i_rfft)(&w.a);
-}
-}
-, {"dspi_irfft to 4096", tables, 2049, true, 0, RUN{return TWIN(i_irfft)(&w.a);
-}
-}
-, {"dspi_dft of 37", tables, 37, true, 0, forward}, {"dspi_dft of 120", tables, 120, true, 0, forward},
-    {"dspi_dft of 1000", tables, 1000, false, 0, inverse}, {"dspi_dft of 67", tables, 67, true, 0, inverse},
-    {"dspi_dft of 1009", tables, 1009, true, 0, forward}, {"dspi_rdft of 1003", tables, 1003, false, 0, real},
-    {"dspi_irdft to 480", tables, 241, true, 0, real_inverse},
-    {"dspi_dct of 100", tables, 100, false, 0, cosine},
-    {"dspi_dct of 1024", tables, 1024, false, 0, RUN{return TWIN(i_dct)(&w.a, 1);
-}
-}
-, {"dspi_hilbert of 1000", tables, 1000, false, 0, RUN{return TWIN(i_hilbert)(&w.a);
-}
-}
-, {"dspi_analytic of 512", tables, 512, false, 0, RUN{return TWIN(i_analytic)(&w.a);
-}
-}
-, {"dspi_bitrev of 128", tables, 128, true, 0, RUN{return TWIN(i_bitrev)(&w.a);
-}
-}
-, {"dspi_bitrev_scale of 64", tables, 64, false, 0, RUN{return TWIN(i_bitrev_scale)(&w.a);
-}
-}
-, {"dspi_window of 64", tables, 64, false, 0, window},
-    {"dspi_window of 10000", tables, 10000, false, 0, window},
-    {"dspi_window of 20 lengths", kept::nothing, 90, false, 0, RUN{return apply_windows(w, 20);
-}
-}
-, {"dspd_fir, 5 taps", tables, 300, true, 5, fir},
-    {"dspd_fir, 30 taps in place", tables, 64, false, 30, fir_in_place},
-    {"dspd_fir, 1500 taps, complex", tables, 2000, true, 1500, fir},
-    {"dspd_fir, 130 taps", tables, 5000, false, 130, fir},
-    {"dspd_fir, 150 taps in place", tables, 2000, false, 150, fir_in_place},
-    {"dspd_sfir, 31 taps", tables, 200, false, 16, symmetric},
-    {"dspd_sfir, 259 taps", tables, 2000, false, 130, symmetric},
-    {"dspd_deci", tables, 500, true, 0, RUN{return TWIN(d_deci)(&w.a, &w.out, 3, &w.state);
-}
-}
-, {"dspd_hwfilt", tables, 100, true, 0, RUN{return TWIN(d_hwfilt)(&w.a, &w.out, 0, &w.state);
-}
-}
-, {"dspi_hwfilt", kept::one_stream, 100, false, 0, RUN{return TWIN(i_hwfilt)(&w.a, 0);
-}
-}
-, {"dspd_rsmp", kept::nothing, 500, false, 61, RUN{return TWIN(d_rsmp)(&w.a, &w.out, &w.taps, 3, 2, nullptr);
-}
-}
-, {"dspd_rsmp, a stream in place", tables, 500, false, 61,
-   RUN{return TWIN(d_rsmp)(&w.a, &w.a, &w.taps, 2, 3, &w.state);
-}
-}
-, {"dspd_rsmp2 in place", kept::nothing, 500, false, 61,
-   RUN{return TWIN(d_rsmp2)(&w.a, &w.a, &w.taps, nullptr, 1.5, nullptr);
-}
-}
-, {"dspb_corr of 300", tables, 300, false, 0, correlate},
-    {"dspb_corr of 1000, complex", tables, 1000, true, 0, correlate},
-    {"dspb_corr of 700, 20 lags", kept::nothing, 700, false, 0,
-     RUN{return TWIN(b_corr)(&w.a, &w.b, &w.out, 20, 0);
-}
-}
-, {"dspb_corr of 600, circular", kept::nothing, 600, false, 0,
-   RUN{return TWIN(b_corr)(&w.a, &w.b, &w.out, -1, DSP_CORR_CIRCULAR);
-}
-}
-, {"dsph_corr", tables, 800, false, 0, RUN{return TWIN(h_corr)(&w.a, &w.b, &w.out, &w.state, 70, 0);
-}
-}
-, {"dsph_dft, segments of 256", tables, 1024, false, 0, spectrum},
-    {"dsph_dft, segments of 250", kept::nothing, 1000, false, 0, spectrum},
-    {"dspi_sort", kept::nothing, 1000, false, 0, RUN{return TWIN(i_sort)(&w.a);
-}
-}
-, {"dsps_median", kept::nothing, 1000, false, 0, RUN{return TWIN(s_median)(&w.a, &w.out);
-}
-}
-, {"dspc_rand", kept::one_stream, 100, false, 0, RUN{return TWIN(c_rand)(&w.a, DSP_RAND_NORMAL);
-}
-}
-,
-}
-;
-}
-#undef RUN
 
 }  // namespace sigpak::test
