@@ -61,7 +61,7 @@ TEST(Usage, WrongUsageIsStatus2) {
        {"", "spectrum", "spectre x", "spectrum --nothing x", "spectrum a b", "spectrum -w Hanning x",
         "spectrum -n 0 x", "spectrum -n x y", "spectrum -s 15 x", "spectrum -s 5000000 x", "spectrum -s -1 x",
         "spectrum -c 0 x", "spectrum -r 0 x", "spectrum -r -5 x", "spectrum -r nan x", "spectrum -r 1e300 x",
-        "spectrum -r 48k x", "spectrum --svg", "spectrum --axis polar x"}) {
+        "spectrum -r 48q x", "spectrum --svg", "spectrum --axis polar x"}) {
     const auto r = run(arguments);
     EXPECT_EQ(r.status, 2) << arguments;
     EXPECT_EQ(r.out, "") << arguments;

@@ -3,8 +3,8 @@
 
 #include <cstdio>
 
-#include "analysis.h"
-#include "scale.h"
+#include "analysis/analysis.h"
+#include "pictures/scale.h"
 
 namespace tool {
 

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "input/source.h"
 #include "record.h"
-#include "source.h"
 
 namespace tool {
 namespace {
@@ -63,7 +63,7 @@ class table final : public source {
     if (!next_row()) throw data_error("no line of numbers in it");
     columns_ = fields_.size();
     const std::size_t channels = std::max<std::size_t>(columns_ - 1, 1);
-    if (static_cast<std::size_t>(options_.channel) > channels) {
+    if (options_.channel > channels) {
       throw data_error("has " + std::to_string(columns_) + (columns_ == 1 ? " column" : " columns") +
                        ", so there is no channel " + std::to_string(options_.channel));
     }
@@ -73,7 +73,7 @@ class table final : public source {
     std::size_t done = 0;
     while (done < samples.size() && !fields_.empty()) {
       if (columns_ > 1) check_time(fields_[0]);
-      samples[done++] = fields_[columns_ > 1 ? static_cast<std::size_t>(options_.channel) : 0];
+      samples[done++] = fields_[columns_ > 1 ? options_.channel : 0];
       ++rows_;
       if (!next_row()) fields_.clear();
     }

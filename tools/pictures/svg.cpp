@@ -1,12 +1,12 @@
 // The spectrum as a picture: the curve with its axes, its strongest lines numbered, and a list of them.
-#include "svg.h"
+#include "pictures/svg.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <string_view>
 
-#include "scale.h"
+#include "pictures/scale.h"
 
 namespace tool {
 namespace {

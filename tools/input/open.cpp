@@ -1,5 +1,5 @@
 // Opening a file, and telling its kind from its first bytes.
-#include "source.h"
+#include "input/source.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -3,9 +3,9 @@
 
 #include <string_view>
 
-#include "analysis.h"
-#include "report.h"
-#include "scale.h"
+#include "analysis/analysis.h"
+#include "output/report.h"
+#include "pictures/scale.h"
 
 namespace tool {
 

@@ -1,6 +1,6 @@
 // Welch's method: windowed, half-overlapped segments, their powers averaged (P. D. Welch, IEEE Trans. Audio
 // Electroacoust. 15, 1967).
-#include "analysis.h"
+#include "analysis/analysis.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <optional>
 
-#include "analysis.h"
+#include "analysis/analysis.h"
 
 namespace tool {
 namespace {

@@ -1,5 +1,5 @@
 // What a terminal is shown beside the report: a plot, and how far the work is.
-#include "terminal.h"
+#include "pictures/terminal.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -10,7 +10,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "scale.h"
+#include "pictures/scale.h"
 
 namespace tool {
 namespace {

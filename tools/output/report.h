@@ -3,7 +3,7 @@
 
 #include <cstdio>
 
-#include "analysis.h"
+#include "analysis/analysis.h"
 
 namespace tool {
 

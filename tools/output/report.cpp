@@ -1,9 +1,9 @@
 // What the program prints.
-#include "report.h"
+#include "output/report.h"
 
 #include <algorithm>
 
-#include "scale.h"
+#include "pictures/scale.h"
 
 namespace tool {
 namespace {

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "input/source.h"
 #include "record.h"
-#include "source.h"
 
 namespace tool {
 

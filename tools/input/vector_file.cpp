@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "input/source.h"
 #include "record.h"
-#include "source.h"
 
 namespace tool {
 namespace {

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "input/source.h"
 #include "record.h"
-#include "source.h"
 
 namespace tool {
 namespace {
@@ -31,12 +31,12 @@ class sound final : public source {
     sound_.reset(sf_open_fd(descriptor, SFM_READ, &info_, 0));
     if (sound_ == nullptr)
       throw data_error(std::string("not a vector, not text, and: ") + sf_strerror(nullptr));
-    if (options.channel > info_.channels) {
+    if (options.channel > static_cast<std::size_t>(info_.channels)) {
       throw data_error("has " + std::to_string(info_.channels) +
                        (info_.channels == 1 ? " channel" : " channels") + ", not " +
                        std::to_string(options.channel));
     }
-    channel_ = options.channel - 1;
+    channel_ = static_cast<int>(options.channel) - 1;
     rate_ = options.rate > 0 ? options.rate : info_.samplerate;
   }
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "analysis.h"
+#include "analysis/analysis.h"
 
 namespace tool {
 

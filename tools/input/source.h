@@ -10,8 +10,8 @@
 namespace tool {
 
 struct source_options {
-  int channel = 1;  // of a sound file; of the values beside the time in a table
-  double rate = 0;  // samples per second in place of the file's; 0 takes the file's
+  std::size_t channel = 1;  // of a sound file; of the values beside the time in a table
+  double rate = 0;          // samples per second in place of the file's; 0 takes the file's
 };
 
 class source {

@@ -1,5 +1,5 @@
 // Axes and numbers as they are shown.
-#include "scale.h"
+#include "pictures/scale.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,0 +1,128 @@
+// The options of a command, on top of the parser.
+#include "commands/options.h"
+
+#include <CLI/CLI.hpp>
+
+#include <charconv>
+
+namespace tool {
+namespace {
+
+CLI::Option* add_taker(CLI::App& app, const char* names, const char* kind, const char* help, taker take) {
+  const auto take_all = [take = std::move(take), names](const CLI::results_t& words) {
+    for (const auto& word : words) {
+      if (const std::string wrong = take(word); !wrong.empty()) throw CLI::ValidationError(names, wrong);
+    }
+    return true;
+  };
+  return app.add_option(names, take_all, help)->type_name(kind)->type_size(1)->expected(1);
+}
+
+std::string shown(double value) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.9g", value);
+  return text;
+}
+
+}  // namespace
+
+bool parse_number(const std::string& text, double& value) {
+  std::string_view digits = text;
+  double unit = 1;
+  if (digits.ends_with('k')) unit = 1e3;
+  if (digits.ends_with('M')) unit = 1e6;
+  if (digits.ends_with('G')) unit = 1e9;
+  if (unit != 1) digits.remove_suffix(1);
+  if (digits.starts_with('+')) digits.remove_prefix(1);
+  const char* const end = digits.data() + digits.size();
+  double x = 0;
+  const auto [parsed, error] = std::from_chars(digits.data(), end, x);
+  if (error != std::errc() || parsed != end) return false;
+  value = x * unit;
+  return true;
+}
+
+void options::add(const char* names, const char* kind, const char* help, taker take,
+                  const std::string& usual) {
+  CLI::Option* const added = add_taker(app_, names, kind, help, std::move(take));
+  if (!usual.empty()) added->default_str(usual);
+}
+
+void options::flag(const char* names, const char* help, bool& value) { app_.add_flag(names, value, help); }
+
+void options::text(const char* names, const char* kind, const char* help, std::string& value) {
+  const auto take = [&value](const std::string& word) {
+    value = word;
+    return std::string();
+  };
+  add(names, kind, help, take, value);
+}
+
+void options::place(const char* name, const char* help, std::string& value) {
+  const auto take = [&value](const std::string& word) {
+    value = word;
+    return std::string();
+  };
+  add_taker(app_, name, "", help, take)->required();
+}
+
+void options::files(const char* help, std::vector<std::string>& names) {
+  const auto take = [&names](const std::string& word) {
+    names.push_back(word);
+    return std::string();
+  };
+  add_taker(app_, "FILE", "", help, take)->required()->expected(1, -1);
+}
+
+void options::list(const char* names, const char* kind, const char* help, std::vector<std::string>& values) {
+  const auto take = [&values](const std::string& word) {
+    values.push_back(word);
+    return std::string();
+  };
+  add_taker(app_, names, kind, help, take)->take_all();
+}
+
+void options::count(const char* names, const char* help, std::size_t& value, std::size_t low,
+                    std::size_t high) {
+  const auto take = [&value, low, high](const std::string& word) -> std::string {
+    std::size_t x = 0;
+    const char* const end = word.data() + word.size();
+    const auto [parsed, error] = std::from_chars(word.data(), end, x);
+    if (error != std::errc() || parsed != end || x < low || x > high)
+      return word + " is no whole number from " + std::to_string(low) + " to " + std::to_string(high);
+    value = x;
+    return {};
+  };
+  add(names, "N", help, take, std::to_string(value));
+}
+
+void options::number(const char* names, const char* kind, const char* help, double& value, double low,
+                     double high) {
+  const auto take = [&value, low, high](const std::string& word) -> std::string {
+    double x = 0;
+    if (!parse_number(word, x) || !(x >= low && x <= high))
+      return word + " is no number from " + shown(low) + " to " + shown(high);
+    value = x;
+    return {};
+  };
+  add(names, kind, help, take);
+}
+
+void options::choice(const char* names, const char* help, std::string& value,
+                     std::initializer_list<const char*> words) {
+  std::string all;
+  for (const char* const word : words) all += (all.empty() ? "" : ", ") + std::string(word);
+  const auto take = [&value, all, known = std::vector<std::string>(words.begin(), words.end())](
+                        const std::string& word) -> std::string {
+    if (std::ranges::find(known, word) == known.end()) return word + " is none of " + all;
+    value = word;
+    return {};
+  };
+  std::string kind = all;
+  for (auto at = kind.find(", "); at != std::string::npos; at = kind.find(", ")) kind.replace(at, 2, "|");
+  add(names, kind.c_str(), help, take, value);
+}
+
+void options::footer(const char* text) { app_.footer(text); }
+
+}  // namespace tool
