@@ -113,8 +113,8 @@ record leakage_of(std::size_t length, int window) {
 double decibels(double amplitude) { return 20 * std::log10(std::max(amplitude, 1e-154)); }
 
 spectrum analyse(source& in, const analysis_options& options, const std::function<void(double)>& progress) {
-  const std::size_t width = in.is_complex() ? 2 : 1;
-  record segment(options.segment, in.is_complex());
+  const std::size_t width = in.about().is_complex ? 2 : 1;
+  record segment(options.segment, in.about().is_complex);
   const auto all = segment.scalars();
   spectrum s;
   s.samples = read_checked(in, all, 0) / width;
@@ -125,7 +125,7 @@ spectrum analyse(source& in, const analysis_options& options, const std::functio
   }
   segment.points = static_cast<std::uint32_t>(s.segment);
 
-  averager average(s.segment, options.window, in.is_complex());
+  averager average(s.segment, options.window, in.about().is_complex);
   for (std::size_t count = s.segment; count > 0;) {
     average.add(segment);
     progress(in.progress());
@@ -137,10 +137,10 @@ spectrum analyse(source& in, const analysis_options& options, const std::functio
 
   s.segments = average.count();
   s.mean = average.mean();
-  s.two_sided = in.is_complex();
-  s.full_scale = in.is_full_scale();
-  s.has_rate = in.rate() > 0;
-  s.rate = s.has_rate ? in.rate() : 1;
+  s.two_sided = in.about().is_complex;
+  s.full_scale = in.about().is_full_scale;
+  s.has_rate = in.about().rate > 0;
+  s.rate = s.has_rate ? in.about().rate : 1;
   s.step = s.rate / static_cast<double>(padding * s.segment);
   s.first = s.two_sided ? -s.rate / 2 : 0;
   s.power = average.take_power();

@@ -15,7 +15,7 @@ CLI::Option* add_taker(CLI::App& app, const char* names, const char* kind, const
     }
     return true;
   };
-  return app.add_option(names, take_all, help)->type_name(kind)->type_size(1)->expected(1);
+  return app.add_option(names, take_all, help)->type_name(kind)->type_size(1)->expected(1)->take_all();
 }
 
 std::string shown(double value) {
@@ -72,14 +72,6 @@ void options::files(const char* help, std::vector<std::string>& names) {
     return std::string();
   };
   add_taker(app_, "FILE", "", help, take)->required()->expected(1, -1);
-}
-
-void options::list(const char* names, const char* kind, const char* help, std::vector<std::string>& values) {
-  const auto take = [&values](const std::string& word) {
-    values.push_back(word);
-    return std::string();
-  };
-  add_taker(app_, names, kind, help, take)->take_all();
 }
 
 void options::count(const char* names, const char* help, std::size_t& value, std::size_t low,

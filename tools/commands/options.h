@@ -22,12 +22,12 @@ class options {
   explicit options(CLI::App& app) : app_(app) {}
 
   // `names` as in "-w,--window"; a name without dashes is a place. `kind` stands for the value in the help.
+  // An option that is given again is taken again.
   void add(const char* names, const char* kind, const char* help, taker take, const std::string& usual = {});
   void flag(const char* names, const char* help, bool& value);
   void text(const char* names, const char* kind, const char* help, std::string& value);
   void place(const char* name, const char* help, std::string& value);  // must be given
   void files(const char* help, std::vector<std::string>& names);       // FILE..., one at least
-  void list(const char* names, const char* kind, const char* help, std::vector<std::string>& values);
   void count(const char* names, const char* help, std::size_t& value, std::size_t low, std::size_t high);
   void number(const char* names, const char* kind, const char* help, double& value, double low, double high);
   void choice(const char* names, const char* help, std::string& value,

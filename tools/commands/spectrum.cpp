@@ -6,6 +6,7 @@
 
 #include "analysis/analysis.h"
 #include "commands/commands.h"
+#include "commands/input_options.h"
 #include "input/source.h"
 #include "output/report.h"
 #include "pictures/scale.h"
@@ -23,38 +24,39 @@ struct spectrum_command {
   std::string window = "Hann";
   std::size_t lines = 10;
   std::string axis;  // linear or log; empty for what suits the signal
-  source_options input;
+  input_options input;
   analysis_options analysis;
 };
 
 std::string shown_name(const std::string& name) { return name == "-" ? "standard input" : name; }
 
 void write_file(const std::string& name, const std::string& text) {
-  file f(std::fopen(name.c_str(), "wb"));
+  std::FILE* const f = std::fopen(name.c_str(), "wb");
   if (f == nullptr) throw data_error(std::strerror(errno));
-  const bool written = std::fwrite(text.data(), 1, text.size(), f.get()) == text.size();
-  if (!written || std::fclose(f.release()) != 0) throw data_error(std::strerror(errno));
+  const bool written = std::fwrite(text.data(), 1, text.size(), f) == text.size();
+  if (std::fclose(f) != 0 || !written) throw data_error(std::strerror(errno));
 }
 
-spectrum analysed(const spectrum_command& command, std::string& description) {
+spectrum analysed(const spectrum_command& command, subject& about) {
   const auto in = open_source(command.name, command.input);
-  description = in->description();
   progress_line progress(shown_name(command.name));
-  return analyse(*in, command.analysis, [&progress](double part) { progress.show(part); });
+  spectrum s = analyse(*in, command.analysis, [&progress](double part) { progress.show(part); });
+  about = in->about();
+  return s;
 }
 
 void run(const spectrum_command& command) {
-  subject about{shown_name(command.name), "", command.window};
-  const spectrum s = at_place(about.name, [&] { return analysed(command, about.description); });
+  subject about;
+  const spectrum s = at_place(shown_name(command.name), [&] { return analysed(command, about); });
   const auto lines = strongest_lines(s, command.lines);
-  print_report(stdout, about, s, lines);
+  print_report(stdout, about, command.window, s, lines);
   const frequency_axis axis(s, command.axis.empty() ? s.full_scale : command.axis == "log");
   if (is_terminal(stdout)) {
     std::putchar('\n');
     print_plot(stdout, s, axis);
   }
   if (!command.svg.empty()) {
-    at_place(command.svg, [&] { write_file(command.svg, svg_of(about, s, lines, axis)); });
+    at_place(command.svg, [&] { write_file(command.svg, svg_of(about, command.window, s, lines, axis)); });
   }
 }
 
@@ -91,9 +93,7 @@ work add_spectrum(options& o) {
   o.count("-n,--lines", "Print at most so many lines", command->lines, 1, 1000);
   o.count("-s,--segment", "Samples that are transformed at a time", command->analysis.segment, 16,
           longest_segment);
-  o.count("-c,--channel", "Channel of a sound file, or of a table", command->input.channel, 1, 1024);
-  o.number("-r,--rate", "HZ", "Samples per second, in place of the file's own", command->input.rate, 1e-9,
-           1e15);
+  add_input_options(o, command->input);
   o.text("--svg", "FILE", "Write a picture of the spectrum", command->svg);
   o.choice("--axis", "Frequency axis; log suits sound files", command->axis, {"linear", "log"});
   o.footer(about_files);

@@ -1,5 +1,5 @@
 // Opening a file, and telling its kind from its first bytes.
-#include "input/source.h"
+#include "input/kinds.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -64,13 +64,16 @@ bool is_text_vector(std::string_view head) {
 
 }  // namespace
 
-std::unique_ptr<source> open_source(const std::string& name, const source_options& options) {
-  file f = seekable(open_file(name));
-  const std::string head = head_of(f.get());
-  if (head.empty()) throw data_error("the file is empty");
-  if (is_binary_vector(head) || is_text_vector(head)) return open_vector(std::move(f), options);
-  if (is_text(head)) return open_table(std::move(f), options);
-  return open_sound(std::move(f), options);
+std::unique_ptr<source> open_source(const std::string& name, const input_options& options) {
+  const std::string shown = name == "-" ? "standard input" : name;
+  return at_place(shown, [&]() -> std::unique_ptr<source> {
+    file f = seekable(open_file(name));
+    const std::string head = head_of(f.get());
+    if (head.empty()) throw data_error("the file is empty");
+    if (is_binary_vector(head) || is_text_vector(head)) return open_vector(std::move(f), shown, options);
+    if (is_text(head)) return open_table(std::move(f), shown, options);
+    return open_sound(std::move(f), shown, options);
+  });
 }
 
 }  // namespace tool

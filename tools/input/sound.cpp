@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "input/source.h"
+#include "input/kinds.h"
 #include "record.h"
 
 namespace tool {
@@ -25,19 +25,27 @@ std::string format_name(int format) {
 
 class sound final : public source {
  public:
-  sound(file f, const source_options& options) : file_(std::move(f)) {
+  sound(file f, const std::string& name, const input_options& options) : file_(std::move(f)) {
     const int descriptor = fileno(file_.get());
     lseek(descriptor, 0, SEEK_SET);  // the stream has read ahead
     sound_.reset(sf_open_fd(descriptor, SFM_READ, &info_, 0));
     if (sound_ == nullptr)
       throw data_error(std::string("not a vector, not text, and: ") + sf_strerror(nullptr));
-    if (options.channel > static_cast<std::size_t>(info_.channels)) {
+    const std::size_t wanted = options.channels.empty() ? 1 : std::stoul(options.channels[0]);
+    if (wanted > static_cast<std::size_t>(info_.channels)) {
       throw data_error("has " + std::to_string(info_.channels) +
-                       (info_.channels == 1 ? " channel" : " channels") + ", not " +
-                       std::to_string(options.channel));
+                       (info_.channels == 1 ? " channel" : " channels") + ", not " + std::to_string(wanted));
     }
-    channel_ = static_cast<int>(options.channel) - 1;
-    rate_ = options.rate > 0 ? options.rate : info_.samplerate;
+    channel_ = static_cast<int>(wanted) - 1;
+    about_.name = name;
+    about_.kind = format_name(info_.format);
+    about_.understood = about_.kind;
+    if (info_.channels > 1) {
+      about_.understood += ", channel " + std::to_string(wanted) + " of " + std::to_string(info_.channels);
+    }
+    about_.channels = {{std::to_string(wanted), ""}};
+    about_.rate = options.rate > 0 ? options.rate : info_.samplerate;
+    about_.is_full_scale = true;
   }
 
   std::size_t read(std::span<double> samples) override {
@@ -53,20 +61,18 @@ class sound final : public source {
         samples[done++] = frames_[i * width + static_cast<std::size_t>(channel_)];
       }
     }
-    frames_read_ += static_cast<double>(done);
+    about_.samples += done;
     return done;
   }
 
-  double rate() const override { return rate_; }
-  bool is_full_scale() const override { return true; }
+  bool next_piece() override { return false; }
+  const subject& about() const override { return about_; }
   double progress() const override {
-    return info_.frames > 0 ? std::min(1.0, frames_read_ / static_cast<double>(info_.frames)) : 0;
+    return info_.frames > 0
+               ? std::min(1.0, static_cast<double>(about_.samples) / static_cast<double>(info_.frames))
+               : 0;
   }
-  std::string description() const override {
-    const std::string name = format_name(info_.format);
-    if (info_.channels == 1) return name;
-    return name + ", channel " + std::to_string(channel_ + 1) + " of " + std::to_string(info_.channels);
-  }
+  std::uint64_t bytes() const override { return 0; }
 
  private:
   static constexpr std::size_t most_frames = 4096;
@@ -75,14 +81,13 @@ class sound final : public source {
   std::unique_ptr<SNDFILE, sound_closer> sound_;
   std::vector<double> frames_;
   int channel_ = 0;
-  double rate_ = 0;
-  double frames_read_ = 0;
+  subject about_;
 };
 
 }  // namespace
 
-std::unique_ptr<source> open_sound(file f, const source_options& options) {
-  return std::make_unique<sound>(std::move(f), options);
+std::unique_ptr<source> open_sound(file f, const std::string& name, const input_options& options) {
+  return std::make_unique<sound>(std::move(f), name, options);
 }
 
 }  // namespace tool

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "input/source.h"
+#include "input/kinds.h"
 #include "record.h"
 
 namespace tool {
@@ -56,42 +56,49 @@ bool split(std::string_view line, std::vector<double>& fields) {
 
 class table final : public source {
  public:
-  table(file f, const source_options& options) : file_(std::move(f)), options_(options) {
+  table(file f, const std::string& name, const input_options& options)
+      : file_(std::move(f)), rate_(options.rate) {
     std::fseek(file_.get(), 0, SEEK_END);
     size_ = static_cast<double>(std::ftell(file_.get()));
     std::rewind(file_.get());
     if (!next_row()) throw data_error("no line of numbers in it");
     columns_ = fields_.size();
     const std::size_t channels = std::max<std::size_t>(columns_ - 1, 1);
-    if (options_.channel > channels) {
+    if (!options.channels.empty()) channel_ = std::stoul(options.channels[0]);
+    if (channel_ > channels) {
       throw data_error("has " + std::to_string(columns_) + (columns_ == 1 ? " column" : " columns") +
-                       ", so there is no channel " + std::to_string(options_.channel));
+                       ", so there is no channel " + std::to_string(channel_));
     }
+    about_.name = name;
+    about_.kind = "table";
+    about_.understood = columns_ == 1   ? "column of numbers"
+                        : columns_ == 2 ? "columns of time and value"
+                                        : "table, channel " + std::to_string(channel_) + " of " +
+                                              std::to_string(columns_ - 1);
+    about_.channels = {{std::to_string(channel_), ""}};
   }
 
   std::size_t read(std::span<double> samples) override {
     std::size_t done = 0;
     while (done < samples.size() && !fields_.empty()) {
       if (columns_ > 1) check_time(fields_[0]);
-      samples[done++] = fields_[columns_ > 1 ? options_.channel : 0];
+      samples[done++] = fields_[columns_ > 1 ? channel_ : 0];
       ++rows_;
       if (!next_row()) fields_.clear();
     }
+    about_.samples += done;
+    about_.rate = rate_ > 0                   ? rate_
+                  : columns_ > 1 && rows_ > 1 ? static_cast<double>(rows_ - 1) / (last_ - first_)
+                                              : 0;
     return done;
   }
 
-  double rate() const override {
-    if (options_.rate > 0) return options_.rate;
-    return columns_ > 1 && rows_ > 1 ? static_cast<double>(rows_ - 1) / (last_ - first_) : 0;
-  }
+  bool next_piece() override { return false; }
+  const subject& about() const override { return about_; }
   double progress() const override {
     return size_ > 0 ? std::min(1.0, static_cast<double>(std::ftell(file_.get())) / size_) : 0;
   }
-  std::string description() const override {
-    if (columns_ == 1) return "column of numbers";
-    if (columns_ == 2) return "columns of time and value";
-    return "table, channel " + std::to_string(options_.channel) + " of " + std::to_string(columns_ - 1);
-  }
+  std::uint64_t bytes() const override { return 0; }
 
  private:
   [[noreturn]] void fail(const std::string& what) const {
@@ -146,7 +153,9 @@ class table final : public source {
   }
 
   file file_;
-  source_options options_;
+  double rate_;
+  std::size_t channel_ = 1;
+  subject about_;
   double size_ = 0;
   std::string line_;
   std::vector<double> fields_;
@@ -159,8 +168,8 @@ class table final : public source {
 
 }  // namespace
 
-std::unique_ptr<source> open_table(file f, const source_options& options) {
-  return std::make_unique<table>(std::move(f), options);
+std::unique_ptr<source> open_table(file f, const std::string& name, const input_options& options) {
+  return std::make_unique<table>(std::move(f), name, options);
 }
 
 }  // namespace tool

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "input/source.h"
+#include "input/kinds.h"
 #include "record.h"
 
 namespace tool {
@@ -10,15 +10,22 @@ namespace {
 
 class vector final : public source {
  public:
-  vector(file f, const source_options& options) : rate_(options.rate) {
-    if (options.channel != 1) throw data_error("a vector file has no channels");
+  vector(file f, const std::string& name, const input_options& options) {
+    if (!options.channels.empty() && options.channels[0] != "1")
+      throw data_error("a vector file has no channels");
     if (dspf_fread(&samples_, f.get()) != 1) throw data_error("the vector is malformed or cut short");
-    if (rate_ <= 0) {
+    about_.name = name;
+    about_.rate = options.rate;
+    if (about_.rate <= 0) {
       if (!(samples_.delta > 0) || !std::isfinite(1 / samples_.delta)) {
         throw data_error("the spacing of the samples is " + std::to_string(samples_.delta) + "; give --rate");
       }
-      rate_ = 1 / samples_.delta;
+      about_.rate = 1 / samples_.delta;
     }
+    about_.is_complex = samples_.is_complex();
+    about_.kind = about_.is_complex ? "complex vector" : "vector";
+    about_.understood = about_.kind;
+    about_.channels = {{"1", ""}};
   }
 
   std::size_t read(std::span<double> samples) override {
@@ -26,27 +33,28 @@ class vector final : public source {
     const std::size_t count = std::min(left.size(), samples.size());
     std::copy_n(left.begin(), count, samples.begin());
     done_ += count;
+    about_.samples = done_ / about_.scalars_per_frame();
     return count;
   }
 
-  double rate() const override { return rate_; }
-  bool is_complex() const override { return samples_.is_complex(); }
+  bool next_piece() override { return false; }
+  const subject& about() const override { return about_; }
   double progress() const override {
     return static_cast<double>(done_) /
            static_cast<double>(std::max<std::size_t>(samples_.scalars().size(), 1));
   }
-  std::string description() const override { return is_complex() ? "complex vector" : "vector"; }
+  std::uint64_t bytes() const override { return 0; }
 
  private:
   record samples_;
   std::size_t done_ = 0;
-  double rate_;
+  subject about_;
 };
 
 }  // namespace
 
-std::unique_ptr<source> open_vector(file f, const source_options& options) {
-  return std::make_unique<vector>(std::move(f), options);
+std::unique_ptr<source> open_vector(file f, const std::string& name, const input_options& options) {
+  return std::make_unique<vector>(std::move(f), name, options);
 }
 
 }  // namespace tool

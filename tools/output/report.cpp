@@ -19,8 +19,8 @@ std::string length_text(const spectrum& s) {
 
 }  // namespace
 
-std::string summary_of(const subject& about, const spectrum& s) {
-  std::string text = "window " + about.window + ", ";
+std::string summary_of(const std::string& window, const spectrum& s) {
+  std::string text = "window " + window + ", ";
   if (s.segments == 1) {
     text += "one segment of " + std::to_string(s.segment) + " samples";
   } else {
@@ -30,9 +30,10 @@ std::string summary_of(const subject& about, const spectrum& s) {
          (s.has_rate ? " Hz" : " cycles per sample");
 }
 
-void print_report(std::FILE* out, const subject& about, const spectrum& s, const std::vector<line>& lines) {
-  std::fprintf(out, "%s: %s, %s\n", about.name.c_str(), about.description.c_str(), length_text(s).c_str());
-  std::fprintf(out, "%s\n", summary_of(about, s).c_str());
+void print_report(std::FILE* out, const subject& about, const std::string& window, const spectrum& s,
+                  const std::vector<line>& lines) {
+  std::fprintf(out, "%s: %s, %s\n", about.name.c_str(), about.understood.c_str(), length_text(s).c_str());
+  std::fprintf(out, "%s\n", summary_of(window, s).c_str());
   if (!s.two_sided) std::fprintf(out, "mean %s, taken out\n", number_text(s.mean, amplitude_digits).c_str());
   if (lines.empty()) {
     std::fprintf(out, "\nno lines\n");

@@ -4,17 +4,12 @@
 #include <cstdio>
 
 #include "analysis/analysis.h"
+#include "input/source.h"
 
 namespace tool {
 
-// What was analysed, in a line or two.
-struct subject {
-  std::string name;
-  std::string description;
-  std::string window;
-};
-
-std::string summary_of(const subject& about, const spectrum& s);
-void print_report(std::FILE* out, const subject& about, const spectrum& s, const std::vector<line>& lines);
+std::string summary_of(const std::string& window, const spectrum& s);
+void print_report(std::FILE* out, const subject& about, const std::string& window, const spectrum& s,
+                  const std::vector<line>& lines);
 
 }  // namespace tool

@@ -221,8 +221,8 @@ std::string xml_text(std::string_view text) {
   return out;
 }
 
-std::string svg_of(const subject& about, const spectrum& s, const std::vector<line>& lines,
-                   const frequency_axis& axis) {
+std::string svg_of(const subject& about, const std::string& window, const spectrum& s,
+                   const std::vector<line>& lines, const frequency_axis& axis) {
   const outline shape = outline_of(s, axis, static_cast<std::size_t>(right - left));
   const plane p{axis, shape.low, shape.high};
   const auto count = static_cast<std::ptrdiff_t>(std::min(lines.size(), most_listed));
@@ -235,7 +235,7 @@ std::string svg_of(const subject& about, const spectrum& s, const std::vector<li
   out += joined("<title>Spectrum of ", xml_text(about.name), "</title>\n<style>", style, "</style>\n");
   out += "<rect width=\"100%\" height=\"100%\" fill=\"#ffffff\"/>\n";
   out += text_at(left, 36, "title", shortened(about.name, 70));
-  out += text_at(left, 58, "about", joined(about.description, ", ", summary_of(about, s)));
+  out += text_at(left, 58, "about", joined(about.understood, ", ", summary_of(window, s)));
   out += axes(s, p) + curve(p, shape.levels);
   out += joined("<rect class=\"frame\" x=\"", coordinate(left), "\" y=\"", coordinate(top), "\" width=\"",
                 coordinate(right - left), "\" height=\"", coordinate(bottom - top), "\"/>\n");

@@ -9,8 +9,8 @@
 
 namespace tool {
 
-std::string svg_of(const subject& about, const spectrum& s, const std::vector<line>& lines,
-                   const frequency_axis& axis);
+std::string svg_of(const subject& about, const std::string& window, const spectrum& s,
+                   const std::vector<line>& lines, const frequency_axis& axis);
 
 // Text as it may stand inside XML: escaped, without control characters and broken UTF-8.
 std::string xml_text(std::string_view text);
