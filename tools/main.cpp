@@ -2,6 +2,7 @@
 #include <CLI/CLI.hpp>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <new>
@@ -34,6 +35,7 @@ std::string usage_message(const CLI::App* app, const CLI::Error& e) {
 
 void flush_output() {
   if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return;
+  if (errno == EPIPE) return;  // the reader has had enough
   throw resource_error(std::string("standard output: ") + std::strerror(errno));
 }
 
@@ -54,6 +56,7 @@ int guarded(const work& todo) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  std::signal(SIGPIPE, SIG_IGN);  // a closed pipe is then an error like others, and told by what writes
   CLI::App app("Digital signal processing at the command line", "sigpak");
   app.set_version_flag("--version", "sigpak " SIGPAK_TOOL_VERSION);
   app.require_subcommand(1);

@@ -1,7 +1,5 @@
 // sigpak spectrum: the strongest lines of a signal, its picture and its plot.
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <memory>
 
 #include "analysis/analysis.h"
@@ -9,6 +7,7 @@
 #include "commands/input_options.h"
 #include "input/source.h"
 #include "output/report.h"
+#include "output/writer.h"
 #include "pictures/scale.h"
 #include "pictures/svg.h"
 #include "pictures/terminal.h"
@@ -31,10 +30,9 @@ struct spectrum_command {
 std::string shown_name(const std::string& name) { return name == "-" ? "standard input" : name; }
 
 void write_file(const std::string& name, const std::string& text) {
-  std::FILE* const f = std::fopen(name.c_str(), "wb");
-  if (f == nullptr) throw data_error(std::strerror(errno));
-  const bool written = std::fwrite(text.data(), 1, text.size(), f) == text.size();
-  if (std::fclose(f) != 0 || !written) throw data_error(std::strerror(errno));
+  writer out(name);
+  out.write(text);
+  out.commit();
 }
 
 spectrum analysed(const spectrum_command& command, subject& about) {
@@ -56,7 +54,8 @@ void run(const spectrum_command& command) {
     print_plot(stdout, s, axis);
   }
   if (!command.svg.empty()) {
-    at_place(command.svg, [&] { write_file(command.svg, svg_of(about, command.window, s, lines, axis)); });
+    std::fflush(stdout);
+    write_file(command.svg, svg_of(about, command.window, s, lines, axis));
   }
 }
 
