@@ -71,7 +71,7 @@ void options::files(const char* help, std::vector<std::string>& names) {
     names.push_back(word);
     return std::string();
   };
-  add_taker(app_, "FILE", "", help, take)->required()->expected(1, -1);
+  add_taker(app_, "FILE", "", help, take)->expected(1, -1);
 }
 
 void options::count(const char* names, const char* help, std::size_t& value, std::size_t low,

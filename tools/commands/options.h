@@ -27,7 +27,7 @@ class options {
   void flag(const char* names, const char* help, bool& value);
   void text(const char* names, const char* kind, const char* help, std::string& value);
   void place(const char* name, const char* help, std::string& value);  // must be given
-  void files(const char* help, std::vector<std::string>& names);       // FILE..., one at least
+  void files(const char* help, std::vector<std::string>& names);       // FILE...
   void count(const char* names, const char* help, std::size_t& value, std::size_t low, std::size_t high);
   void number(const char* names, const char* kind, const char* help, double& value, double low, double high);
   void choice(const char* names, const char* help, std::string& value,

@@ -1,0 +1,12 @@
+// Numbers as text.
+#pragma once
+
+#include <string>
+
+namespace tool {
+
+std::string exact_text(double x);                // the shortest that reads back as x
+std::string number_text(double x, int digits);   // %.<digits>g
+std::string fixed_text(double x, int decimals);  // %.<decimals>f
+
+}  // namespace tool
