@@ -4,17 +4,14 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
+#include "analysis/blocks.h"
 #include "analysis/noise.h"
 
 namespace tool {
 namespace {
 
 constexpr std::size_t fewest_samples = 8;
-
-// The library's stand-in for infinity; sums of squares of what is below it stay in range.
-constexpr double largest_sample = 1e100;
 
 int mode_of(averaging a) {
   if (a == averaging::maximum) return DSP_AVG_MAXIMUM;
@@ -45,9 +42,10 @@ class averager {
     require(dsps_magsq_sum(&block, &sum));
     squares_ += sum.data[0];
     samples_ += block.points;
-    if (dsph_dft(&block, nullptr, &power_, &history_, &window_, flags_, static_cast<std::int32_t>(hop_), &count_,
-                 static_cast<double>(options_.settled)) != 0)
-      throw resource_error("not enough memory for segments of " + std::to_string(window_.points) + " samples");
+    if (dsph_dft(&block, nullptr, &power_, &history_, &window_, flags_, static_cast<std::int32_t>(hop_),
+                 &count_, static_cast<double>(options_.settled)) != 0)
+      throw resource_error("not enough memory for segments of " + std::to_string(window_.points) +
+                           " samples");
   }
 
   void end_piece() {
@@ -57,7 +55,8 @@ class averager {
   }
 
   void finish(spectrum& s) {
-    if (count_ == 0) throw data_error("no piece between the gaps is as long as a segment; a shorter one is --segment N");
+    if (count_ == 0)
+      throw data_error("no piece between the gaps is as long as a segment; a shorter one is --segment N");
     s.segments = static_cast<std::uint64_t>(count_);
     s.samples = samples_;
     s.unused = unused_;
@@ -97,48 +96,6 @@ class averager {
   double squares_ = 0;
 };
 
-// Blocks of frames, as long as a segment where there is so much, and the channels in them.
-class block_reader {
- public:
-  block_reader(source& in, std::size_t points, double gain)
-      : in_(in), gain_(gain), width_(in.about().is_complex ? 2 : 1), channels_(in.about().channels.size()) {
-    frames_.resize(points * width_ * channels_);
-    channel_.resize(points, width_ == 2);
-  }
-
-  std::size_t read() {
-    const std::size_t got = in_.read(frames_);
-    for (std::size_t i = 0; i < got; ++i) {
-      if (std::abs(frames_[i]) <= largest_sample) continue;
-      throw data_error("sample " + std::to_string(before_ + i / (width_ * channels_) + 1) +
-                       (std::isfinite(frames_[i]) ? " is beyond 1e100" : " is not a finite number"));
-    }
-    points_ = got / (width_ * channels_);
-    before_ += points_;
-    return points_;
-  }
-
-  const record& channel(std::size_t index) {
-    channel_.points = static_cast<std::uint32_t>(points_);
-    double* out = channel_.data;
-    const double* in = frames_.data() + index * width_;
-    for (std::size_t i = 0; i < points_; ++i, in += width_ * channels_) {
-      for (std::size_t part = 0; part < width_; ++part) *out++ = gain_ * in[part];
-    }
-    return channel_;
-  }
-
- private:
-  source& in_;
-  double gain_;
-  std::size_t width_;
-  std::size_t channels_;
-  std::vector<double> frames_;
-  record channel_;
-  std::size_t points_ = 0;
-  std::uint64_t before_ = 0;
-};
-
 void describe(spectrum& s, const subject& about, std::size_t channel, const analysis_options& options) {
   s.name = about.name;
   s.kind = about.kind;
@@ -155,8 +112,8 @@ void describe(spectrum& s, const subject& about, std::size_t channel, const anal
   s.start = s.two_sided ? -static_cast<std::int64_t>(s.whole() / 2) : 0;
 }
 
-// A signal, however many pieces it is cut into. A first piece that fills no segment is the whole signal, unless
-// others follow.
+// A signal, however many pieces it is cut into. A first piece that fills no segment is the whole signal,
+// unless others follow.
 class run {
  public:
   run(source& in, const analysis_options& options, const std::function<void()>& progress)
@@ -222,7 +179,8 @@ class run {
 
 }  // namespace
 
-std::vector<spectrum> analyse(source& in, const analysis_options& options, const std::function<void()>& progress) {
+std::vector<spectrum> analyse(source& in, const analysis_options& options,
+                              const std::function<void()>& progress) {
   return run(in, options, progress).spectra();
 }
 

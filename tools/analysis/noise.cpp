@@ -43,7 +43,9 @@ double spread_in_time(const spectrum& s) {
 // The u of the equation, beyond its maximum: the logarithm of the rate falls there.
 double crossing_level(double degrees, double log_factor, double p) {
   const double half = degrees / 2;
-  const auto log_rate = [&](double x) { return log_factor + (half - 0.5) * std::log(x) - x - std::lgamma(half); };
+  const auto log_rate = [&](double x) {
+    return log_factor + (half - 0.5) * std::log(x) - x - std::lgamma(half);
+  };
   double low = std::max(half - 0.5, 1e-3);
   double high = 2 * low + 1;
   while (log_rate(high) > std::log(p)) high *= 2;

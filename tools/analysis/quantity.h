@@ -45,7 +45,7 @@ class measure {
 
   quantity what_;
   bool as_level_;
-  double bandwidth_;  // what a density is divided by
+  double bandwidth_;    // what a density is divided by
   double peak_factor_;  // A^2 over the mean square of a line of amplitude A: 2, for complex samples 1
   bool full_scale_;
   std::string sample_unit_;

@@ -2,14 +2,12 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
+#include "commands/gallery.h"
 #include "commands/spectrum_options.h"
-#include "output/report.h"
 #include "output/writer.h"
-#include "pictures/picture.h"
 
 namespace tool {
 
@@ -21,9 +19,11 @@ struct result_options {
   std::string file = "-";
   bool quiet = false;
   bool keep_going = false;
+
+  std::string chosen_format() const { return csv ? "csv" : json ? "json" : format; }
 };
 
-void add_result_options(options& o, result_options& result);
+void add_result_options(options& o, result_options& result, std::initializer_list<const char*> formats);
 
 class results {
  public:
@@ -33,22 +33,14 @@ class results {
   void finish();  // the picture, and the end of the file
 
  private:
-  struct kept {
-    spectrum s;
-    measure told;
-    std::vector<line> lines;
-    double floor;
-  };
-  void write(const kept& k);
-  void draw();
-  picture picture_of() const;
+  void write(const shown_spectrum& k);
 
   const telling_options& telling_;
   const picture_options& drawing_;
   const result_options& result_;
   std::string format_;
   writer out_;
-  std::vector<std::unique_ptr<kept>> kept_;
+  gallery drawn_;
   std::size_t count_ = 0;
   int rows_ = 0;  // of the terminal that the tables take
 };
@@ -56,10 +48,10 @@ class results {
 // The files to read: standard input where none is named, unless that is a terminal.
 std::vector<std::string> inputs_of(const std::vector<std::string>& names);
 
-// Does the work for each file. With `keep_going` one that cannot be used is told of and left out; their number is
-// returned.
+// Does the work for each file. With `keep_going` one that cannot be used is told of and left out; their
+// number is returned.
 std::size_t for_each_file(const std::vector<std::string>& names, bool keep_going,
-                   const std::function<void(const std::string&)>& act);
+                          const std::function<void(const std::string&)>& act);
 
 // The end of a command that left out files.
 void tell_left_out(std::size_t count);

@@ -4,7 +4,6 @@
 #include <memory>
 
 #include "analysis/analysis.h"
-#include "analysis/noise.h"
 #include "commands/commands.h"
 #include "commands/input_options.h"
 #include "commands/results.h"
@@ -28,7 +27,8 @@ void analyse_file(const std::string& name, const spectrum_command& command, resu
   const auto take = [&] {
     for (spectrum& s : analyse(*in, command.analysis, [&] { progress.show(*in); })) {
       progress.clear();
-      out.take(std::move(s), command.telling.measure_for(s));
+      const measure told = command.telling.measure_for(s);
+      out.take(std::move(s), told);
     }
   };
   at_place(in->about().name, [&] {
@@ -41,7 +41,9 @@ void analyse_file(const std::string& name, const spectrum_command& command, resu
 void run(spectrum_command& command) {
   command.analysis.each = command.input.each;
   results out(command.telling, command.drawing, command.result);
-  const std::size_t left_out = for_each_file(inputs_of(command.names), command.result.keep_going, [&](const std::string& name) { analyse_file(name, command, out); });
+  const std::size_t left_out =
+      for_each_file(inputs_of(command.names), command.result.keep_going,
+                    [&](const std::string& name) { analyse_file(name, command, out); });
   out.finish();
   tell_left_out(left_out);
 }
@@ -59,7 +61,8 @@ work add_spectrum(options& o) {
   o.files("Signals; - is standard input", command->names);
   add_analysis_options(o, command->analysis);
   add_telling_options(o, command->telling);
-  add_result_options(o, command->result);
+  add_result_options(o, command->result, {"table", "csv", "json", "vector"});
+  o.flag("--all", "In JSON the values of the spectrum too", command->result.all);
   add_picture_options(o, command->drawing);
   add_input_options(o, command->input);
   o.footer(about);

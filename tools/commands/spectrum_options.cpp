@@ -17,9 +17,9 @@ constexpr struct {
   const char* name;
   int window;
 } aliases[] = {
-    {"hanning", DSP_WINDOW_HANN},    {"boxcar", DSP_WINDOW_UNIFORM},
-    {"rect", DSP_WINDOW_UNIFORM},    {"rectwin", DSP_WINDOW_UNIFORM},
-    {"triang", DSP_WINDOW_BARTLETT}, {"blackmanharris", DSP_WINDOW_BLACKMAN_HARRIS4},
+    {"hanning", DSP_WINDOW_HANN},       {"boxcar", DSP_WINDOW_UNIFORM},
+    {"rect", DSP_WINDOW_UNIFORM},       {"rectwin", DSP_WINDOW_UNIFORM},
+    {"triang", DSP_WINDOW_BARTLETT},    {"blackmanharris", DSP_WINDOW_BLACKMAN_HARRIS4},
     {"flattopwin", DSP_WINDOW_FLATTOP},
 };
 
@@ -38,17 +38,7 @@ std::string name_of(int window) {
   return dsp_window_to_str(window, text, sizeof text) == 0 ? text : "";
 }
 
-taker number_taker(std::optional<double>& value) {
-  return [&value](const std::string& word) -> std::string {
-    double x = 0;
-    if (!parse_number(word, x) || !(x >= -1000 && x <= 1000)) return word + " is no number from -1000 to 1000";
-    value = x;
-    return {};
-  };
-}
-
-template <class T, std::size_t N>
-taker choice_taker(T& value, const char* const (&names)[N]) {
+template <class T, std::size_t N> taker choice_taker(T& value, const char* const (&names)[N]) {
   return [&value, &names](const std::string& word) -> std::string {
     const auto found = std::ranges::find(names, word);
     if (found != std::end(names)) {
@@ -105,31 +95,39 @@ std::string find_window(const std::string& name, int& window) {
 }
 
 void add_window_option(options& o, int& window) {
-  o.add("-w,--window", "NAME", "Window; sigpak window lists them",
-        [&window](const std::string& name) { return find_window(name, window); }, name_of(window));
+  o.add(
+      "-w,--window", "NAME", "Window; sigpak window lists them",
+      [&window](const std::string& name) { return find_window(name, window); }, name_of(window));
+}
+
+void add_sample_options(options& o, std::optional<std::string>& unit, double& gain) {
+  o.add("--unit", "NAME", "Unit of the samples, in place of the heading's", [&unit](const std::string& word) {
+    unit = word;
+    return std::string();
+  });
+  o.number("--gain", "X", "Every sample is multiplied by it", gain, -1e30, 1e30);
 }
 
 void add_analysis_options(options& o, analysis_options& analysis) {
   add_window_option(o, analysis.window);
   o.count("-s,--segment", "Samples under a window", analysis.segment, 16, longest_segment);
-  o.add("--overlap", "PART", "Part of a segment that the next shares", overlap_taker(analysis.overlap), "0.5");
+  o.add("--overlap", "PART", "Part of a segment that the next shares", overlap_taker(analysis.overlap),
+        "0.5");
   o.add("--average", "mean|exponential|maximum|minimum", "How segments are averaged",
         choice_taker(analysis.average, averagings), "mean");
   o.count("--settled", "Segments that an exponential average remembers", analysis.settled, 1, 1000000);
-  o.add("--unit", "NAME", "Unit of the samples, in place of the heading's", [&analysis](const std::string& word) {
-    analysis.unit = word;
-    return std::string();
-  });
-  o.number("--gain", "X", "Every sample is multiplied by it", analysis.gain, -1e30, 1e30);
+  add_sample_options(o, analysis.unit, analysis.gain);
 }
 
 void add_telling_options(options& o, telling_options& telling) {
-  o.add("--as", "peak|rms|power|asd|psd", "V, V rms, V^2, V/sqrt(Hz), V^2/Hz", quantity_taker(telling.what), "peak");
+  o.add("--as", "peak|rms|power|asd|psd", "V, V rms, V^2, V/sqrt(Hz), V^2/Hz", quantity_taker(telling.what),
+        "peak");
   o.flag("--db", "As levels in dB", telling.as_level);
-  o.number("--from", "FREQ", "Begin of the band that is told", telling.limits.from, -highest_frequency, highest_frequency);
+  o.number("--from", "FREQ", "Begin of the band that is told", telling.limits.from, -highest_frequency,
+           highest_frequency);
   o.number("--to", "FREQ", "End of it", telling.limits.to, -highest_frequency, highest_frequency);
   o.count("-l,--lines", "Lines that are listed at most", telling.lines, 0, 10000);
-  o.add("--min-snr", "DB", "List lines that stand so far above the noise", number_taker(telling.least_snr));
+  o.number("--min-snr", "DB", "List lines that stand so far above the noise", telling.least_snr, -1000, 1000);
 }
 
 void add_picture_options(options& o, picture_options& drawing) {
@@ -137,7 +135,8 @@ void add_picture_options(options& o, picture_options& drawing) {
   o.choice("--axis", "Frequency axis", drawing.axis, {"linear", "log"});
   o.text("--title", "TEXT", "Title of the picture", drawing.title);
   o.choice("--theme", "Its colours", drawing.theme, {"light", "dark"});
-  o.add("--color", "auto|always|never", "Colour on the terminal", choice_taker(drawing.color, colors), "auto");
+  o.add("--color", "auto|always|never", "Colour on the terminal", choice_taker(drawing.color, colors),
+        "auto");
 }
 
 }  // namespace tool

@@ -32,20 +32,21 @@ struct telling_options {
 };
 
 struct picture_options {
-  std::string svg;    // file; empty for none
-  std::string axis;   // linear or log; empty for what suits the signal
+  std::string svg;   // file; empty for none
+  std::string axis;  // linear or log; empty for what suits the signal
   std::string title;
   std::string theme = "light";
   color_choice color = color_choice::automatic;
 };
 
+void add_sample_options(options& o, std::optional<std::string>& unit, double& gain);
 void add_window_option(options& o, int& window);
 void add_analysis_options(options& o, analysis_options& analysis);
 void add_telling_options(options& o, telling_options& telling);
 void add_picture_options(options& o, picture_options& drawing);
 
-// A window by any name of the catalogue or of other programs, in any case, with or without hyphens; what is wrong
-// with the name otherwise.
+// A window by any name of the catalogue or of other programs, in any case, with or without hyphens; what is
+// wrong with the name otherwise.
 std::string find_window(const std::string& name, int& window);
 
 }  // namespace tool

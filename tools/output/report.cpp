@@ -34,8 +34,8 @@ row heading(const finding& f) {
 }
 
 row row_of(const finding& f, const line& l) {
-  return {frequency_text(f.s, l.frequency), number_text(f.told.value(l.power), 5), fixed_text(f.told.level(l.power), 2),
-          fixed_text(l.snr, 1)};
+  return {frequency_text(f.s, l.frequency), padded_text(f.told.value(l.power), 5),
+          fixed_text(f.told.level(l.power), 2), fixed_text(l.snr, 1)};
 }
 
 std::vector<std::size_t> widths_of(const std::vector<row>& rows) {
@@ -58,7 +58,8 @@ std::string lined_up(const std::vector<row>& rows) {
   const auto widths = widths_of(rows);
   std::string out;
   for (const row& r : rows) {
-    for (std::size_t i = 0; i < r.size(); ++i) out += std::string(widths[i] - r[i].size() - (i == 0 ? 2 : 0), ' ') + r[i];
+    for (std::size_t i = 0; i < r.size(); ++i)
+      out += std::string(widths[i] - r[i].size() - (i == 0 ? 2 : 0), ' ') + r[i];
     out += '\n';
   }
   return out;
@@ -81,7 +82,9 @@ void write_source(json& out, const spectrum& s) {
 
 void write_analysis(json& out, const spectrum& s) {
   out.key("analysis").open('{').member("window", s.window_name()).member("segment", std::uint64_t{s.segment});
-  out.member("overlap", std::uint64_t{s.overlap}).member("segments", s.segments).member("average", averaging_name(s.average));
+  out.member("overlap", std::uint64_t{s.overlap})
+      .member("segments", s.segments)
+      .member("average", averaging_name(s.average));
   out.member("unused", s.unused).member("enbw_hz", s.enbw()).member("resolution_hz", s.resolution()).close();
 }
 
@@ -105,12 +108,19 @@ std::string json_of(const finding& f, bool all) {
   out.open('{');
   write_source(out, f.s);
   write_analysis(out, f.s);
-  out.member("unit", f.told.unit()).member("level_unit", f.told.level_unit()).member("quantity", quantity_name(f.told.what()));
+  out.member("unit", f.told.unit())
+      .member("level_unit", f.told.level_unit())
+      .member("quantity", quantity_name(f.told.what()));
   out.member("mean", f.s.mean).member("rms", f.s.rms);
   out.member("noise_floor", density.value(f.floor)).member("noise_floor_unit", density.unit());
   write_lines(out, f);
   if (all) {
-    out.key("spectrum").open('{').member("first", f.s.first()).member("step", f.s.step()).key("values").open('[');
+    out.key("spectrum")
+        .open('{')
+        .member("first", f.s.first())
+        .member("step", f.s.step())
+        .key("values")
+        .open('[');
     for (const double power : f.s.power.scalars()) out.value(f.told.shown(power));
     out.close().close();
   }

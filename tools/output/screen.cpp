@@ -18,7 +18,8 @@ constexpr std::chrono::milliseconds first_after(300);
 constexpr std::chrono::milliseconds then_every(200);
 
 std::string rate_text(double bytes, double seconds) {
-  return fixed_text(bytes / 1e6, 0) + " MB, " + fixed_text(bytes / 1e6 / std::max(seconds, 1e-3), 0) + " MB/s";
+  return fixed_text(bytes / 1e6, 0) + " MB, " + fixed_text(bytes / 1e6 / std::max(seconds, 1e-3), 0) +
+         " MB/s";
 }
 
 }  // namespace
@@ -65,7 +66,8 @@ void progress_line::show(const source& in) {
   const double seconds = duration<double>(now - begun_).count();
   std::string text = rate_text(static_cast<double>(in.bytes()), seconds);
   if (const double part = in.progress(); part > 0)
-    text = fixed_text(100 * part, 0) + " %, " + text + ", " + fixed_text(seconds * (1 - part) / part, 0) + " s left";
+    text = fixed_text(100 * part, 0) + " %, " + text + ", " + fixed_text(seconds * (1 - part) / part, 0) +
+           " s left";
   std::fprintf(stderr, "\r%s: %s\033[K", in.about().name.c_str(), text.c_str());
   std::fflush(stderr);
 }

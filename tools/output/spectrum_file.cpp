@@ -63,7 +63,9 @@ template <class T> head_line text_line(const char* name, T spectrum::*member) {
 template <class T, class Read>
 head_line number_line(const char* name, bool needed, T spectrum::*member, Read read) {
   return {name, needed, [member](const spectrum& s, const measure&) { return text_of(s.*member); },
-          [member, read](told_spectrum& t, const std::string& text) { t.s.*member = static_cast<T>(read(text)); }};
+          [member, read](told_spectrum& t, const std::string& text) {
+            t.s.*member = static_cast<T>(read(text));
+          }};
 }
 
 const std::vector<head_line>& head_lines() {
@@ -72,7 +74,8 @@ const std::vector<head_line>& head_lines() {
       text_line("kind", &spectrum::kind),
       text_line("channel", &spectrum::channel),
       text_line("unit", &spectrum::unit),
-      {"quantity", true, [](const spectrum&, const measure& m) { return std::string(quantity_name(m.what())); },
+      {"quantity", true,
+       [](const spectrum&, const measure& m) { return std::string(quantity_name(m.what())); },
        [](told_spectrum& t, const std::string& text) { t.what = quantity_named(text); }},
       {"level", true, [](const spectrum&, const measure& m) { return text_of(m.as_level()); },
        [](told_spectrum& t, const std::string& text) { t.as_level = truth_of(text); }},
@@ -82,10 +85,12 @@ const std::vector<head_line>& head_lines() {
       number_line("rate", true, &spectrum::rate, number_of),
       {"window", true, [](const spectrum& s, const measure&) { return s.window_name(); },
        [](told_spectrum& t, const std::string& text) { t.s.window = window_named(text); }},
-      {"enbw", false, [](const spectrum& s, const measure&) { return exact_text(s.enbw()); }, [](told_spectrum&, const std::string&) {}},
+      {"enbw", false, [](const spectrum& s, const measure&) { return exact_text(s.enbw()); },
+       [](told_spectrum&, const std::string&) {}},
       number_line("segment", true, &spectrum::segment, count_of),
       number_line("overlap", true, &spectrum::overlap, count_of),
-      {"average", true, [](const spectrum& s, const measure&) { return std::string(averaging_name(s.average)); },
+      {"average", true,
+       [](const spectrum& s, const measure&) { return std::string(averaging_name(s.average)); },
        [](told_spectrum& t, const std::string& text) { t.s.average = averaging_named(text); }},
       number_line("segments", true, &spectrum::segments, count_of),
       number_line("degrees of freedom", true, &spectrum::degrees, number_of),
@@ -116,7 +121,8 @@ void check(const spectrum& s) {
 
 void write_csv(writer& out, const spectrum& s, const measure& told) {
   out.write(std::string(title) + ", version " SIGPAK_TOOL_VERSION "\n");
-  for (const auto& line : head_lines()) out.write(std::string("# ") + line.name + ": " + line.write(s, told) + '\n');
+  for (const auto& line : head_lines())
+    out.write(std::string("# ") + line.name + ": " + line.write(s, told) + '\n');
   out.write(heading_of(s, told));
   for (std::size_t i = 0; i < s.power.points; ++i) {
     const double frequency = s.frequency(static_cast<double>(i));
@@ -125,7 +131,8 @@ void write_csv(writer& out, const spectrum& s, const measure& told) {
 }
 
 spectrum_reader::spectrum_reader(const std::string& name)
-    : name_(name == "-" ? "standard input" : name), file_(name == "-" ? stdin : std::fopen(name.c_str(), "rb")) {
+    : name_(name == "-" ? "standard input" : name),
+      file_(name == "-" ? stdin : std::fopen(name.c_str(), "rb")) {
   if (file_ == nullptr) throw data_error(name_ + ": " + std::strerror(errno));
 }
 
@@ -180,7 +187,8 @@ void spectrum_reader::read_values(told_spectrum& t) {
     if (!(power >= 0 && power <= 1e300)) throw data_error("the value is no power");
     if (powers.empty()) t.s.start = std::llround(frequency / t.s.step());
     const double place = static_cast<double>(t.s.start) + static_cast<double>(powers.size());
-    if (!(std::abs(frequency / t.s.step() - place) < 1e-3)) throw data_error("the frequencies are not those of its rate and segment");
+    if (!(std::abs(frequency / t.s.step() - place) < 1e-3))
+      throw data_error("the frequencies are not those of its rate and segment");
     powers.push_back(power);
   }
   const auto lowest = t.s.two_sided ? -static_cast<std::int64_t>(t.s.whole() / 2) : 0;
@@ -195,7 +203,8 @@ std::optional<told_spectrum> spectrum_reader::next() {
   try {
     while (read_line() && line_.empty()) waiting_ = false;
     if (!waiting_) return std::nullopt;
-    if (!line_.starts_with(title)) throw data_error("no spectrum begins here; sigpak spectrum --csv makes them");
+    if (!line_.starts_with(title))
+      throw data_error("no spectrum begins here; sigpak spectrum --csv makes them");
     told_spectrum t{};
     read_head(t);
     read_values(t);

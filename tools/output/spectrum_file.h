@@ -1,5 +1,5 @@
-// Spectra as text that other programs read, and that `plot` and `merge` take back: CSV whose lines with # tell what the
-// numbers are.
+// Spectra as text that other programs read, and that `plot` and `merge` take back: CSV whose lines with #
+// tell what the numbers are.
 #pragma once
 
 #include <cstdio>

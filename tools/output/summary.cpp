@@ -17,7 +17,8 @@ std::string source_text(const spectrum& s) {
   if (!text.empty()) text += ", ";
   text += std::to_string(s.samples) + " samples";
   if (s.time_unit.empty()) return text;
-  text += s.time_unit == "s" ? " at " + number_text(s.rate, 9) + " Hz" : " at " + number_text(s.rate, 9) + " per " + s.time_unit;
+  text += s.time_unit == "s" ? " at " + number_text(s.rate, 9) + " Hz"
+                             : " at " + number_text(s.rate, 9) + " per " + s.time_unit;
   return text + " (" + with_unit(static_cast<double>(s.samples) / s.rate, 4, s.time_unit) + ')';
 }
 
@@ -28,7 +29,8 @@ std::string analysis_text(const spectrum& s) {
   if (s.segments > 1) text += ", overlap " + std::to_string(s.overlap);
   if (s.unused > 0) text += ", " + std::to_string(s.unused) + " not used";
   if (s.average != averaging::mean) text += std::string(", average ") + averaging_name(s.average);
-  return text + ", resolution " + with_unit(s.resolution(), 4, frequency_unit(s)) + ", ENBW " + with_unit(s.enbw(), 4, frequency_unit(s));
+  return text + ", resolution " + with_unit(s.resolution(), 4, frequency_unit(s)) + ", ENBW " +
+         with_unit(s.enbw(), 4, frequency_unit(s));
 }
 
 std::string floor_text(const measure& told, double floor) {

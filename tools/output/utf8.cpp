@@ -17,8 +17,8 @@ std::size_t sequence_end(std::string_view text, std::size_t at) {
     code = code << 6 | (byte(at + i) & 0x3F);
   }
   constexpr unsigned smallest[] = {0x80, 0x800, 0x10000};
-  const bool allowed = code >= smallest[length - 2] && code <= 0x10FFFF && !(code >= 0xD800 && code <= 0xDFFF) &&
-                       code != 0xFFFE && code != 0xFFFF;
+  const bool allowed = code >= smallest[length - 2] && code <= 0x10FFFF &&
+                       !(code >= 0xD800 && code <= 0xDFFF) && code != 0xFFFE && code != 0xFFFF;
   return allowed ? at + length : at;
 }
 

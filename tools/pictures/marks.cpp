@@ -29,7 +29,8 @@ std::optional<place> room_for(place peak, const std::vector<box>& taken, const b
     for (const double aside : {0.0, -8.0, 8.0, -15.0, 15.0, -22.0, 22.0}) {
       const place p{peak.x + aside, peak.y - up + std::abs(aside) / 2};
       const box b = box_of(p);
-      if (is_inside(b, frame) && std::ranges::none_of(taken, [&b](const box& t) { return meet(b, t); })) return p;
+      if (is_inside(b, frame) && std::ranges::none_of(taken, [&b](const box& t) { return meet(b, t); }))
+        return p;
     }
   }
   return std::nullopt;

@@ -18,8 +18,8 @@ struct box {
   double bottom;
 };
 
-// Numbers of two digits at most, centred at x and standing on y, inside the frame, clear of each other and of the
-// peaks: above its own peak if possible. A peak without room gets none.
+// Numbers of two digits at most, centred at x and standing on y, inside the frame, clear of each other and of
+// the peaks: above its own peak if possible. A peak without room gets none.
 std::vector<std::optional<place>> number_places(const std::vector<place>& peaks, const box& frame);
 
 }  // namespace tool

@@ -71,7 +71,8 @@ std::vector<double> round_values(double low, double high, int count) {
     if (factor * decade >= rough * (1 - 1e-9)) step = factor * decade;
   }
   std::vector<double> values;
-  for (double i = std::ceil(low / step - 1e-9); i * step <= high + 1e-9 * step; ++i) values.push_back(i * step + 0.0);
+  for (double i = std::ceil(low / step - 1e-9); i * step <= high + 1e-9 * step; ++i)
+    values.push_back(i * step + 0.0);
   return values;
 }
 
@@ -88,7 +89,8 @@ frequency_axis::frequency_axis(const picture& p)
   if (!(high_ > low_)) high_ = low_ + resolution;
   const std::string name = frequency_unit(p.curves.front().s);
   if (logarithmic_) low_ = std::min(std::max({low_, resolution, high_ / std::pow(10, decades)}), high_ / 2);
-  const unit u = name == "Hz" && !logarithmic_ ? unit_for(std::max(std::abs(low_), std::abs(high_))) : unit{"", 1};
+  const unit u =
+      name == "Hz" && !logarithmic_ ? unit_for(std::max(std::abs(low_), std::abs(high_))) : unit{"", 1};
   unit_ = u.size;
   title_ = name == "1/sample" ? "cycles per sample" : u.prefix + name;
 }
@@ -109,7 +111,9 @@ std::string frequency_axis::text(const spectrum& s, double frequency) const {
 }
 
 std::vector<tick> frequency_axis::wanted_ticks(int count) const {
-  const auto end_text = [&](double value) { return logarithmic_ ? short_text(value) : number_text(value / unit_ + 0.0, 4); };
+  const auto end_text = [&](double value) {
+    return logarithmic_ ? short_text(value) : number_text(value / unit_ + 0.0, 4);
+  };
   std::vector<tick> out{{0, end_text(low_)}, {1, end_text(high_)}};
   const auto add = [&](double value, std::string text) {
     const double at = part(value);
@@ -131,7 +135,8 @@ std::vector<tick> frequency_axis::wanted_ticks(int count) const {
 
 std::vector<tick> level_axis::ticks() const {
   std::vector<tick> out;
-  for (double level = high; level > low - step / 2; level -= step) out.push_back({part(level), tick_text(level, step)});
+  for (double level = high; level > low - step / 2; level -= step)
+    out.push_back({part(level), tick_text(level, step)});
   return out;
 }
 
@@ -142,7 +147,8 @@ bool has_signal(const curve& c) {
 std::vector<double> outline_of(const curve& c, const frequency_axis& axis, std::size_t columns) {
   const double last = static_cast<double>(c.s.power.points) - 1;
   const auto place = [&](std::size_t edge) {
-    return (axis.frequency(static_cast<double>(edge) / static_cast<double>(columns)) - c.s.first()) / c.s.step();
+    return (axis.frequency(static_cast<double>(edge) / static_cast<double>(columns)) - c.s.first()) /
+           c.s.step();
   };
   std::vector<double> levels(columns, std::numeric_limits<double>::quiet_NaN());
   for (std::size_t column = 0; column < columns; ++column) {

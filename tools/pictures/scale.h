@@ -72,8 +72,10 @@ template <class Room> void frequency_axis::keep_apart(std::vector<tick>& ticks, 
   for (const tick& t : ticks) {
     bool free = true;
     for (const tick& k : kept) free = free && !meets(t, k);
-    if (free) kept.push_back(t);
-    else kept.push_back({t.part, ""});
+    if (free)
+      kept.push_back(t);
+    else
+      kept.push_back({t.part, ""});
   }
   ticks = std::move(kept);
 }

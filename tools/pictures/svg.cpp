@@ -39,10 +39,10 @@ struct palette {
   const char* curves[4];
 };
 
-constexpr palette light{"#ffffff", "#0f172a", "#475569", "#e2e8f0", "#f1f5f9", "#94a3b8",
-                        "#b91c1c", {"#1d4ed8", "#d97706", "#059669", "#9333ea"}};
-constexpr palette dark{"#0f172a", "#f1f5f9", "#a8b5c7", "#26344a", "#1a2639", "#64748b",
-                       "#f87171", {"#60a5fa", "#fbbf24", "#34d399", "#c084fc"}};
+constexpr palette light{"#ffffff", "#0f172a", "#475569", "#e2e8f0",
+                        "#f1f5f9", "#94a3b8", "#b91c1c", {"#1d4ed8", "#d97706", "#059669", "#9333ea"}};
+constexpr palette dark{"#0f172a", "#f1f5f9", "#a8b5c7", "#26344a",
+                       "#1a2639", "#64748b", "#f87171", {"#60a5fa", "#fbbf24", "#34d399", "#c084fc"}};
 
 template <class... Parts> std::string joined(const Parts&... parts) {
   std::string out;
@@ -59,12 +59,13 @@ std::string xml_text(std::string_view text) {
 }
 
 std::string text_at(double x, double y, std::string_view kind, std::string_view text) {
-  return joined("<text class=\"", kind, "\" x=\"", at(x), "\" y=\"", at(y), "\">", xml_text(text), "</text>\n");
+  return joined("<text class=\"", kind, "\" x=\"", at(x), "\" y=\"", at(y), "\">", xml_text(text),
+                "</text>\n");
 }
 
 std::string line_between(std::string_view kind, double x1, double y1, double x2, double y2) {
-  return joined("<line class=\"", kind, "\" x1=\"", at(x1), "\" y1=\"", at(y1), "\" x2=\"", at(x2), "\" y2=\"",
-                at(y2), "\"/>\n");
+  return joined("<line class=\"", kind, "\" x1=\"", at(x1), "\" y1=\"", at(y1), "\" x2=\"", at(x2),
+                "\" y2=\"", at(y2), "\"/>\n");
 }
 
 // At most so many characters; what is cut away is its middle.
@@ -73,7 +74,9 @@ std::string shortened(const std::string& text, std::size_t most) {
   const std::size_t kept = most - 3;
   std::size_t front = kept - kept / 2;
   std::size_t back = text.size() - kept / 2;
-  const auto is_inside = [&text](std::size_t i) { return (static_cast<unsigned char>(text[i]) & 0xC0) == 0x80; };
+  const auto is_inside = [&text](std::size_t i) {
+    return (static_cast<unsigned char>(text[i]) & 0xC0) == 0x80;
+  };
   while (front > 0 && is_inside(front)) --front;
   while (back < text.size() && is_inside(back)) ++back;
   return text.substr(0, front) + "..." + text.substr(back);
@@ -93,14 +96,14 @@ struct plane {
 
 std::string style_of(const palette& c) {
   std::string out = joined(
-      "text{font-family:\"DejaVu Sans\",\"Helvetica Neue\",Arial,sans-serif;font-size:12px;fill:", c.soft, "}\n",
-      ".title{font-size:19px;font-weight:bold;fill:", c.strong, "}\n.axis{font-size:13px}\n",
+      "text{font-family:\"DejaVu Sans\",\"Helvetica Neue\",Arial,sans-serif;font-size:12px;fill:", c.soft,
+      "}\n", ".title{font-size:19px;font-weight:bold;fill:", c.strong, "}\n.axis{font-size:13px}\n",
       ".number{font-size:11px;font-weight:bold;fill:", c.mark, ";text-anchor:middle}\n",
       ".value{fill:", c.strong, ";text-anchor:end}\n.head{font-weight:bold;text-anchor:end}\n",
-      ".middle{text-anchor:middle}\n.end{text-anchor:end}\n.grid{stroke:", c.grid, "}\n.minor{stroke:", c.minor,
-      "}\n.frame{stroke:", c.frame, ";fill:none}\n.tick{stroke:", c.frame, "}\n",
-      ".mark{fill:", c.paper, ";stroke:", c.mark, ";stroke-width:1.6}\n",
-      ".floor{stroke:", c.soft, ";stroke-width:1.2;stroke-dasharray:6 4}\n",
+      ".middle{text-anchor:middle}\n.end{text-anchor:end}\n.grid{stroke:", c.grid,
+      "}\n.minor{stroke:", c.minor, "}\n.frame{stroke:", c.frame, ";fill:none}\n.tick{stroke:", c.frame,
+      "}\n", ".mark{fill:", c.paper, ";stroke:", c.mark, ";stroke-width:1.6}\n", ".floor{stroke:", c.soft,
+      ";stroke-width:1.2;stroke-dasharray:6 4}\n",
       ".curve{fill:none;stroke-width:1.3;stroke-linejoin:round}\n.area{stroke:none;fill-opacity:0.13}\n");
   for (std::size_t i = 0; i < std::size(c.curves); ++i) {
     const std::string kind = ".c" + std::to_string(i);
@@ -139,8 +142,8 @@ std::string axis_titles(const picture& p, const plane& on) {
   const double middle = (frame.top + frame.bottom) / 2;
   return text_at((frame.left + frame.right) / 2, frame.bottom + 44, "axis middle",
                  joined("Frequency in ", on.frequencies.title())) +
-         joined("<text class=\"axis middle\" transform=\"translate(24 ", at(middle), ") rotate(-90)\">Level in ",
-                xml_text(p.curves.front().told.level_unit()), "</text>\n");
+         joined("<text class=\"axis middle\" transform=\"translate(24 ", at(middle),
+                ") rotate(-90)\">Level in ", xml_text(p.curves.front().told.level_unit()), "</text>\n");
 }
 
 // The curve in one piece for every run of columns that has levels.
@@ -159,7 +162,8 @@ std::string drawn(const plane& p, const std::vector<double>& levels, std::size_t
     for (; end < levels.size() && !std::isnan(levels[end]); ++end)
       points += joined("L", at(frame.left + step * static_cast<double>(end)), " ", at(p.y(levels[end])));
     const std::string right = at(frame.left + step * static_cast<double>(end - 1));
-    const std::string base = joined("L", right, " ", at(frame.bottom), "L", at(left), " ", at(frame.bottom), "Z");
+    const std::string base =
+        joined("L", right, " ", at(frame.bottom), "L", at(left), " ", at(frame.bottom), "Z");
     if (number == 0) out += joined("<path class=\"area", colour, "\" d=\"", points, base, "\"/>\n");
     out += joined("<path class=\"curve", colour, "\" d=\"", points, "\"/>\n");
     i = end;
@@ -181,7 +185,8 @@ std::string marks(const plane& p, const curve& c, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
     const line& l = c.lines[i];
     peaks.push_back({std::clamp(p.x(l.frequency), frame.left, frame.right), p.y(c.told.level(l.power))});
-    out += joined("<circle class=\"mark\" cx=\"", at(peaks.back().x), "\" cy=\"", at(peaks.back().y), "\" r=\"3\"/>\n");
+    out += joined("<circle class=\"mark\" cx=\"", at(peaks.back().x), "\" cy=\"", at(peaks.back().y),
+                  "\" r=\"3\"/>\n");
   }
   const auto places = number_places(peaks, frame);
   for (std::size_t i = 0; i < count; ++i) {
@@ -191,14 +196,16 @@ std::string marks(const plane& p, const curve& c, std::size_t count) {
 }
 
 std::string value_text(const curve& c, double power) {
-  return c.told.as_level() ? fixed_text(c.told.level(power), 2) : number_text(c.told.value(power), 5);
+  return c.told.as_level() ? fixed_text(c.told.level(power), 2) : padded_text(c.told.value(power), 5);
 }
 
 std::string list(const plane& p, const curve& c, std::size_t count) {
   double y = frame.top + 10;
   if (count == 0) return text_at(list_left - 6, y, "", "no line above the noise");
   const std::string unit = c.told.shown_unit().empty() ? quantity_name(c.told.what()) : c.told.shown_unit();
-  std::string out = text_at(frequency_right, y, "head", p.frequencies.title() == "cycles per sample" ? "cycles/sample" : p.frequencies.title());
+  std::string out =
+      text_at(frequency_right, y, "head",
+              p.frequencies.title() == "cycles per sample" ? "cycles/sample" : p.frequencies.title());
   out += text_at(value_right, y, "head", unit);
   for (std::size_t i = 0; i < count; ++i) {
     y += row_height;
@@ -235,11 +242,12 @@ std::size_t listed(const picture& p) {
 std::string head(const picture& p) {
   const spectrum& s = p.curves.front().s;
   const std::string title = p.title.empty() ? file_name(s.name) : p.title;
-  const std::string size = joined("width=\"", std::to_string(width), "\" height=\"", std::to_string(height), "\" viewBox=\"0 0 ",
-                                  std::to_string(width), " ", std::to_string(height), "\"");
+  const std::string size =
+      joined("width=\"", std::to_string(width), "\" height=\"", std::to_string(height), "\" viewBox=\"0 0 ",
+             std::to_string(width), " ", std::to_string(height), "\"");
   const palette& colours = p.dark ? dark : light;
-  return joined("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" ", size,
-                ">\n<title>Spectrum of ", xml_text(title), "</title>\n<style>\n", style_of(colours),
+  return joined("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" ",
+                size, ">\n<title>Spectrum of ", xml_text(title), "</title>\n<style>\n", style_of(colours),
                 "</style>\n<rect width=\"100%\" height=\"100%\" fill=\"", colours.paper, "\"/>\n") +
          text_at(frame.left, 38, "title", shortened(title, longest_title)) +
          text_at(frame.left, 62, "about", shortened(source_text(s), longest_about)) +
@@ -264,7 +272,10 @@ std::string svg_of(const picture& p) {
   out += joined("<rect class=\"frame\" x=\"", at(frame.left), "\" y=\"", at(frame.top), "\" width=\"",
                 at(frame.right - frame.left), "\" height=\"", at(frame.bottom - frame.top), "\"/>\n");
   if (!has_signal(first) && p.curves.size() == 1)
-    return out + text_at((frame.left + frame.right) / 2, (frame.top + frame.bottom) / 2, "axis middle", "no signal") + "</svg>\n";
+    return out +
+           text_at((frame.left + frame.right) / 2, (frame.top + frame.bottom) / 2, "axis middle",
+                   "no signal") +
+           "</svg>\n";
   return out + marks(on, first, count) + list(on, first, count) + legend(p) + "</svg>\n";
 }
 

@@ -44,10 +44,15 @@ using heights = std::vector<int>;
 class plot {
  public:
   plot(const picture& p, const canvas& on)
-      : p_(p), on_(on), columns_(std::max(on.columns - margin, fewest_columns)), axis_(p), lines_(on.utf8 ? drawn : typed) {
+      : p_(p),
+        on_(on),
+        columns_(std::max(on.columns - margin, fewest_columns)),
+        axis_(p),
+        lines_(on.utf8 ? drawn : typed) {
     rows_ = std::max(on.rows - 2, fewest_rows);
     std::vector<std::vector<double>> outlines;
-    for (const curve& c : p.curves) outlines.push_back(outline_of(c, axis_, static_cast<std::size_t>(columns_ * dots_across)));
+    for (const curve& c : p.curves)
+      outlines.push_back(outline_of(c, axis_, static_cast<std::size_t>(columns_ * dots_across)));
     levels_ = level_axis_of(outlines, std::max(rows_ / 2, 2));
     for (const auto& outline : outlines) curves_.push_back(heights_of(outline));
     for (const line& l : p.curves.front().lines) {
@@ -123,7 +128,8 @@ class plot {
   std::vector<std::string> labels_beside() const {
     std::vector<std::string> labels(static_cast<std::size_t>(rows_));
     for (const tick& t : levels_.ticks()) {
-      const auto row = static_cast<std::size_t>(std::clamp(std::lround((1 - t.part) * rows_), 0L, long{rows_} - 1));
+      const auto row =
+          static_cast<std::size_t>(std::clamp(std::lround((1 - t.part) * rows_), 0L, long{rows_} - 1));
       if (labels[row].empty() && t.text.size() < margin - 1) labels[row] = t.text;
     }
     return labels;
@@ -134,7 +140,9 @@ class plot {
     const std::string title = p_.curves.front().told.level_unit() + " over " + axis_.title();
     std::vector<const char*> axis(static_cast<std::size_t>(columns_), lines_.base);
     std::string labels(static_cast<std::size_t>(columns_ + margin), ' ');
-    const auto room = [&](const std::string& text) { return static_cast<double>(text.size() + 2) / columns_; };
+    const auto room = [&](const std::string& text) {
+      return static_cast<double>(text.size() + 2) / columns_;
+    };
     for (const tick& t : axis_.ticks(columns_ / 14, room)) {
       if (t.text.empty()) continue;
       const auto column = std::min(static_cast<int>(t.part * columns_), columns_ - 1);
