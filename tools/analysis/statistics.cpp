@@ -71,7 +71,7 @@ histogram statistics::bins() const {
   if (!limits_ && !keeps_) throw data_error("too many samples to find their range; give --low and --high");
   const range r = limits_.value_or(range{sums_.least, sums_.greatest});
   out.low = r.low;
-  out.width = (r.high - r.low) / static_cast<double>(bins_);
+  out.high = r.high;
   if (limits_) {
     require(dsp_copy(&out.counts, &counts_));
   } else {

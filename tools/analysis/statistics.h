@@ -25,8 +25,12 @@ moments joined(const moments& a, const moments& b);
 
 struct histogram {
   double low = 0;
-  double width = 0;
+  double high = 0;
   record counts;  // empty where none was asked for
+
+  double edge(std::size_t i) const {
+    return low + (high - low) * static_cast<double>(i) / static_cast<double>(counts.points);
+  }
 };
 
 struct range {

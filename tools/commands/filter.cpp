@@ -85,16 +85,17 @@ void filter_file(const std::string& name, const filter_command& c, writer& out) 
   progress_line progress(c.quiet);
   at_place(about.name, [&] {
     if (about.channels.size() != 1) throw data_error("a vector holds one channel; choose it with --channel");
-    const double rate = about.rate > 0 ? about.rate : 1;
     block_reader blocks(*in, block_points, c.gain);
     const auto take = [&](const record& v) { write_block(out, v, c.format); };
     do {
-      filter f(designed(c, rate), c.factor, 1 / rate);
+      std::optional<filter> f;
       while (blocks.read() > 0) {
-        f.process(blocks.channel(0), take);
+        const double rate = about.rate > 0 ? about.rate : 1;  // known when samples are
+        if (!f) f.emplace(designed(c, rate), c.factor, 1 / rate);
+        f->process(blocks.channel(0), take);
         progress.show(*in);
       }
-      f.finish(take);
+      if (f) f->finish(take);
     } while (in->next_piece());
   });
   if (!c.quiet) warn(about.warnings);

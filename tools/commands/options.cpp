@@ -85,7 +85,7 @@ void options::words(const char* name, const char* help, std::vector<std::string>
     words.push_back(word);
     return std::string();
   };
-  add_taker(app_, name, "", help, take)->expected(1, -1);
+  add_taker(app_, name, "", help, take)->expected(1, -1)->allow_extra_args();
 }
 
 taker options::count_taker(std::size_t& value, std::size_t low, std::size_t high) {

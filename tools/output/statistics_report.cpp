@@ -16,9 +16,8 @@ constexpr std::size_t value_width = 16;
 std::string bin_lines(const histogram& h, const char* separator) {
   std::string out;
   for (std::size_t i = 0; i < h.counts.points; ++i) {
-    const double edge = h.low + static_cast<double>(i) * h.width;
-    const double next = h.low + static_cast<double>(i + 1) * h.width;
-    out += exact_text(edge) + separator + exact_text(next) + separator + exact_text(h.counts.data[i]) + '\n';
+    out += exact_text(h.edge(i)) + separator + exact_text(h.edge(i + 1)) + separator +
+           exact_text(h.counts.data[i]) + '\n';
   }
   return out;
 }
@@ -62,12 +61,8 @@ std::string json_of(const figures& f) {
   out.member("min", f.sums.least).member("max", f.sums.greatest);
   out.member("median", f.median.value_or(std::nan("")));
   if (f.bins.counts.points > 0) {
-    out.key("histogram")
-        .open('{')
-        .member("first", f.bins.low)
-        .member("width", f.bins.width)
-        .key("counts")
-        .open('[');
+    out.key("histogram").open('{').member("low", f.bins.low).member("high", f.bins.high);
+    out.key("counts").open('[');
     for (const double n : f.bins.counts.scalars()) out.value(static_cast<std::uint64_t>(n));
     out.close().close();
   }
