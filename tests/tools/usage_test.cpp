@@ -90,13 +90,14 @@ TEST(Usage, DataThatCannotBeUsedIsStatus1WithFileAndReason) {
       {path(""), "", "directory"},
       {write_file("empty", ""), "", "empty"},
       {write_file("prose", "There are no numbers here.\nNot one.\n"), "", "no line of numbers"},
-      {write_file("word", "1\n2\n3\noops\n5\n"), "", "line 4: not a number in \"oops\""},
-      {write_file("ragged", "1 2\n2 3\n3 4 5\n"), "", "line 3: 3 columns, but 2 before"},
+      {write_file("word", "1\n2\n3\noops\n5\n"), "", ":4: not a number in \"oops\""},
+      {write_file("ragged", "1 2\n2 3\n3 4 5\n"), "", ":3: 3 columns, but 2 before"},
       {write_file("uneven", "0 1\n1 1\n2 1\n4 1\n5 1\n6 1\n7 1\n8 1\n9 1\n"), "",
-       "line 4: the times are not evenly"},
+       ":4: 1 sample is missing before this line"},
       {write_file("drifting", "0 1\n1 1\n2.1 1\n3.3 1\n4.6 1\n6 1\n7.5 1\n9 1\n"), "", "not evenly"},
-      {write_file("backwards", "0 1\n1 1\n0.5 1\n"), "", "line 3: the time does not increase"},
-      {write_file("hole", tone(20) + "nan\n" + tone(20)), "", "sample 21 is not a finite number"},
+      {write_file("backwards", "0 1\n1 1\n0.5 1\n"), "", "column 1 does not increase"},
+      {write_file("hole", tone(20) + "nan\n" + tone(20)), "",
+       ":21: column 1 is nan; --gaps linear bridges it"},
       {write_file("huge", tone(20) + "inf\n"), "", "sample 21 is not a finite number"},
       {write_file("vast", tone(20) + "-1e308\n"), "", "sample 21 is beyond 1e100"},
       {write_file("few", "1\n2\n3\n"), "", "only 3 samples"},
@@ -106,15 +107,15 @@ TEST(Usage, DataThatCannotBeUsedIsStatus1WithFileAndReason) {
        "cut short"},
       {write_file("delta", "#DSP delta = -1\n1 2 3 4 5 6 7 8 9\n"), "", "spacing"},
       {write_file("garbage", std::string("\x01\x02\x03\x00garbage", 11)), "", "not a vector, not text"},
-      {write_file("fake.wav", std::string("RIFF\x01\0\0\0WAVE", 12)), "", "not a vector, not text"},
-      {good, "-c 2", "has 1 column"},
+      {write_file("fake.wav", std::string("RIFF\x01\0\0\0WAVE", 12)), "", "sound that cannot be read"},
+      {good, "-c 2", "has 1 channel"},
       {write_sound("mono", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 8000, 100, {[](int) { return 0.5; }}), "-c 2",
        "has 1 channel"},
-      {write_file("long", std::string(100'000, '1')), "", "line 1: too long"}};
+      {write_file("long", std::string(100'000, '1')), "", ":1: too long"}};
   for (const auto& c : cases) {
     const auto r = run("spectrum " + c.name + " " + c.options);
     EXPECT_EQ(r.status, 1) << c.name;
-    EXPECT_TRUE(r.err.starts_with("sigpak: " + c.name + ": ")) << r.err;
+    EXPECT_TRUE(r.err.starts_with("sigpak: " + c.name + ":")) << r.err;
     EXPECT_NE(r.err.find(c.reason), std::string::npos) << r.err;
     EXPECT_EQ(r.out, "") << c.name;
   }

@@ -1,79 +1,82 @@
-// Opening a file, and telling its kind from its first bytes.
-#include "input/kinds.h"
-
+// Opening a file, telling its kind from its first bytes, and the stages that its samples go through.
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <string_view>
-#include <vector>
 
-#include "record.h"
+#include "input/channels.h"
+#include "input/kinds.h"
+#include "input/utf16.h"
 
 namespace tool {
 namespace {
 
 constexpr std::size_t head_size = 4096;
 
-[[noreturn]] void throw_errno() { throw data_error(std::strerror(errno)); }
-
-file open_file(const std::string& name) {
-  if (name == "-") return file(stdin);
-  file f(std::fopen(name.c_str(), "rb"));
-  if (f == nullptr) throw_errno();
-  return f;
-}
-
-// A pipe cannot be looked into and read again, so it goes through a file of its own.
-file seekable(file f) {
-  if (std::fseek(f.get(), 0, SEEK_SET) == 0) return f;
-  file copy(std::tmpfile());
-  if (copy == nullptr) throw_errno();
-  std::vector<char> block(1 << 16);
-  while (const std::size_t n = std::fread(block.data(), 1, block.size(), f.get())) {
-    if (std::fwrite(block.data(), 1, n, copy.get()) != n) throw_errno();
-  }
-  if (std::ferror(f.get()) != 0) throw_errno();
-  if (std::fflush(copy.get()) != 0) throw_errno();
-  std::rewind(copy.get());
-  return copy;
-}
-
-std::string head_of(std::FILE* f) {
-  std::string head(head_size, '\0');
-  head.resize(std::fread(head.data(), 1, head.size(), f));
-  if (std::ferror(f) != 0) throw_errno();
-  std::rewind(f);
-  return head;
-}
-
 bool is_text(std::string_view head) {
-  return std::all_of(head.begin(), head.end(), [](char c) {
+  return std::ranges::all_of(head, [](char c) {
     const auto byte = static_cast<unsigned char>(c);
     return byte >= ' ' || (byte >= '\t' && byte <= '\r');
   });
 }
 
-bool is_binary_vector(std::string_view head) {
-  return head.size() >= 4 && (head.starts_with('\xBE') || head.starts_with('\xEB')) && !is_text(head);
+reader_pointer open_text(stream& in, const input_options& options, subject& about) {
+  if (options.delimiter != 0 && options.delimiter == options.decimal)
+    throw usage_error("one sign cannot be delimiter and decimal");
+  if (options.resample) in.make_seekable();
+  in.wait_for(head_size);
+  if (const auto big_endian = utf16_order(in.waiting().substr(0, head_size))) {
+    in.decode_utf16(*big_endian);
+  } else if (in.waiting().starts_with("\xEF\xBB\xBF")) {
+    in.take(3);
+  }
+  return open_table(in, options, about);
 }
 
-bool is_text_vector(std::string_view head) {
-  const auto start = head.find_first_not_of(" \t\r\n\v\f");
-  return start != std::string_view::npos && head.substr(start).starts_with("#DSP");
+reader_pointer open_kind(stream& in, const input_options& options, subject& about) {
+  if (!options.raw.empty()) return open_raw(in, options, about);
+  in.wait_for(head_size);
+  const std::string_view head = in.waiting().substr(0, head_size);
+  if (head.empty()) throw data_error("the file is empty");
+  if (is_vector(head)) return open_vectors(in, options, about);
+  if (is_numpy(head)) return open_numpy(in, options, about);
+  if (is_wave(head)) {
+    if (auto plain = open_wave(in, options, about)) return plain;
+  }
+  if (is_text(head) || utf16_order(head)) return open_text(in, options, about);
+  if (is_sound(head)) return open_sound(in, options, about);
+  if (head.starts_with("\x1F\x8B")) throw data_error("compressed by gzip; zcat it into \"sigpak ... -\"");
+  throw data_error("not a vector, not text, no sound that is known; --raw reads numbers without a header");
 }
+
+class opened final : public source {
+ public:
+  opened(const std::string& name, const input_options& options) : in_(name) {
+    about_.name = name == "-" ? "standard input" : name;
+    reader_ = bridge_gaps(cut_part(open_kind(in_, options, about_), options, about_), options, about_);
+  }
+
+  std::size_t read(std::span<double> frames) override {
+    const std::size_t got = at_place(about_.name, [&] { return reader_->read(frames); });
+    about_.samples += got / about_.scalars_per_frame();
+    return got;
+  }
+  bool next_piece() override {
+    return at_place(about_.name, [&] { return reader_->next_piece(); });
+  }
+  const subject& about() const override { return about_; }
+  double progress() const override { return in_.progress(); }
+  std::uint64_t bytes() const override { return in_.position(); }
+
+ private:
+  stream in_;
+  subject about_;
+  reader_pointer reader_;
+};
 
 }  // namespace
 
 std::unique_ptr<source> open_source(const std::string& name, const input_options& options) {
   const std::string shown = name == "-" ? "standard input" : name;
-  return at_place(shown, [&]() -> std::unique_ptr<source> {
-    file f = seekable(open_file(name));
-    const std::string head = head_of(f.get());
-    if (head.empty()) throw data_error("the file is empty");
-    if (is_binary_vector(head) || is_text_vector(head)) return open_vector(std::move(f), shown, options);
-    if (is_text(head)) return open_table(std::move(f), shown, options);
-    return open_sound(std::move(f), shown, options);
-  });
+  return at_place(shown,
+                  [&]() -> std::unique_ptr<source> { return std::make_unique<opened>(name, options); });
 }
 
 }  // namespace tool

@@ -1,93 +1,146 @@
-// Sound files, one channel at a time.
+// Sound files that are more than plain numbers, through libsndfile: FLAC, Ogg, MP3, AIFF and the rest.
+#include <fcntl.h>
 #include <sndfile.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <vector>
+#include <cstring>
 
+#include "input/channels.h"
 #include "input/kinds.h"
-#include "record.h"
+#include "input/packed.h"
 
 namespace tool {
 namespace {
+
+constexpr std::size_t most_frames = 4096;
 
 struct sound_closer {
   void operator()(SNDFILE* s) const noexcept { sf_close(s); }
 };
 
+// The decoders below libsndfile write notes of their own to standard error.
+class silence {
+ public:
+  silence() : kept_(dup(STDERR_FILENO)), none_(open("/dev/null", O_WRONLY | O_CLOEXEC)) {
+    if (kept_ >= 0 && none_ >= 0) dup2(none_, STDERR_FILENO);
+  }
+  ~silence() {
+    if (kept_ >= 0) dup2(kept_, STDERR_FILENO), close(kept_);
+    if (none_ >= 0) close(none_);
+  }
+  silence(const silence&) = delete;
+  silence& operator=(const silence&) = delete;
+
+ private:
+  int kept_;
+  int none_;
+};
+
+// The stream as a file of libsndfile, which begins where the stream began.
+struct view {
+  stream* in;
+  sf_count_t at = 0;
+};
+
+sf_count_t length_of(void* user) { return static_cast<sf_count_t>(static_cast<view*>(user)->in->size()); }
+
+sf_count_t go_to(sf_count_t offset, int from, void* user) {
+  view& v = *static_cast<view*>(user);
+  const sf_count_t base = from == SEEK_SET ? 0 : from == SEEK_CUR ? v.at : length_of(user);
+  return v.at = std::max<sf_count_t>(base + offset, 0);
+}
+
+sf_count_t read_bytes(void* to, sf_count_t count, void* user) {
+  view& v = *static_cast<view*>(user);
+  const auto n = v.in->read_at(static_cast<std::uint64_t>(v.at), to, static_cast<std::size_t>(count));
+  v.at += static_cast<sf_count_t>(n);
+  v.in->note_position(static_cast<std::uint64_t>(v.at));
+  return static_cast<sf_count_t>(n);
+}
+
+sf_count_t place(void* user) { return static_cast<view*>(user)->at; }
+
 std::string format_name(int format) {
   SF_FORMAT_INFO info{};
   info.format = format & SF_FORMAT_TYPEMASK;
-  if (sf_command(nullptr, SFC_GET_FORMAT_INFO, &info, sizeof info) != 0 || info.name == nullptr)
-    return "sound";
-  return info.name;
+  const bool known =
+      sf_command(nullptr, SFC_GET_FORMAT_INFO, &info, sizeof info) == 0 && info.name != nullptr;
+  return known ? info.name : "sound";
 }
 
-class sound final : public source {
+class sound final : public reader {
  public:
-  sound(file f, const std::string& name, const input_options& options) : file_(std::move(f)) {
-    const int descriptor = fileno(file_.get());
-    lseek(descriptor, 0, SEEK_SET);  // the stream has read ahead
-    sound_.reset(sf_open_fd(descriptor, SFM_READ, &info_, 0));
+  sound(stream& in, const input_options& options, subject& about) : view_{&in}, about_(about) {
+    const silence quiet;
+    SF_VIRTUAL_IO access{length_of, go_to, read_bytes, nullptr, place};
+    sound_.reset(sf_open_virtual(&access, SFM_READ, &info_, &view_));
     if (sound_ == nullptr)
-      throw data_error(std::string("not a vector, not text, and: ") + sf_strerror(nullptr));
-    const std::size_t wanted = options.channels.empty() ? 1 : std::stoul(options.channels[0]);
-    if (wanted > static_cast<std::size_t>(info_.channels)) {
-      throw data_error("has " + std::to_string(info_.channels) +
-                       (info_.channels == 1 ? " channel" : " channels") + ", not " + std::to_string(wanted));
-    }
-    channel_ = static_cast<int>(wanted) - 1;
-    about_.name = name;
+      throw data_error(std::string("sound that cannot be read: ") + sf_strerror(nullptr));
     about_.kind = format_name(info_.format);
-    about_.understood = about_.kind;
-    if (info_.channels > 1) {
-      about_.understood += ", channel " + std::to_string(wanted) + " of " + std::to_string(info_.channels);
-    }
-    about_.channels = {{std::to_string(wanted), ""}};
     about_.rate = options.rate > 0 ? options.rate : info_.samplerate;
     about_.is_full_scale = true;
+    // An ADPCM or MP3 file tells no length that one could rely on.
+    about_.promised = info_.frames < SF_COUNT_MAX ? static_cast<std::uint64_t>(info_.frames) : 0;
+    chosen_ = choose_channels(options.channels, static_cast<std::size_t>(info_.channels), about_);
+    frames_.resize(most_frames * static_cast<std::size_t>(info_.channels));
   }
 
-  std::size_t read(std::span<double> samples) override {
-    const auto width = static_cast<std::size_t>(info_.channels);
+  std::size_t read(std::span<double> frames) override {
+    const std::size_t wanted = frames.size() / chosen_.size();
     std::size_t done = 0;
-    while (done < samples.size()) {
-      const std::size_t wanted = std::min(samples.size() - done, most_frames);
-      frames_.resize(wanted * width);
-      const auto got = sf_readf_double(sound_.get(), frames_.data(), static_cast<sf_count_t>(wanted));
-      if (sf_error(sound_.get()) != 0) throw data_error(sf_strerror(sound_.get()));
-      if (got <= 0) break;
-      for (std::size_t i = 0; i < static_cast<std::size_t>(got); ++i) {
-        samples[done++] = frames_[i * width + static_cast<std::size_t>(channel_)];
-      }
+    while (done < wanted) {
+      const std::size_t got = read_block(std::min(wanted - done, most_frames));
+      if (got == 0) break;
+      pick(got, frames.data() + done * chosen_.size());
+      done += got;
     }
-    about_.samples += done;
-    return done;
+    return done * chosen_.size();
   }
-
-  bool next_piece() override { return false; }
-  const subject& about() const override { return about_; }
-  double progress() const override {
-    return info_.frames > 0
-               ? std::min(1.0, static_cast<double>(about_.samples) / static_cast<double>(info_.frames))
-               : 0;
-  }
-  std::uint64_t bytes() const override { return 0; }
 
  private:
-  static constexpr std::size_t most_frames = 4096;
-  file file_;
+  std::size_t read_block(std::size_t wanted) {
+    const silence quiet;
+    const auto got = sf_readf_double(sound_.get(), frames_.data(), static_cast<sf_count_t>(wanted));
+    if (got > 0) read_ += static_cast<std::uint64_t>(got);
+    if (got > 0) return static_cast<std::size_t>(got);
+    if (!ended_ && read_ < about_.promised) note_truncation(about_, read_, about_.promised);
+    ended_ = true;
+    return 0;
+  }
+
+  void pick(std::size_t count, double* out) const {
+    const auto width = static_cast<std::size_t>(info_.channels);
+    for (std::size_t i = 0; i < count; ++i) {
+      for (const std::size_t c : chosen_) *out++ = frames_[i * width + c];
+    }
+  }
+
+  view view_;
+  subject& about_;
   SF_INFO info_{};
   std::unique_ptr<SNDFILE, sound_closer> sound_;
+  std::vector<std::size_t> chosen_;
   std::vector<double> frames_;
-  int channel_ = 0;
-  subject about_;
+  std::uint64_t read_ = 0;
+  bool ended_ = false;
 };
 
 }  // namespace
 
-std::unique_ptr<source> open_sound(file f, const std::string& name, const input_options& options) {
-  return std::make_unique<sound>(std::move(f), name, options);
+bool is_sound(std::string_view head) {
+  for (const char* const magic :
+       {"RIFF", "RIFX", "RF64", "riff", "fLaC", "OggS", "FORM", ".snd", "dns.", "caff", "ID3",
+        "Creative Voice File", "\x64\xA3\x01\x00", "NIST_1A", "SOUND SAMPLE DATA"}) {
+    if (head.starts_with(magic)) return true;
+  }
+  const bool long_enough = head.size() >= 2 && head[0] == '\xFF';
+  return long_enough && (static_cast<unsigned char>(head[1]) & 0xE6) == 0xE2;  // the sync word of MP3
+}
+
+reader_pointer open_sound(stream& in, const input_options& options, subject& about) {
+  in.make_seekable();
+  return std::make_unique<sound>(in, options, about);
 }
 
 }  // namespace tool

@@ -1,175 +1,252 @@
 // Columns of numbers: samples alone, or time and values.
 #include <algorithm>
-#include <charconv>
 #include <cmath>
-#include <optional>
-#include <string_view>
-#include <vector>
+#include <limits>
 
+#include "input/clock.h"
+#include "input/headings.h"
 #include "input/kinds.h"
-#include "record.h"
+#include "input/rows.h"
 
 namespace tool {
 namespace {
 
-constexpr std::size_t longest_line = 1 << 16;
+constexpr std::size_t first_look = 1 << 14;
+constexpr std::size_t longest_preamble = 1 << 20;
 
-// How far a time may lie from an even spacing, in steps: less than a missing sample, more than printed
-// digits.
-constexpr double unevenness = 0.25;
+// Rows behind an uneven one among which the worst is looked for.
+constexpr int most_looked_at = 1'000'000;
 
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view blanks = " \t\r\n\v\f";
-  const auto first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+constexpr const char* evening = "; --resample takes their mean rate";
+
+std::string shown(double x) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.6g", x);
+  return text;
 }
 
-std::optional<double> number(std::string_view field, bool decimal_comma) {
-  std::string text(field);
-  if (decimal_comma) std::replace(text.begin(), text.end(), ',', '.');
-  const char* first = text.data();
-  const char* const last = first + text.size();
-  if (first != last && *first == '+') ++first;
-  double x = 0;
-  const auto result = std::from_chars(first, last, x);
-  if (result.ec != std::errc() || result.ptr != last) return std::nullopt;
-  return x;
+std::string rate_text(double rate, const std::string& unit) {
+  if (unit != "s") return shown(rate) + " per " + unit;
+  if (rate >= 1e6) return shown(rate / 1e6) + " MHz";
+  if (rate >= 1e3) return shown(rate / 1e3) + " kHz";
+  return shown(rate) + " Hz";
 }
 
-// The fields of a line. A semicolon, where there is one, parts them and leaves the comma for decimals;
-// otherwise a comma does, and otherwise blanks.
-bool split(std::string_view line, std::vector<double>& fields) {
-  const bool semicolons = line.find(';') != std::string_view::npos;
-  const char separator = semicolons ? ';' : line.find(',') != std::string_view::npos ? ',' : ' ';
-  fields.clear();
-  while (!line.empty()) {
-    const auto end = separator == ' ' ? line.find_first_of(" \t") : line.find(separator);
-    const auto value = number(trimmed(line.substr(0, end)), semicolons);
-    if (!value) return false;
-    fields.push_back(*value);
-    if (end == std::string_view::npos) break;
-    line = trimmed(line.substr(end + 1));  // a separator at the end of the line is no field
+// "column 2 'voltage_V' of 3, time 'time_ms' in ms, 1 kHz"
+std::string understood(const table_layout& t, const subject& about) {
+  const auto quoted = [&t](std::size_t c) {
+    const bool named = !t.headings.empty() && !t.headings[c].name.empty();
+    return std::to_string(c + 1) + (named ? " '" + t.headings[c].name + "'" : "");
+  };
+  std::string text = t.columns.size() == 1 && t.headings.empty() ? "column of numbers" : "column ";
+  for (std::size_t i = 0; i < t.channels.size() && text != "column of numbers"; ++i) {
+    text += (i == 0 ? "" : ", ") + quoted(t.channels[i]);
   }
-  return !fields.empty();
+  if (t.columns.size() > 1) text += " of " + std::to_string(t.columns.size());
+  if (t.index) text += ", index " + quoted(*t.index) + " passed over";
+  if (t.time) {
+    const bool dates = t.columns[*t.time] == cell_kind::moment;
+    text += ", time " + quoted(*t.time) +
+            (!t.looks_at_time ? " passed over"
+             : dates          ? ""
+                              : " in " + t.time_sign);
+  }
+  if (about.rate > 0) text += ", " + rate_text(about.rate, about.time_unit);
+  return text;
 }
 
-class table final : public source {
+class table final : public reader {
  public:
-  table(file f, const std::string& name, const input_options& options)
-      : file_(std::move(f)), rate_(options.rate) {
-    std::fseek(file_.get(), 0, SEEK_END);
-    size_ = static_cast<double>(std::ftell(file_.get()));
-    std::rewind(file_.get());
-    if (!next_row()) throw data_error("no line of numbers in it");
-    columns_ = fields_.size();
-    const std::size_t channels = std::max<std::size_t>(columns_ - 1, 1);
-    if (!options.channels.empty()) channel_ = std::stoul(options.channels[0]);
-    if (channel_ > channels) {
-      throw data_error("has " + std::to_string(columns_) + (columns_ == 1 ? " column" : " columns") +
-                       ", so there is no channel " + std::to_string(channel_));
-    }
-    about_.name = name;
-    about_.kind = "table";
-    about_.understood = columns_ == 1   ? "column of numbers"
-                        : columns_ == 2 ? "columns of time and value"
-                                        : "table, channel " + std::to_string(channel_) + " of " +
-                                              std::to_string(columns_ - 1);
-    about_.channels = {{std::to_string(channel_), ""}};
+  table(stream& in, table_layout t, const input_options& options, subject& about)
+      : t_(std::move(t)),
+        rule_(options.gaps),
+        rows_(in, t_, rule_ != gap_rule::refuse, about),
+        clock_(t_.step),
+        about_(about) {
+    if (!t_.looks_at_time) return;
+    about_.time_unit = t_.time_unit;
+    about_.rate = t_.step > 0 ? 1 / t_.step : 0;
+    about_.understood = understood(t_, about_);
   }
 
-  std::size_t read(std::span<double> samples) override {
+  std::size_t read(std::span<double> frames) override {
+    const std::size_t width = t_.channels.size();
     std::size_t done = 0;
-    while (done < samples.size() && !fields_.empty()) {
-      if (columns_ > 1) check_time(fields_[0]);
-      samples[done++] = fields_[columns_ > 1 ? channel_ : 0];
-      ++rows_;
-      if (!next_row()) fields_.clear();
+    while (done + width <= frames.size() && (held_ || next_row())) {
+      double* const out = frames.data() + done;
+      held_ = missing_ > 0;
+      if (held_) {
+        std::fill_n(out, width, std::numeric_limits<double>::quiet_NaN());
+        --missing_;
+      } else {
+        std::copy_n(rows_.values().data(), width, out);
+      }
+      done += width;
     }
-    about_.samples += done;
-    about_.rate = rate_ > 0                   ? rate_
-                  : columns_ > 1 && rows_ > 1 ? static_cast<double>(rows_ - 1) / (last_ - first_)
-                                              : 0;
+    if (done + width <= frames.size()) finish();
     return done;
   }
 
-  bool next_piece() override { return false; }
-  const subject& about() const override { return about_; }
-  double progress() const override {
-    return size_ > 0 ? std::min(1.0, static_cast<double>(std::ftell(file_.get())) / size_) : 0;
+ private:
+  bool next_row() {
+    if (!rows_.next()) return false;
+    if (t_.looks_at_time) look_at_time();
+    return true;
   }
-  std::uint64_t bytes() const override { return 0; }
+
+  void look_at_time() {
+    using enum clock_check::verdict;
+    switch (clock_.take(rows_.time())) {
+      case even:
+        return;
+      case gap:
+        missing_ = clock_.missing();
+        if (rule_ == gap_rule::refuse) refuse_gap();
+        return;
+      case backwards:
+        rows_.fail("the time does not increase");
+      case absurd:
+        rows_.fail("a jump of more than 1e9 samples in time");
+      case uneven:
+        refuse_worst();
+    }
+  }
+
+  [[noreturn]] void refuse_gap() const {
+    const std::string count = std::to_string(missing_) + (missing_ == 1 ? " sample is" : " samples are");
+    rows_.fail(count + " missing before this line; --gaps linear bridges " + (missing_ == 1 ? "it" : "them") +
+               ", --gaps split goes around");
+  }
+
+  [[noreturn]] void refuse_worst() {
+    double worst = clock_.deviation();
+    std::uint64_t line = rows_.line();
+    const double step = clock_.step();
+    double last = rows_.time();
+    for (int i = 0; i < most_looked_at && rows_.next(); ++i) {
+      const double off = std::abs((rows_.time() - last) / step - 1);
+      if (off > worst) worst = off, line = rows_.line();
+      last = rows_.time();
+    }
+    data_error e("the times are not evenly spaced: this one is off by " + shown(100 * worst) +
+                 " % of a step" + evening);
+    e.name_place(about_.name + ":" + std::to_string(line));
+    throw e;
+  }
+
+  void finish() {
+    if (!t_.looks_at_time || !(clock_.mean_step() > 0)) return;
+    about_.rate = 1 / clock_.mean_step();
+    about_.understood = understood(t_, about_);
+  }
+
+  table_layout t_;
+  gap_rule rule_;
+  rows rows_;
+  clock_check clock_;
+  subject& about_;
+  std::uint64_t missing_ = 0;
+  bool held_ = false;  // the row is still to be delivered, behind what is missing
+};
+
+// Uneven times: the values on straight lines at their mean rate. The first pass finds that.
+class evened final : public reader {
+ public:
+  evened(stream& in, table_layout t, subject& about) : in_(in), t_(std::move(t)), about_(about) {
+    find_rate();
+    in_.rewind();
+    rows_ = std::make_unique<rows>(in_, t_, true, about_);
+    next_row();
+    before_ = here_;
+  }
+
+  std::size_t read(std::span<double> frames) override {
+    const std::size_t width = t_.channels.size();
+    std::size_t done = 0;
+    for (; done + width <= frames.size() && frame_ < count_; done += width) {
+      const double time = first_ + static_cast<double>(frame_++) * step_;
+      while (here_.time < time && frame_ < count_) {
+        std::swap(before_, here_);
+        if (!next_row()) break;
+      }
+      put(time, frames.data() + done);
+    }
+    return done;
+  }
 
  private:
-  [[noreturn]] void fail(const std::string& what) const {
-    throw data_error("line " + std::to_string(line_number_) + ": " + what);
-  }
+  struct point {
+    double time = 0;
+    std::vector<double> values;
+  };
 
-  bool next_line() {
-    line_.clear();
-    ++line_number_;
-    int c = 0;
-    while ((c = std::getc(file_.get())) != EOF && c != '\n') {
-      if (line_.size() == longest_line) fail("too long for a line of numbers");
-      line_.push_back(static_cast<char>(c));
-    }
-    if (std::ferror(file_.get()) != 0) throw data_error("cannot be read to its end");
-    return c != EOF || !line_.empty();
-  }
-
-  // Puts the next row into fields_. Words are headings before the first row, and an error after it.
+  // Rows without one of the values are bridged like other distances.
   bool next_row() {
-    while (next_line()) {
-      std::string_view text = line_;
-      if (line_number_ == 1 && text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
-      text = trimmed(text.substr(0, text.find_first_of("#%")));
-      if (text.empty() || text.starts_with("//")) continue;
-      if (!split(text, fields_)) {
-        if (columns_ == 0) continue;
-        fail("not a number in \"" + std::string(text.substr(0, 40)) + '"');
-      }
-      if (columns_ != 0 && fields_.size() != columns_) {
-        fail(std::to_string(fields_.size()) + " columns, but " + std::to_string(columns_) + " before");
-      }
+    while (rows_->next()) {
+      if (std::ranges::any_of(rows_->values(), [](double x) { return std::isnan(x); })) continue;
+      here_ = {rows_->time(), rows_->values()};
       return true;
     }
     return false;
   }
 
-  // Every time must lie where the mean step so far puts it.
-  void check_time(double time) {
-    if (rows_ == 0) {
-      first_ = time;
-    } else if (!(time > last_)) {
-      fail("the time does not increase");
-    } else if (rows_ > 1) {
-      const double step = (last_ - first_) / static_cast<double>(rows_ - 1);
-      if (!(std::abs(time - last_ - step) <= unevenness * step) ||
-          !(std::abs(time - first_ - static_cast<double>(rows_) * step) <= unevenness * step)) {
-        fail("the times are not evenly spaced");
-      }
+  void find_rate() {
+    rows_ = std::make_unique<rows>(in_, t_, true, about_);
+    while (next_row()) {
+      if (count_ == 0) first_ = here_.time;
+      if (count_ > 0 && !(here_.time > last_)) rows_->fail("the time does not increase");
+      last_ = here_.time;
+      ++count_;
     }
-    last_ = time;
+    step_ = count_ > 1 ? (last_ - first_) / static_cast<double>(count_ - 1) : 1;
+    about_.rate = 1 / step_;
+    about_.time_unit = t_.time_unit;
+    about_.understood = understood(t_, about_) + ", resampled along straight lines";
   }
 
-  file file_;
-  double rate_;
-  std::size_t channel_ = 1;
-  subject about_;
-  double size_ = 0;
-  std::string line_;
-  std::vector<double> fields_;
-  std::size_t columns_ = 0;
-  std::int64_t line_number_ = 0;
-  std::int64_t rows_ = 0;
+  void put(double time, double* out) const {
+    const double span = here_.time - before_.time;
+    const double part = span > 0 ? std::clamp((time - before_.time) / span, 0.0, 1.0) : 1;
+    for (std::size_t i = 0; i < here_.values.size(); ++i) {
+      out[i] = part == 1 ? here_.values[i] : before_.values[i] + part * (here_.values[i] - before_.values[i]);
+    }
+  }
+
+  stream& in_;
+  table_layout t_;
+  subject& about_;
+  std::unique_ptr<rows> rows_;
+  point before_;
+  point here_;
   double first_ = 0;
   double last_ = 0;
+  double step_ = 1;
+  std::uint64_t count_ = 0;
+  std::uint64_t frame_ = 0;
 };
+
+// Enough of the head for a row of numbers, which a long preamble may stand before.
+table_layout looked_at(stream& in, const input_options& options) {
+  for (std::size_t size = first_look;; size *= 4) {
+    const bool is_whole = !in.wait_for(size);
+    try {
+      return understand_table(in.waiting(), is_whole, options);
+    } catch (const data_error&) {
+      if (is_whole || size >= longest_preamble) throw;
+    }
+  }
+}
 
 }  // namespace
 
-std::unique_ptr<source> open_table(file f, const std::string& name, const input_options& options) {
-  return std::make_unique<table>(std::move(f), name, options);
+reader_pointer open_table(stream& in, const input_options& options, subject& about) {
+  table_layout t = looked_at(in, options);
+  about.kind = "table";
+  about.channels = t.names;
+  about.rate = options.rate;
+  about.understood = understood(t, about);
+  if (options.resample && t.looks_at_time) return std::make_unique<evened>(in, std::move(t), about);
+  return std::make_unique<table>(in, std::move(t), options, about);
 }
 
 }  // namespace tool
