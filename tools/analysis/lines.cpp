@@ -15,8 +15,9 @@ constexpr double range = 1e-12;
 // And so is an amplitude below this part of the mean that was taken out.
 constexpr double mean_rounding = 1e-14;
 
-// How often a spectrum of noise alone may show a line: in 1 of 1000. A tenth of that is asked for, as averages of few
-// segments that overlap reach further than the chi-square of their variance, by up to nine times in simulations.
+// How often a spectrum of noise alone may show a line: in 1 of 1000. A tenth of that is asked for, as
+// averages of few segments that overlap reach further than the chi-square of their variance, by up to nine
+// times in simulations.
 constexpr double chance_of_a_line = 1e-4;
 
 // How many times the leakage of a stronger line the power of another has to be: several leak together.

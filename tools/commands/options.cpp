@@ -125,9 +125,7 @@ void options::choice(const char* names, const char* help, std::string& value,
     value = word;
     return {};
   };
-  std::string kind = all;
-  for (auto at = kind.find(", "); at != std::string::npos; at = kind.find(", ")) kind.replace(at, 2, "|");
-  add(names, kind.c_str(), help, take, value);
+  add(names, "WORD", (help + (": " + all)).c_str(), take, value);
 }
 
 void options::footer(const char* text) { app_.footer(text); }
