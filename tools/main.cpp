@@ -24,7 +24,13 @@ struct command {
 };
 
 constexpr command commands[] = {
-    {"spectrum", "The strongest lines of a signal, and its spectrum", add_spectrum},
+    {"spectrum", "Lines and noise of signals; their spectra as data and pictures", add_spectrum},
+    {"plot", "Spectra in one picture", add_plot},
+    {"stats", "Mean, spread, extremes, median and histogram of signals", add_stats},
+    {"filter", "Low-pass, high-pass, band-pass, band-stop, and a lower rate", add_filter},
+    {"window", "The points of a window, and what it does to lines and noise", add_window},
+    {"merge", "The spectrum of many files from the spectra of each", add_merge},
+    {"apply", "Any operation of the library that works in place", add_apply},
 };
 
 std::string usage_message(const CLI::App* app, const CLI::Error& e) {

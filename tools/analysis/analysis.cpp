@@ -1,151 +1,187 @@
-// Welch's method: windowed, half-overlapped segments, their powers averaged (P. D. Welch, IEEE Trans. Audio
+// Welch's method: windowed, overlapping segments, their powers averaged (P. D. Welch, IEEE Trans. Audio
 // Electroacoust. 15, 1967).
 #include "analysis/analysis.h"
 
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/blocks.h"
+#include "analysis/noise.h"
+
 namespace tool {
 namespace {
 
 constexpr std::size_t fewest_samples = 8;
 
-// Points of the transform for one of the segment, as DSP_SPECTRUM_PAD4 has them. Between such close points a
-// parabola through the logarithms meets the peak of every window's main lobe.
-constexpr std::size_t padding = 4;
-
-void apply_window(record& v, int window) {
-  if (dspi_window(&v, window, DSP_WINDOW_FLAG_NO_ROTATE) != 0) {
-    throw data_error("the window cannot be made for " + std::to_string(v.points) + " points");
-  }
+int mode_of(averaging a) {
+  if (a == averaging::maximum) return DSP_AVG_MAXIMUM;
+  if (a == averaging::minimum) return DSP_AVG_MINIMUM;
+  return DSP_AVG_MEAN | (a == averaging::exponential ? DSP_SPECTRUM_EXPONENTIAL : 0);
 }
 
-record window_alone(std::size_t length, int window) {
-  record v(length);
-  std::ranges::fill(v.scalars(), 1.0);
-  apply_window(v, window);
-  return v;
-}
-
-double mean_of(const record& v) {
-  record mean;
-  require(dsps_mean(&v, &mean));
-  return mean.data[0];
-}
-
-// From averaged powers, rms as they come and of lines that lie on a bin, to those of amplitudes as the window
-// is normalised: flat tops lie around 1. A real line has half its amplitude at the positive frequency; the
-// outer bins too are read as the flanks of lines beside them.
-void to_amplitudes(record& power, const record& window, bool two_sided) {
-  const double level = mean_of(window);
-  require(dspi_scale(&power, (two_sided ? 1 : 2) * level * level));
-  if (two_sided) return require(dspi_swap_halves(&power));
-  power.scalars().front() *= 2;
-  power.scalars().back() *= 2;
-}
-
-// The running spectrum of a signal that comes in blocks.
+// The running spectrum of a channel that comes in blocks, and what its samples sum up to.
 class averager {
  public:
-  averager(std::size_t length, int window, bool two_sided)
-      : window_(window_alone(length, window)), two_sided_(two_sided) {}
-
-  // The mean under the window goes out before the transform: that leaves nothing at frequency zero, and next
-  // to nothing of a line far from it.
-  void add(const record& block) {
-    const int centre = two_sided_ ? 0 : DSP_SPECTRUM_CENTRE;
-    constexpr int powers = 1 | DSP_SPECTRUM_SQUARE | DSP_SPECTRUM_PAD4;
-    require(dsph_dft(&block, nullptr, &power_, &history_, &window_, powers | centre, 0, &count_, 0));
-    if (two_sided_) return;
-    require(dsph_dft(&block, nullptr, &spectrum_, &samples_, &window_, 1, 0, &spectra_, 0));
+  averager(const record& window, std::size_t hop, bool pairs, const analysis_options& options)
+      : window_(window), hop_(hop), options_(options) {
+    flags_ = mode_of(options.average) | DSP_SPECTRUM_SQUARE | DSP_SPECTRUM_PAD4;
+    if (!pairs) flags_ |= DSP_SPECTRUM_CENTRE;
   }
-  // What was taken out is the first bin of the mean spectrum.
-  double mean() const { return two_sided_ ? 0 : spectrum_.data[0]; }
-  std::size_t count() const { return static_cast<std::size_t>(count_); }
-  record take_power() {
-    to_amplitudes(power_, window_, two_sided_);
-    return std::move(power_);
+
+  // Nothing straddles what lies between two pieces.
+  void begin_piece() {
+    history_.points = 0;
+    piece_start_ = samples_;
+    piece_count_ = count_;
+  }
+
+  void add(const record& block) {
+    record sum;
+    require(dsps_sum(&block, &sum));
+    sum_ += sum.data[0];
+    require(dsps_magsq_sum(&block, &sum));
+    squares_ += sum.data[0];
+    samples_ += block.points;
+    if (dsph_dft(&block, nullptr, &power_, &history_, &window_, flags_, static_cast<std::int32_t>(hop_),
+                 &count_, static_cast<double>(options_.settled)) != 0)
+      throw resource_error("not enough memory for segments of " + std::to_string(window_.points) +
+                           " samples");
+  }
+
+  void end_piece() {
+    const std::uint64_t segments = static_cast<std::uint64_t>(count_ - piece_count_);
+    const std::uint64_t covered = segments == 0 ? 0 : (segments - 1) * hop_ + window_.points;
+    unused_ += samples_ - piece_start_ - covered;
+  }
+
+  void finish(spectrum& s) {
+    if (count_ == 0)
+      throw data_error("no piece between the gaps is as long as a segment; a shorter one is --segment N");
+    s.segments = static_cast<std::uint64_t>(count_);
+    s.samples = samples_;
+    s.unused = unused_;
+    const auto n = static_cast<double>(samples_);
+    s.mean = sum_ / n;
+    s.rms = std::sqrt(squares_ / n);
+    std::uint64_t averaged = s.segments;
+    if (s.average == averaging::exponential)  // the sum of the squared weights settles at 1 / (2 n - 1)
+      averaged = std::min<std::uint64_t>(averaged, 2 * options_.settled - 1);
+    s.degrees = degrees_of_freedom(window_.scalars(), hop_, averaged);
+    take_power(s);
   }
 
  private:
-  record window_;
-  bool two_sided_;
+  // The library's spectra are of lines under a window of the mean 1; flat tops lie around 1 with that of
+  // another mean.
+  void take_power(spectrum& s) {
+    record level;
+    require(dsps_mean(&window_, &level));
+    require(dspi_scale(&power_, level.data[0] * level.data[0]));
+    if (s.two_sided) require(dspi_swap_halves(&power_));
+    s.power = std::move(power_);
+  }
+
+  const record& window_;
+  std::size_t hop_;
+  const analysis_options& options_;
+  int flags_ = 0;
   record power_;
   record history_;
   std::int32_t count_ = 0;
-  record spectrum_;
-  record samples_;
-  std::int32_t spectra_ = 0;
+  std::int32_t piece_count_ = 0;
+  std::uint64_t samples_ = 0;
+  std::uint64_t piece_start_ = 0;
+  std::uint64_t unused_ = 0;
+  double sum_ = 0;
+  double squares_ = 0;
 };
 
-// The library's stand-in for infinity; sums of squares of what is below it stay in range.
-constexpr double largest_sample = 1e100;
-
-std::size_t read_checked(source& in, std::span<double> samples, std::size_t before) {
-  const std::size_t count = in.read(samples);
-  for (std::size_t i = 0; i < count; ++i) {
-    if (std::abs(samples[i]) <= largest_sample) continue;
-    throw data_error("sample " + std::to_string(before + i + 1) +
-                     (std::isfinite(samples[i]) ? " is beyond 1e100" : " is not a finite number"));
-  }
-  return count;
+void describe(spectrum& s, const subject& about, std::size_t channel, const analysis_options& options) {
+  s.name = about.name;
+  s.kind = about.kind;
+  s.understood = about.understood;
+  s.channel = about.channels[channel].name;
+  if (s.channel.empty()) s.channel = std::to_string(channel + 1);
+  s.unit = options.unit.value_or(about.channels[channel].unit);
+  s.full_scale = about.is_full_scale && !options.unit && options.gain == 1;
+  s.two_sided = about.is_complex;
+  s.truncated = about.truncated;
+  s.gaps = about.gaps;
+  s.time_unit = about.rate > 0 ? about.time_unit : "";
+  s.rate = about.rate > 0 ? about.rate : 1;
+  s.start = s.two_sided ? -static_cast<std::int64_t>(s.whole() / 2) : 0;
 }
 
-// What a line leaves at a distance: the power of the window alone, each point the greatest from there on.
-record leakage_of(std::size_t length, int window) {
-  record v = window_alone(length, window);
-  record power;
-  constexpr int powers = DSP_SPECTRUM_SQUARE | DSP_SPECTRUM_PAD4;
-  require(dsph_dft(&v, nullptr, &power, nullptr, nullptr, powers, 0, nullptr, 0));
-  to_amplitudes(power, v, false);
-  const auto p = power.scalars();
-  const double peak = p[0];
-  double beyond = 0;
-  for (std::size_t i = p.size(); i-- > 0;) {
-    beyond = std::max(beyond, p[i] / peak);
-    p[i] = beyond;
+// A signal, however many pieces it is cut into. A first piece that fills no segment is the whole signal,
+// unless others follow.
+class run {
+ public:
+  run(source& in, const analysis_options& options, const std::function<void()>& progress)
+      : in_(in), options_(options), progress_(progress), blocks_(in, options.segment, options.gain) {
+    count_ = blocks_.read();
+    followed_ = count_ < options.segment && !options.each && in.next_piece();
+    length_ = followed_ ? options.segment : count_;
+    if (length_ < fewest_samples)
+      throw data_error("only " + std::to_string(length_) + (length_ == 1 ? " sample" : " samples") +
+                       "; a spectrum needs " + std::to_string(fewest_samples));
+    window_ = window_points(length_, options.window);
+    const auto wanted = static_cast<std::size_t>(options.overlap * static_cast<double>(length_));
+    hop_ = length_ - std::min(wanted, length_ - 1);
+    for (std::size_t c = 0; c < in.about().channels.size(); ++c)
+      averages_.emplace_back(window_, hop_, in.about().is_complex, options);
   }
-  return power;
-}
+
+  std::vector<spectrum> spectra() {
+    read_pieces();
+    std::vector<spectrum> out(averages_.size());
+    for (std::size_t c = 0; c < out.size(); ++c) {
+      out[c].window = options_.window;
+      out[c].segment = length_;
+      out[c].overlap = length_ - hop_;
+      out[c].average = options_.average;
+      describe(out[c], in_.about(), c, options_);
+      averages_[c].finish(out[c]);
+    }
+    return out;
+  }
+
+ private:
+  void read_pieces() {
+    read_piece();
+    while (!options_.each && (followed_ || in_.next_piece())) {
+      followed_ = false;
+      count_ = blocks_.read();
+      read_piece();
+    }
+  }
+
+  void read_piece() {
+    for (auto& average : averages_) average.begin_piece();
+    while (count_ > 0) {
+      for (std::size_t c = 0; c < averages_.size(); ++c) averages_[c].add(blocks_.channel(c));
+      progress_();
+      count_ = count_ < options_.segment ? 0 : blocks_.read();
+    }
+    for (auto& average : averages_) average.end_piece();
+  }
+
+  source& in_;
+  const analysis_options& options_;
+  const std::function<void()>& progress_;
+  block_reader blocks_;
+  std::size_t count_ = 0;
+  bool followed_ = false;
+  std::size_t length_ = 0;
+  std::size_t hop_ = 0;
+  record window_;
+  std::vector<averager> averages_;
+};
 
 }  // namespace
 
-double decibels(double amplitude) { return 20 * std::log10(std::max(amplitude, 1e-154)); }
-
-spectrum analyse(source& in, const analysis_options& options, const std::function<void(double)>& progress) {
-  const std::size_t width = in.about().is_complex ? 2 : 1;
-  record segment(options.segment, in.about().is_complex);
-  const auto all = segment.scalars();
-  spectrum s;
-  s.samples = read_checked(in, all, 0) / width;
-  s.segment = s.samples;
-  if (s.segment < fewest_samples) {
-    throw data_error("only " + std::to_string(s.segment) + (s.segment == 1 ? " sample" : " samples") +
-                     "; a spectrum needs " + std::to_string(fewest_samples));
-  }
-  segment.points = static_cast<std::uint32_t>(s.segment);
-
-  averager average(s.segment, options.window, in.about().is_complex);
-  for (std::size_t count = s.segment; count > 0;) {
-    average.add(segment);
-    progress(in.progress());
-    if (s.samples < options.segment) break;
-    count = read_checked(in, all, s.samples) / width;
-    segment.points = static_cast<std::uint32_t>(count);
-    s.samples += count;
-  }
-
-  s.segments = average.count();
-  s.mean = average.mean();
-  s.two_sided = in.about().is_complex;
-  s.full_scale = in.about().is_full_scale;
-  s.has_rate = in.about().rate > 0;
-  s.rate = s.has_rate ? in.about().rate : 1;
-  s.step = s.rate / static_cast<double>(padding * s.segment);
-  s.first = s.two_sided ? -s.rate / 2 : 0;
-  s.power = average.take_power();
-  s.leakage = leakage_of(s.segment, options.window);
-  return s;
+std::vector<spectrum> analyse(source& in, const analysis_options& options,
+                              const std::function<void()>& progress) {
+  return run(in, options, progress).spectra();
 }
 
 }  // namespace tool

@@ -10,5 +10,11 @@ namespace tool {
 using work = std::function<void()>;
 
 work add_spectrum(options& o);
+work add_plot(options& o);
+work add_stats(options& o);
+work add_filter(options& o);
+work add_window(options& o);
+work add_merge(options& o);
+work add_apply(options& o);
 
 }  // namespace tool

@@ -24,6 +24,16 @@ std::string shown(double value) {
   return text;
 }
 
+template <class T> taker number_taker(T& value, double low, double high) {
+  return [&value, low, high](const std::string& word) -> std::string {
+    double x = 0;
+    if (!parse_number(word, x) || !(x >= low && x <= high))
+      return word + " is no number from " + shown(low) + " to " + shown(high);
+    value = x;
+    return {};
+  };
+}
+
 }  // namespace
 
 bool parse_number(const std::string& text, double& value) {
@@ -66,17 +76,20 @@ void options::place(const char* name, const char* help, std::string& value) {
   add_taker(app_, name, "", help, take)->required();
 }
 
-void options::files(const char* help, std::vector<std::string>& names) {
-  const auto take = [&names](const std::string& word) {
-    names.push_back(word);
-    return std::string();
-  };
-  add_taker(app_, "FILE", "", help, take)->required()->expected(1, -1);
+void options::optional_place(const char* name, const char* help, taker take) {
+  add_taker(app_, name, "", help, std::move(take));
 }
 
-void options::count(const char* names, const char* help, std::size_t& value, std::size_t low,
-                    std::size_t high) {
-  const auto take = [&value, low, high](const std::string& word) -> std::string {
+void options::words(const char* name, const char* help, std::vector<std::string>& words) {
+  const auto take = [&words](const std::string& word) {
+    words.push_back(word);
+    return std::string();
+  };
+  add_taker(app_, name, "", help, take)->expected(1, -1);
+}
+
+taker options::count_taker(std::size_t& value, std::size_t low, std::size_t high) {
+  return [&value, low, high](const std::string& word) -> std::string {
     std::size_t x = 0;
     const char* const end = word.data() + word.size();
     const auto [parsed, error] = std::from_chars(word.data(), end, x);
@@ -85,19 +98,21 @@ void options::count(const char* names, const char* help, std::size_t& value, std
     value = x;
     return {};
   };
-  add(names, "N", help, take, std::to_string(value));
+}
+
+void options::count(const char* names, const char* help, std::size_t& value, std::size_t low,
+                    std::size_t high) {
+  add(names, "N", help, count_taker(value, low, high), std::to_string(value));
 }
 
 void options::number(const char* names, const char* kind, const char* help, double& value, double low,
                      double high) {
-  const auto take = [&value, low, high](const std::string& word) -> std::string {
-    double x = 0;
-    if (!parse_number(word, x) || !(x >= low && x <= high))
-      return word + " is no number from " + shown(low) + " to " + shown(high);
-    value = x;
-    return {};
-  };
-  add(names, kind, help, take);
+  add(names, kind, help, number_taker(value, low, high));
+}
+
+void options::number(const char* names, const char* kind, const char* help, std::optional<double>& value,
+                     double low, double high) {
+  add(names, kind, help, number_taker(value, low, high));
 }
 
 void options::choice(const char* names, const char* help, std::string& value,

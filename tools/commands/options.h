@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <functional>
 #include <initializer_list>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,9 +28,14 @@ class options {
   void flag(const char* names, const char* help, bool& value);
   void text(const char* names, const char* kind, const char* help, std::string& value);
   void place(const char* name, const char* help, std::string& value);  // must be given
-  void files(const char* help, std::vector<std::string>& names);       // FILE..., one at least
+  void optional_place(const char* name, const char* help, taker take);
+  void words(const char* name, const char* help, std::vector<std::string>& words);  // any number in its place
+  void files(const char* help, std::vector<std::string>& names) { words("FILE", help, names); }
   void count(const char* names, const char* help, std::size_t& value, std::size_t low, std::size_t high);
+  static taker count_taker(std::size_t& value, std::size_t low, std::size_t high);
   void number(const char* names, const char* kind, const char* help, double& value, double low, double high);
+  void number(const char* names, const char* kind, const char* help, std::optional<double>& value, double low,
+              double high);
   void choice(const char* names, const char* help, std::string& value,
               std::initializer_list<const char*> words);
 

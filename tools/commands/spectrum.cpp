@@ -1,101 +1,71 @@
-// sigpak spectrum: the strongest lines of a signal, its picture and its plot.
+// sigpak spectrum: the lines and the noise of signals, their spectra as data and as pictures.
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 
 #include "analysis/analysis.h"
 #include "commands/commands.h"
 #include "commands/input_options.h"
-#include "input/source.h"
-#include "output/report.h"
-#include "output/writer.h"
-#include "pictures/scale.h"
-#include "pictures/svg.h"
-#include "pictures/terminal.h"
+#include "commands/results.h"
+#include "commands/spectrum_options.h"
 
 namespace tool {
 namespace {
 
-constexpr std::size_t longest_segment = std::size_t{1} << 22;
-
 struct spectrum_command {
-  std::string name;
-  std::string svg;
-  std::string window = "Hann";
-  std::size_t lines = 10;
-  std::string axis;  // linear or log; empty for what suits the signal
+  std::vector<std::string> names;
   input_options input;
   analysis_options analysis;
+  telling_options telling;
+  picture_options drawing;
+  result_options result;
 };
 
-std::string shown_name(const std::string& name) { return name == "-" ? "standard input" : name; }
-
-void write_file(const std::string& name, const std::string& text) {
-  writer out(name);
-  out.write(text);
-  out.commit();
-}
-
-spectrum analysed(const spectrum_command& command, subject& about) {
-  const auto in = open_source(command.name, command.input);
-  progress_line progress(shown_name(command.name));
-  spectrum s = analyse(*in, command.analysis, [&progress](double part) { progress.show(part); });
-  about = in->about();
-  return s;
-}
-
-void run(const spectrum_command& command) {
-  subject about;
-  const spectrum s = at_place(shown_name(command.name), [&] { return analysed(command, about); });
-  const auto lines = strongest_lines(s, command.lines);
-  print_report(stdout, about, command.window, s, lines);
-  const frequency_axis axis(s, command.axis.empty() ? s.full_scale : command.axis == "log");
-  if (is_terminal(stdout)) {
-    std::putchar('\n');
-    print_plot(stdout, s, axis);
-  }
-  if (!command.svg.empty()) {
-    std::fflush(stdout);
-    write_file(command.svg, svg_of(about, command.window, s, lines, axis));
-  }
-}
-
-// Takes any name of the catalogue and keeps the usual one.
-taker window_taker(spectrum_command& command) {
-  return [&command](const std::string& name) -> std::string {
-    if (dsp_window_from_str(name.c_str(), &command.analysis.window) != 0) return "there is no window " + name;
-    char text[64];
-    if (dsp_window_to_str(command.analysis.window, text, sizeof text) == 0) command.window = text;
-    return {};
+void analyse_file(const std::string& name, const spectrum_command& command, results& out) {
+  const auto in = open_source(name, command.input);
+  progress_line progress(command.result.quiet);
+  const auto take = [&] {
+    for (spectrum& s : analyse(*in, command.analysis, [&] { progress.show(*in); })) {
+      progress.clear();
+      const measure told = command.telling.measure_for(s);
+      out.take(std::move(s), told);
+    }
   };
+  at_place(in->about().name, [&] {
+    do take();
+    while (command.input.each && in->next_piece());
+  });
+  if (!command.result.quiet) warn(in->about().warnings);
 }
 
-constexpr const char* about_files =
-    "FILE is a sound file (WAV, FLAC, ...), a vector file of the library (the first vector of it, complex\n"
-    "ones too), or text with columns of numbers. One column holds samples; with more, the first is the time "
-    "in\n"
-    "seconds, evenly spaced, and the others are channels. Blanks, commas or semicolons part the columns; "
-    "where\n"
-    "there is a semicolon, a comma is the decimal point. Headings before the numbers, empty lines, and "
-    "whatever\n"
-    "follows # or % are passed over.\n\n"
-    "The mean is taken out. A long signal is cut into segments that overlap by half, and their powers are\n"
-    "averaged. Amplitudes are those of sines: a sine of amplitude 1 has 0 dB.\n\n"
-    "Exit status: 0, 1 when the data cannot be used, 2 for wrong usage, 3 when memory or disk is used up.";
+void run(spectrum_command& command) {
+  command.analysis.each = command.input.each;
+  results out(command.telling, command.drawing, command.result);
+  const std::size_t left_out =
+      for_each_file(inputs_of(command.names), command.result.keep_going,
+                    [&](const std::string& name) { analyse_file(name, command, out); });
+  out.finish();
+  tell_left_out(left_out);
+}
+
+constexpr const char* about =
+    "Long signals are cut into segments, their powers averaged (Welch); the mean is taken out. Lines are\n"
+    "listed that noise alone would show in fewer than 1 of 1000 spectra. docs: man sigpak.\n\n"
+    "  sigpak spectrum -w flattop --unit V --as rms scope.csv     amplitudes of lines, in V rms\n"
+    "  arecord -d 5 -f S16_LE | sigpak spectrum --as asd --csv    a noise density, as data";
 
 }  // namespace
 
 work add_spectrum(options& o) {
   const auto command = std::make_shared<spectrum_command>();
-  o.place("FILE", "The file; - is standard input", command->name);
-  o.add("-w,--window", "NAME", "Window, by any name of the catalogue", window_taker(*command),
-        command->window);
-  o.count("-n,--lines", "Print at most so many lines", command->lines, 1, 1000);
-  o.count("-s,--segment", "Samples that are transformed at a time", command->analysis.segment, 16,
-          longest_segment);
+  o.files("Signals; - is standard input", command->names);
+  add_analysis_options(o, command->analysis);
+  add_telling_options(o, command->telling);
+  add_result_options(o, command->result, {"table", "csv", "json", "vector"});
+  o.flag("--all", "In JSON the values of the spectrum too", command->result.all);
+  add_picture_options(o, command->drawing);
   add_input_options(o, command->input);
-  o.text("--svg", "FILE", "Write a picture of the spectrum", command->svg);
-  o.choice("--axis", "Frequency axis; log suits sound files", command->axis, {"linear", "log"});
-  o.footer(about_files);
+  o.footer(about);
   return [command] { run(*command); };
 }
 

@@ -1,15 +1,25 @@
-// What the program prints.
+// What is told about a spectrum: as a table for people, or as JSON for programs.
 #pragma once
 
-#include <cstdio>
+#include <string>
+#include <vector>
 
-#include "analysis/analysis.h"
-#include "input/source.h"
+#include "analysis/lines.h"
+#include "analysis/quantity.h"
 
 namespace tool {
 
-std::string summary_of(const std::string& window, const spectrum& s);
-void print_report(std::FILE* out, const subject& about, const std::string& window, const spectrum& s,
-                  const std::vector<line>& lines);
+// The spectrum, its lines, and the mean square with which its noise shows.
+struct finding {
+  const spectrum& s;
+  measure told;
+  const std::vector<line>& lines;
+  double floor;
+};
+
+std::string table_of(const finding& f);
+
+// One object and the end of its line; `all` puts the values of the spectrum in.
+std::string json_of(const finding& f, bool all);
 
 }  // namespace tool

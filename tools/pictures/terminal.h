@@ -1,31 +1,20 @@
-// What a terminal is shown beside the report: a plot, and how far the work is.
+// Spectra as a picture of characters.
 #pragma once
 
-#include <cstdio>
+#include <string>
 
-#include "analysis/analysis.h"
-#include "pictures/scale.h"
+#include "pictures/picture.h"
 
 namespace tool {
 
-bool is_terminal(std::FILE* f);
-
-// A plot as wide as the terminal allows, in braille where it shows UTF-8.
-void print_plot(std::FILE* out, const spectrum& s, const frequency_axis& axis);
-
-// A line on standard error that tells how far the reading is; nothing where that is no terminal.
-class progress_line {
- public:
-  explicit progress_line(const std::string& name);
-  ~progress_line();
-  progress_line(const progress_line&) = delete;
-  progress_line& operator=(const progress_line&) = delete;
-  void show(double fraction);
-
- private:
-  std::string name_;
-  bool wanted_;
-  int shown_ = -1;
+struct canvas {
+  int columns;
+  int rows;
+  bool utf8;
+  bool color;
 };
+
+// Curves with their axes, as wide as the canvas and as high.
+std::string plot_of(const picture& p, const canvas& on);
 
 }  // namespace tool

@@ -1,0 +1,82 @@
+// Filters with linear phase over a signal in blocks.
+#include "analysis/filter.h"
+
+#include <algorithm>
+
+#include "errors.h"
+
+namespace tool {
+namespace {
+
+double sum_of(const record& v) {
+  record sum;
+  require(dsps_sum(&v, &sum));
+  return sum.data[0];
+}
+
+// The taps of a low-pass, before its window.
+record plain_taps(const filter_design& d) {
+  record v(d.taps);
+  const bool band = d.kind == DSP_FIR_BAND_PASS || d.kind == DSP_FIR_BAND_STOP;
+  const double first = band ? (d.low + d.high) / 2 : d.low;
+  if (dspc_fir(&v, d.kind, first, band ? d.high - d.low : 0) != 0)
+    throw usage_error("there is no such filter");
+  return v;
+}
+
+void apply_window(record& v, const filter_design& d) {
+  if (d.window) {
+    require(dspi_window(&v, *d.window, DSP_WINDOW_FLAG_PEAK | DSP_WINDOW_FLAG_NO_ROTATE));
+  } else {
+    require(dspi_window_fir(&v, d.attenuation, 0));
+  }
+}
+
+}  // namespace
+
+record taps_of(const filter_design& d) {
+  record v = plain_taps(d);
+  apply_window(v, d);
+  if (d.kind == DSP_FIR_LOW_PASS) require(dspi_scale(&v, 1 / sum_of(v)));
+  return v;
+}
+
+record decimation_taps(std::size_t factor) {
+  constexpr double passband = 0.9;
+  constexpr double attenuation = 100;
+  record v;
+  require(dspc_rsmp(&v, 1, static_cast<std::int32_t>(factor), passband, attenuation));
+  return v;
+}
+
+filter::filter(record taps, std::size_t factor, double delta)
+    : taps_(std::move(taps)), factor_(factor), delta_(delta), late_((taps_.points - 1) / 2) {}
+
+// A lower rate computes only what is kept; with the rate as it is the library may go through the transform.
+void filter::process(const record& block, const std::function<void(const record&)>& take) {
+  if (factor_ > 1) {
+    require(dspd_rsmp(&block, &out_, &taps_, 1, static_cast<std::int32_t>(factor_), &state_));
+  } else {
+    require(dspd_fir(&block, &out_, &taps_, &state_));
+    const auto dropped = std::min(late_, std::size_t{out_.points});
+    late_ -= dropped;
+    require(dspi_shift(&out_, static_cast<std::uint32_t>(dropped)));
+  }
+  out_.delta = delta_ * static_cast<double>(factor_);
+  if (out_.points > 0) take(out_);
+}
+
+void filter::finish(const std::function<void(const record&)>& take) {
+  if (factor_ > 1) {
+    if (state_.points == 0) return;
+    require(dspd_rsmp(nullptr, &out_, &taps_, 1, static_cast<std::int32_t>(factor_), &state_));
+    out_.delta = delta_ * static_cast<double>(factor_);
+    if (out_.points > 0) take(out_);
+  } else {
+    record zeros((taps_.points - 1) / 2, state_.is_complex());
+    require(dspi_zero(&zeros));
+    process(zeros, take);
+  }
+}
+
+}  // namespace tool
