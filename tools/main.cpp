@@ -26,7 +26,9 @@ struct command {
 constexpr command commands[] = {
     {"spectrum", "Lines and noise of signals; their spectra as data and pictures", add_spectrum},
     {"plot", "Spectra in one picture", add_plot},
-    {"stats", "Mean, spread, extremes, median and histogram of signals", add_stats},
+    {"stats", "Mean, spread, extremes, median and histogram of signals", add_stats},    {"info", "What was understood of a file: channels, units, rate, gaps", add_info},
+    {"convert", "Any input as a vector, NumPy array, sound or CSV, at any rate", add_convert},
+    {"gen", "Cosines, lines, noise, and the taps of filters", add_gen},
     {"filter", "Low-pass, high-pass, band-pass, band-stop, and a lower rate", add_filter},
     {"window", "The points of a window, and what it does to lines and noise", add_window},
     {"merge", "The spectrum of many files from the spectra of each", add_merge},

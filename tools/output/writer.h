@@ -24,8 +24,10 @@ class writer {
   // For what writes by descriptor and goes back in the file: standard output and pipes get it all in
   // commit().
   int seekable_descriptor();
-
   bool is_terminal() const;
+
+  // What writing by that descriptor runs into.
+  [[noreturn]] void fail(int error) const;
   const std::string& name() const { return shown_; }
 
  private:
@@ -35,8 +37,6 @@ class writer {
   void put(const char* bytes, std::size_t count) const;
   void copy_to_target();
   void link_under_name();
-  [[noreturn]] void fail(int error) const;
-
   std::string target_;     // empty for standard output
   std::string shown_;      // for people
   std::string temporary_;  // its name until commit(), where it needs one
