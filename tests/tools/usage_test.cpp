@@ -24,7 +24,7 @@ TEST(Usage, WrongUsageIsStatus2AndTellsWhatIsRight) {
     const char* arguments;
     const char* reason;
   } const cases[] = {{"", "subcommand"},
-                     {"spectre x", "spectre"},
+                     {"spectre x", "there is no command spectre; there are spectrum, plot"},
                      {"spectrum --nothing x", "--nothing"},
                      {"spectrum -w Hanningg x", "there are Uniform, Bartlett, Hann"},
                      {"spectrum -l x y", "whole number"},
@@ -60,7 +60,7 @@ TEST(Usage, WrongUsageIsStatus2AndTellsWhatIsRight) {
 }
 
 TEST(Usage, HelpIsAScreenWithTwoExamples) {
-  for (const std::string command : {"spectrum", "plot", "stats", "filter", "window", "merge", "apply"}) {
+  for (const std::string command : {"spectrum", "plot", "stats", "info", "convert", "gen", "filter", "window", "merge", "apply"}) {
     const auto r = run(command + " --help");
     EXPECT_EQ(r.status, 0) << command;
     EXPECT_EQ(r.err, "") << command;
