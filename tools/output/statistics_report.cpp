@@ -37,7 +37,7 @@ std::string table_of(const figures& f) {
   out += figure("mean", f.sums.mean) + figure("rms", f.sums.rms());
   out += row("variance", number_text(f.sums.variance(), digits), f.unit.empty() ? "" : f.unit + "^2");
   out += figure("min", f.sums.least) + figure("max", f.sums.greatest);
-  out += f.median ? figure("median", *f.median) : row("median", "too many samples", "");
+  out += f.median ? figure("median", *f.median) : row("median", "needs --all", "");
   return f.bins.counts.points > 0 ? out + '\n' + bin_lines(f.bins, "  ") : out;
 }
 
