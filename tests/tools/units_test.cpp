@@ -6,6 +6,7 @@
 #include <cmath>
 #include <numbers>
 #include <random>
+#include <regex>
 #include <sstream>
 
 #include "tools/program.h"
@@ -193,6 +194,11 @@ TEST(Data, ASpectrumComesBackFromItsText) {
   EXPECT_NEAR(number_after(shell("sigpak spectrum --json --all -s 1024 --from 100 --to 150 " + file).out,
                            "\"first\":"),
               band.frequencies.front(), 1e-12);
+  const auto object = shell("sigpak spectrum --json --all -s 64 " + file).out;
+  const std::string schema = read_file(SIGPAK_SCHEMA);
+  const std::regex key("\"([a-z_]+)\":");
+  for (std::sregex_iterator at(object.begin(), object.end(), key), end; at != end; ++at)
+    EXPECT_NE(schema.find("\"" + std::string((*at)[1]) + "\": {"), std::string::npos) << (*at)[1];
   const auto vector =
       shell("sigpak spectrum --format vector -s 1024 --as power " + file + " | sigpak stats --json");
   EXPECT_EQ(number_after(vector.out, "\"count\":"), 2049);
