@@ -67,6 +67,11 @@ std::string quoted(const std::string& word) {
 
 result run(const std::string& arguments) { return execute(quoted(SIGPAK_PROGRAM) + " " + arguments); }
 
+result run_shell(const std::string& text) {
+  setenv("SIGPAK", SIGPAK_PROGRAM, 1);
+  return execute("bash -c " + quoted(text));
+}
+
 result run_in_terminal(const std::string& arguments) {
   if (!has_terminals()) return {127, "", ""};
   const std::string command = "stty cols 80; LC_ALL=C " + quoted(SIGPAK_PROGRAM) + " " + arguments;

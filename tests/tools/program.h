@@ -22,6 +22,9 @@ struct line {
 // Runs the program with a shell's words as arguments.
 result run(const std::string& arguments);
 
+// Runs a shell's text, in which $SIGPAK is the program: for pipes, and for what stands before it.
+result run_shell(const std::string& text);
+
 // The same in a terminal of 80 columns, what it shows as output; status 127 where there is none to be had.
 result run_in_terminal(const std::string& arguments);
 
