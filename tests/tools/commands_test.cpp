@@ -57,7 +57,7 @@ TEST(Stats, FiguresAndHistogramsAreThoseOfTheSamples) {
   for (const double value : x) sum += value, squares += static_cast<long double>(value) * value;
   const auto mean = sum / static_cast<long double>(x.size());
   for (const double value : x) deviations += (value - mean) * (value - mean);
-  const auto r = shell("sigpak stats --json --unit V --gain 2 --low -10 --high 20 --bins 6 x").out;
+  const auto r = run_shell("sigpak stats --json --unit V --gain 2 --low -10 --high 20 --bins 6 x").out;
   EXPECT_NEAR(number_after(r, "\"mean\":"), static_cast<double>(2 * mean), 1e-13);
   EXPECT_NEAR(number_after(r, "\"rms\":"), 2 * std::sqrt(static_cast<double>(squares) / 100'001), 1e-12);
   EXPECT_NEAR(number_after(r, "\"variance\":"), static_cast<double>(4 * deviations / 100'000), 1e-11);
@@ -74,8 +74,8 @@ TEST(Stats, FiguresAndHistogramsAreThoseOfTheSamples) {
   EXPECT_EQ(number_after(r, "\"median\":"), 2 * x[50'000]);
   EXPECT_EQ(number_after(r, "\"min\":"), 2 * x.front());
   EXPECT_EQ(number_after(r, "\"max\":"), 2 * x.back());
-  EXPECT_NE(shell("sigpak stats x").out.find("\nmean      "), std::string::npos);
-  const auto csv = shell("sigpak stats --csv x").out;
+  EXPECT_NE(run_shell("sigpak stats x").out.find("\nmean      "), std::string::npos);
+  const auto csv = run_shell("sigpak stats --csv x").out;
   EXPECT_EQ(std::ranges::count(csv, '\n'), 15) << "ten bins, a heading, and what they are of";
 }
 
@@ -92,10 +92,10 @@ TEST(Filter, IsTheConvolutionWithTheSignalInItsPlace) {
   for (const double tap : taps) gain += tap;
   for (const int factor : {1, 3}) {
     double delta = 0;
-    const auto y = samples_of(
-        shell("sigpak filter --low-pass 100 --taps 65 -w hann --decimate " + std::to_string(factor) + " x")
-            .out,
-        &delta);
+    const auto y = samples_of(run_shell("sigpak filter --low-pass 100 --taps 65 -w hann --decimate " +
+                                        std::to_string(factor) + " x")
+                                  .out,
+                              &delta);
     ASSERT_EQ(y.size(), (x.size() + static_cast<std::size_t>(factor) - 1) / static_cast<std::size_t>(factor));
     EXPECT_NEAR(delta, factor * 1e-3, 1e-15);
     for (std::size_t k = 0; k < y.size(); k += k < 100 || k + 100 > y.size() ? 1 : 997) {
@@ -130,23 +130,23 @@ TEST(Filter, PassesItsBandAndStopsTheRest) {
                      {"--band-stop 0.12k,0.28k --attenuation 60", {1, 0, 1}},
                      {"--low-pass 250 -w flattop --taps 301", {1, 1, 0}}};
   for (const auto& c : cases) {
-    auto y = samples_of(shell(std::string("sigpak filter ") + c.options + " x").out);
+    auto y = samples_of(run_shell(std::string("sigpak filter ") + c.options + " x").out);
     ASSERT_EQ(y.size(), 20000U) << c.options;
     y = {y.begin() + 400, y.end() - 400};
     EXPECT_NEAR(amplitude_at(y, 0.05), c.passed[0], 2e-3) << c.options;
     EXPECT_NEAR(amplitude_at(y, 0.2), c.passed[1], 2e-3) << c.options;
     EXPECT_NEAR(amplitude_at(y, 0.4), c.passed[2], 2e-3) << c.options;
   }
-  auto lower = samples_of(shell("sigpak filter --decimate 4 x").out);
+  auto lower = samples_of(run_shell("sigpak filter --decimate 4 x").out);
   ASSERT_EQ(lower.size(), 5000U);
   lower = {lower.begin() + 200, lower.end() - 200};
   EXPECT_NEAR(amplitude_at(lower, 0.2), 1, 1e-4) << "0.05 of four times the rate";
-  EXPECT_EQ(shell("sigpak filter --low-pass 200 --decimate 3 x").status, 1) << "aliases";
-  EXPECT_EQ(shell("sigpak filter --low-pass 500 x").status, 1) << "half the rate";
+  EXPECT_EQ(run_shell("sigpak filter --low-pass 200 --decimate 3 x").status, 1) << "aliases";
+  EXPECT_EQ(run_shell("sigpak filter --low-pass 500 x").status, 1) << "half the rate";
 }
 
 TEST(Window, PointsAndFiguresAreThoseOfTheLibrary) {
-  const auto csv = shell("sigpak window blackmanharris 64").out;
+  const auto csv = run_shell("sigpak window blackmanharris 64").out;
   std::istringstream in(csv.substr(csv.find("\n0,") + 1));
   dsp_vec v;
   dsp_init(&v);
@@ -169,13 +169,13 @@ TEST(Window, PointsAndFiguresAreThoseOfTheLibrary) {
                      {"Hamming", 0.54, 1.36, 1.75, -42.7},
                      {"boxcar", 1, 1, 3.92, -13.3}};
   for (const auto& c : cases) {
-    const auto r = shell(std::string("sigpak window --format json ") + c.name).out;
+    const auto r = run_shell(std::string("sigpak window --format json ") + c.name).out;
     EXPECT_NEAR(number_after(r, "\"coherent_gain\":"), c.gain, 1e-12) << r.substr(0, 200);
     EXPECT_NEAR(number_after(r, "\"enbw_bins\":"), c.enbw, 0.005);
     EXPECT_NEAR(number_after(r, "\"scallop_db\":"), c.scallop, 0.006);
     EXPECT_NEAR(number_after(r, "\"side_lobe_db\":"), c.side_lobe, 0.1);
   }
-  EXPECT_EQ(std::ranges::count(shell("sigpak window").out, '\n'), 25);
+  EXPECT_EQ(std::ranges::count(run_shell("sigpak window").out, '\n'), 25);
 }
 
 TEST(Apply, OffersWhatTheHeaderDeclares) {
@@ -187,7 +187,7 @@ TEST(Apply, OffersWhatTheHeaderDeclares) {
       declared.push_back(row.substr(start.size(), row.find_first_of(" (", start.size()) - start.size()));
   }
   std::vector<std::string> offered;
-  std::istringstream list(shell("sigpak apply --list").out);
+  std::istringstream list(run_shell("sigpak apply --list").out);
   for (std::string row; std::getline(list, row);) offered.push_back(row.substr(0, row.find(' ')));
   EXPECT_EQ(offered, declared);
   EXPECT_GT(declared.size(), 60U);
@@ -199,18 +199,19 @@ TEST(Apply, OffersWhatTheHeaderDeclares) {
     std::ranges::transform(y, y.begin(), f);
     return y;
   };
-  EXPECT_EQ(samples_of(shell("sigpak apply scale -2 x").out), whole([](double a) { return -2 * a; }));
-  EXPECT_EQ(samples_of(shell("sigpak apply limit 0 -1 2.5 x").out),
+  EXPECT_EQ(samples_of(run_shell("sigpak apply scale -2 x").out), whole([](double a) { return -2 * a; }));
+  EXPECT_EQ(samples_of(run_shell("sigpak apply limit 0 -1 2.5 x").out),
             whole([](double a) { return std::clamp(a, -1.0, 2.5); }));
-  EXPECT_EQ(samples_of(shell("sigpak apply addcos 0 0 1 0 x").out), whole([](double a) { return a + 1; }));
-  EXPECT_EQ(samples_of(shell("sigpak apply window uniform 32 x | sigpak apply neg").out),
+  EXPECT_EQ(samples_of(run_shell("sigpak apply addcos 0 0 1 0 x").out),
+            whole([](double a) { return a + 1; }));
+  EXPECT_EQ(samples_of(run_shell("sigpak apply window uniform 32 x | sigpak apply neg").out),
             whole([](double a) { return -a; }));
-  const auto cosine = samples_of(shell("sigpak apply window_cos 1,0.5 34 x").out);
+  const auto cosine = samples_of(run_shell("sigpak apply window_cos 1,0.5 34 x").out);
   EXPECT_NEAR(cosine[40], x[40] * (1 + 0.5 * std::cos(2 * pi * 8 / 64)), 1e-12);
   double delta = 0;
-  EXPECT_EQ(samples_of(shell("sigpak apply rfft x").out, &delta).size(), 66U);
+  EXPECT_EQ(samples_of(run_shell("sigpak apply rfft x").out, &delta).size(), 66U);
   EXPECT_EQ(delta, 1 / 32.0);
-  const auto refused = shell("sigpak apply zpad 65 x | sigpak apply rfft");
+  const auto refused = run_shell("sigpak apply zpad 65 x | sigpak apply rfft");
   EXPECT_EQ(refused.status, 1);
   EXPECT_NE(refused.err.find("rfft refuses 65 real points"), std::string::npos) << refused.err;
 }
@@ -220,17 +221,17 @@ TEST(Pipelines, RunAsTheManualHasThem) {
   write_sound("in.flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_16, 48000, 100'000, {tone});
   write_sound("a.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 48000, 30'000, {tone});
   write_sound("b.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 48000, 50'000, {tone, tone});
-  const auto pressure = shell("cat a.wav | sigpak spectrum --unit Pa --gain 20 --as rms --db");
+  const auto pressure = run_shell("cat a.wav | sigpak spectrum --unit Pa --gain 20 --as rms --db");
   EXPECT_NE(pressure.out.find("dB re 1 Pa rms"), std::string::npos) << pressure.err;
   EXPECT_NE(pressure.out.find("  16.99"), std::string::npos) << pressure.out;
-  const auto objects = shell("sigpak spectrum --json -c all a.wav b.wav").out;
+  const auto objects = run_shell("sigpak spectrum --json -c all a.wav b.wav").out;
   EXPECT_EQ(std::ranges::count(objects, '\n'), 3);
-  const auto filtered = shell(
+  const auto filtered = run_shell(
       "sigpak filter --low-pass 7k --taps 129 --decimate 3 in.flac | sigpak spectrum --csv | sigpak plot "
       "--svg -");
   EXPECT_NE(filtered.out.find("</svg>"), std::string::npos) << filtered.err;
   EXPECT_NE(filtered.out.find(">6.0000"), std::string::npos);
-  const auto merged = shell(
+  const auto merged = run_shell(
       "for f in a b; do sigpak spectrum --csv $f.wav; done | sigpak merge - | sigpak plot --axis log -");
   EXPECT_EQ(merged.status, 0) << merged.err;
   EXPECT_NE(merged.out.find("dBFS over Hz"), std::string::npos) << merged.out;
@@ -238,15 +239,15 @@ TEST(Pipelines, RunAsTheManualHasThem) {
 
 TEST(Manners, FilesAppearWholeAndPipesCloseQuietly) {
   write_file("x", column(noise(5000)));
-  EXPECT_EQ(shell("sigpak spectrum --csv x -o y.csv; sigpak spectrum --csv missing -o y.csv").status, 1);
-  EXPECT_EQ(read_file(path("y.csv")), shell("sigpak spectrum --csv x").out) << "the old one stays";
-  const auto closed = shell("sigpak spectrum --csv x | head -1");
+  EXPECT_EQ(run_shell("sigpak spectrum --csv x -o y.csv; sigpak spectrum --csv missing -o y.csv").status, 1);
+  EXPECT_EQ(read_file(path("y.csv")), run_shell("sigpak spectrum --csv x").out) << "the old one stays";
+  const auto closed = run_shell("sigpak spectrum --csv x | head -1");
   EXPECT_EQ(closed.err, "");
-  const auto full = shell("sigpak spectrum --csv x >/dev/full");
+  const auto full = run_shell("sigpak spectrum --csv x >/dev/full");
   EXPECT_EQ(full.status, 3) << full.err;
-  const auto kept = shell("sigpak spectrum --json --keep-going missing x /dev/null");
+  const auto kept = run_shell("sigpak spectrum --json --keep-going missing x /dev/null");
   EXPECT_EQ(kept.status, 1);
   EXPECT_EQ(std::ranges::count(kept.out, '\n'), 1);
   EXPECT_NE(kept.err.find("2 files were left out"), std::string::npos) << kept.err;
-  EXPECT_EQ(shell("sigpak spectrum --json missing x").out, "") << "nothing half-told";
+  EXPECT_EQ(run_shell("sigpak spectrum --json missing x").out, "") << "nothing half-told";
 }

@@ -201,14 +201,14 @@ TEST(Picture, APeakStandsWhereTheAxesSay) {
 }
 
 TEST(Picture, OverlaidSpectraShareTheirAxes) {
-  EXPECT_EQ(shell("sigpak spectrum --csv -o a.csv " + eighth() +
-                  "; sigpak spectrum --csv --gain 0.1 -o b.csv eighth")
+  EXPECT_EQ(run_shell("sigpak spectrum --csv -o a.csv " + eighth() +
+                      "; sigpak spectrum --csv --gain 0.1 -o b.csv eighth")
                 .status,
             0);
-  const auto r = shell("sigpak plot a.csv b.csv --svg -");
+  const auto r = run_shell("sigpak plot a.csv b.csv --svg -");
   expect_tidy(r.out);
   EXPECT_EQ(points_of(r.out, "class=\"curve c[01]\" d=\"M([0-9.]+) ([0-9.]+)").size(), 2U);
-  EXPECT_NE(shell("sigpak spectrum --csv --unit V -o c.csv eighth; sigpak plot a.csv c.csv --svg -")
+  EXPECT_NE(run_shell("sigpak spectrum --csv --unit V -o c.csv eighth; sigpak plot a.csv c.csv --svg -")
                 .err.find("one picture cannot show both"),
             std::string::npos);
 }
@@ -245,5 +245,5 @@ TEST(Terminal, ThePlotFillsTheWindowAndStandsOnItsAxis) {
   }
   const auto colored = run_in_terminal("spectrum " + eighth());
   EXPECT_NE(colored.out.find("\033[1;31m"), std::string::npos) << "the peak";
-  EXPECT_EQ(shell("NO_COLOR=1 sigpak spectrum eighth").out.find('\033'), std::string::npos);
+  EXPECT_EQ(run_shell("NO_COLOR=1 sigpak spectrum eighth").out.find('\033'), std::string::npos);
 }

@@ -60,19 +60,17 @@ std::string quoted(const std::string& word) {
 
 result run(const std::string& arguments) { return execute(quoted(SIGPAK_PROGRAM) + " " + arguments); }
 
+result run_shell(const std::string& text) {
+  setenv("SIGPAK", SIGPAK_PROGRAM, 1);
+  return execute("bash -c " +
+                 quoted("sigpak() { \"$SIGPAK\" \"$@\"; }; cd " + quoted(path("")) + "; " + text));
+}
+
 result run_in_terminal(const std::string& arguments, int columns, int rows) {
   if (!has_terminals()) return {127, "", ""};
   const std::string size = "stty cols " + std::to_string(columns) + " rows " + std::to_string(rows) + "; ";
   const std::string command = size + "LC_ALL=C " + quoted(SIGPAK_PROGRAM) + " " + arguments;
   return execute("script -qec " + quoted(command) + " /dev/null </dev/null");
-}
-
-result shell(std::string commands) {
-  const std::string word = "sigpak ";
-  const std::string program = quoted(SIGPAK_PROGRAM) + " ";
-  for (std::size_t at = 0; (at = commands.find(word, at)) != std::string::npos; at += program.size())
-    commands.replace(at, word.size(), program);
-  return execute("cd " + quoted(path("")) + " && { " + commands + "; }");
 }
 
 std::vector<line> lines_of(const std::string& report) {

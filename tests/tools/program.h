@@ -26,8 +26,8 @@ result run(const std::string& arguments);
 // The same in a terminal of this size, what it shows as output; status 127 where there is none to be had.
 result run_in_terminal(const std::string& arguments, int columns = 80, int rows = 24);
 
-// Several of them in a pipeline, or whatever else a shell does: "sigpak" stands for the program.
-result shell(std::string commands);
+// Runs a shell's text in the directory of this test, in which sigpak, and $SIGPAK, is the program.
+result run_shell(const std::string& text);
 
 // The lines of a report in JSON, and the number behind a word of any.
 std::vector<line> lines_of(const std::string& report);

@@ -191,16 +191,16 @@ TEST(Data, ASpectrumComesBackFromItsText) {
   const auto band = data_of(run("spectrum --csv -s 1024 --from 100 --to 150 " + file).out);
   EXPECT_GE(band.frequencies.front(), 100);
   EXPECT_LE(band.frequencies.back(), 150);
-  EXPECT_NEAR(number_after(shell("sigpak spectrum --json --all -s 1024 --from 100 --to 150 " + file).out,
+  EXPECT_NEAR(number_after(run_shell("sigpak spectrum --json --all -s 1024 --from 100 --to 150 " + file).out,
                            "\"first\":"),
               band.frequencies.front(), 1e-12);
-  const auto object = shell("sigpak spectrum --json --all -s 64 " + file).out;
+  const auto object = run_shell("sigpak spectrum --json --all -s 64 " + file).out;
   const std::string schema = read_file(SIGPAK_SCHEMA);
   const std::regex key("\"([a-z_]+)\":");
   for (std::sregex_iterator at(object.begin(), object.end(), key), end; at != end; ++at)
     EXPECT_NE(schema.find("\"" + std::string((*at)[1]) + "\": {"), std::string::npos) << (*at)[1];
   const auto vector =
-      shell("sigpak spectrum --format vector -s 1024 --as power " + file + " | sigpak stats --json");
+      run_shell("sigpak spectrum --format vector -s 1024 --as power " + file + " | sigpak stats --json");
   EXPECT_EQ(number_after(vector.out, "\"count\":"), 2049);
 }
 
@@ -220,20 +220,20 @@ TEST(Data, SpectraMergeByTheirSegmentsInTheirOrder) {
     segments += own;
     all += csv;
   }
-  const auto merged = shell("sigpak merge a.csv b.csv c.csv");
+  const auto merged = run_shell("sigpak merge a.csv b.csv c.csv");
   const auto data = data_of(merged.out);
   EXPECT_EQ(number_after(merged.out, "# segments: "), segments);
   EXPECT_EQ(number_after(merged.out, "# samples: "), 24024);
   ASSERT_EQ(data.values.size(), sum.size());
   for (std::size_t k = 0; k < sum.size(); ++k)
     ASSERT_NEAR(data.values[k], static_cast<double>(sum[k] / segments), 1e-14 * data.values[k] + 1e-300) << k;
-  EXPECT_EQ(shell("cat a.csv b.csv c.csv | sigpak merge").out, merged.out);
-  EXPECT_EQ(shell("cat b.csv c.csv >bc.csv; sigpak merge a.csv bc.csv").out, merged.out);
+  EXPECT_EQ(run_shell("cat a.csv b.csv c.csv | sigpak merge").out, merged.out);
+  EXPECT_EQ(run_shell("cat b.csv c.csv >bc.csv; sigpak merge a.csv bc.csv").out, merged.out);
 
   std::string many;
   for (int i = 0; i < 300; ++i) many += all;  // beyond the leaves of the tree of additions
   write_file("many.csv", many);
-  const auto averaged = data_of(shell("sigpak merge many.csv").out);
+  const auto averaged = data_of(run_shell("sigpak merge many.csv").out);
   for (std::size_t k = 0; k < sum.size(); ++k)
     ASSERT_NEAR(averaged.values[k], data.values[k], 1e-13 * data.values[k]) << k;
 }
@@ -241,7 +241,7 @@ TEST(Data, SpectraMergeByTheirSegmentsInTheirOrder) {
 TEST(Data, ExtremesMergeAndUnlikeSpectraAreRefusedByName) {
   noisy_sine(1, 0.1, 9000, 1, "a"), noisy_sine(1, 0.1, 9000, 2, "b");
   const auto write = [](const char* name, const std::string& options) {
-    EXPECT_EQ(shell("sigpak spectrum --csv --as power -s 512 " + options + " -o " + name).status, 0)
+    EXPECT_EQ(run_shell("sigpak spectrum --csv --as power -s 512 " + options + " -o " + name).status, 0)
         << options;
   };
   for (const char* kind : {"mean", "maximum", "minimum"}) {
@@ -249,7 +249,7 @@ TEST(Data, ExtremesMergeAndUnlikeSpectraAreRefusedByName) {
     write((std::string("b.") + kind).c_str(), std::string("b --average ") + kind);
   }
   const auto value = [](const std::string& kind) {
-    return data_of(shell("sigpak merge a." + kind + " b." + kind).out).values;
+    return data_of(run_shell("sigpak merge a." + kind + " b." + kind).out).values;
   };
   const auto mean = value("mean"), greatest = value("maximum"), least = value("minimum");
   const auto a = data_of(read_file(path("a.maximum"))).values,
@@ -270,13 +270,13 @@ TEST(Data, ExtremesMergeAndUnlikeSpectraAreRefusedByName) {
                       {"b --to 100", "its number of points is"}};
   for (const auto& u : unlike) {
     write("other", u.options);
-    const auto r = shell("sigpak merge a.mean other");
+    const auto r = run_shell("sigpak merge a.mean other");
     EXPECT_EQ(r.status, 1);
     EXPECT_EQ(r.out, "");
     EXPECT_NE(r.err.find(u.reason), std::string::npos) << r.err;
     EXPECT_NE(r.err.find("other"), std::string::npos) << r.err;
   }
-  const auto kept = shell("sigpak merge --keep-going a.mean other missing b.mean");
+  const auto kept = run_shell("sigpak merge --keep-going a.mean other missing b.mean");
   EXPECT_EQ(kept.status, 1);
   EXPECT_EQ(data_of(kept.out).values, mean);
   EXPECT_NE(kept.err.find("missing: No such file"), std::string::npos) << kept.err;
@@ -285,7 +285,7 @@ TEST(Data, ExtremesMergeAndUnlikeSpectraAreRefusedByName) {
 
 TEST(Data, BrokenSpectraAreRefusedWithTheirLine) {
   noisy_sine(1, 0.1, 600, 1, "short");
-  const std::string good = shell("sigpak spectrum --csv -s 64 short").out;
+  const std::string good = run_shell("sigpak spectrum --csv -s 64 short").out;
   const auto with = [&good](const std::string& from, const std::string& to) {
     std::string text = good;
     const auto at = text.find(from);

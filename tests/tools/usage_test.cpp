@@ -51,7 +51,7 @@ TEST(Usage, WrongUsageIsStatus2AndTellsWhatIsRight) {
                      {"apply scale", "scale NUMBER [FILE] is what it takes"},
                      {"apply scale two x", "two is no number"}};
   for (const auto& c : cases) {
-    const auto r = shell(std::string("sigpak ") + c.arguments);
+    const auto r = run_shell(std::string("sigpak ") + c.arguments);
     EXPECT_EQ(r.status, 2) << c.arguments << ": " << r.err;
     EXPECT_EQ(r.out, "") << c.arguments;
     EXPECT_TRUE(r.err.starts_with("sigpak: ")) << c.arguments << ": " << r.err;
@@ -60,7 +60,8 @@ TEST(Usage, WrongUsageIsStatus2AndTellsWhatIsRight) {
 }
 
 TEST(Usage, HelpIsAScreenWithTwoExamples) {
-  for (const std::string command : {"spectrum", "plot", "stats", "info", "convert", "gen", "filter", "window", "merge", "apply"}) {
+  for (const std::string command :
+       {"spectrum", "plot", "stats", "info", "convert", "gen", "filter", "window", "merge", "apply"}) {
     const auto r = run(command + " --help");
     EXPECT_EQ(r.status, 0) << command;
     EXPECT_EQ(r.err, "") << command;

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <charconv>
 
+#include "input/headings.h"
+
 namespace tool {
 namespace {
 
@@ -16,6 +18,8 @@ std::string names_of(const std::vector<channel>& all) {
 std::size_t place_of(const std::string& word, const std::vector<channel>& all) {
   const auto named = std::ranges::find(all, word, &channel::name);
   if (named != all.end()) return static_cast<std::size_t>(named - all.begin());
+  const auto bare = std::ranges::find(all, word, bare_name);
+  if (bare != all.end()) return static_cast<std::size_t>(bare - all.begin());
   const std::ptrdiff_t place = place_of_number(word);
   if (place >= 0 && place < std::ssize(all)) return static_cast<std::size_t>(place);
   if (place < 0) throw data_error("there is no channel '" + word + "' among " + names_of(all));

@@ -1,35 +1,22 @@
-// How a table is laid out: where its numbers begin, the names of its columns, which of them is the time.
+// How a table is laid out: where its numbers begin, what its columns hold, their names.
 #include "input/layout.h"
 
 #include <algorithm>
-#include <cmath>
 #include <map>
 
 #include "input/channels.h"
 #include "input/headings.h"
-#include "input/times.h"
 
 namespace tool {
 namespace {
 
-constexpr std::size_t most_rows = 1000;  // that are looked at for the time
-constexpr double unevenness = 0.25;
-constexpr double shortest_month = 28 * seconds_per_day;
-
-using cell_list = std::vector<std::string_view>;
-
-bool cells_of(std::string_view line, char delimiter, cell_list& cells) {
-  return split(without_comment(line), delimiter, cells) && !cells.empty() &&
-         !(cells.size() == 1 && cells[0].empty());
-}
-
-// The lines of the second half with the usual number of cells.
+// The lines at the end of the head with the usual number of cells.
 std::vector<cell_list> usual_rows(const std::vector<table_line>& lines, char delimiter,
                                   std::string_view decimals) {
   std::vector<cell_list> rows;
   std::map<std::size_t, std::size_t> counts;
   cell_list cells;
-  for (std::size_t i = lines.size() / 2; i < lines.size(); ++i) {
+  for (std::size_t i = usual_from(lines.size()); i < lines.size(); ++i) {
     if (!cells_of(lines[i].text, delimiter, cells)) continue;
     const bool any =
         std::ranges::any_of(cells, [&](auto cell) { return kind_of(cell, decimals) == cell_kind::number; });
@@ -42,10 +29,13 @@ std::vector<cell_list> usual_rows(const std::vector<table_line>& lines, char del
   return rows;
 }
 
-// What a column mostly holds, and which decimal sign gives it more numbers.
+// What a column mostly holds, and which decimal sign gives it more numbers. What ends before the others, as
+// settings of an instrument beside its samples do, is no column.
 void find_kind(const std::vector<cell_list>& rows, std::size_t c, std::string_view decimals,
                table_layout& t) {
   t.columns[c] = cell_kind::missing;
+  const std::span behind = std::span(rows).subspan(rows.size() / 2);
+  if (std::ranges::all_of(behind, [c](const cell_list& r) { return is_missing(r[c]); })) return;
   std::ptrdiff_t most = 0;
   for (const char decimal : decimals) {
     const std::string_view sign = decimal == '.' ? "." : ",";
@@ -97,6 +87,8 @@ std::size_t find_first_row(const std::vector<table_line>& lines, const table_lay
 // The cells of a heading, which may be a comment, and may part its names in a way of its own.
 cell_list heading_cells(std::string_view line, const table_layout& t) {
   std::string_view text = trimmed(line);
+  // Above a single column any sentence has as many words as there are columns.
+  if (t.columns.size() == 1 && text.find_first_of("#%/:=") != std::string_view::npos) return {};
   while (!text.empty() && std::string_view("#%/*").find(text.front()) != std::string_view::npos)
     text.remove_prefix(1);
   cell_list cells;
@@ -141,169 +133,13 @@ void find_headings(const std::vector<table_line>& lines, std::size_t first_row, 
   }
 }
 
-bool holds_numbers(const table_layout& t, std::size_t c) { return t.columns[c] == cell_kind::number; }
-
-// The columns that only hold words, or nothing, count for nothing.
-std::vector<std::size_t> number_columns(const table_layout& t) {
-  std::vector<std::size_t> found;
-  for (std::size_t c = 0; c < t.columns.size(); ++c) {
-    if (holds_numbers(t, c)) found.push_back(c);
-  }
-  return found;
+// A column that only counts is no time where the lines above the numbers tell the rate.
+void use_told_rate(double rate, table_layout& t) {
+  if (t.time && !t.only_counts) return;
+  if (t.time) t.index = t.time;
+  t.time = std::nullopt;
+  t.told_rate = rate;
 }
-
-// The numbers of a column at the head; dates in seconds.
-std::vector<double> head_of_column(const std::vector<table_line>& lines, std::size_t first_row,
-                                   const table_layout& t, std::size_t c) {
-  std::vector<double> values;
-  cell_list cells;
-  for (std::size_t i = first_row; i < lines.size() && values.size() < most_rows; ++i) {
-    if (!cells_of(lines[i].text, t.delimiter, cells) || cells.size() < t.columns.size()) continue;
-    if (t.columns[c] == cell_kind::moment) {
-      const auto date = parse_moment(cells[c]);
-      const auto clock = t.clock_beside ? parse_moment(cells[c + 1]) : std::nullopt;
-      if (!date) continue;
-      values.push_back(static_cast<double>(date->days.value_or(0)) * seconds_per_day + date->seconds +
-                       (clock ? clock->seconds : 0));
-    } else if (const auto x = number(cells[c], t.decimals[c]); x && !std::isnan(*x)) {
-      values.push_back(*x);
-    }
-  }
-  return values;
-}
-
-bool rises(const std::vector<double>& x) {
-  return std::ranges::adjacent_find(x, [](double a, double b) { return !(b > a); }) == x.end();
-}
-
-bool counts(const std::vector<double>& x) {
-  if (x.size() < 3 || (x[0] != 0 && x[0] != 1)) return false;
-  return std::ranges::adjacent_find(x, [](double a, double b) { return b != a + 1; }) == x.end();
-}
-
-std::optional<std::size_t> named_column(const std::string& word, const table_layout& t) {
-  for (std::size_t c = 0; c < t.headings.size(); ++c) {
-    if (t.headings[c].name == word || bare_name(t.headings[c]) == word) return c;
-  }
-  const std::ptrdiff_t place = place_of_number(word);
-  if (place < 0 || place >= std::ssize(t.columns)) return std::nullopt;
-  return static_cast<std::size_t>(place);
-}
-
-class time_finder {
- public:
-  time_finder(const std::vector<table_line>& lines, std::size_t first_row, const input_options& options,
-              table_layout& t)
-      : lines_(lines), first_row_(first_row), options_(options), t_(t) {}
-
-  void find() {
-    if (options_.time_column == "none") return;
-    if (!options_.time_column.empty()) {
-      t_.time = named_column(options_.time_column, t_);
-      if (!t_.time) throw data_error("there is no column '" + options_.time_column + "' for the time");
-    } else if (!find_by_heading() && !find_moment()) {
-      find_rising();
-    }
-    if (!t_.time) return;
-    take_clock_beside();
-    find_unit();
-  }
-
- private:
-  std::vector<double> head(std::size_t c) const { return head_of_column(lines_, first_row_, t_, c); }
-
-  bool find_by_heading() {
-    if (number_columns(t_).size() + (has_moment() ? 1 : 0) < 2) return false;
-    for (std::size_t c = 0; c < t_.headings.size(); ++c) {
-      const bool can_be = holds_numbers(t_, c) || t_.columns[c] == cell_kind::moment;
-      if (!can_be || !is_time_heading(t_.headings[c])) continue;
-      t_.time = c;
-      return true;
-    }
-    return false;
-  }
-
-  bool has_moment() const { return std::ranges::find(t_.columns, cell_kind::moment) != t_.columns.end(); }
-
-  bool find_moment() {
-    const auto found = std::ranges::find(t_.columns, cell_kind::moment);
-    if (found == t_.columns.end()) return false;
-    t_.time = static_cast<std::size_t>(found - t_.columns.begin());
-    return true;
-  }
-
-  // The first column that rises, unless it only counts: then the second, if that is even and not the last.
-  void find_rising() {
-    const auto columns = number_columns(t_);
-    if (columns.size() < 2) return;
-    const std::vector<double> first = head(columns[0]);
-    const bool named_index = !t_.headings.empty() && is_index_heading(t_.headings[columns[0]]);
-    if (columns.size() > 2 && (named_index || counts(first))) {
-      const std::vector<double> second = head(columns[1]);
-      if (second.size() > 2 && even_step(second)) {
-        t_.index = columns[0];
-        t_.time = columns[1];
-        return;
-      }
-    }
-    if (named_index) {
-      t_.index = columns[0];
-    } else if (rises(first)) {
-      t_.time = columns[0];
-    } else if (t_.headings.empty()) {
-      throw data_error("column " + std::to_string(columns[0] + 1) +
-                       " does not increase, so it is no time; -t none takes every column for samples");
-    }
-  }
-
-  void take_clock_beside() {
-    const std::size_t c = *t_.time;
-    if (t_.columns[c] != cell_kind::moment || c + 1 >= t_.columns.size()) return;
-    cell_list cells;
-    cells_of(t_.first.text, t_.delimiter, cells);
-    const auto date = parse_moment(cells[c]);
-    const auto clock = parse_moment(cells[c + 1]);
-    t_.clock_beside = t_.columns[c + 1] == cell_kind::moment && date && date->days && clock && !clock->days;
-  }
-
-  // What the command line says, or the heading, or the size of the numbers: Unix time may count ms, us, ns.
-  std::string unit_of_numbers(const std::vector<double>& times) const {
-    if (!options_.time_unit.empty()) return options_.time_unit;
-    if (!t_.headings.empty()) {
-      const channel& heading = t_.headings[*t_.time];
-      for (const std::string& word : {heading.unit, bare_name(heading)}) {
-        if (seconds_in(word) && word != "t") return std::string(sign_of_unit(word));
-      }
-    }
-    const double size = times.empty() ? 0 : times.front();
-    for (const auto& [scale, sign] : {std::pair(1e12, "ms"), {1e15, "us"}, {1e18, "ns"}}) {
-      if (size >= scale && size < 2.2 * scale) return sign;
-    }
-    return "s";
-  }
-
-  void find_unit() {
-    const std::vector<double> times = head(*t_.time);
-    const bool dates = t_.columns[*t_.time] == cell_kind::moment;
-    t_.time_sign = dates ? "s" : unit_of_numbers(times);
-    t_.step = step_of(times);
-    const bool years = dates ? options_.time_unit == "yr" || t_.step >= shortest_month : t_.time_sign == "yr";
-    t_.time_unit = years ? "yr" : "s";
-    const double year = days_per_year * seconds_per_day;
-    t_.time_size = *seconds_in(t_.time_sign) / (years ? year : 1);
-    t_.step *= t_.time_size;
-  }
-
-  static double step_of(const std::vector<double>& times) {
-    if (const auto even = even_step(times)) return *even;
-    return times.size() < 2 ? 0 : (times.back() - times.front()) / static_cast<double>(times.size() - 1);
-  }
-
-  const std::vector<table_line>& lines_;
-  std::size_t first_row_;
-  const input_options& options_;
-  table_layout& t_;
-};
 
 void choose_columns(table_layout& t, const input_options& options) {
   std::vector<std::size_t> columns;
@@ -321,30 +157,11 @@ void choose_columns(table_layout& t, const input_options& options) {
   }
 }
 
-bool lie_on(const std::vector<double>& times, double step) {
-  return std::ranges::all_of(times, [&](double t) {
-    const double place = (t - times.front()) / step;
-    return std::abs(place - std::round(place)) <= unevenness;
-  });
-}
-
 }  // namespace
 
-std::optional<double> even_step(const std::vector<double>& times) {
-  if (times.size() < 2 || !rises(times)) return std::nullopt;
-  const double mean = (times.back() - times.front()) / static_cast<double>(times.size() - 1);
-  double worst = 0;
-  for (std::size_t i = 0; i < times.size(); ++i) {
-    worst = std::max(worst, std::abs(times[i] - times.front() - static_cast<double>(i) * mean));
-  }
-  if (worst <= unevenness * mean) return mean;
-  std::vector<double> steps;
-  for (std::size_t i = 1; i < times.size(); ++i) steps.push_back(times[i] - times[i - 1]);
-  std::ranges::nth_element(steps, steps.begin() + std::ssize(steps) / 2);
-  const double median = steps[steps.size() / 2];
-  const double count = std::round((times.back() - times.front()) / median);
-  const double step = (times.back() - times.front()) / count;
-  return lie_on(times, step) ? std::optional(step) : std::nullopt;
+bool cells_of(std::string_view line, char delimiter, cell_list& cells) {
+  return split(without_comment(line), delimiter, cells) && !cells.empty() &&
+         !(cells.size() == 1 && cells[0].empty());
 }
 
 table_layout understand_table(std::string_view head, bool is_whole, const input_options& options) {
@@ -356,7 +173,8 @@ table_layout understand_table(std::string_view head, bool is_whole, const input_
   const std::size_t first_row = find_first_row(lines, t);
   t.first = lines[first_row];
   find_headings(lines, first_row, t);
-  time_finder(lines, first_row, options, t).find();
+  find_time(lines, first_row, options, t);
+  if (const double rate = told_rate(lines, first_row); rate > 0) use_told_rate(rate, t);
   t.looks_at_time = t.time && options.rate <= 0;
   choose_columns(t, options);
   return t;

@@ -21,6 +21,10 @@ struct table_line {
 
 // The line ends are LF or CR LF, or CR alone where there is no LF.
 char line_end_of(std::string_view head);
+
+// Of so many lines, the first that tells what is usual: preambles stand before it, when there are more than a
+// few.
+std::size_t usual_from(std::size_t lines);
 std::vector<table_line> lines_of(std::string_view head, bool is_whole);
 
 enum class cell_kind { missing, number, moment, text };
@@ -50,7 +54,25 @@ struct table_layout {
   std::string time_sign = "s";       // the unit of the column
   double step = 0;                   // between rows, at the head, in time_unit
   std::optional<std::size_t> index;  // the column that only counts
+  bool only_counts = false;          // so does the time
+  double told_rate = 0;              // above the numbers; 0 without
 };
+
+using cell_list = std::vector<std::string_view>;
+
+// The cells of a line; false where there is nothing but a comment.
+bool cells_of(std::string_view line, char delimiter, cell_list& cells);
+
+// The columns of numbers: those that hold words or nothing count for nothing.
+std::vector<std::size_t> number_columns(const table_layout& t);
+
+// Finds the column of the time, its unit and its step.
+void find_time(const std::vector<table_line>& lines, std::size_t first_row, const input_options& options,
+               table_layout& t);
+
+// What lines above the numbers tell about the rate: "Sample Interval,1e-3", "Sampling rate: 48 kHz", or a
+// word and the number below it. 0 without.
+double told_rate(const std::vector<table_line>& lines, std::size_t first_row);
 
 table_layout understand_table(std::string_view head, bool is_whole, const input_options& options);
 

@@ -90,8 +90,10 @@ class packed final : public reader {
 
 reader_pointer open_packed(stream& in, const packing& how, const input_options& options, subject& about) {
   if (how.planar && how.channels > 1) {
+    packing planes = how;
+    if (!in.is_seekable()) planes.at = 0;  // what is left of a pipe goes into a file of its own
     in.make_seekable();
-    return std::make_unique<packed>(in, how, options, about);
+    return std::make_unique<packed>(in, planes, options, about);
   }
   packing dense = how;
   dense.planar = false;

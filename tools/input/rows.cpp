@@ -115,10 +115,17 @@ bool rows::scan(const char* at, const char* end) {
   return at == end;
 }
 
+// From the first row on, so that the digits of an epoch do not cost those of the steps.
+void rows::set_time(double x) {
+  if (!has_origin_) origin_ = x;
+  has_origin_ = true;
+  time_ = (x - origin_) * t_.time_size;
+}
+
 bool rows::next() {
   while (next_line()) {
     if (plain_ && scan(text_.data(), text_.data() + text_.size())) {
-      time_ = time_number_ * t_.time_size;
+      set_time(time_number_);
       return true;
     }
     const found what = take_apart();
@@ -170,13 +177,16 @@ void rows::take_moment(std::size_t column) {
   if (plain_) {
     const auto x = number(cells_[column], t_.decimals[column]);
     if (!x || std::isnan(*x)) fail("column " + std::to_string(column + 1) + " is no time");
-    time_ = *x * t_.time_size;
-    return;
+    return set_time(*x);
   }
   const auto date = parse_moment(cells_[column]);
   const auto clock = t_.clock_beside ? parse_moment(cells_[column + 1]) : std::nullopt;
   if (!date || (t_.clock_beside && !clock)) fail("column " + std::to_string(column + 1) + " is no time");
   const double seconds = date->seconds + (clock ? clock->seconds : 0);
+  if (date->days && t_.time_unit == "yr") {
+    time_ = calendar_years(*date->days, seconds);
+    return;
+  }
   if (date->days) {
     if (!has_date_) first_day_ = *date->days;
     has_date_ = true;

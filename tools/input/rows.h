@@ -41,6 +41,7 @@ class rows {
   found take_apart();
   void take_cell(std::size_t column, std::string_view cell);
   void take_moment(std::size_t column);
+  void set_time(double x);
   found refuse(const std::string& what);
 
   stream& in_;
@@ -54,7 +55,9 @@ class rows {
   double time_number_ = 0;
   double last_clock_ = 0;
   double days_ = 0;
-  bool plain_ = true;      // times are numbers
+  bool plain_ = true;  // times are numbers
+  double origin_ = 0;
+  bool has_origin_ = false;
   bool has_date_ = false;  // the first day is known
   std::int64_t first_day_ = 0;
   std::string_view text_;  // the line, without its end

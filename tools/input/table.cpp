@@ -38,10 +38,10 @@ std::string understood(const table_layout& t, const subject& about) {
     const bool named = !t.headings.empty() && !t.headings[c].name.empty();
     return std::to_string(c + 1) + (named ? " '" + t.headings[c].name + "'" : "");
   };
-  std::string text = t.columns.size() == 1 && t.headings.empty() ? "column of numbers" : "column ";
-  for (std::size_t i = 0; i < t.channels.size() && text != "column of numbers"; ++i) {
+  const bool plain = t.columns.size() == 1 && t.headings.empty();
+  std::string text = plain ? "column of numbers" : t.channels.size() == 1 ? "column " : "columns ";
+  for (std::size_t i = 0; i < t.channels.size() && !plain; ++i)
     text += (i == 0 ? "" : ", ") + quoted(t.channels[i]);
-  }
   if (t.columns.size() > 1) text += " of " + std::to_string(t.columns.size());
   if (t.index) text += ", index " + quoted(*t.index) + " passed over";
   if (t.time) {
@@ -52,6 +52,7 @@ std::string understood(const table_layout& t, const subject& about) {
                               : " in " + t.time_sign);
   }
   if (about.rate > 0) text += ", " + rate_text(about.rate, about.time_unit);
+  if (about.rate > 0 && about.rate == t.told_rate) text += " by the lines above";
   return text;
 }
 
@@ -165,7 +166,7 @@ class evened final : public reader {
     std::size_t done = 0;
     for (; done + width <= frames.size() && frame_ < count_; done += width) {
       const double time = first_ + static_cast<double>(frame_++) * step_;
-      while (here_.time < time && frame_ < count_) {
+      while (here_.time < time) {
         std::swap(before_, here_);
         if (!next_row()) break;
       }
@@ -243,7 +244,7 @@ reader_pointer open_table(stream& in, const input_options& options, subject& abo
   table_layout t = looked_at(in, options);
   about.kind = "table";
   about.channels = t.names;
-  about.rate = options.rate;
+  about.rate = options.rate > 0 ? options.rate : t.told_rate;
   about.understood = understood(t, about);
   if (options.resample && t.looks_at_time) return std::make_unique<evened>(in, std::move(t), about);
   return std::make_unique<table>(in, std::move(t), options, about);

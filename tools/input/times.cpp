@@ -148,6 +148,16 @@ std::string_view sign_of_unit(std::string_view name) {
   return found == nullptr ? std::string_view() : found->sign;
 }
 
+double calendar_years(std::int64_t days, double seconds) {
+  using namespace std::chrono;
+  const year_month_day date{sys_days{std::chrono::days{days}}};
+  const year_month_day_last end{date.year() / date.month() / last};
+  const double day = static_cast<double>(static_cast<unsigned>(date.day()) - 1) + seconds / seconds_per_day;
+  const double month = static_cast<double>(static_cast<unsigned>(date.month()) - 1) +
+                       day / static_cast<double>(static_cast<unsigned>(end.day()));
+  return static_cast<int>(date.year()) - 1970 + month / 12;
+}
+
 std::optional<moment> parse_moment(std::string_view cell) {
   if (cell.size() < 4 || cell.front() < '0' || cell.front() > '9') return std::nullopt;
   moment m;

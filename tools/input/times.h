@@ -25,4 +25,6 @@ struct moment {
 };
 std::optional<moment> parse_moment(std::string_view cell);
 
+// A time in years of the calendar since 1970, whose months are twelfths: monthly data are even.
+double calendar_years(std::int64_t days, double seconds);
 }  // namespace tool
