@@ -1,20 +1,16 @@
-// A record of the library that lives as long as its scope, and errors about data.
+// A record of the library that lives as long as its scope.
 #pragma once
 
 #include <sigpak.h>
 
 #include <cstddef>
 #include <span>
-#include <stdexcept>
 #include <string>
 #include <utility>
 
-namespace tool {
+#include "errors.h"
 
-// What is wrong with the data, told to the user together with the name of the file.
-struct data_error : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
+namespace tool {
 
 class record : public dsp_vec {
  public:
@@ -31,7 +27,8 @@ class record : public dsp_vec {
   void resize(std::size_t count, bool pairs = false) {
     points = static_cast<std::uint32_t>(count);
     complex = pairs ? 1 : 0;
-    if (dsp_alloc(this) != 0) throw data_error("not enough memory for " + std::to_string(count) + " points");
+    if (dsp_alloc(this) != 0)
+      throw resource_error("not enough memory for " + std::to_string(count) + " points");
   }
   bool is_complex() const noexcept { return complex != 0; }
   std::span<double> scalars() noexcept { return {data, std::size_t{points} * (is_complex() ? 2 : 1)}; }
@@ -42,7 +39,7 @@ class record : public dsp_vec {
 
 // Turns the status of an operation that fails only for want of memory into an error.
 inline void require(std::int32_t status) {
-  if (status != 0) throw data_error("not enough memory for the transform");
+  if (status != 0) throw resource_error("not enough memory for the transform");
 }
 
 }  // namespace tool

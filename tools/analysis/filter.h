@@ -1,0 +1,45 @@
+// Filters with linear phase over a signal in blocks, with a lower rate behind them where it is wanted.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+
+#include "record.h"
+
+namespace tool {
+
+struct filter_design {
+  int kind = DSP_FIR_LOW_PASS;
+  double low = 0;  // edges in cycles per sample; the only one is `low`
+  double high = 0;
+  std::size_t taps = 129;     // odd
+  double attenuation = 80;    // of the stop band in dB, by a Kaiser window
+  std::optional<int> window;  // in its place
+};
+
+// The taps, with the gain 1 in the middle of the pass band; a usage_error where there are none.
+record taps_of(const filter_design& design);
+
+// What suits a rate that falls to a part: nothing aliases below 0.9 of half the new one.
+record decimation_taps(std::size_t factor);
+
+// The signal comes out where it went in: the delay of the filter is taken off, and what its end leaves is
+// added.
+class filter {
+ public:
+  filter(const record& taps, std::size_t factor)
+      : taps_(taps), factor_(factor), late_((taps.points - 1) / 2) {}
+
+  // What can be told so far; until the next call.
+  const record& process(const record& block);
+  const record& finish();
+
+ private:
+  const record& taps_;
+  std::size_t factor_;
+  std::size_t late_;  // outputs that are still to be dropped, without a change of the rate
+  record state_;
+  record out_;
+};
+
+}  // namespace tool

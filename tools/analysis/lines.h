@@ -1,0 +1,27 @@
+// The lines of a spectrum that stand above its noise.
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "analysis/spectrum.h"
+
+namespace tool {
+
+struct line {
+  double frequency;
+  double power;  // mean square of the sine
+  double snr;    // over the mean square of the noise around it, in dB
+};
+
+struct line_options {
+  std::size_t count = 10;
+  std::optional<double> least_snr;  // in dB; empty takes what noise reaches in 1 of 1000 spectra
+  double from;                      // the band that they are looked for in
+  double to;
+};
+
+// The strongest first: maxima that come neither from noise nor from the leakage of a stronger line.
+std::vector<line> strongest_lines(const spectrum& s, const line_options& options);
+
+}  // namespace tool

@@ -1,0 +1,31 @@
+// What a picture of spectra shows.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "analysis/lines.h"
+#include "analysis/quantity.h"
+#include "analysis/spectrum.h"
+
+namespace tool {
+
+struct curve {
+  const spectrum& s;
+  measure told;
+  std::vector<line> lines;
+  double floor;  // mean square with which the noise shows
+};
+
+struct picture {
+  std::vector<curve> curves;  // one at least, in the same unit
+  bool logarithmic = false;   // the frequency axis
+  bool dark = false;
+  std::string title;
+};
+
+// The name of a file without its folder.
+std::string file_name(const std::string& path);
+
+}  // namespace tool
