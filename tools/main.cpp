@@ -1,6 +1,7 @@
 // The program: the list of its commands.
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -26,7 +27,8 @@ struct command {
 constexpr command commands[] = {
     {"spectrum", "Lines and noise of signals; their spectra as data and pictures", add_spectrum},
     {"plot", "Spectra in one picture", add_plot},
-    {"stats", "Mean, spread, extremes, median and histogram of signals", add_stats},    {"info", "What was understood of a file: channels, units, rate, gaps", add_info},
+    {"stats", "Mean, spread, extremes, median and histogram of signals", add_stats},
+    {"info", "What was understood of a file: channels, units, rate, gaps", add_info},
     {"convert", "Any input as a vector, NumPy array, sound or CSV, at any rate", add_convert},
     {"gen", "Cosines, lines, noise, and the taps of filters", add_gen},
     {"filter", "Low-pass, high-pass, band-pass, band-stop, and a lower rate", add_filter},
@@ -39,6 +41,19 @@ std::string usage_message(const CLI::App* app, const CLI::Error& e) {
   const auto given = app->get_subcommands();
   const std::string name = given.empty() ? "sigpak" : "sigpak " + given.front()->get_name();
   return std::string("sigpak: ") + e.what() + "\n" + name + " --help tells the options.\n";
+}
+
+// The parser would only ask for a command.
+bool is_unknown(const std::string& name) {
+  const auto is_named = [&name](const command& c) { return name == c.name; };
+  return !name.starts_with('-') && std::ranges::none_of(commands, is_named);
+}
+
+int refuse_unknown(const std::string& name) {
+  std::string all;
+  for (const auto& c : commands) all += (all.empty() ? "" : ", ") + std::string(c.name);
+  std::fprintf(stderr, "sigpak: there is no command %s; there are %s\n", name.c_str(), all.c_str());
+  return usage_status;
 }
 
 void flush_output() {
@@ -64,6 +79,7 @@ int guarded(const work& todo) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (argc > 1 && is_unknown(argv[1])) return refuse_unknown(argv[1]);
   std::signal(SIGPIPE, SIG_IGN);  // a closed pipe is then an error like others, and told by what writes
   CLI::App app("Digital signal processing at the command line", "sigpak");
   app.set_version_flag("--version", "sigpak " SIGPAK_TOOL_VERSION);

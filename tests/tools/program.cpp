@@ -27,13 +27,6 @@ struct directory {
   }
 };
 
-// Every number of the report stands in front of its unit, if any.
-bool starts_with_number(const std::string& row) {
-  const auto at = row.find_first_not_of(' ');
-  return at != std::string::npos &&
-         (std::isdigit(static_cast<unsigned char>(row[at])) != 0 || row[at] == '-');
-}
-
 // A small container may lack pseudo-terminals.
 bool has_terminals() {
   const int master = posix_openpt(O_RDWR | O_NOCTTY);
@@ -69,25 +62,23 @@ result run(const std::string& arguments) { return execute(quoted(SIGPAK_PROGRAM)
 
 result run_shell(const std::string& text) {
   setenv("SIGPAK", SIGPAK_PROGRAM, 1);
-  return execute("bash -c " + quoted(text));
+  return execute("bash -c " +
+                 quoted("sigpak() { \"$SIGPAK\" \"$@\"; }; cd " + quoted(path("")) + "; " + text));
 }
 
-result run_in_terminal(const std::string& arguments) {
+result run_in_terminal(const std::string& arguments, int columns, int rows) {
   if (!has_terminals()) return {127, "", ""};
-  const std::string command = "stty cols 80; LC_ALL=C " + quoted(SIGPAK_PROGRAM) + " " + arguments;
+  const std::string size = "stty cols " + std::to_string(columns) + " rows " + std::to_string(rows) + "; ";
+  const std::string command = size + "LC_ALL=C " + quoted(SIGPAK_PROGRAM) + " " + arguments;
   return execute("script -qec " + quoted(command) + " /dev/null </dev/null");
 }
 
 std::vector<line> lines_of(const std::string& report) {
-  std::istringstream in(report.substr(std::min(report.find("\n\n"), report.size())));
   std::vector<line> lines;
-  for (std::string row; std::getline(in, row);) {
-    if (!starts_with_number(row)) continue;
-    if (const auto hertz = row.find(" Hz"); hertz != std::string::npos) row.erase(hertz, 3);
-    std::istringstream fields(row);
-    line l{};
-    EXPECT_TRUE(fields >> l.frequency >> l.amplitude >> l.level) << row;
-    lines.push_back(l);
+  for (std::size_t at = 0; (at = report.find("{\"frequency\":", at)) != std::string::npos; ++at) {
+    const std::string row = report.substr(at, report.find('}', at) - at);
+    lines.push_back({number_after(row, "\"frequency\":"), number_after(row, "\"amplitude\":"),
+                     number_after(row, "\"level_db\":"), number_after(row, "\"snr_db\":")});
   }
   return lines;
 }

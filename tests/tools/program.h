@@ -17,18 +17,19 @@ struct line {
   double frequency;
   double amplitude;
   double level;
+  double snr;
 };
 
 // Runs the program with a shell's words as arguments.
 result run(const std::string& arguments);
 
-// Runs a shell's text, in which $SIGPAK is the program: for pipes, and for what stands before it.
+// The same in a terminal of this size, what it shows as output; status 127 where there is none to be had.
+result run_in_terminal(const std::string& arguments, int columns = 80, int rows = 24);
+
+// Runs a shell's text in the directory of this test, in which sigpak, and $SIGPAK, is the program.
 result run_shell(const std::string& text);
 
-// The same in a terminal of 80 columns, what it shows as output; status 127 where there is none to be had.
-result run_in_terminal(const std::string& arguments);
-
-// The lines of a report, and the number behind a word of it.
+// The lines of a report in JSON, and the number behind a word of any.
 std::vector<line> lines_of(const std::string& report);
 double number_after(const std::string& report, const std::string& word);
 

@@ -49,34 +49,29 @@ record decimation_taps(std::size_t factor) {
   return v;
 }
 
-filter::filter(record taps, std::size_t factor, double delta)
-    : taps_(std::move(taps)), factor_(factor), delta_(delta), late_((taps_.points - 1) / 2) {}
-
 // A lower rate computes only what is kept; with the rate as it is the library may go through the transform.
-void filter::process(const record& block, const std::function<void(const record&)>& take) {
+const record& filter::process(const record& block) {
   if (factor_ > 1) {
     require(dspd_rsmp(&block, &out_, &taps_, 1, static_cast<std::int32_t>(factor_), &state_));
-  } else {
-    require(dspd_fir(&block, &out_, &taps_, &state_));
-    const auto dropped = std::min(late_, std::size_t{out_.points});
-    late_ -= dropped;
-    require(dspi_shift(&out_, static_cast<std::uint32_t>(dropped)));
+    return out_;
   }
-  out_.delta = delta_ * static_cast<double>(factor_);
-  if (out_.points > 0) take(out_);
+  require(dspd_fir(&block, &out_, &taps_, &state_));
+  const auto dropped = std::min(late_, std::size_t{out_.points});
+  late_ -= dropped;
+  require(dspi_shift(&out_, static_cast<std::uint32_t>(dropped)));
+  return out_;
 }
 
-void filter::finish(const std::function<void(const record&)>& take) {
+const record& filter::finish() {
   if (factor_ > 1) {
-    if (state_.points == 0) return;
-    require(dspd_rsmp(nullptr, &out_, &taps_, 1, static_cast<std::int32_t>(factor_), &state_));
-    out_.delta = delta_ * static_cast<double>(factor_);
-    if (out_.points > 0) take(out_);
-  } else {
-    record zeros((taps_.points - 1) / 2, state_.is_complex());
-    require(dspi_zero(&zeros));
-    process(zeros, take);
+    out_.points = 0;
+    if (state_.points > 0)
+      require(dspd_rsmp(nullptr, &out_, &taps_, 1, static_cast<std::int32_t>(factor_), &state_));
+    return out_;
   }
+  record zeros((taps_.points - 1) / 2, state_.is_complex());
+  require(dspi_zero(&zeros));
+  return process(zeros);
 }
 
 }  // namespace tool

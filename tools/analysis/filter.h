@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <optional>
 
 #include "record.h"
@@ -28,18 +27,19 @@ record decimation_taps(std::size_t factor);
 // added.
 class filter {
  public:
-  filter(record taps, std::size_t factor, double delta);
+  filter(const record& taps, std::size_t factor)
+      : taps_(taps), factor_(factor), late_((taps.points - 1) / 2) {}
 
-  void process(const record& block, const std::function<void(const record&)>& take);
-  void finish(const std::function<void(const record&)>& take);
+  // What can be told so far; until the next call.
+  const record& process(const record& block);
+  const record& finish();
 
  private:
-  record taps_;
+  const record& taps_;
   std::size_t factor_;
-  double delta_;
+  std::size_t late_;  // outputs that are still to be dropped, without a change of the rate
   record state_;
   record out_;
-  std::size_t late_;  // outputs that are still to be dropped, without a change of the rate
 };
 
 }  // namespace tool

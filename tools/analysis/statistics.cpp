@@ -7,8 +7,6 @@
 namespace tool {
 namespace {
 
-constexpr std::uint64_t most_kept = std::uint64_t{1} << 26;
-
 double number(std::int32_t (*statistic)(const dsp_vec*, dsp_vec*), const record& v) {
   record result;
   require(statistic(&v, &result));
@@ -52,7 +50,7 @@ void statistics::add(const record& block) {
     const record counts = counted(block, *limits_, bins_);
     require(counts_.points == 0 ? dsp_copy(&counts_, &counts) : dspb_add(&counts_, &counts, &counts_));
   }
-  keeps_ = keeps_ && sums_.count <= most_kept;
+  keeps_ = keeps_ && sums_.count <= most_kept_;
   if (keeps_) {
     require(dsp_append(&kept_, &block));
   } else {
@@ -68,10 +66,11 @@ std::optional<double> statistics::median() const {
 histogram statistics::bins() const {
   histogram out;
   if (bins_ == 0) return out;
-  if (!limits_ && !keeps_) throw data_error("too many samples to find their range; give --low and --high");
+  if (!limits_ && !keeps_)
+    throw data_error("too many samples to find their range; --low and --high give it, --all keeps them");
   const range r = limits_.value_or(range{sums_.least, sums_.greatest});
   out.low = r.low;
-  out.width = (r.high - r.low) / static_cast<double>(bins_);
+  out.high = r.high;
   if (limits_) {
     require(dsp_copy(&out.counts, &counts_));
   } else {

@@ -25,8 +25,12 @@ moments joined(const moments& a, const moments& b);
 
 struct histogram {
   double low = 0;
-  double width = 0;
+  double high = 0;
   record counts;  // empty where none was asked for
+
+  double edge(std::size_t i) const {
+    return low + (high - low) * static_cast<double>(i) / static_cast<double>(counts.points);
+  }
 };
 
 struct range {
@@ -35,10 +39,11 @@ struct range {
 };
 
 // In constant memory, but for the samples that the median needs, and a histogram without a range of its own:
-// those are kept as long as they are at most 2^26.
+// those are kept while they are at most `most_kept`.
 class statistics {
  public:
-  statistics(std::size_t bins, std::optional<range> limits) : bins_(bins), limits_(limits) {}
+  statistics(std::size_t bins, std::optional<range> limits, std::uint64_t most_kept)
+      : bins_(bins), limits_(limits), most_kept_(most_kept) {}
 
   void add(const record& block);  // real
   const moments& sums() const { return sums_; }
@@ -48,6 +53,7 @@ class statistics {
  private:
   std::size_t bins_;
   std::optional<range> limits_;
+  std::uint64_t most_kept_;
   moments sums_;
   record counts_;
   record kept_;

@@ -83,7 +83,7 @@ void run(const apply_command& command) {
 constexpr const char* about =
     "The operations are those of the library that work in place, by their names in C without dspi_; "
     "sigpak.h\n"
-    "describes them. A window may stand for an integer by its name; -- goes before negative numbers.\n\n"
+    "describes them. A window may stand for an integer by its name.\n\n"
     "  sigpak apply window Hann 32 x.vec | sigpak apply rfft | sigpak apply mag -o spectrum.vec\n"
     "  sigpak apply scale 2 x.vec | sigpak stats";
 

@@ -10,7 +10,7 @@
 #include "commands/spectrum_options.h"
 #include "output/number.h"
 #include "output/screen.h"
-#include "output/vector_text.h"
+#include "output/signal_writer.h"
 
 namespace tool {
 namespace {
@@ -29,8 +29,8 @@ struct filter_command {
   std::optional<int> window;
   std::size_t factor = 1;
   double gain = 1;
+  signal_format format;
   std::string file = "-";
-  std::string format = "vector";
   bool quiet = false;
 };
 
@@ -71,43 +71,72 @@ record designed(const filter_command& c, double rate) {
   return decimates_alone ? decimation_taps(c.factor) : taps_of(in_cycles_per_sample(wanted(c), c, rate));
 }
 
-void write_block(writer& out, const record& v, const std::string& format) {
-  if (format == "vector") return out.write(vector_text(v));
-  const std::size_t width = v.is_complex() ? 2 : 1;
-  const auto scalars = v.scalars();
-  for (std::size_t i = 0; i < scalars.size(); ++i)
-    out.write(exact_text(scalars[i]) + ((i + 1) % width == 0 ? '\n' : ','));
+// The channels of a piece through filters of their own, and together again.
+class bank {
+ public:
+  bank(const record& taps, std::size_t factor, std::size_t channels) : channels_(channels) {
+    for (std::size_t c = 0; c < channels; ++c) filters_.emplace_back(taps, factor);
+  }
+
+  void process(block_reader& blocks, signal_writer& to) {
+    for (std::size_t c = 0; c < channels_; ++c) place(filters_[c].process(blocks.channel(c)), c);
+    to.write(frames_);
+  }
+
+  void finish(signal_writer& to) {
+    for (std::size_t c = 0; c < channels_; ++c) place(filters_[c].finish(), c);
+    to.write(frames_);
+  }
+
+ private:
+  void place(const record& v, std::size_t channel) {
+    const std::size_t width = v.is_complex() ? 2 : 1;
+    const auto scalars = v.scalars();
+    if (channel == 0) frames_.resize(scalars.size() * channels_);
+    for (std::size_t i = 0; i < scalars.size(); ++i)
+      frames_[(i / width * channels_ + channel) * width + i % width] = scalars[i];
+  }
+
+  std::size_t channels_;
+  std::vector<filter> filters_;
+  std::vector<double> frames_;
+};
+
+void filter_piece(source& in, const filter_command& c, writer& out, progress_line& progress) {
+  block_reader blocks(in, block_points, c.gain);
+  if (blocks.read() == 0) throw data_error("there are no samples in it");
+  subject result = in.about();  // what it tells is known when samples are
+  const record taps = designed(c, result.rate > 0 ? result.rate : 1);
+  result.rate /= static_cast<double>(c.factor);
+  signal_format format = c.format;
+  if (format.name.empty()) format.name = format_of_name(c.file);
+  const auto to = open_signal_writer(out, format, result);
+  bank filters(taps, c.factor, result.channels.size());
+  do {
+    filters.process(blocks, *to);
+    progress.show(in);
+  } while (blocks.read() > 0);
+  filters.finish(*to);
+  to->finish();
+  if (!c.quiet) warn(to->warnings());
 }
 
-void filter_file(const std::string& name, const filter_command& c, writer& out) {
-  const auto in = open_source(name, c.input);
-  const subject& about = in->about();
-  progress_line progress(c.quiet);
-  at_place(about.name, [&] {
-    if (about.channels.size() != 1) throw data_error("a vector holds one channel; choose it with --channel");
-    const double rate = about.rate > 0 ? about.rate : 1;
-    block_reader blocks(*in, block_points, c.gain);
-    const auto take = [&](const record& v) { write_block(out, v, c.format); };
-    do {
-      filter f(designed(c, rate), c.factor, 1 / rate);
-      while (blocks.read() > 0) {
-        f.process(blocks.channel(0), take);
-        progress.show(*in);
-      }
-      f.finish(take);
-    } while (in->next_piece());
-  });
-  if (!c.quiet) warn(about.warnings);
-}
-
-void run(const filter_command& command) {
-  writer out(command.file);
-  if (command.format == "vector" && out.is_terminal())
-    throw usage_error("a vector is not for a terminal; -o FILE, a pipe, or --format csv");
-  const auto names = inputs_of(command.names);
+void run(const filter_command& c) {
+  writer out(c.file);
+  const auto names = inputs_of(c.names);
   if (names.size() > 1) throw usage_error("one FILE at a time");
-  filter_file(names.front(), command, out);
+  const auto in = open_source(names.front(), c.input);
+  progress_line progress(c.quiet);
+  at_place(in->about().name, [&] {
+    filter_piece(*in, c, out, progress);
+    while (in->next_piece()) {
+      if (!c.input.each) throw data_error("a gap would close up; --gaps linear bridges it");
+      filter_piece(*in, c, out, progress);
+    }
+  });
+  progress.clear();
   out.commit();
+  if (!c.quiet) warn(in->about().warnings);
 }
 
 taker band_taker(std::vector<double>& edges) {
@@ -149,7 +178,8 @@ work add_filter(options& o) {
   });
   o.count("--decimate", "Keep every so-many-th sample", command->factor, 1, 1 << 16);
   o.number("--gain", "X", "Every sample is multiplied by it", command->gain, -1e30, 1e30);
-  o.choice("--format", "What is written", command->format, {"vector", "csv"});
+  o.choice("--format", "In place of what the name tells", command->format.name,
+           {"vector", "npy", "wav", "flac", "aiff", "csv"});
   o.text("-o,--output", "FILE", "Write there; - is standard output", command->file);
   o.flag("-q,--quiet", "No warnings, no progress", command->quiet);
   add_input_options(o, command->input);

@@ -85,7 +85,7 @@ void options::words(const char* name, const char* help, std::vector<std::string>
     words.push_back(word);
     return std::string();
   };
-  add_taker(app_, name, "", help, take)->expected(1, -1);
+  add_taker(app_, name, "", help, take)->expected(1, -1)->allow_extra_args();
 }
 
 taker options::count_taker(std::size_t& value, std::size_t low, std::size_t high) {
@@ -125,9 +125,7 @@ void options::choice(const char* names, const char* help, std::string& value,
     value = word;
     return {};
   };
-  std::string kind = all;
-  for (auto at = kind.find(", "); at != std::string::npos; at = kind.find(", ")) kind.replace(at, 2, "|");
-  add(names, kind.c_str(), help, take, value);
+  add(names, "WORD", (help + (": " + all)).c_str(), take, value);
 }
 
 void options::footer(const char* text) { app_.footer(text); }

@@ -113,14 +113,14 @@ void add_analysis_options(options& o, analysis_options& analysis) {
   o.count("-s,--segment", "Samples under a window", analysis.segment, 16, longest_segment);
   o.add("--overlap", "PART", "Part of a segment that the next shares", overlap_taker(analysis.overlap),
         "0.5");
-  o.add("--average", "mean|exponential|maximum|minimum", "How segments are averaged",
+  o.add("--average", "WORD", "Of segments: mean, exponential, maximum, minimum",
         choice_taker(analysis.average, averagings), "mean");
-  o.count("--settled", "Segments that an exponential average remembers", analysis.settled, 1, 1000000);
+  o.count("--settled", "Segments in the memory of an exponential average", analysis.settled, 1, 1000000);
   add_sample_options(o, analysis.unit, analysis.gain);
 }
 
 void add_telling_options(options& o, telling_options& telling) {
-  o.add("--as", "peak|rms|power|asd|psd", "V, V rms, V^2, V/sqrt(Hz), V^2/Hz", quantity_taker(telling.what),
+  o.add("--as", "WORD", "V peak, V rms, V^2 power, V/sqrt(Hz) asd, V^2/Hz psd", quantity_taker(telling.what),
         "peak");
   o.flag("--db", "As levels in dB", telling.as_level);
   o.number("--from", "FREQ", "Begin of the band that is told", telling.limits.from, -highest_frequency,
@@ -134,8 +134,8 @@ void add_picture_options(options& o, picture_options& drawing) {
   o.text("--svg", "FILE", "Write a picture; - is standard output", drawing.svg);
   o.choice("--axis", "Frequency axis", drawing.axis, {"linear", "log"});
   o.text("--title", "TEXT", "Title of the picture", drawing.title);
-  o.choice("--theme", "Its colours", drawing.theme, {"light", "dark"});
-  o.add("--color", "auto|always|never", "Colour on the terminal", choice_taker(drawing.color, colors),
+  o.choice("--theme", "Colours of it", drawing.theme, {"light", "dark"});
+  o.add("--color", "WORD", "On the terminal: auto, always, never", choice_taker(drawing.color, colors),
         "auto");
 }
 

@@ -1,4 +1,5 @@
 // sigpak stats: mean, spread, extremes, median and histogram of signals.
+#include <limits>
 #include <memory>
 #include <optional>
 
@@ -15,6 +16,10 @@ namespace {
 
 constexpr std::size_t block_points = std::size_t{1} << 16;
 constexpr std::size_t usual_bins = 10;
+
+// Samples that are kept for the median: 32 MiB of each channel.
+constexpr std::uint64_t most_kept = std::uint64_t{1} << 22;
+constexpr auto all_samples = std::numeric_limits<std::uint64_t>::max();
 
 struct stats_command {
   std::vector<std::string> names;
@@ -53,7 +58,7 @@ void tell_file(const std::string& name, const stats_command& command, writer& ou
   const subject& about = in->about();
   std::vector<statistics> channels;
   for (std::size_t c = 0; c < about.channels.size(); ++c)
-    channels.emplace_back(command.bins, command.limits());
+    channels.emplace_back(command.bins, command.limits(), command.result.all ? all_samples : most_kept);
   at_place(about.name, [&] { read_all(*in, command, channels); });
   for (std::size_t c = 0; c < channels.size(); ++c) {
     const channel& named = about.channels[c];
@@ -95,6 +100,7 @@ work add_stats(options& o) {
   o.count("--bins", "Bins of the histogram", command->bins, 0, 1000000);
   o.number("--low", "X", "Where its first bin begins", command->low, -1e100, 1e100);
   o.number("--high", "X", "Where its last bin ends", command->high, -1e100, 1e100);
+  o.flag("--all", "Keep more than 4194304 samples for the median", command->result.all);
   add_sample_options(o, command->unit, command->gain);
   add_result_options(o, command->result, {"table", "csv", "json"});
   add_input_options(o, command->input);

@@ -27,6 +27,10 @@ std::string padded_text(double x, int digits) {
   return fixed_text(x, std::max(digits - 1 - static_cast<int>(magnitude), 0));
 }
 
-std::string fixed_text(double x, int decimals) { return converted(x, std::chars_format::fixed, decimals); }
+std::string fixed_text(double x, int decimals) {
+  std::string text = converted(x, std::chars_format::fixed, decimals);
+  const bool minus_zero = text.starts_with('-') && text.find_first_of("123456789") == std::string::npos;
+  return minus_zero ? text.substr(1) : text;
+}
 
 }  // namespace tool

@@ -16,9 +16,8 @@ constexpr std::size_t value_width = 16;
 std::string bin_lines(const histogram& h, const char* separator) {
   std::string out;
   for (std::size_t i = 0; i < h.counts.points; ++i) {
-    const double edge = h.low + static_cast<double>(i) * h.width;
-    const double next = h.low + static_cast<double>(i + 1) * h.width;
-    out += exact_text(edge) + separator + exact_text(next) + separator + exact_text(h.counts.data[i]) + '\n';
+    out += exact_text(h.edge(i)) + separator + exact_text(h.edge(i + 1)) + separator +
+           exact_text(h.counts.data[i]) + '\n';
   }
   return out;
 }
@@ -38,7 +37,7 @@ std::string table_of(const figures& f) {
   out += figure("mean", f.sums.mean) + figure("rms", f.sums.rms());
   out += row("variance", number_text(f.sums.variance(), digits), f.unit.empty() ? "" : f.unit + "^2");
   out += figure("min", f.sums.least) + figure("max", f.sums.greatest);
-  out += f.median ? figure("median", *f.median) : row("median", "too many samples", "");
+  out += f.median ? figure("median", *f.median) : row("median", "needs --all", "");
   return f.bins.counts.points > 0 ? out + '\n' + bin_lines(f.bins, "  ") : out;
 }
 
@@ -62,12 +61,8 @@ std::string json_of(const figures& f) {
   out.member("min", f.sums.least).member("max", f.sums.greatest);
   out.member("median", f.median.value_or(std::nan("")));
   if (f.bins.counts.points > 0) {
-    out.key("histogram")
-        .open('{')
-        .member("first", f.bins.low)
-        .member("width", f.bins.width)
-        .key("counts")
-        .open('[');
+    out.key("histogram").open('{').member("low", f.bins.low).member("high", f.bins.high);
+    out.key("counts").open('[');
     for (const double n : f.bins.counts.scalars()) out.value(static_cast<std::uint64_t>(n));
     out.close().close();
   }

@@ -17,8 +17,9 @@ std::string source_text(const spectrum& s) {
   if (!text.empty()) text += ", ";
   text += std::to_string(s.samples) + " samples";
   if (s.time_unit.empty()) return text;
-  text += s.time_unit == "s" ? " at " + number_text(s.rate, 9) + " Hz"
-                             : " at " + number_text(s.rate, 9) + " per " + s.time_unit;
+  if (!s.understood.ends_with("Hz"))  // a table has told its rate
+    text += s.time_unit == "s" ? " at " + number_text(s.rate, 9) + " Hz"
+                               : " at " + number_text(s.rate, 9) + " per " + s.time_unit;
   return text + " (" + with_unit(static_cast<double>(s.samples) / s.rate, 4, s.time_unit) + ')';
 }
 

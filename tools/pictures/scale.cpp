@@ -110,27 +110,32 @@ std::string frequency_axis::text(const spectrum& s, double frequency) const {
   return fixed_text(frequency / unit_, static_cast<int>(std::clamp(digits, 0.0, 12.0)));
 }
 
-std::vector<tick> frequency_axis::wanted_ticks(int count) const {
+std::vector<tick> frequency_axis::linear_ticks(int count) const {
+  const auto values = round_values(low_ / unit_, high_ / unit_, count);
+  const double step = values.size() > 1 ? values[1] - values[0] : 1;
   const auto end_text = [&](double value) {
-    return logarithmic_ ? short_text(value) : number_text(value / unit_ + 0.0, 4);
+    const bool round = std::abs(value / step - std::round(value / step)) < 1e-9;
+    return round ? tick_text(value, step) : number_text(value, 4);
   };
-  std::vector<tick> out{{0, end_text(low_)}, {1, end_text(high_)}};
-  const auto add = [&](double value, std::string text) {
-    const double at = part(value);
-    if (at > 1e-9 && at < 1 - 1e-9) out.push_back({at, std::move(text)});
-  };
-  if (!logarithmic_) {
-    const auto values = round_values(low_ / unit_, high_ / unit_, count);
-    const double step = values.size() > 1 ? values[1] - values[0] : 1;
-    for (const double value : values) add(value * unit_, tick_text(value, step));
-    return out;
-  }
+  std::vector<tick> out{{0, end_text(low_ / unit_)}, {1, end_text(high_ / unit_)}};
+  for (const double value : values) add_inside(out, value * unit_, tick_text(value, step));
+  return out;
+}
+
+std::vector<tick> frequency_axis::logarithmic_ticks() const {
+  std::vector<tick> out{{0, short_text(low_)}, {1, short_text(high_)}};
   for (const int factor : {1, 5, 2, 3, 4, 6, 7, 8, 9}) {
-    for (double decade = std::pow(10, std::floor(std::log10(low_))); decade <= high_; decade *= 10) {
-      add(factor * decade, factor == 1 || factor == 2 || factor == 5 ? short_text(factor * decade) : "");
-    }
+    const bool labelled = factor == 1 || factor == 2 || factor == 5;
+    for (double decade = std::pow(10, std::floor(std::log10(low_))); decade <= high_; decade *= 10)
+      add_inside(out, factor * decade, labelled ? short_text(factor * decade) : "");
   }
   return out;
+}
+
+void frequency_axis::add_inside(std::vector<tick>& ticks, double frequency, std::string text) const {
+  constexpr double edge = 1e-9;
+  const double at = part(frequency);
+  if (at > edge && at < 1 - edge) ticks.push_back({at, std::move(text)});
 }
 
 std::vector<tick> level_axis::ticks() const {

@@ -29,13 +29,15 @@ class frequency_axis {
 
   // Both ends have one. `room(text)` is the part of the axis that a label takes.
   template <class Room> std::vector<tick> ticks(int count, Room room) const {
-    std::vector<tick> out = wanted_ticks(count);
+    std::vector<tick> out = logarithmic_ ? logarithmic_ticks() : linear_ticks(count);
     keep_apart(out, [&](const tick& t) { return room(t.text); });
     return out;
   }
 
  private:
-  std::vector<tick> wanted_ticks(int count) const;
+  std::vector<tick> linear_ticks(int count) const;
+  std::vector<tick> logarithmic_ticks() const;
+  void add_inside(std::vector<tick>& ticks, double frequency, std::string text) const;
   template <class Room> static void keep_apart(std::vector<tick>& ticks, Room room);
 
   bool logarithmic_;

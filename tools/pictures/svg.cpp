@@ -26,6 +26,7 @@ constexpr std::size_t most_listed = 16;
 constexpr std::size_t longest_title = 68;
 constexpr std::size_t longest_about = 132;
 constexpr std::size_t longest_note = 28;
+constexpr std::size_t longest_heading = 24;
 
 // Colours of the light theme and the dark one.
 struct palette {
@@ -199,14 +200,20 @@ std::string value_text(const curve& c, double power) {
   return c.told.as_level() ? fixed_text(c.told.level(power), 2) : padded_text(c.told.value(power), 5);
 }
 
+// A unit that has no room beside that of the frequencies stands above it.
+std::string list_heading(const plane& p, const curve& c, double& y) {
+  constexpr std::size_t narrow = 11;
+  const std::string& title = p.frequencies.title();
+  const std::string unit = c.told.shown_unit().empty() ? quantity_name(c.told.what()) : c.told.shown_unit();
+  std::string out = text_at(value_right, y, "head", shortened(unit, longest_heading));
+  if (unit.size() > narrow) y += row_height;
+  return out + text_at(frequency_right, y, "head", title == "cycles per sample" ? "cycles/sample" : title);
+}
+
 std::string list(const plane& p, const curve& c, std::size_t count) {
   double y = frame.top + 10;
   if (count == 0) return text_at(list_left - 6, y, "", "no line above the noise");
-  const std::string unit = c.told.shown_unit().empty() ? quantity_name(c.told.what()) : c.told.shown_unit();
-  std::string out =
-      text_at(frequency_right, y, "head",
-              p.frequencies.title() == "cycles per sample" ? "cycles/sample" : p.frequencies.title());
-  out += text_at(value_right, y, "head", unit);
+  std::string out = list_heading(p, c, y);
   for (std::size_t i = 0; i < count; ++i) {
     y += row_height;
     out += text_at(list_left, y, "number", std::to_string(i + 1));

@@ -9,7 +9,8 @@
 namespace tool {
 namespace {
 
-constexpr int margin = 7;  // columns of the level axis, its tick included
+constexpr int margin = 7;      // columns of the level axis, its tick included
+constexpr int rows_below = 3;  // the axis, its labels, and what they are in
 constexpr int fewest_rows = 4;
 constexpr int fewest_columns = 16;
 
@@ -49,7 +50,7 @@ class plot {
         columns_(std::max(on.columns - margin, fewest_columns)),
         axis_(p),
         lines_(on.utf8 ? drawn : typed) {
-    rows_ = std::max(on.rows - 2, fewest_rows);
+    rows_ = std::max(on.rows - rows_below, fewest_rows);
     std::vector<std::vector<double>> outlines;
     for (const curve& c : p.curves)
       outlines.push_back(outline_of(c, axis_, static_cast<std::size_t>(columns_ * dots_across)));
@@ -154,15 +155,7 @@ class plot {
     std::string out(margin - 1, ' ');
     out += lines_.corner;
     for (const char* const c : axis) out += c;
-    return out + '\n' + with_title(labels, title) + '\n';
-  }
-
-  // In the widest gap between the labels, where it fits; otherwise on a line of its own.
-  std::string with_title(std::string labels, const std::string& title) const {
-    const auto at = labels.find(std::string(title.size() + 4, ' '), margin);
-    if (at == std::string::npos) return labels + '\n' + std::string(margin, ' ') + title;
-    labels.replace(at + 2, title.size(), title);
-    return labels;
+    return out + '\n' + labels + '\n' + std::string(margin, ' ') + title + '\n';
   }
 
   const picture& p_;
