@@ -8,20 +8,28 @@ They are made anew by every build and kept nowhere, so that names, arguments and
 
 from __future__ import annotations
 
+import re
 import sys
 from pathlib import Path
 
 TREE = Path(__file__).resolve().parent.parent
-sys.path[:0] = [str(TREE / "docs"), str(TREE / "python")]
+sys.path.append(str(TREE / "docs"))
 
 import header  # noqa: E402
 from generator import enums, functions, methods, prototypes  # noqa: E402
 
 
+def version() -> str:
+    """The version of the project, as CMake has it."""
+    found = re.search(r"VERSION (\d+\.\d+\.\d+)", (TREE / "CMakeLists.txt").read_text(encoding="ascii"))
+    assert found
+    return found[1]
+
+
 def modules(model: header.Header) -> dict[str, str]:
     """The text of every module by its name."""
     return {
-        "_c.py": prototypes.module(model),
+        "_c.py": prototypes.module(model, version()),
         "enums.py": enums.module(model),
         "_methods.py": methods.module(model),
         "functions.py": functions.module(model),

@@ -6,8 +6,9 @@ import re
 
 import header
 
-from .operations import operations
+from .operations import RESULTS, operations
 
+_REFUSAL = re.compile(r"(?<![\w\[\]])-1\b|refuse")
 _LETTERS = {"int32_t": "i", "uint32_t": "u", "double": "d", "float": "f", "const char *": "s"}
 
 _HEAD = '''"""The functions of the library by the names of double precision. Made from the C header."""
@@ -19,6 +20,7 @@ from typing import Any, Callable
 
 Call = Callable[..., int]
 
+PACKAGE_VERSION = "{package}"
 VERSION = {version}
 
 _TYPES: dict[str, Any] = {{
@@ -55,22 +57,22 @@ def _letters(function: header.Function) -> str:
 
 
 def _refusals(model: header.Header) -> list[str]:
-    """What the header says of the arguments that an operation refuses."""
+    """What the header says of the arguments that an operation refuses, and of other failures under no name."""
     lines = []
     for operation in operations(model):
-        said = {
-            name: re.sub(r"\s+", " ", text)
-            for name, text in operation.texts.items()
-            if re.search(r"-1|refuse", text) and name not in ("out", "result")
-        }
+        texts = {name: text for name, text in operation.texts.items() if name not in RESULTS}
+        prose = [p.text for p in operation.block.comment.pieces if isinstance(p, header.Prose)]
+        sentences = [sentence for text in prose for sentence in re.split(r"(?<=[a-z0-9][.;]) ", text)]
+        texts[""] = " ".join(sentence for sentence in sentences if _REFUSAL.search(sentence))
+        said = {name: " ".join(text.split()) for name, text in texts.items() if _REFUSAL.search(text)}
         if said:
             lines.append(f"    {operation.twins.double.name!r}: {said!r},")
     return lines
 
 
-def module(model: header.Header) -> str:
+def module(model: header.Header, package: str) -> str:
     version = next(p.value for s in model.sections for p in s.parts if isinstance(p, header.Definition))
-    lines = [_HEAD.format(version=version).rstrip("\n")]
+    lines = [_HEAD.format(package=package, version=version).rstrip("\n")]
     lines += [f"    {twins.double.name}: Call" for twins in model.twins]
     lines += ["", "", "# The symbol and the types of result and arguments, of double and of single precision."]
     lines += ["PROTOTYPES = {"]

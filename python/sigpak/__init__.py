@@ -6,6 +6,7 @@ There are no locks: any number of threads may call at the same time, each with s
 """
 
 from . import correlation, cross, enums, files, filters, functions, resampling, signals, spectra, splines, windows
+from ._c import PACKAGE_VERSION as __version__
 from ._library import DOUBLE as _DOUBLE
 from ._library import SINGLE as _SINGLE
 from .correlation import *
@@ -22,8 +23,6 @@ from .splines import *
 from .vec import Vec
 from .windows import *
 
-__version__ = "2.1.0"
-
 roots = functions.proots
 
 
@@ -36,17 +35,15 @@ def free_internal() -> None:
     _SINGLE.dsp_free_internal()
 
 
-__all__ = [
-    *("Error", "OutOfMemory", "Vec", "free_internal", "roots"),
-    *correlation.__all__,
-    *cross.__all__,
-    *enums.__all__,
-    *files.__all__,
-    *filters.__all__,
-    *functions.__all__,
-    *resampling.__all__,
-    *signals.__all__,
-    *spectra.__all__,
-    *splines.__all__,
-    *windows.__all__,
-]
+__all__ = ["Error", "OutOfMemory", "Vec", "free_internal", "roots"]
+__all__ += correlation.__all__
+__all__ += cross.__all__
+__all__ += enums.__all__
+__all__ += files.__all__
+__all__ += filters.__all__
+__all__ += functions.__all__
+__all__ += resampling.__all__
+__all__ += signals.__all__
+__all__ += spectra.__all__
+__all__ += splines.__all__
+__all__ += windows.__all__

@@ -31,7 +31,7 @@ _NATIVE = frozenset(id(dtype) for dtype in PRECISIONS)
 _MOST_SCALARS = 2**31 - 1
 
 # What other libraries call windows of the catalogue.
-_ELSEWHERE = {"boxcar": "uniform", "hanning": "hann", "blackmanharris": "blackman_harris4", "flat_top": "flattop"}
+_ELSEWHERE = {"boxcar": "uniform", "hanning": "hann", "flat_top": "flattop"}
 
 
 def is_plain(x: Any) -> TypeGuard[Array]:

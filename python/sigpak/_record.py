@@ -113,6 +113,11 @@ class RecordBase:
         return bool(self._record.complex)
 
     @property
+    def is_lost(self) -> bool:
+        """Whether the record could not grow, and has lost its samples."""
+        return self._record.data is None and self._record.points > 0
+
+    @property
     def _scalars(self) -> int:
         return int(self._record.points) * (2 if self._record.complex else 1)
 
@@ -161,7 +166,10 @@ class RecordBase:
         raise NotImplementedError
 
     def _refused(self, name: str, symbol: str, **arguments: Any) -> Error:
-        """The error of a refused call. A record that could not grow has lost its samples."""
+        """The error of a refused call. A record that could not grow has lost its samples, and is empty from then on."""
         if self._record.data != self._data:
             self._owner, self._data = None, self._record.data
-        return refusal(name, symbol, self, arguments)
+        error = refusal(name, symbol, self, arguments)
+        if self.is_lost:
+            self._record.points = 0
+        return error

@@ -44,6 +44,9 @@ class Shaped(Protocol):
     @property
     def is_complex(self) -> bool: ...
 
+    @property
+    def is_lost(self) -> bool: ...
+
 
 _NOT_PROVIDED = {"dspi_erf", "dspi_erfc", "dspi_gamma", "dspi_lgamma"}
 _POWERS_OF_TWO = {"dspi_fft": "dft", "dspi_rfft": "rdft", "dspi_bitrev": "", "dspi_bitrev_scale": ""}
@@ -70,8 +73,9 @@ def _for_the_signal(symbol: str, signal: Shaped) -> tuple[str, str] | None:
     if symbol in _POWERS_OF_TWO and not _is_power_of_two(signal.points):
         other = _POWERS_OF_TWO[symbol]
         return _points(signal.points), "a power of two is needed" + (f", {other} takes any length" if other else "")
-    if symbol == "dspi_irfft" and not _is_power_of_two(2 * (signal.points - 1)) and signal.points != 1:
-        return _points(signal.points), "one more than a power of two is needed, irdft takes any number"
+    if symbol == "dspi_irfft":  # which leaves the whole spectrum behind
+        points = signal.points // 2 + 1 if signal.points else 0
+        return _points(points), "one more than a power of two is needed, irdft takes any number"
     return None
 
 
@@ -87,13 +91,15 @@ def refusal(name: str, symbol: str, signal: Shaped, arguments: dict[str, Any]) -
     arguments : dict
         The other arguments by their names.
     """
+    if signal.is_lost:
+        return OutOfMemory(name, "", _points(signal.points), "no memory for them")
     known = _for_the_signal(symbol, signal)
     if known:
         return Error(name, "", *known)
     second = arguments.get("b", arguments.get("im"))
     if symbol in _EQUAL_POINTS and second is not None and second.points != signal.points:
         return Error(name, "", f"{signal.points} and {_points(second.points)}", "as many are needed in both")
-    if symbol not in REFUSALS and symbol not in _POWERS_OF_TWO:
+    if symbol not in REFUSALS:
         return OutOfMemory(name, "", _points(signal.points), "no memory for the result")
     return _as_the_header_says(name, symbol, signal, arguments)
 
@@ -102,8 +108,8 @@ def _as_the_header_says(name: str, symbol: str, signal: Shaped, arguments: dict[
     """All arguments that may be refused, with what the header asks of them."""
     kind = "complex" if signal.is_complex else "real"
     given = [f"{_points(signal.points)}, {kind}"] + [f"{key} = {_shown(value)}" for key, value in arguments.items()]
-    needed = [f"{key}: {text}" for key, text in REFUSALS.get(symbol, {}).items()]
-    return Error(name, "", ", ".join(given), ". ".join(needed) or "refused")
+    needed = [f"{key}: {text}" if key else text for key, text in REFUSALS[symbol].items()]
+    return Error(name, "", ", ".join(given), ". ".join(needed))
 
 
 def _shown(value: Any) -> str:

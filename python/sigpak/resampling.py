@@ -31,6 +31,11 @@ def resampling_taps(up: int, down: int, passband: float = 0.9, attenuation: floa
     return Vec.empty(0).c_rsmp(up, down, passband, attenuation).array
 
 
+def _taps(up: int, down: int, passband: float, attenuation: float) -> ArrayLike:
+    """The filter of a reduced ratio; the same rate needs none."""
+    return [1.0] if up == down else resampling_taps(up, down, passband, attenuation)
+
+
 def _reduced(up: int, down: int) -> tuple[int, int]:
     common = max(gcd(int32(up), int32(down)), 1)
     return up // common, down // common
@@ -57,7 +62,7 @@ def resample(x: ArrayLike, up: int, down: int, *, passband: float = 0.9, attenua
     """
     up, down = _reduced(up, down)
     taken = samples(x)
-    taps = Stream._constant(PRECISIONS[taken.dtype], resampling_taps(up, down, passband, attenuation))
+    taps = Stream._constant(PRECISIONS[taken.dtype], _taps(up, down, passband, attenuation))
     return Vec._lent(taken, 1.0, False).rsmp(taps, up, down)._taken()
 
 
@@ -129,7 +134,7 @@ class Resampler(_RateChange):
     ) -> None:
         self.up, self.down = _reduced(up, down)
         if taps is None:
-            taps = resampling_taps(self.up, self.down, passband, attenuation)
+            taps = _taps(self.up, self.down, passband, attenuation)
         else:
             self.up, self.down = int32(up), int32(down)
         self._given = taps, 1.0
