@@ -165,7 +165,7 @@ def _is_record(parameter: header.Parameter) -> bool:
     return parameter.type.endswith("dsp_vec *")
 
 
-def _argument(operation: str, parameter: header.Parameter, owner: str) -> Argument:
+def _argument(operation: str, parameter: header.Parameter, owner: str | None) -> Argument:
     name = parameter.name
     python = {"in": "block"}.get(name, name)
     if name == owner:

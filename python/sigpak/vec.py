@@ -238,5 +238,7 @@ def scratch(x: ArrayLike, delta: float = 1.0) -> Vec:
 
 def scratch_pair(a: ArrayLike, b: ArrayLike) -> tuple[Vec, Vec]:
     """Two records for reading, in double precision when either is."""
-    first, second = alike(a, b)
+    first, second = samples(a), samples(b)
+    if PRECISIONS[first.dtype] is not PRECISIONS[second.dtype]:
+        first, second = alike(first, second)
     return Vec._lent(first, 1.0, False), Vec._lent(second, 1.0, False)

@@ -11,6 +11,7 @@ import re
 import shutil
 import subprocess
 import sys
+from importlib.util import find_spec
 from pathlib import Path
 from typing import Any
 
@@ -161,6 +162,27 @@ def test_refusals_tell_the_reason(call: Any, message: str) -> None:
         call()
     again = pickle.loads(pickle.dumps(caught.value))
     assert isinstance(again, ValueError) and str(again) == str(caught.value)
+
+
+@pytest.mark.skipif(not all(map(find_spec, ("pip", "setuptools", "wheel"))), reason="there is no pip")
+@pytest.mark.parametrize("bundled", [True, False])
+def test_a_wheel_holds_all_that_the_package_needs(tmp_path: Path, bundled: bool) -> None:
+    for name in ("pyproject.toml", "LICENSE", "CMakeLists.txt", "docs/header.py", "include/sigpak.h"):
+        (tmp_path / name).parent.mkdir(exist_ok=True)
+        shutil.copy(TREE / name, tmp_path / name)
+    shutil.copytree(TREE / "python", tmp_path / "python", ignore=shutil.ignore_patterns("tests", "__pycache__"))
+    environment = {k: v for k, v in os.environ.items() if k != "SIGPAK_LIBRARY"}
+    environment["SIGPAK_BUNDLE"] = os.environ["SIGPAK_LIBRARY"] if bundled else "0"
+    install = ["pip", "install", "--no-build-isolation", "--no-deps", "--no-index", "--target", "there", "."]
+    subprocess.run([sys.executable, "-m", *install], cwd=tmp_path, env=environment, check=True, capture_output=True)
+    tag = "py3-none-any" if not bundled else "py3-none-linux"
+    assert f"Tag: {tag}" in next((tmp_path / "there").glob("*.dist-info/WHEEL")).read_text()
+    assert (tmp_path / "there/sigpak/py.typed").exists()
+    if bundled:
+        program = "import sigpak; print(sigpak.__file__, sigpak.mean([1, 2]))"
+        command = [sys.executable, "-c", program]
+        run = subprocess.run(command, cwd=tmp_path / "there", env=environment, text=True, capture_output=True)
+        assert run.stdout == f"{tmp_path}/there/sigpak/__init__.py 1.5\n", run.stderr
 
 
 def test_memory_that_is_not_there_is_an_error_that_leaves_no_ruin(package: Path) -> None:
