@@ -57,6 +57,8 @@ def samples(x: ArrayLike) -> Array:
         return x
     array = np.asarray(x)
     _check_shape(array)
+    if isinstance(x, np.ma.MaskedArray) and np.any(x.mask):
+        raise Error("", "", "masked samples", "every sample is needed: x.filled(0), x.compressed()")
     return np.ascontiguousarray(array, dtype=_dtype(array))
 
 

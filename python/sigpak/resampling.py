@@ -137,7 +137,7 @@ class Resampler(_RateChange):
             taps = _taps(self.up, self.down, passband, attenuation)
         else:
             self.up, self.down = int32(up), int32(down)
-        self._given = taps, 1.0
+        self._given = samples(taps).copy(), 1.0
 
     def _run(self, c: Precision, block: int | None, out: int) -> int:
         return c.dspd_rsmp(block, out, self._taps._at, self.up, self.down, self._state._at)

@@ -115,7 +115,7 @@ def window_samples(window: WindowLike, segment: int) -> Array:
     """A window by its name, or the samples of the caller's own."""
     if isinstance(window, (str, int)):
         return make_window(window, segment)
-    return samples(window)
+    return samples(window).copy()
 
 
 def noise_bandwidth(window: Array) -> float:
@@ -222,8 +222,8 @@ class RunningSpectrum(Averager):
     def add(self, block: ArrayLike) -> None:
         """Takes the next block, of any length."""
         taken = samples(block)
-        self._is_complex = taken.dtype.kind == "c"
         self._take(taken)
+        self._is_complex = taken.dtype.kind == "c"
 
     @property
     def result(self) -> Spectrum:

@@ -80,8 +80,7 @@ class Vec(Methods):
         delta : float, optional
             The spacing of the samples.
         """
-        taken = samples(x)
-        return cls._lent(taken.copy() if taken is x or taken.base is not None else taken, delta, True)
+        return cls._lent(_copied(x), delta, True)
 
     @classmethod
     def _lent(cls, x: Array, delta: float, shared: bool) -> Self:
@@ -223,6 +222,11 @@ def _seen(x: Array) -> str:
     return f"{x.dtype} of shape {x.shape}" + ("" if x.flags.writeable else ", read-only")
 
 
+def _copied(x: ArrayLike) -> Array:
+    """The samples in memory of their own: what x gives as an array may be its own memory."""
+    return x.copy() if is_plain(x) else samples(x).copy()
+
+
 def operand(x: ArrayLike, delta: float = 1.0) -> Vec:
     """A record for reading alone: x itself wherever the library can read it."""
     return Vec._lent(samples(x), delta, False)
@@ -230,10 +234,7 @@ def operand(x: ArrayLike, delta: float = 1.0) -> Vec:
 
 def scratch(x: ArrayLike, delta: float = 1.0) -> Vec:
     """A record for one chain of operations that ends in an array: a copy that nobody else sees."""
-    if is_plain(x):
-        return Vec._lent(x.copy(), delta, False)
-    taken = samples(x)
-    return Vec._lent(taken.copy() if taken is x or taken.base is not None else taken, delta, False)
+    return Vec._lent(_copied(x), delta, False)
 
 
 def scratch_pair(a: ArrayLike, b: ArrayLike) -> tuple[Vec, Vec]:
