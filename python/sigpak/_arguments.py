@@ -6,7 +6,7 @@ import difflib
 from ctypes import addressof, byref, c_int32
 from enum import IntEnum
 from operator import index
-from typing import TYPE_CHECKING, Any, TypeGuard, TypeVar
+from typing import TYPE_CHECKING, Any, TypeVar
 
 import numpy as np
 from numpy.typing import ArrayLike, NDArray
@@ -16,6 +16,8 @@ from .enums import Window
 from .errors import Error
 
 if TYPE_CHECKING:
+    from typing_extensions import TypeGuard
+
     from .vec import Vec
 
 __all__ = ["Array", "ArrayLike"]

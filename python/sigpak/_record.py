@@ -13,7 +13,7 @@ from ._library import DOUBLE, SINGLE, Precision
 from .errors import Error, refusal
 
 if TYPE_CHECKING:
-    from typing import Self
+    from typing_extensions import Self
 
     from .vec import Vec
 

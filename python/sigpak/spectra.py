@@ -6,7 +6,7 @@ import os
 from ctypes import c_int32
 from dataclasses import dataclass
 from importlib import import_module
-from typing import Any
+from typing import Any, Union
 
 import numpy as np
 
@@ -21,7 +21,7 @@ from .windows import window as make_window
 
 __all__ = ["Line", "RunningSpectrum", "Spectrum", "spectrum"]
 
-WindowLike = Window | int | str | ArrayLike
+WindowLike = Union[Window, int, str, ArrayLike]
 
 #: The unit of each quantity, made of that of the samples.
 _UNITS = {"peak": "{}", "rms": "{} rms", "power": "{}^2", "asd": "{}/sqrt(Hz)", "psd": "{}^2/Hz"}

@@ -14,7 +14,7 @@ from ._record import Storage, address
 from .errors import Error, OutOfMemory
 
 if TYPE_CHECKING:
-    from typing import Self
+    from typing_extensions import Self
 
 __all__ = ["Vec"]
 
