@@ -61,7 +61,7 @@ def samples(x: ArrayLike) -> Array:
     _check_shape(array)
     if isinstance(x, np.ma.MaskedArray) and np.any(x.mask):
         raise Error("", "", "masked samples", "every sample is needed: x.filled(0), x.compressed()")
-    return np.ascontiguousarray(array, dtype=_dtype(array))
+    return np.require(array, _dtype(array), ["C", "A"])
 
 
 def _check_shape(array: Array) -> None:
