@@ -57,16 +57,13 @@ class Vec(Methods):
             raise Error("Vec", "x", f"of type {type(x).__name__}", "an array is needed to share; Vec.of copies")
         if samples(x) is not x or not x.flags.writeable:
             raise Error("Vec", "x", _seen(x), "native floats side by side, writable, are needed; Vec.of copies")
-        self._lend(x, PRECISIONS[x.dtype], delta, True)
+        self._lend(x, delta, True)
 
-    def _lend(self, x: Array, c: Precision, delta: float, shared: bool) -> None:
-        self._record = record = c.structure(delta)
+    def _lend(self, x: Array, delta: float, shared: bool) -> None:
+        self._c = c = PRECISIONS[x.dtype]
+        self._owner, self._shared, self._data = x, shared, address(x)
+        self._record = record = c.structure(delta, self._data, 0, x.size, x.dtype.kind == "c")
         self._at = addressof(record)
-        self._c, self._owner, self._shared = c, x, shared
-        record.points = x.size
-        record.data = self._data = address(x)
-        if x.dtype.kind == "c":
-            record.complex = 1
 
     @classmethod
     def of(cls, x: ArrayLike, delta: float = 1.0) -> Self:
@@ -85,7 +82,7 @@ class Vec(Methods):
     @classmethod
     def _lent(cls, x: Array, delta: float, shared: bool) -> Self:
         vec = cls.__new__(cls)
-        vec._lend(x, PRECISIONS[x.dtype], delta, shared)
+        vec._lend(x, delta, shared)
         return vec
 
     @classmethod
