@@ -21,6 +21,8 @@ Number = Union[float, complex, "np.float32", "np.complex64"]
 
 
 _from_buffer: Callable[[Any], c_char] = c_char.from_buffer
+
+
 def address(array: np.ndarray[Any, Any]) -> int | None:
     """Where the first sample of an array lies; None of an empty one."""
     try:

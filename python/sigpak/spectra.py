@@ -86,7 +86,7 @@ class Spectrum:
         explains it by the leakage of the window. Frequency and value are those of the parabola through the logarithms
         of the three highest points.
         """
-        powers = self.values if self.quantity in ("power", "psd") else self.values**2
+        powers = self.values if self.quantity in ("power", "psd") else self.values ** 2
         found = find_lines(self.f, powers, self.window, self.hop, self.segments, self.padding)
         if self.quantity in ("power", "psd"):
             return found

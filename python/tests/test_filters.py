@@ -81,6 +81,8 @@ def test_decimation_and_rates_of_any_ratio(real: Any) -> None:
     whole = np.concatenate(parts)
     k = np.arange(whole.size)[300:-300]
     np.testing.assert_allclose(whole[300:-300], np.cos(2 * np.pi * f * k * np.pi / 3), atol=tolerance)
+    with pytest.raises(sp.Error, match="Resampler: 2 points, real, up = 1, down = 0; .*1 .. 2.24"):
+        sp.Resampler(1, 0, taps=[1.0])(x[:2])
     with pytest.raises(sp.Error, match="step = -1"):
         sp.VariableResampler(-1)(x)
 

@@ -20,7 +20,9 @@ def welch(x: Any, name: str, segment: int, scaling: str) -> tuple[Any, Any]:
     def centred(block: Any) -> Any:
         return block - (block @ window / window.sum())[..., None]
 
-    return signal.welch(x, RATE, window, segment, detrend=centred, scaling=scaling, return_onesided=not np.iscomplexobj(x))
+    return signal.welch(
+        x, RATE, window, segment, detrend=centred, scaling=scaling, return_onesided=not np.iscomplexobj(x)
+    )
 
 
 # Each quantity as a function of SciPy's power spectrum or density.
