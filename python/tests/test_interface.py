@@ -55,6 +55,7 @@ def test_blocks_are_cut_into_formula_arguments_and_tables() -> None:
     assert hist.summary.startswith("result[k] = how many samples")
     entries = {piece.names: piece for piece in hist.pieces if isinstance(piece, header.Entry)}
     assert list(entries) == [("width",), ("bins",), ("result",)]
+    assert MODEL.block_of("dsph_dft").comment.summary.endswith("(Welch, IEEE Trans. Audio Electroacoust. 15, 1967)")
     fir = MODEL.block_of("dspc_fir").comment
     table = next(piece for piece in fir.pieces if isinstance(piece, header.Verbatim))
     assert len(table.lines) == 13 and table.lines[-1].startswith("10  ramp 2 |f|")
