@@ -31,3 +31,4 @@ fi
 build_packages=(g++ cmake ninja-build pkg-config)
 tool_packages=(libcli11-dev libsndfile1-dev)
 test_packages=(libgtest-dev libmpfr-dev)
+python_packages=(mypy python3-numpy python3-pip python3-pytest python3-scipy python3-setuptools python3-wheel)
