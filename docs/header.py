@@ -268,11 +268,12 @@ def _parameter(source: str) -> Parameter:
 
 def _function(source: str) -> Function:
     """A prototype, or the type of one: 'int32_t name (parameters)'."""
-    found = re.fullmatch(r"(.*?)\(?\*?(\w+)\)?\s*\((.*)\)", " ".join(source.split()))
+    line = " ".join(source.split())
+    found = re.fullmatch(r"(.*?)\(\*(\w+)\) ?\((.*)\)", line) or re.fullmatch(r"(.*?)(\w+) ?\((.*)\)", line)
     if not found:
         raise NotUnderstood(f"prototype {source!r}")
     returns, name, inside = found[1].strip(), found[2], found[3].strip()
-    if found[0][: found.start(2)].rstrip().endswith("*") and "(*" not in found[0]:
+    if returns.endswith("*"):
         returns = returns.rstrip("*").strip() + " *"
     parameters = () if inside == "void" else tuple(_parameter(part) for part in inside.split(","))
     return Function(name, returns, parameters)
