@@ -1,0 +1,175 @@
+#!/usr/bin/env python3
+"""run_blocks.py PAGE...: compiles and runs every block of code of the pages, and compares what it prints.
+
+A block of c, cpp, python or sh is run in a directory of its page, in the order of the page. What stands in a block of text
+right behind it is what it prints; a line ... there stands for any lines. A block without main is the inside of one. Lines
+of a MyST comment (%) right before a block go before its own: they prepare what the page has told already. Blocks whose
+program or package is not there are passed over by name. SIGPAK_BUILD is the build tree.
+"""
+
+from __future__ import annotations
+
+import os
+import re
+import subprocess
+import sys
+import tempfile
+from dataclasses import dataclass
+from pathlib import Path
+
+TREE = Path(__file__).resolve().parents[2]
+BUILD = Path(os.environ.get("SIGPAK_BUILD", TREE / "build/release"))
+LANGUAGES = ("c", "cpp", "python", "sh")
+DATA_ALONE = ("text", "json", "csv")
+
+_FENCE = re.compile(
+    r"(?P<hidden>(?:^%[^\n]*\n)*)^```(?P<language>[\w{}-]*)[^\n]*\n(?P<code>.*?)^```$"
+    r"(?:\n\n?```text\n(?P<prints>.*?)^```$)?",
+    re.MULTILINE | re.DOTALL,
+)
+
+C_BEFORE = "#include <math.h>\n#include <sigpak.h>\n#include <stdio.h>\n#include <stdlib.h>\n#include <string.h>\n"
+CPP_BEFORE = "#include <cmath>\n#include <cstdio>\n#include <sigpak.hpp>\n#include <string>\n#include <vector>\n"
+
+
+@dataclass
+class Block:
+    page: Path
+    line: int
+    language: str
+    code: str
+    prints: str | None
+
+    @property
+    def name(self) -> str:
+        return f"{self.page.name}:{self.line}"
+
+
+def blocks(page: Path) -> list[Block]:
+    """The blocks of a page that are code."""
+    text = page.read_text(encoding="utf-8")
+    found = []
+    for fence in _FENCE.finditer(text):
+        language = fence["language"]
+        if language.startswith("{") or language in DATA_ALONE:
+            continue
+        line = text.count("\n", 0, fence.start("language")) + 1
+        if language not in LANGUAGES:
+            raise SystemExit(f"{page.name}:{line}: a block of {language or 'no language'} is neither run nor data")
+        hidden = "".join(each.lstrip("%")[1:] + "\n" for each in fence["hidden"].splitlines())
+        found.append(Block(page, line, language, hidden + fence["code"], fence["prints"]))
+    return found
+
+
+def program(block: Block) -> str:
+    """The source of a whole program."""
+    if re.search(r"^int main\(", block.code, re.MULTILINE):
+        return block.code
+    includes = "".join(line + "\n" for line in block.code.splitlines() if line.startswith("#include"))
+    inside = "".join(line + "\n" for line in block.code.splitlines() if not line.startswith("#include"))
+    before = C_BEFORE if block.language == "c" else CPP_BEFORE
+    return f"{before}{includes}int main(void) {{\n{inside}return 0;\n}}\n"
+
+
+def command(block: Block, scratch: Path) -> list[str]:
+    """What runs a block; it is compiled first where it must be."""
+    if block.language == "python":
+        return [sys.executable, "-c", block.code]
+    if block.language == "sh":
+        return ["bash", "-euo", "pipefail", "-c", block.code]
+    source = scratch / f"block{block.line}.{block.language}"
+    source.write_text(program(block), encoding="utf-8")
+    compiler = {
+        "c": [os.environ.get("CC", "cc"), "-std=c99", "-D_DEFAULT_SOURCE"],
+        "cpp": [os.environ.get("CXX", "c++"), "-std=c++17"],
+    }[block.language]
+    options = ["-Wall", "-Wextra", "-Werror", "-Wno-unused", f"-I{TREE / 'include'}"]
+    libraries = [f"-L{BUILD / 'src'}", f"-Wl,-rpath,{BUILD / 'src'}", "-lsigpak", "-lm"]
+    subprocess.run([*compiler, *options, str(source), "-o", str(source.with_suffix("")), *libraries], check=True)
+    return [str(source.with_suffix(""))]
+
+
+def environment() -> dict[str, str]:
+    own = {
+        "PATH": f"{BUILD / 'tools'}:{os.environ['PATH']}",
+        "PYTHONPATH": str(TREE / "python"),
+        "SIGPAK_LIBRARY": str(BUILD / "src/libsigpak.so"),
+        "LC_ALL": "C.UTF-8",
+    }
+    return {**os.environ, **own}
+
+
+def commands() -> set[str]:
+    """The commands that the program of this build has; none without a program."""
+    try:
+        said = subprocess.run([BUILD / "tools/sigpak", "--help"], capture_output=True, text=True, check=False).stdout
+    except FileNotFoundError:
+        return set()
+    return set(re.findall(r"^ {1,4}(\w+)", said, re.MULTILINE))
+
+
+def wanting(block: Block, have: set[str]) -> str | None:
+    """What a block needs and this system does not have."""
+    if block.language == "sh":
+        used = set(re.findall(r"(?:^|[|(!]|\bsigpak_)\s*sigpak (\w+)", block.code, re.MULTILINE))
+        missing = sorted(used - have)
+        if missing:
+            return "sigpak " + missing[0]
+        tools = re.findall(r"^# needs (\S+)", block.code, re.MULTILINE)
+    else:
+        tools = []
+    modules = re.findall(r"^(?:import|from) (\w+)", block.code, re.MULTILINE) if block.language == "python" else []
+    for module in dict.fromkeys(modules):
+        if subprocess.run([sys.executable, "-c", f"import {module}"], env=environment(), capture_output=True).returncode:
+            return f"Python's {module}"
+    for path in re.findall(r"/usr/[\w./-]+", block.code):
+        if not Path(path).exists():
+            return path
+    return next((f"the program {tool}" for tool in tools if not _found(tool)), None)
+
+
+def _found(tool: str) -> bool:
+    return any((Path(folder) / tool).exists() for folder in os.environ["PATH"].split(":"))
+
+
+def matches(printed: str, expected: str) -> bool:
+    """Whether the lines are those, with ... for any."""
+    pattern = "\n".join(re.escape(line.rstrip()) for line in expected.strip().splitlines())
+    pattern = pattern.replace(re.escape("..."), "(?:.|\n)*?")
+    return re.fullmatch(pattern, "\n".join(line.rstrip() for line in printed.strip().splitlines())) is not None
+
+
+def run(block: Block, scratch: Path) -> str | None:
+    """Why a block is wrong."""
+    try:
+        done = subprocess.run(
+            command(block, scratch), cwd=scratch, env=environment(), capture_output=True, text=True, timeout=120
+        )
+    except subprocess.CalledProcessError:
+        return "does not compile"
+    if done.returncode != 0:
+        return f"ends with {done.returncode}\n{done.stdout}{done.stderr}"
+    if block.prints is not None and not matches(done.stdout, block.prints):
+        return f"prints\n{done.stdout}and not\n{block.prints}"
+    return None
+
+
+def main(pages: list[str]) -> int:
+    have, failed, ran = commands(), 0, 0
+    for page in map(Path, pages):
+        with tempfile.TemporaryDirectory() as folder:
+            for block in blocks(page):
+                missing = wanting(block, have)
+                if missing:
+                    print(f"passed over  {block.name}: {missing} is not there")
+                    continue
+                ran += 1
+                if reason := run(block, Path(folder)):
+                    print(f"FAILED       {block.name} ({block.language}): {reason}")
+                    failed += 1
+    print(f"{ran} blocks run, {failed} failed")
+    return failed != 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))
