@@ -180,6 +180,7 @@ template <class T> class basic_record {
   std::size_t points() const noexcept {
     return record_.data != nullptr && static_cast<std::int32_t>(record_.points) > 0 ? record_.points : 0;
   }
+  std::size_t size() const noexcept { return points() * (is_complex() ? 2 : 1); }  // scalars
   bool empty() const noexcept { return points() == 0; }
 
   // Keeps the points that stay, and makes those that are new zeros. Between forms nothing is kept.
@@ -204,25 +205,27 @@ template <class T> class basic_record {
     return true;
   }
 
-  // The scalars: of complex samples re, im, re, im.
-  span<T> scalars() noexcept { return {record_.data, points() * (is_complex() ? 2 : 1)}; }
-  span<const T> scalars() const noexcept { return {record_.data, points() * (is_complex() ? 2 : 1)}; }
+  // The scalars: of complex samples re, im, re, im. Not of a record that is about to go.
+  span<T> scalars() & noexcept { return {record_.data, size()}; }
+  span<const T> scalars() const& noexcept { return {record_.data, size()}; }
+  void scalars() const&& = delete;
 
   // The points of a complex record, of any other none. std::complex<T> is laid out as T[2] by definition.
-  span<std::complex<T>> complexes() noexcept {
+  span<std::complex<T>> complexes() & noexcept {
     return {reinterpret_cast<std::complex<T>*>(record_.data), is_complex() ? points() : 0};
   }
-  span<const std::complex<T>> complexes() const noexcept {
+  span<const std::complex<T>> complexes() const& noexcept {
     return {reinterpret_cast<const std::complex<T>*>(record_.data), is_complex() ? points() : 0};
   }
+  void complexes() const&& = delete;
 
   // One scalar; no check.
   T& operator[](std::size_t i) noexcept { return record_.data[i]; }
   const T& operator[](std::size_t i) const noexcept { return record_.data[i]; }
   T* begin() noexcept { return record_.data; }
-  T* end() noexcept { return record_.data + scalars().size(); }
+  T* end() noexcept { return record_.data + size(); }
   const T* begin() const noexcept { return record_.data; }
-  const T* end() const noexcept { return record_.data + scalars().size(); }
+  const T* end() const noexcept { return record_.data + size(); }
 
   // The record of C, for functions that take one. What it owns stays this record's.
   c_type* c_record() noexcept { return &record_; }

@@ -4,7 +4,8 @@
 A block of c, cpp, python or sh is run in a directory of its page, in the order of the page. What stands in a block of text
 right behind it is what it prints; a line ... there stands for any lines. A block without main is the inside of one. Lines
 of a MyST comment (%) right before a block go before its own: they prepare what the page has told already. Blocks whose
-program or package is not there are passed over by name. SIGPAK_BUILD is the build tree.
+program or package is not there are passed over by name. SIGPAK_BUILD is the build tree,
+SIGPAK_PYTHON where the package for Python is.
 """
 
 from __future__ import annotations
@@ -18,7 +19,7 @@ from dataclasses import dataclass
 from pathlib import Path
 
 TREE = Path(__file__).resolve().parents[2]
-BUILD = Path(os.environ.get("SIGPAK_BUILD", TREE / "build/release"))
+BUILD = Path(os.environ.get("SIGPAK_BUILD", TREE / "build/release")).resolve()
 LANGUAGES = ("c", "cpp", "python", "sh")
 DATA_ALONE = ("text", "json", "csv")
 
@@ -92,7 +93,7 @@ def command(block: Block, scratch: Path) -> list[str]:
 def environment() -> dict[str, str]:
     own = {
         "PATH": f"{BUILD / 'tools'}:{os.environ['PATH']}",
-        "PYTHONPATH": str(TREE / "python"),
+        "PYTHONPATH": os.environ.get("SIGPAK_PYTHON", ""),
         "SIGPAK_LIBRARY": str(BUILD / "src/libsigpak.so"),
         "LC_ALL": "C.UTF-8",
     }
