@@ -31,3 +31,4 @@ fi
 build_packages=(g++ cmake ninja-build pkg-config)
 tool_packages=(libcli11-dev libsndfile1-dev)
 test_packages=(libgtest-dev libmpfr-dev)
+manual_packages=(python3 python3-sphinx python3-myst-parser python3-sphinx-rtd-theme)

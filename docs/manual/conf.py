@@ -15,6 +15,7 @@ version = release = re.search(r"VERSION (\d+\.\d+\.\d+)", (tree / "CMakeLists.tx
 extensions = ["myst_parser", "sphinx_header"]
 myst_enable_extensions = ["colon_fence", "deflist"]
 myst_heading_anchors = 3
+exclude_patterns = ["README.md"]  # a part of the page on speed
 primary_domain = "c"
 highlight_language = "c"
 nitpicky = True

@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
-"""run_blocks.py PAGE...: compiles and runs every block of code of the pages, and compares what it prints.
+"""run_blocks.py [--keep DIRECTORY] PAGE...: compiles and runs every block of code of the pages, and compares what it prints.
 
 A block of c, cpp, python or sh is run in a directory of its page, in the order of the page. What stands in a block of text
 right behind it is what it prints; a line ... there stands for any lines. A block without main is the inside of one. Lines
 of a MyST comment (%) right before a block go before its own: they prepare what the page has told already. Blocks whose
-program or package is not there are passed over by name. SIGPAK_BUILD is the build tree,
+program or package is not there are passed over by name. Of manual pages the examples are run, and the prototypes must be
+those of the header. Recordings and tables that a page takes for granted are made for it. Pictures are kept in DIRECTORY. SIGPAK_BUILD is the build tree,
 SIGPAK_PYTHON where the package for Python is.
 """
 
@@ -12,6 +13,7 @@ from __future__ import annotations
 
 import os
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -62,6 +64,36 @@ def blocks(page: Path) -> list[Block]:
     return found
 
 
+def of_manual_page(page: Path) -> list[Block]:
+    """The examples of a command, line by line, or the prototypes of a family of functions as a program."""
+    text = page.read_text(encoding="utf-8")
+    for mark, character in (("\\-", "-"), ("\\(aq", "'"), ("\\(ga", "`"), ("\\e", "\\"), ("\\|", ""), ("\\&", "")):
+        text = text.replace(mark, character)
+    if page.suffix == ".3":
+        prototypes = re.findall(r"^\.B (.*;)$", text, re.MULTILINE)
+        code = "\n".join(["#include <sigpak.h>", *prototypes, "int main(void) { return 0; }\n"])
+        return [Block(page, 1, "c", code, None)]
+    examples = re.search(r"^\.SH EXAMPLES\n(.*?)(?=^\.SH|\Z)", text, re.MULTILINE | re.DOTALL)
+    lines = re.findall(r"^.*\bsigpak .*", examples[1], re.MULTILINE) if examples else []
+    return [Block(page, number, "sh", line + "\n", None) for number, line in enumerate(lines, 1)]
+
+
+def prepare(block: Block, scratch: Path) -> None:
+    """Makes the recordings and tables that a block of the shell reads, and a recorder that needs no sound card."""
+    recorder = scratch / "bin/arecord"
+    recorder.parent.mkdir(exist_ok=True)
+    if not recorder.exists():
+        recorder.symlink_to(TREE / "tests/examples/write-recording")
+    for name in set(re.findall(r"(?<![\w/.*-])(?:[\w-]+)\.(?:wav|csv|flac)\b", block.code)):
+        if (scratch / name).exists() or name.endswith(".flac") or re.search(rf"[>o] ?{re.escape(name)}", block.code):
+            continue
+        if name.endswith(".wav"):
+            (scratch / name).write_bytes(subprocess.check_output([TREE / "tests/examples/write-recording"]))
+        else:
+            rows = (f"{n / 1000:.3f},{(n % 20 - 10) / 10:.1f}\n" for n in range(4096))
+            (scratch / name).write_text("time_s,voltage_V\n" + "".join(rows))
+
+
 def program(block: Block) -> str:
     """The source of a whole program."""
     if re.search(r"^int main\(", block.code, re.MULTILINE):
@@ -90,9 +122,9 @@ def command(block: Block, scratch: Path) -> list[str]:
     return [str(source.with_suffix(""))]
 
 
-def environment() -> dict[str, str]:
+def environment(scratch: Path) -> dict[str, str]:
     own = {
-        "PATH": f"{BUILD / 'tools'}:{os.environ['PATH']}",
+        "PATH": f"{scratch / 'bin'}:{BUILD / 'tools'}:{os.environ['PATH']}",
         "PYTHONPATH": os.environ.get("SIGPAK_PYTHON", ""),
         "SIGPAK_LIBRARY": str(BUILD / "src/libsigpak.so"),
         "LC_ALL": "C.UTF-8",
@@ -121,7 +153,7 @@ def wanting(block: Block, have: set[str]) -> str | None:
         tools = []
     modules = re.findall(r"^(?:import|from) (\w+)", block.code, re.MULTILINE) if block.language == "python" else []
     for module in dict.fromkeys(modules):
-        if subprocess.run([sys.executable, "-c", f"import {module}"], env=environment(), capture_output=True).returncode:
+        if subprocess.run([sys.executable, "-c", f"import {module}"], env=environment(TREE), capture_output=True).returncode:
             return f"Python's {module}"
     for path in re.findall(r"/usr/[\w./-]+", block.code):
         if not Path(path).exists():
@@ -142,9 +174,11 @@ def matches(printed: str, expected: str) -> bool:
 
 def run(block: Block, scratch: Path) -> str | None:
     """Why a block is wrong."""
+    if block.language == "sh":
+        prepare(block, scratch)
     try:
         done = subprocess.run(
-            command(block, scratch), cwd=scratch, env=environment(), capture_output=True, text=True, timeout=120
+            command(block, scratch), cwd=scratch, env=environment(scratch), capture_output=True, text=True, timeout=120
         )
     except subprocess.CalledProcessError:
         return "does not compile"
@@ -155,11 +189,19 @@ def run(block: Block, scratch: Path) -> str | None:
     return None
 
 
-def main(pages: list[str]) -> int:
+def keep(pictures: Path, folder: str) -> None:
+    pictures.mkdir(parents=True, exist_ok=True)
+    for picture in Path(folder).glob("*.svg"):
+        shutil.copy(picture, pictures)
+
+
+def main(arguments: list[str]) -> int:
+    pictures = Path(arguments[1]) if arguments[0] == "--keep" else None
+    pages = arguments[2:] if pictures else arguments
     have, failed, ran = commands(), 0, 0
     for page in map(Path, pages):
         with tempfile.TemporaryDirectory() as folder:
-            for block in blocks(page):
+            for block in blocks(page) if page.suffix == ".md" else of_manual_page(page):
                 missing = wanting(block, have)
                 if missing:
                     print(f"passed over  {block.name}: {missing} is not there")
@@ -168,6 +210,8 @@ def main(pages: list[str]) -> int:
                 if reason := run(block, Path(folder)):
                     print(f"FAILED       {block.name} ({block.language}): {reason}")
                     failed += 1
+            if pictures:
+                keep(pictures, folder)
     print(f"{ran} blocks run, {failed} failed")
     return failed != 0
 
