@@ -12,9 +12,9 @@ from html import escape
 from typing import Callable, Iterator, Union
 
 FUNCTIONS = frozenset(
-    "sin cos tan asin acos atan atan2 sinh cosh tanh exp ln log log2 log10 sqrt sinc max min mean rms conj I0 J0 J1 Y0 Y1".split()
+    "sin cos tan asin acos atan atan2 sinh cosh tanh exp ln log log2 log10 sqrt sinc max min mean rms conj abs I0 J0 J1 Y0 Y1".split()
 )
-INDEXED = frozenset("fc mx my vx vy x0 y0 y1 s0 s1 log2 log10 I0 J0 J1 Y0 Y1".split())
+INDEXED = frozenset("fc mx my vx vy".split())
 WORDS = frozenset(("points", "width", "slope", "scale", "window"))  # quantities beside an operation alone
 SYMBOLS = {"pi": "\u03c0", "beta": "\u03b2", "sigma": "\u03c3", "inf": "\u221e"}
 QUANTITIES = frozenset("fc mx my vx vy x0 y0 y1 s0 s1 eps ENBW Hz re im delta".split())
@@ -147,7 +147,12 @@ class _Parser:
             return not self.is_next("...") or left.kind != "power"
         if left.kind == "number":
             return self.depth > 0 or left.text not in ("0", "1") and (len(left.text) < 3 or "." in left.text)
-        return self.depth > 0 or len(left.text) == 1 or left.text in QUANTITIES or left.text in SYMBOLS
+        return self.depth > 0 or self.is_symbol(left.text)
+
+    def is_symbol(self, name: str) -> bool:
+        """A letter, with an index or without, or what stands for one."""
+        indexed = name in self.names and re.fullmatch(r"[A-Za-z](?:\d|_\w)", name) is not None
+        return len(name) == 1 or name in SYMBOLS or name in QUANTITIES or indexed
 
     def tight(self) -> Tree | None:
         """A divisor: one factor, and what is written to it without a blank, as in k / 2N."""
@@ -238,7 +243,7 @@ class _Parser:
         if name in ARTICLES and not opens and self.depth == 0:
             before = self.tokens[self.at - 1].text if self.at > 0 else ""
             return before == "^" or following is not None and following.text in OPERATIONS
-        if len(name) == 1 or name in SYMBOLS or name in QUANTITIES:
+        if self.is_symbol(name):
             return True
         if "_" in name[1:-1] and name[0] != "_" or name in self.names | WORDS and not juxtaposed:
             return True
@@ -339,8 +344,9 @@ def _leaf(leaf: Leaf) -> str:
             ten = f"<msup><mn>10</mn>{_row(sign, f'<mn>{digits}</mn>')}</msup>"
             return ten if power[1] == "1" else _row(f"<mn>{power[1]}</mn>", "<mo>&#183;</mo>", ten)
         return f"<mn>{leaf.text}</mn>"
-    if leaf.kind == "name" and leaf.text in INDEXED:
-        base, index = re.fullmatch(r"(\D+?)([\dcxy]\d?)", leaf.text).groups()  # type: ignore[union-attr]
+    indexed = re.fullmatch(r"(log|[A-Za-z](?=_?\w$))_?(\w\d?)", leaf.text) if leaf.kind == "name" else None
+    if indexed and (leaf.text in INDEXED or not indexed[2].isalpha() or "_" in leaf.text):
+        base, index = indexed.groups()
         kind = "mn" if index.isdigit() else "mi"
         return f"<msub><mi>{base}</mi><{kind}>{index}</{kind}></msub>"
     if leaf.kind == "name":
@@ -363,7 +369,8 @@ def _set(tree: Tree, display: bool) -> str:
     if tree.kind == "fence" and display and "<mfrac>" in parts[1]:
         return _row(*(part.replace(' stretchy="false"', "") if part.startswith("<mo") else part for part in parts))
     if tree.kind == "quotient" and display:
-        return f"<mfrac>{_row(_set(_bare(tree.parts[0]), display))}{_row(_set(_bare(tree.parts[1]), display))}</mfrac>"
+        above, below = (_row(_set(_bare(part), False)) for part in tree.parts)
+        return f"<mfrac>{above}{below}</mfrac>"
     if tree.kind == "quotient":
         return _row(parts[0], "<mo>/</mo>", parts[1])
     if tree.kind == "times":
@@ -379,6 +386,8 @@ def _set(tree: Tree, display: bool) -> str:
         if len(parts) > 1:
             sigma = f"<munder>{sigma}{_row(parts[1])}</munder>" if display else f"<msub>{sigma}{_row(parts[1])}</msub>"
         return _row(sigma, parts[0])
+    if tree.kind == "applied" and tree.parts[0] == Leaf("name", "abs"):
+        return _row("<mo>|</mo>", _set(_bare(tree.parts[1]), display), "<mo>|</mo>")
     if tree.kind == "applied" and not (isinstance(tree.parts[1], Node) and tree.parts[1].kind == "fence"):
         return _row(parts[0], '<mspace width="0.17em"/>', parts[1])
     return _row(*parts)
@@ -386,7 +395,7 @@ def _set(tree: Tree, display: bool) -> str:
 
 def mathml(tree: Tree, display: bool = False) -> str:
     """A formula as MathML, with fractions and limits above and below the line where it is displayed."""
-    mode = ' display="block"' if display else ""
+    mode = ' displaystyle="true"' if display else ""
     return f"<math{mode}>{_set(tree, display)}</math>"
 
 

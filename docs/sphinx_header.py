@@ -4,7 +4,7 @@
     .. header-comment:: 12 3         part 3 of section 12, a comment of its own
     .. header-operations::           every operation with its first sentence
     .. header-conventions::          the conventions
-    .. formula:: x[n] = ...          a formula on a line of its own; :formula:`x^2` is one within a line
+    .. formula::                     formulas, a line each; :formula:`x^2` is one within a line
 """
 
 from __future__ import annotations
@@ -120,10 +120,13 @@ def table(lines: Sequence[str], names: frozenset[str]) -> nodes.table:
 
 def cell(lines: list[str], names: frozenset[str]) -> list[nodes.Node]:
     first = lines[0].strip()
-    rest = [line for line in lines[1:]]
-    if any(line.strip() for line in rest):
-        return list(pieces(header._pieces([first, *rest]), names))
-    return [paragraph(re.sub(r"\s+", " ", first), names)] if first else []
+    if any(line.strip() for line in lines[1:]):
+        return list(pieces(header._pieces([first, *lines[1:]]), names))
+    text = re.sub(r"\s+", " ", first)
+    found = formula.find(text, 0, names)
+    if found and found[1] == len(text):
+        return [nodes.paragraph(text, "", math(found[0], text, display=True))]
+    return [paragraph(text, names)] if text else []
 
 
 def aligned(lines: Sequence[str], names: frozenset[str]) -> Iterator[nodes.Node]:
@@ -221,11 +224,10 @@ class HeaderConventions(Directive):
 
 
 class Formula(Directive):
-    required_arguments = 1
-    final_argument_whitespace = True
+    has_content = True
 
     def run(self) -> list[nodes.Node]:
-        return [displayed(line.strip(), names_in(line)) for line in self.arguments[0].splitlines()]
+        return [displayed(line.strip(), names_in(line)) for line in self.content if line.strip()]
 
 
 def names_in(text: str) -> frozenset[str]:
@@ -234,9 +236,11 @@ def names_in(text: str) -> frozenset[str]:
 
 
 def formula_role(role: str, source: str, text: str, line: int, inliner: Any, *rest: Any) -> Any:
+    if re.fullmatch(r"[\w.]+", text):
+        return [math(formula.Leaf("number" if text[0].isdigit() else "name", text), text)], []
     found = formula.find(text, 0, names_in(text))
     if found is None or found[1] != len(text):
-        return [nodes.emphasis(text, text)], []
+        return [], [inliner.reporter.error(f"not understood as a formula: {text}", line=line)]
     return [math(found[0], text)], []
 
 
