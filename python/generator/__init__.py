@@ -1,0 +1,1 @@
+"""The writers of the modules that the C header determines."""

@@ -1,0 +1,82 @@
+"""The lines of an averaged spectrum that noise and leakage do not explain."""
+
+from __future__ import annotations
+
+from statistics import NormalDist
+from typing import NamedTuple
+
+import numpy as np
+
+from ._arguments import Array
+
+#: One spectrum of noise in so many shows a line.
+_FALSE_ALARMS = 1000
+#: Leakage is known to this part of itself, as places between the bins matter.
+_MARGIN = 2.0
+_PADDING = 8
+
+
+class Line(NamedTuple):
+    """A line: where it is, how strong, and by how much above the noise."""
+
+    frequency: float
+    value: float
+    snr_db: float
+
+    def __str__(self) -> str:
+        return f"Line(frequency={self.frequency:.6}, value={self.value:.6}, snr_db={self.snr_db:.1f})"
+
+
+def independent_segments(window: Array, hop: int, segments: int) -> float:
+    """How many segments without overlap average noise as well (Welch 1967)."""
+    energy = float(np.dot(window, window))
+    terms = 0.0
+    for j in range(1, min(segments, -(-window.size // hop))):
+        shared = float(np.dot(window[: window.size - j * hop], window[j * hop :])) / energy
+        terms += (1 - j / segments) * shared**2
+    return segments / (1 + 2 * terms)
+
+
+def _gamma_quantile(part: float, k: float) -> float:
+    """The quantile of a mean of k exponential variables (Wilson, Hilferty 1931)."""
+    return float((1 - 1 / (9 * k) + NormalDist().inv_cdf(part) / (3 * np.sqrt(k))) ** 3)
+
+
+def _leakage(window: Array) -> Array:
+    """The most that a line leaves at a distance of 0, 1/8, 2/8, ... bins and beyond, relative to its top."""
+    power = np.abs(np.fft.rfft(window, _PADDING * window.size)) ** 2
+    envelope: Array = np.maximum.accumulate(power[::-1])[::-1] / power[0]
+    return envelope
+
+
+def find_lines(f: Array, power: Array, window: Array, hop: int, segments: int) -> list[Line]:
+    """The lines of a power spectrum, the strongest first."""
+    if power.size < 3:
+        return []
+    k = independent_segments(window, hop, segments)
+    noise = float(np.median(power)) / _gamma_quantile(0.5, k)
+    threshold = noise * _gamma_quantile(1 - 1 / (_FALSE_ALARMS * power.size), k)
+    inner = power[1:-1]
+    tops = 1 + np.flatnonzero((inner > power[:-2]) & (inner >= power[2:]) & (inner > threshold))
+    leakage, explained = _leakage(window), np.zeros(power.size)
+    lines = []
+    for top in tops[np.argsort(-power[tops])]:
+        if power[top] <= _MARGIN * explained[top]:
+            continue
+        line = _parabola(f, power, int(top), noise)
+        lines.append(line)
+        place = (line.frequency - f[0]) / (f[1] - f[0])
+        distance = np.abs(np.arange(power.size) - place) * _PADDING
+        nearest = np.minimum(np.maximum(distance - 1, 0).astype(np.intp), leakage.size - 1)
+        np.maximum(explained, line.value * leakage[nearest], out=explained)
+    return lines
+
+
+def _parabola(f: Array, power: Array, top: int, noise: float) -> Line:
+    """The top of the parabola through the logarithms of three points."""
+    a, b, c = np.log(np.maximum(power[top - 1 : top + 2], np.finfo(np.float64).tiny)).tolist()
+    bend = a - 2 * b + c
+    aside = 0.5 * (a - c) / bend if bend else 0.0
+    value = float(np.exp(b - 0.25 * (a - c) * aside))
+    frequency = float(f[top] + aside * (f[1] - f[0]))
+    return Line(frequency, value, float(10 * np.log10(value / noise)) if noise > 0 else float("inf"))

@@ -1,0 +1,242 @@
+"""Records with the operations of the library as methods."""
+
+from __future__ import annotations
+
+from ctypes import addressof, c_void_p, memmove
+from typing import TYPE_CHECKING, Any
+
+import numpy as np
+
+from ._arguments import PRECISIONS, Array, ArrayLike, alike, is_plain, samples
+from ._library import Precision
+from ._methods import Methods
+from ._record import Storage, address
+from .errors import Error, OutOfMemory
+
+if TYPE_CHECKING:
+    from typing import Self
+
+__all__ = ["Vec"]
+
+_FEW = 2048
+
+
+class Vec(Methods):
+    """A signal that the library works on in place.
+
+    Parameters
+    ----------
+    x : ndarray
+        The samples: one dimension, side by side, writable, float32, float64, complex64 or complex128. They are lent,
+        not copied: operations change x itself. `Vec.of` copies what x may not be.
+    delta : float, optional
+        The spacing of the samples.
+
+    Notes
+    -----
+    Methods that change the record return it, so that they may follow each other; the others return a new record or a
+    number. Results are written to x while they fit into its memory, whatever form they have: after ``mag`` of a
+    complex x its first half holds the magnitudes. The first result that does not fit leaves x as it is, and from then
+    on the record has memory of its own. `shares` tells which.
+
+    Any number of threads may work at the same time, each on records of its own.
+
+    Examples
+    --------
+    >>> x = np.array([1.0, 4.0, 9.0])
+    >>> Vec(x).sqrt().array
+    array([1., 2., 3.])
+    >>> x
+    array([1., 2., 3.])
+    """
+
+    __slots__ = ()
+
+    def __init__(self, x: Array, delta: float = 1.0) -> None:
+        if not isinstance(x, np.ndarray):
+            raise Error("Vec", "x", f"of type {type(x).__name__}", "an array is needed to share; Vec.of copies")
+        if samples(x) is not x or not x.flags.writeable:
+            raise Error("Vec", "x", _seen(x), "native floats side by side, writable, are needed; Vec.of copies")
+        self._lend(x, PRECISIONS[x.dtype], delta, True)
+
+    def _lend(self, x: Array, c: Precision, delta: float, shared: bool) -> None:
+        self._record = record = c.structure(delta)
+        self._at = addressof(record)
+        self._c, self._owner, self._shared = c, x, shared
+        record.points = x.size
+        record.data = self._data = address(x)
+        if x.dtype.kind == "c":
+            record.complex = 1
+
+    @classmethod
+    def of(cls, x: ArrayLike, delta: float = 1.0) -> Self:
+        """A record with a copy of the samples.
+
+        Parameters
+        ----------
+        x : array_like
+            One dimension: lists, integers, strided and read-only arrays too. float32 and complex64 stay in single
+            precision, integers become float64.
+        delta : float, optional
+            The spacing of the samples.
+        """
+        taken = samples(x)
+        return cls._lent(taken.copy() if taken is x or taken.base is not None else taken, delta, True)
+
+    @classmethod
+    def _lent(cls, x: Array, delta: float, shared: bool) -> Self:
+        vec = cls.__new__(cls)
+        vec._lend(x, PRECISIONS[x.dtype], delta, shared)
+        return vec
+
+    @classmethod
+    def empty(cls, points: int = 0, delta: float = 1.0, dtype: Any = np.float64) -> Self:
+        """A record of that many points in memory of the library's, whose values are not set.
+
+        Parameters
+        ----------
+        points : int
+            How many; a generator, such as `c_cos`, fills them.
+        delta : float, optional
+            Their spacing.
+        dtype : dtype, optional
+            float32, float64, complex64 or complex128.
+        """
+        kind = np.dtype(dtype)
+        if kind not in PRECISIONS:
+            raise Error("Vec.empty", "dtype", str(kind), "float32, float64, complex64 or complex128 is needed")
+        if not 0 <= points * (1 + (kind.kind == "c")) < 2**31:
+            raise Error("Vec.empty", "points", str(points), "0 to 2^31 - 1 numbers are needed")
+        vec = cls.__new__(cls)
+        vec._own(PRECISIONS[kind], points, delta, kind.kind == "c")
+        return vec
+
+    def _own(self, c: Precision, points: int, delta: float, is_complex: bool) -> None:
+        self._record = record = c.structure(delta, None, 0, points, is_complex)
+        self._at = addressof(record)
+        self._c, self._owner, self._shared = c, None, False
+        if points and c.dsp_alloc(self._at):
+            raise OutOfMemory("Vec.empty", "points", str(points), "no memory for them")
+        self._data = record.data
+
+    def _fresh(self) -> Vec:
+        vec = Vec.__new__(Vec)
+        c = self._c
+        vec._record = record = c.structure(1.0)
+        vec._at = addressof(record)
+        vec._c, vec._owner, vec._shared, vec._data = c, None, False, None
+        return vec
+
+    def _adopt(self) -> Array:
+        """Gives memory of the library's into the hands of an array: the record lends it from then on."""
+        record, c = self._record, self._c
+        if self._data != record.data:
+            self._data = record.data
+        if record.alloc <= 0:
+            return np.empty(0, c.real)
+        self._owner = np.asarray(Storage(record, c))
+        record.alloc = 0
+        return self._owner
+
+    @property
+    def array(self) -> Array:
+        """The samples as an array that shares the memory of the record, and keeps it alive."""
+        record, owner = self._record, self._owner
+        if owner is None:
+            owner = self._adopt()
+        self._shared = True
+        is_complex = record.complex != 0
+        if owner.size == record.points and is_complex == (owner.dtype.kind == "c"):
+            return owner
+        scalars = owner.view(self._c.real)[: self._scalars]
+        return scalars.view(self._c.complex) if is_complex else scalars
+
+    def _taken(self) -> Array:
+        """The samples of a record that nobody needs any more. Few are copied, which costs less than sharing memory."""
+        record, c = self._record, self._c
+        if self._owner is not None or not 0 < record.alloc <= _FEW:
+            return self.array
+        array = np.empty(record.points, c.complex if record.complex else c.real)
+        memmove(c_void_p(address(array)), record.data, array.nbytes)
+        return array
+
+    @property
+    def delta(self) -> float:
+        """The spacing of the points: a time, or after a transform a frequency."""
+        return float(self._record.delta)
+
+    @delta.setter
+    def delta(self, delta: float) -> None:
+        self._record.delta = delta
+
+    @property
+    def dtype(self) -> np.dtype[Any]:
+        """The type of the samples."""
+        return self._c.complex if self._record.complex else self._c.real
+
+    @property
+    def axis(self) -> Array:
+        """Where the points lie: 0, delta, 2 delta, ..., in double precision."""
+        return np.arange(self.points) * self.delta
+
+    def shares(self, x: Array) -> bool:
+        """Whether the samples lie in the memory of an array.
+
+        Examples
+        --------
+        >>> x = np.zeros(8)
+        >>> v = Vec(x)
+        >>> v.sin().shares(x), v.rfft().shares(x)
+        (True, False)
+        """
+        return self._owner is not None and bool(np.shares_memory(self.array, x))
+
+    def copy(self) -> Vec:
+        """A new record with the same points and spacing."""
+        result = self._fresh()
+        if self._c.dsp_copy(result._at, self._at):
+            raise self._refused("copy", "dsp_copy")
+        return result
+
+    def cmp(self, other: Vec, tolerance: float = 0.0) -> int:
+        """The sign of the first difference beyond a tolerance, of delta first, then of the samples; 0 without one."""
+        order = np.zeros(1, np.int32)
+        if self._c.dsp_cmp(self._at, self._record_of(other), float(tolerance), address(order)):
+            count = f"{self.points} and {other.points} points"
+            raise Error("cmp", "", count, "as many are needed in both")
+        return int(order[0])
+
+    def __len__(self) -> int:
+        return self.points
+
+    def __array__(self, dtype: Any = None) -> Array:
+        return self.array if dtype is None else self.array.astype(dtype)
+
+    def __reduce__(self) -> tuple[Any, ...]:
+        return Vec.of, (self.array, self.delta)
+
+    def __repr__(self) -> str:
+        return f"Vec({np.array2string(self.array, threshold=8)}, delta={self.delta:g}, dtype={self.dtype})"
+
+
+def _seen(x: Array) -> str:
+    return f"{x.dtype} of shape {x.shape}" + ("" if x.flags.writeable else ", read-only")
+
+
+def operand(x: ArrayLike, delta: float = 1.0) -> Vec:
+    """A record for reading alone: x itself wherever the library can read it."""
+    return Vec._lent(samples(x), delta, False)
+
+
+def scratch(x: ArrayLike, delta: float = 1.0) -> Vec:
+    """A record for one chain of operations that ends in an array: a copy that nobody else sees."""
+    if is_plain(x):
+        return Vec._lent(x.copy(), delta, False)
+    taken = samples(x)
+    return Vec._lent(taken.copy() if taken is x or taken.base is not None else taken, delta, False)
+
+
+def scratch_pair(a: ArrayLike, b: ArrayLike) -> tuple[Vec, Vec]:
+    """Two records for reading, in double precision when either is."""
+    first, second = alike(a, b)
+    return Vec._lent(first, 1.0, False), Vec._lent(second, 1.0, False)
