@@ -22,6 +22,7 @@ from pathlib import Path
 
 TREE = Path(__file__).resolve().parents[2]
 BUILD = Path(os.environ.get("SIGPAK_BUILD", TREE / "build/release")).resolve()
+COMMANDS = frozenset("spectrum plot stats info convert gen filter window merge apply".split())
 LANGUAGES = ("c", "cpp", "python", "sh")
 DATA_ALONE = ("text", "json", "csv")
 
@@ -132,25 +133,20 @@ def environment(scratch: Path) -> dict[str, str]:
     return {**os.environ, **own}
 
 
-def commands() -> set[str]:
-    """The commands that the program of this build has; none without a program."""
+def has_program() -> bool:
+    """Whether this build has the program with all of its commands."""
     try:
         said = subprocess.run([BUILD / "tools/sigpak", "--help"], capture_output=True, text=True, check=False).stdout
     except FileNotFoundError:
-        return set()
-    return set(re.findall(r"^ {1,4}(\w+)", said, re.MULTILINE))
+        return False
+    return set(re.findall(r"^ {2}(\w+) ", said, re.MULTILINE)) >= COMMANDS
 
 
-def wanting(block: Block, have: set[str]) -> str | None:
+def wanting(block: Block, can_draw: bool) -> str | None:
     """What a block needs and this system does not have."""
-    if block.language == "sh":
-        used = set(re.findall(r"(?:^|[|(!]|\bsigpak_)\s*sigpak (\w+)", block.code, re.MULTILINE))
-        missing = sorted(used - have)
-        if missing:
-            return "sigpak " + missing[0]
-        tools = re.findall(r"^# needs (\S+)", block.code, re.MULTILINE)
-    else:
-        tools = []
+    if block.language == "sh" and "sigpak " in block.code and not can_draw:
+        return "the program with its ten commands"
+    tools = re.findall(r"^# needs (\S+)", block.code, re.MULTILINE)
     modules = re.findall(r"^(?:import|from) (\w+)", block.code, re.MULTILINE) if block.language == "python" else []
     for module in dict.fromkeys(modules):
         if subprocess.run([sys.executable, "-c", f"import {module}"], env=environment(TREE), capture_output=True).returncode:
@@ -198,11 +194,11 @@ def keep(pictures: Path, folder: str) -> None:
 def main(arguments: list[str]) -> int:
     pictures = Path(arguments[1]) if arguments[0] == "--keep" else None
     pages = arguments[2:] if pictures else arguments
-    have, failed, ran = commands(), 0, 0
+    can_draw, failed, ran = has_program(), 0, 0
     for page in map(Path, pages):
         with tempfile.TemporaryDirectory() as folder:
             for block in blocks(page) if page.suffix == ".md" else of_manual_page(page):
-                missing = wanting(block, have)
+                missing = wanting(block, can_draw)
                 if missing:
                     print(f"passed over  {block.name}: {missing} is not there")
                     continue
