@@ -286,7 +286,7 @@ class _Parser:
         term = self.product()
         if term is None and over is None and before > 0 and not ((token := self.peek()) and token.text == "of"):
             return Leaf("name", "sum")
-        if term is None or isinstance(term, Leaf) and term.kind == "number":
+        if term is None or over is None and isinstance(term, Leaf):
             self.at = before
             return None
         return Node("series", (term,) if over is None else (term, over))
