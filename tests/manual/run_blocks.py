@@ -23,6 +23,7 @@ from pathlib import Path
 TREE = Path(__file__).resolve().parents[2]
 BUILD = Path(os.environ.get("SIGPAK_BUILD", TREE / "build/release")).resolve()
 COMMANDS = frozenset("spectrum plot stats info convert gen filter window merge apply".split())
+TOOLS = ("jq", "parallel")  # what a shell may lack
 LANGUAGES = ("c", "cpp", "python", "sh")
 DATA_ALONE = ("text", "json", "csv")
 
@@ -85,14 +86,21 @@ def prepare(block: Block, scratch: Path) -> None:
     recorder.parent.mkdir(exist_ok=True)
     if not recorder.exists():
         recorder.symlink_to(TREE / "tests/examples/write-recording")
-    for name in set(re.findall(r"(?<![\w/.*-])(?:[\w-]+)\.(?:wav|csv|flac)\b", block.code)):
-        if (scratch / name).exists() or name.endswith(".flac") or re.search(rf"[>o] ?{re.escape(name)}", block.code):
+    for name in re.findall(r"(?<![\w/.*-])((?:\w+/)?[\w*-]+\.(?:wav|csv|flac))\b", block.code):
+        path = scratch / name.replace("*", "one")
+        if path.exists() or name.endswith("*.csv") or re.search(rf"(?:>|-o) ?{re.escape(name)}", block.code):
             continue
-        if name.endswith(".wav"):
-            (scratch / name).write_bytes(subprocess.check_output([TREE / "tests/examples/write-recording"]))
+        path.parent.mkdir(exist_ok=True)
+        if path.suffix == ".csv":
+            rows = (f"{n / 1000:.3f},{(n % 20 - 10) / 10:.1f},{n % 50}\n" for n in range(4096))
+            path.write_text("time_s,voltage_V,ch2\n" + "".join(rows))
+            continue
+        recording = scratch / "bin/recording.wav"
+        recording.write_bytes(subprocess.check_output([recorder]))
+        if path.suffix == ".flac":
+            subprocess.run([BUILD / "tools/sigpak", "convert", recording, "-o", path], check=True)
         else:
-            rows = (f"{n / 1000:.3f},{(n % 20 - 10) / 10:.1f}\n" for n in range(4096))
-            (scratch / name).write_text("time_s,voltage_V\n" + "".join(rows))
+            shutil.copy(recording, path)
 
 
 def program(block: Block) -> str:
@@ -146,7 +154,7 @@ def wanting(block: Block, can_draw: bool) -> str | None:
     """What a block needs and this system does not have."""
     if block.language == "sh" and "sigpak " in block.code and not can_draw:
         return "the program with its ten commands"
-    tools = re.findall(r"^# needs (\S+)", block.code, re.MULTILINE)
+    tools = re.findall(rf"(?:^|[|] *)({'|'.join(TOOLS)}) ", block.code, re.MULTILINE) if block.language == "sh" else []
     modules = re.findall(r"^(?:import|from) (\w+)", block.code, re.MULTILINE) if block.language == "python" else []
     for module in dict.fromkeys(modules):
         if subprocess.run([sys.executable, "-c", f"import {module}"], env=environment(TREE), capture_output=True).returncode:
@@ -154,11 +162,7 @@ def wanting(block: Block, can_draw: bool) -> str | None:
     for path in re.findall(r"/usr/[\w./-]+", block.code):
         if not Path(path).exists():
             return path
-    return next((f"the program {tool}" for tool in tools if not _found(tool)), None)
-
-
-def _found(tool: str) -> bool:
-    return any((Path(folder) / tool).exists() for folder in os.environ["PATH"].split(":"))
+    return next((f"the program {tool}" for tool in tools if shutil.which(tool) is None), None)
 
 
 def matches(printed: str, expected: str) -> bool:
