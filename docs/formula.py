@@ -1,4 +1,4 @@
-"""Finds the formulas in a text of the header, and sets them as MathML.
+"""Finds the formulas in a text of the header.
 
 A formula is what a programmer writes on one line: x[n] = sqrt(a^2 + b^2) / 2, sum over n of x[n] exp(-2 pi i n k / N).
 What is not certainly a formula stays a word: names of more than one letter count only where the block declares them.
@@ -8,13 +8,12 @@ from __future__ import annotations
 
 import re
 from dataclasses import dataclass
-from html import escape
 from typing import Callable, Iterator, Union
 
 FUNCTIONS = frozenset(
-    "sin cos tan asin acos atan atan2 sinh cosh tanh exp ln log log2 log10 sqrt sinc max min mean rms conj abs I0 J0 J1 Y0 Y1".split()
+    "sin cos tan asin acos atan atan2 sinh cosh tanh exp ln log log2 log10 sqrt sinc max min mean rms conj abs"
+    " I0 J0 J1 Y0 Y1".split()
 )
-INDEXED = frozenset("fc mx my vx vy".split())
 WORDS = frozenset(("points", "width", "slope", "scale", "window"))  # quantities beside an operation alone
 SYMBOLS = {"pi": "\u03c0", "beta": "\u03b2", "sigma": "\u03c3", "inf": "\u221e"}
 QUANTITIES = frozenset("fc mx my vx vy x0 y0 y1 s0 s1 eps ENBW Hz re im delta".split())
@@ -23,7 +22,8 @@ OPERATIONS = frozenset(("=", "+", "-", "*", "/", "^", "<", ">", "<=", ">="))
 RELATIONS = {"=": "=", "+=": "+=", "<": "<", ">": ">", "<=": "\u2264", ">=": "\u2265", "..": "\u2026"}
 
 _TOKEN = re.compile(
-    r"(?P<number>\d+(?:\.\d+)?(?:e[+-]?\d+)?(?![\w.]*[A-Za-z_]{2}))|(?P<name>i(?=b\b)|[A-Za-z_]\w*(?:\.(?:im|re|points|delta))?(?:'(?!\w))?)"
+    r"(?P<number>\d+(?:\.\d+)?(?:e[+-]?\d+)?(?![\w.]*[A-Za-z_]{2}))"
+    r"|(?P<name>i(?=b\b)|[A-Za-z_]\w*(?:\.(?:im|re|points|delta))?(?:'(?!\w))?)"
     r"|(?P<mark>\.\.\.|\.\.|\+=|<=|>=|\|\||[-+*/^=<>()\[\]|,])"
 )
 
@@ -58,7 +58,8 @@ Tree = Union[Leaf, Node]
 
 def tokens(text: str, start: int) -> list[Token]:
     """The tokens from a place on, up to the first character that no formula holds."""
-    found, at = [], start
+    found: list[Token] = []
+    at = start
     while True:
         gap = re.compile(r"\s*").match(text, at)
         place = gap.end() if gap else at
@@ -325,78 +326,6 @@ def find(text: str, start: int, names: frozenset[str]) -> tuple[Tree, int] | Non
     if tree is None or not _is_formula(tree):
         return None
     return tree, parser.tokens[parser.at - 1].end
-
-
-# ---- MathML -------------------------------------------------------------------------------------------------------
-
-
-FENCES = ("(", ")", "[", "]", "|", "||")
-
-
-def _row(*parts: str) -> str:
-    return "<mrow>" + "".join(parts) + "</mrow>"
-
-
-def _leaf(leaf: Leaf) -> str:
-    if leaf.kind == "number":
-        if power := re.fullmatch(r"([\d.]+)e([+-]?\d+)", leaf.text):
-            sign, digits = "<mo>&#8722;</mo>" * power[2].startswith("-"), power[2].lstrip("+-")
-            ten = f"<msup><mn>10</mn>{_row(sign, f'<mn>{digits}</mn>')}</msup>"
-            return ten if power[1] == "1" else _row(f"<mn>{power[1]}</mn>", "<mo>&#183;</mo>", ten)
-        return f"<mn>{leaf.text}</mn>"
-    indexed = re.fullmatch(r"(log|[A-Za-z](?=_?\w$))_?(\w\d?)", leaf.text) if leaf.kind == "name" else None
-    if indexed and (leaf.text in INDEXED or not indexed[2].isalpha() or "_" in leaf.text):
-        base, index = indexed.groups()
-        kind = "mn" if index.isdigit() else "mi"
-        return f"<msub><mi>{base}</mi><{kind}>{index}</{kind}></msub>"
-    if leaf.kind == "name":
-        return f"<mi>{SYMBOLS.get(leaf.text, escape(leaf.text)).replace(chr(39), '&#8242;')}</mi>"
-    mark = escape({**RELATIONS, "-": "\u2212", "||": "\u2016"}.get(leaf.text, leaf.text))
-    return f'<mo stretchy="false">{mark}</mo>' if leaf.text in FENCES else f"<mo>{mark}</mo>"
-
-
-def _bare(tree: Tree) -> Tree:
-    """Without the parentheses that a fraction or a root makes needless."""
-    if isinstance(tree, Node) and tree.kind == "fence" and tree.parts[0] == Leaf("mark", "("):
-        return tree.parts[1]
-    return tree
-
-
-def _set(tree: Tree, display: bool) -> str:
-    if isinstance(tree, Leaf):
-        return _leaf(tree)
-    parts = [_set(part, display) for part in tree.parts]
-    if tree.kind == "fence" and display and "<mfrac>" in parts[1]:
-        return _row(*(part.replace(' stretchy="false"', "") if part.startswith("<mo") else part for part in parts))
-    if tree.kind == "quotient" and display:
-        above, below = (_row(_set(_bare(part), False)) for part in tree.parts)
-        return f"<mfrac>{above}{below}</mfrac>"
-    if tree.kind == "quotient":
-        return _row(parts[0], "<mo>/</mo>", parts[1])
-    if tree.kind == "times":
-        return _row(parts[0], "<mo>&#183;</mo>", parts[1])
-    if tree.kind == "beside":
-        return _row(parts[0], '<mspace width="0.17em"/>', parts[1])
-    if tree.kind == "power":
-        return f"<msup>{_row(parts[0])}{_row(_set(_bare(tree.parts[1]), False))}</msup>"
-    if tree.kind == "root":
-        return f"<msqrt>{_set(_bare(tree.parts[1]), display)}</msqrt>"
-    if tree.kind == "series":
-        sigma = "<mo>&#8721;</mo>"
-        if len(parts) > 1:
-            sigma = f"<munder>{sigma}{_row(parts[1])}</munder>" if display else f"<msub>{sigma}{_row(parts[1])}</msub>"
-        return _row(sigma, parts[0])
-    if tree.kind == "applied" and tree.parts[0] == Leaf("name", "abs"):
-        return _row("<mo>|</mo>", _set(_bare(tree.parts[1]), display), "<mo>|</mo>")
-    if tree.kind == "applied" and not (isinstance(tree.parts[1], Node) and tree.parts[1].kind == "fence"):
-        return _row(parts[0], '<mspace width="0.17em"/>', parts[1])
-    return _row(*parts)
-
-
-def mathml(tree: Tree, display: bool = False) -> str:
-    """A formula as MathML, with fractions and limits above and below the line where it is displayed."""
-    mode = ' displaystyle="true"' if display else ""
-    return f"<math{mode}>{_set(tree, display)}</math>"
 
 
 def spans(text: str, names: frozenset[str]) -> Iterator[tuple[str, Tree | None]]:

@@ -14,6 +14,7 @@ from typing import Any, Iterator, Sequence
 
 import formula
 import header
+import mathml
 from docutils import nodes
 from docutils.parsers.rst import Directive
 from sphinx import addnodes
@@ -42,7 +43,7 @@ def reference(text: str) -> nodes.Node:
 
 
 def math(tree: formula.Tree, text: str, display: bool = False) -> nodes.Node:
-    return nodes.raw(text, formula.mathml(tree, display), format="html")
+    return nodes.raw(text, mathml.markup(tree, display), format="html")
 
 
 def words(text: str, names: frozenset[str] = NONE) -> Iterator[nodes.Node]:

@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
-"""run_blocks.py [--keep DIRECTORY] PAGE...: compiles and runs every block of code of the pages, and compares what it prints.
+"""run_blocks.py [--keep DIRECTORY] PAGE...: compiles and runs every block of code of the pages, and compares what it
+prints.
 
-A block of c, cpp, python or sh is run in a directory of its page, in the order of the page. What stands in a block of text
-right behind it is what it prints; a line ... there stands for any lines. A block without main is the inside of one. Lines
-of a MyST comment (%) right before a block go before its own: they prepare what the page has told already. Blocks whose
-program or package is not there are passed over by name. Of manual pages the examples are run, and the prototypes must be
-those of the header. Recordings and tables that a page takes for granted are made for it. Pictures are kept in DIRECTORY. SIGPAK_BUILD is the build tree,
-SIGPAK_PYTHON where the package for Python is.
+A block of c, cpp, python or sh is run in a directory of its page, in the order of the page. What stands in a block
+of text right behind it is what it prints; a line ... there stands for any lines. A block without main is the inside
+of one. Lines of a MyST comment (%) right before a block go before its own: they prepare what the page has told already. Blocks
+whose program or package is not there are passed over by name. Of manual pages the examples are run, and the prototypes
+must be those of the header. Recordings and tables that a page takes for granted are made for it. Pictures are kept in
+DIRECTORY. SIGPAK_BUILD is the build tree, SIGPAK_PYTHON where the package for Python is.
 """
 
 from __future__ import annotations
@@ -157,7 +158,8 @@ def wanting(block: Block, can_draw: bool) -> str | None:
     tools = re.findall(rf"(?:^|[|] *)({'|'.join(TOOLS)}) ", block.code, re.MULTILINE) if block.language == "sh" else []
     modules = re.findall(r"^(?:import|from) (\w+)", block.code, re.MULTILINE) if block.language == "python" else []
     for module in dict.fromkeys(modules):
-        if subprocess.run([sys.executable, "-c", f"import {module}"], env=environment(TREE), capture_output=True).returncode:
+        found = subprocess.run([sys.executable, "-c", f"import {module}"], env=environment(TREE), capture_output=True)
+        if found.returncode:
             return f"Python's {module}"
     for path in re.findall(r"/usr/[\w./-]+", block.code):
         if not Path(path).exists():

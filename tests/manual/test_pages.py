@@ -12,6 +12,7 @@ sys.path.insert(0, str(TREE / "docs"))
 import formula  # noqa: E402
 import header  # noqa: E402
 import man  # noqa: E402
+import mathml  # noqa: E402
 import reference  # noqa: E402
 
 MODEL = header.load()
@@ -50,9 +51,9 @@ class Formulas(unittest.TestCase):
     def test_are_set(self):
         for text, expected in MATHML.items():
             tree, end = formula.find(text, 0, frozenset(("f_s",)))
-            self.assertEqual((formula.mathml(tree), end), (f"<math>{expected}</math>", len(text)))
+            self.assertEqual((mathml.markup(tree), end), (f"<math>{expected}</math>", len(text)))
         tree, _ = formula.find("(a + b) / 2", 0, frozenset())
-        self.assertIn("<mfrac><mrow><mrow><mi>a</mi>", formula.mathml(tree, display=True))
+        self.assertIn("<mfrac><mrow><mrow><mi>a</mi>", mathml.markup(tree, display=True))
 
     def test_of_the_header_are_markup_and_lose_no_character(self):
         count = 0
@@ -62,7 +63,7 @@ class Formulas(unittest.TestCase):
             self.assertEqual("".join(run for run, _ in runs), block.comment.text)
             for _, tree in runs:
                 if tree is not None:
-                    xml.fromstring(formula.mathml(tree, display=True))
+                    xml.fromstring(mathml.markup(tree, display=True))
                     count += 1
         self.assertGreater(count, 400)
 
