@@ -3,11 +3,10 @@
 prints.
 
 A block of c, cpp, python or sh is run in a directory of its page, in the order of the page. What stands in a block
-of text right behind it is what it prints; a line ... there stands for any lines. A block without main is the inside
-of one. Lines of a MyST comment (%) right before a block go before its own: they prepare what the page has told already. Blocks
-whose program or package is not there are passed over by name. Of manual pages the examples are run, and the prototypes
-must be those of the header. Recordings and tables that a page takes for granted are made for it. Pictures are kept in
-DIRECTORY. SIGPAK_BUILD is the build tree, SIGPAK_PYTHON where the package for Python is.
+of text right behind it is what it prints; ... there stands for anything. A block without main is the inside of one.
+Blocks whose program or package is not there are passed over by name. Of pages for man the examples are run, and the
+prototypes must be those of the header. Recordings and tables that a page takes for granted are made for it. Pictures
+are kept in DIRECTORY. SIGPAK_BUILD is the build tree, SIGPAK_PYTHON where the package for Python is.
 """
 
 from __future__ import annotations
@@ -29,7 +28,7 @@ LANGUAGES = ("c", "cpp", "python", "sh")
 DATA_ALONE = ("text", "json", "csv")
 
 _FENCE = re.compile(
-    r"(?P<hidden>(?:^%[^\n]*\n)*)^```(?P<language>[\w{}-]*)[^\n]*\n(?P<code>.*?)^```$"
+    r"^```(?P<language>[\w{}-]*)[^\n]*\n(?P<code>.*?)^```$"
     r"(?:\n\n?```text\n(?P<prints>.*?)^```$)?",
     re.MULTILINE | re.DOTALL,
 )
@@ -62,8 +61,7 @@ def blocks(page: Path) -> list[Block]:
         line = text.count("\n", 0, fence.start("language")) + 1
         if language not in LANGUAGES:
             raise SystemExit(f"{page.name}:{line}: a block of {language or 'no language'} is neither run nor data")
-        hidden = "".join(each.lstrip("%")[1:] + "\n" for each in fence["hidden"].splitlines())
-        found.append(Block(page, line, language, hidden + fence["code"], fence["prints"]))
+        found.append(Block(page, line, language, fence["code"], fence["prints"]))
     return found
 
 
