@@ -72,10 +72,10 @@ class Comment:
 
     @property
     def summary(self) -> str:
-        """The first sentence or formula."""
+        """The first sentence or formula; what is in parentheses ends none."""
         first = self.pieces[0] if self.pieces else Prose("")
         if isinstance(first, Prose):
-            return re.split(r"(?<=[^.\s][.;])\s", first.text)[0].rstrip(".;")
+            return re.split(r"(?<=[^.\s][.;])\s(?![^(]*\))", first.text)[0].rstrip(".;")
         return first.lines[0] if isinstance(first, Verbatim) else " ".join(first.names)
 
 

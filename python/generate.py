@@ -9,6 +9,7 @@ They are made anew by every build and kept nowhere, so that names, arguments and
 from __future__ import annotations
 
 import re
+import shutil
 import sys
 from pathlib import Path
 
@@ -40,6 +41,12 @@ def write(folder: Path) -> None:
     folder.mkdir(parents=True, exist_ok=True)
     for name, text in modules(header.load()).items():
         (folder / name).write_text(text, encoding="ascii")
+
+
+def assemble(folder: Path) -> None:
+    """The whole package in a folder of its own, for programs that run in the tree."""
+    shutil.copytree(TREE / "python" / "sigpak", folder, ignore=shutil.ignore_patterns("__pycache__"))
+    write(folder)
 
 
 if __name__ == "__main__":

@@ -1,6 +1,7 @@
 """How a wheel is made: the modules that the header determines, and the library that CMake builds.
 
-With SIGPAK_BUNDLE=0 in the environment the library stays out: the package then takes the one of the system.
+SIGPAK_BUNDLE in the environment names a library that has been built already; with 0 none goes into the wheel, and the
+package takes that of the system.
 """
 
 from __future__ import annotations
@@ -28,12 +29,13 @@ import generate  # noqa: E402
 VERSION = generate.version()
 
 
-def _bundles() -> bool:
-    return os.environ.get("SIGPAK_BUNDLE", "1") != "0"
+_BUNDLE = os.environ.get("SIGPAK_BUNDLE", "")
 
 
-def _built_library() -> Path:
-    """Builds the library alone, in a folder that is kept for the next time."""
+def _library() -> Path:
+    """The library that was named, or else is built alone, in a folder that is kept for the next time."""
+    if _BUNDLE:
+        return Path(_BUNDLE)
     folder = TREE / "build" / "python"
     options = [f"-DSIGPAK_{part}=OFF" for part in ("TOOL", "TESTS", "BENCH", "INSTALL")]
     subprocess.check_call(["cmake", "-S", TREE, "-B", folder, "-DCMAKE_BUILD_TYPE=Release", *options])
@@ -48,8 +50,8 @@ class BuildPackage(build_py):
         super().run()
         package = PYTHON / "sigpak" if self.editable_mode else Path(self.build_lib) / "sigpak"
         generate.write(package)
-        if _bundles():
-            shutil.copy(_built_library(), package / _SONAME)
+        if _BUNDLE != "0":
+            shutil.copy(_library(), package / _SONAME)
 
 
 class BuildWheel(bdist_wheel):
@@ -57,7 +59,7 @@ class BuildWheel(bdist_wheel):
 
     def finalize_options(self) -> None:
         super().finalize_options()
-        self.root_is_pure = not _bundles()
+        self.root_is_pure = _BUNDLE == "0"
 
     def get_tag(self) -> tuple[str, str, str]:
         return "py3", "none", super().get_tag()[2]

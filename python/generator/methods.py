@@ -19,7 +19,7 @@ from ._record import Number, RecordBase
 from .enums import Window
 
 if TYPE_CHECKING:
-    from typing import Self
+    from typing_extensions import Self
 
     from .vec import Vec
 

@@ -55,9 +55,7 @@ _DEFAULTS = {
 }
 
 # Methods written by hand, and functions that concern no single record.
-_NOT_MADE = re.compile(
-    r"dsp_(init|destroy|alloc|realloc|copy|cmp|lib_\w+|version|free_internal|window\w*)|dspf_\w+"
-)
+_NOT_MADE = re.compile(r"dsp_(init|destroy|alloc|realloc|copy|cmp|lib_\w+|version|free_internal|window\w*)|dspf_\w+")
 
 # Where two families share a name the first of these has it, and the other keeps its letter: c_cos.
 _FAMILIES = ["", "i", "s", "bs", "b", "d", "u", "h", "c", "f"]
@@ -70,7 +68,7 @@ class Argument:
     """An argument of the C function, and the Python expression that is passed for it."""
 
     name: str
-    role: str  # owner, result, record, kept, real, integer, window, hidden
+    role: str  # owner, result, record, kept, count, real, integer, window, hidden
     expression: str
     annotation: str = ""
     default: str | None = None
@@ -125,7 +123,8 @@ class Operation:
         return (
             "Real only." in text
             or "of these are real only" in shared
-            or owner.startswith("real") and not owner.startswith("real or")
+            or owner.startswith("real")
+            and not owner.startswith("real or")
             or "A complex record is refused" in text
         )
 
@@ -165,7 +164,7 @@ def _is_record(parameter: header.Parameter) -> bool:
     return parameter.type.endswith("dsp_vec *")
 
 
-def _argument(operation: str, parameter: header.Parameter, owner: str) -> Argument:
+def _argument(operation: str, parameter: header.Parameter, owner: str | None) -> Argument:
     name = parameter.name
     python = {"in": "block"}.get(name, name)
     if name == owner:

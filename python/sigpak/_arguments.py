@@ -6,7 +6,7 @@ import difflib
 from ctypes import addressof, byref, c_int32
 from enum import IntEnum
 from operator import index
-from typing import TYPE_CHECKING, Any, TypeGuard, TypeVar
+from typing import TYPE_CHECKING, Any, TypeVar
 
 import numpy as np
 from numpy.typing import ArrayLike, NDArray
@@ -16,6 +16,8 @@ from .enums import Window
 from .errors import Error
 
 if TYPE_CHECKING:
+    from typing_extensions import TypeGuard
+
     from .vec import Vec
 
 __all__ = ["Array", "ArrayLike"]
@@ -57,7 +59,9 @@ def samples(x: ArrayLike) -> Array:
         return x
     array = np.asarray(x)
     _check_shape(array)
-    return np.ascontiguousarray(array, dtype=_dtype(array))
+    if isinstance(x, np.ma.MaskedArray) and np.any(x.mask):
+        raise Error("", "", "masked samples", "every sample is needed: x.filled(0), x.compressed()")
+    return np.require(array, _dtype(array), ["C", "A"])
 
 
 def _check_shape(array: Array) -> None:

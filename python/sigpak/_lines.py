@@ -49,7 +49,7 @@ def _leakage(window: Array) -> Array:
     return envelope
 
 
-def find_lines(f: Array, power: Array, window: Array, hop: int, segments: int) -> list[Line]:
+def find_lines(f: Array, power: Array, window: Array, hop: int, segments: int, padding: int = 1) -> list[Line]:
     """The lines of a power spectrum, the strongest first."""
     if power.size < 3:
         return []
@@ -66,7 +66,7 @@ def find_lines(f: Array, power: Array, window: Array, hop: int, segments: int) -
         line = _parabola(f, power, int(top), noise)
         lines.append(line)
         place = (line.frequency - f[0]) / (f[1] - f[0])
-        distance = np.abs(np.arange(power.size) - place) * _PADDING
+        distance = np.abs(np.arange(power.size) - place) * (_PADDING / padding)
         nearest = np.minimum(np.maximum(distance - 1, 0).astype(np.intp), leakage.size - 1)
         np.maximum(explained, line.value * leakage[nearest], out=explained)
     return lines

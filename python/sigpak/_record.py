@@ -13,7 +13,7 @@ from ._library import DOUBLE, SINGLE, Precision
 from .errors import Error, refusal
 
 if TYPE_CHECKING:
-    from typing import Self
+    from typing_extensions import Self
 
     from .vec import Vec
 
@@ -21,6 +21,8 @@ Number = Union[float, complex, "np.float32", "np.complex64"]
 
 
 _from_buffer: Callable[[Any], c_char] = c_char.from_buffer
+
+
 def address(array: np.ndarray[Any, Any]) -> int | None:
     """Where the first sample of an array lies; None of an empty one."""
     try:

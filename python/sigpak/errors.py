@@ -39,13 +39,16 @@ class Shaped(Protocol):
     """What the reasons ask a record about."""
 
     @property
-    def points(self) -> int: ...
+    def points(self) -> int:
+        ...
 
     @property
-    def is_complex(self) -> bool: ...
+    def is_complex(self) -> bool:
+        ...
 
     @property
-    def is_lost(self) -> bool: ...
+    def is_lost(self) -> bool:
+        ...
 
 
 _NOT_PROVIDED = {"dspi_erf", "dspi_erfc", "dspi_gamma", "dspi_lgamma"}

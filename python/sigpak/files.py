@@ -58,8 +58,16 @@ def read(path: str | os.PathLike[str], dtype: Any = np.float64) -> list[Vec]:
             if status < 0:
                 raise Error("read", "path", repr(path), f"malformed or cut short behind {len(found)} signals")
             if status == 0:
-                return found
+                return found[: -_has_one_too_many(path, found) or None]
             found.append(v)
+
+
+def _has_one_too_many(path: str | os.PathLike[str], found: list[Vec]) -> bool:
+    """Whether the end behind the points of a text has been read as one more signal, of no points."""
+    if not found or found[-1].points or os.fspath(path) == "-":
+        return False
+    with open(path, "rb") as file:
+        return file.read(1) == b"#"
 
 
 def write(path: str | os.PathLike[str], *signals: Any, delta: float = 1.0, text: bool = False) -> None:

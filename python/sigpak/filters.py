@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from ._arguments import Array, ArrayLike, alike, choice
+from ._arguments import Array, ArrayLike, alike, choice, samples
 from ._library import Precision
 from ._stream import Stream
 from .enums import FirKind
@@ -64,7 +64,7 @@ class Fir(Stream):
     """
 
     def __init__(self, taps: ArrayLike) -> None:
-        self._given = taps
+        self._given = samples(taps).copy()
         self.reset()
 
     def reset(self) -> None:

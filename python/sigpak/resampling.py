@@ -75,6 +75,7 @@ class _RateChange(Stream):
     """What a filter and a state make of a stream."""
 
     _given: tuple[ArrayLike, float]
+    _symbol: str
 
     def _begin(self, c: Precision) -> None:
         self._taps = self._constant(c, *self._given)
@@ -96,11 +97,14 @@ class _RateChange(Stream):
     def _resampled(self, signal: Vec, block: int | None) -> Array:
         out = signal._fresh()
         if self._run(signal._c, block, out._at):
-            raise signal._refused(type(self).__name__, "dspd_rsmp2", step=getattr(self, "step", None))
+            raise signal._refused(type(self).__name__, self._symbol, **self._arguments())
         signal._settle(self._state)
         return out._taken()
 
     def _run(self, c: Precision, block: int | None, out: int) -> int:
+        raise NotImplementedError
+
+    def _arguments(self) -> dict[str, float]:
         raise NotImplementedError
 
 
@@ -123,6 +127,8 @@ class Resampler(_RateChange):
     2000
     """
 
+    _symbol = "dspd_rsmp"
+
     def __init__(
         self,
         up: int,
@@ -137,10 +143,13 @@ class Resampler(_RateChange):
             taps = _taps(self.up, self.down, passband, attenuation)
         else:
             self.up, self.down = int32(up), int32(down)
-        self._given = taps, 1.0
+        self._given = samples(taps).copy(), 1.0
 
     def _run(self, c: Precision, block: int | None, out: int) -> int:
         return c.dspd_rsmp(block, out, self._taps._at, self.up, self.down, self._state._at)
+
+    def _arguments(self) -> dict[str, float]:
+        return {"up": self.up, "down": self.down}
 
 
 class VariableResampler(_RateChange):
@@ -154,12 +163,17 @@ class VariableResampler(_RateChange):
         As in `resampling_taps`.
     """
 
+    _symbol = "dspd_rsmp2"
+
     def __init__(self, step: float, *, passband: float = 0.9, attenuation: float = 120.0) -> None:
         self.step = step
         self._given = _phases(passband, attenuation)
 
     def _run(self, c: Precision, block: int | None, out: int) -> int:
         return c.dspd_rsmp2(block, out, self._taps._at, None, float(self.step), self._state._at)
+
+    def _arguments(self) -> dict[str, float]:
+        return {"step": self.step}
 
 
 def _phases(passband: float, attenuation: float) -> tuple[Array, float]:

@@ -6,26 +6,27 @@ import os
 from ctypes import c_int32
 from dataclasses import dataclass
 from importlib import import_module
-from typing import Any
+from typing import Any, Union
 
 import numpy as np
 
-from ._arguments import Array, ArrayLike, in_precision, samples
+from ._arguments import Array, ArrayLike, in_precision, samples, window_number
 from ._library import Precision
-from ._lines import Line, find_lines
+from ._lines import Line, find_lines, independent_segments
 from ._stream import Stream
 from .enums import Average, SpectrumFlag, Window
 from .errors import Error
 from .vec import Vec
 from .windows import window as make_window
+from .windows import window_name
 
 __all__ = ["Line", "RunningSpectrum", "Spectrum", "spectrum"]
 
-WindowLike = Window | int | str | ArrayLike
+WindowLike = Union[Window, int, str, ArrayLike]
 
-#: The unit of each quantity, made of that of the samples.
-_UNITS = {"peak": "{}", "rms": "{} rms", "power": "{}^2", "asd": "{}/sqrt(Hz)", "psd": "{}^2/Hz"}
+_QUANTITIES = ("peak", "rms", "power", "asd", "psd")
 _DENSITIES = ("asd", "psd")
+_PADDINGS = {1: 0, 2: SpectrumFlag.PAD2, 4: SpectrumFlag.PAD4, 8: SpectrumFlag.PAD8}
 _MODES = {"mean": Average.MEAN, "maximum": Average.MAXIMUM, "minimum": Average.MINIMUM, "last": Average.REPLACE}
 
 
@@ -37,23 +38,40 @@ class Spectrum:
     ----------
     f, values : ndarray
         Frequencies and what stands there. Of complex signals the negative frequencies come first.
-    quantity, unit : str
-        What the values are.
-    window : ndarray
-        The window.
-    rate, enbw, hop, segments
-        The sample rate, the noise bandwidth in Hz, samples from segment to segment, how many were averaged.
+    quantity, sample_unit, average : str
+        What the values are, the unit of the samples, and what was kept of the segments.
+    window, window_name : ndarray, str
+        The window, and its name if it has one.
+    rate, enbw, hop, segments, padding
+        The sample rate, the noise bandwidth in Hz, samples from segment to segment, how many were averaged, and how
+        many values there are to one point of a segment.
     """
 
     f: Array
     values: Array
     quantity: str
-    unit: str
+    sample_unit: str
+    average: str
     window: Array
+    window_name: str
     rate: float
     enbw: float
     hop: int
     segments: int
+    padding: int
+
+    @property
+    def unit(self) -> str:
+        """The unit of the values."""
+        unit = self.sample_unit
+        squared = f"{unit}^2" if unit else ""
+        return {
+            "peak": unit,
+            "rms": f"{unit} rms".strip(),
+            "power": squared,
+            "asd": f"{unit or 1}/sqrt(Hz)",
+            "psd": f"{squared or 1}/Hz",
+        }[self.quantity]
 
     @property
     def noise_floor(self) -> float:
@@ -68,26 +86,38 @@ class Spectrum:
         explains it by the leakage of the window. Frequency and value are those of the parabola through the logarithms
         of the three highest points.
         """
-        powers = self.values if self.quantity in ("power", "psd") else self.values**2
-        found = find_lines(self.f, powers, self.window, self.hop, self.segments)
+        powers = self.values if self.quantity in ("power", "psd") else self.values ** 2
+        found = find_lines(self.f, powers, self.window, self.hop, self.segments, self.padding)
         if self.quantity in ("power", "psd"):
             return found
         return [Line(line.frequency, line.value**0.5, line.snr_db) for line in found]
 
     def to_csv(self, path: str | os.PathLike[str]) -> None:
-        """Writes frequency and value line by line, beneath lines with # that tell what they are."""
+        """Writes frequency and value line by line, beneath lines with # that tell what they are.
+
+        The program reads it, to draw it or to merge it with others, when the window is one of the catalogue and the
+        padding 4.
+        """
         told = {
+            "unit": self.sample_unit,
             "quantity": self.quantity,
-            "unit": self.unit,
+            "level": "no",
+            "full scale": "no",
+            "two-sided": "yes" if self.f[0] < 0 else "no",
+            "time unit": "s",
             "rate": repr(self.rate),
-            "segment": len(self.window),
-            "hop": self.hop,
+            "window": self.window_name,
+            "enbw": repr(self.enbw),
+            "segment": self.window.size,
+            "overlap": self.window.size - self.hop,
+            "average": self.average,
             "segments": self.segments,
-            "enbw_hz": repr(self.enbw),
+            "degrees of freedom": 2 * independent_segments(self.window, self.hop, self.segments),
         }
         with open(path, "w", encoding="utf-8", newline="\n") as out:
+            out.write("# sigpak spectrum\n")
             out.writelines(f"# {key}: {value}\n" for key, value in told.items())
-            out.write("frequency,value\n")
+            out.write(f"frequency [Hz],{self.quantity}{f' [{self.unit}]' if self.unit else ''}\n")
             out.writelines(f"{f!r},{v!r}\n" for f, v in zip(self.f.tolist(), self.values.tolist()))
 
     def plot(self, ax: Any = None, *, db: bool = True) -> Any:
@@ -107,7 +137,8 @@ class Spectrum:
         floor = np.finfo(self.values.dtype).tiny
         ax.plot(self.f, factor * np.log10(np.maximum(self.values, floor)) if db else self.values)
         ax.set_xlabel("frequency in Hz")
-        ax.set_ylabel(f"level in dB re 1 {self.unit}" if db else self.unit)
+        reference = self.unit if self.unit.startswith("1/") else f"1 {self.unit}".strip()
+        ax.set_ylabel(f"level in dB re {reference}" if db else self.unit)
         return ax
 
 
@@ -115,7 +146,7 @@ def window_samples(window: WindowLike, segment: int) -> Array:
     """A window by its name, or the samples of the caller's own."""
     if isinstance(window, (str, int)):
         return make_window(window, segment)
-    return samples(window)
+    return samples(window).copy()
 
 
 def noise_bandwidth(window: Array) -> float:
@@ -186,6 +217,8 @@ class RunningSpectrum(Averager):
         What is kept of the segments.
     centre : bool, optional
         Whether the mean is taken out of every segment.
+    padding : {1, 2, 4, 8}, optional
+        Values to one point of a segment: 4 and 8 show the lines between the bins.
 
     Examples
     --------
@@ -209,26 +242,32 @@ class RunningSpectrum(Averager):
         unit: str = "",
         average: str = "mean",
         centre: bool = True,
+        padding: int = 1,
     ) -> None:
-        if quantity not in _UNITS:
-            raise Error("spectrum", "quantity", repr(quantity), f"one of {', '.join(_UNITS)} is needed")
-        if average not in _MODES:
-            raise Error("spectrum", "average", repr(average), f"one of {', '.join(_MODES)} is needed")
-        flags = _MODES[average] | SpectrumFlag.SQUARE | (SpectrumFlag.DENSITY if quantity in _DENSITIES else 0)
+        for name, value, allowed in (
+            ("quantity", quantity, _QUANTITIES),
+            ("average", average, tuple(_MODES)),
+            ("padding", padding, tuple(_PADDINGS)),
+        ):
+            if value not in allowed:
+                raise Error("spectrum", name, repr(value), f"one of {', '.join(map(str, allowed))} is needed")
+        flags = _MODES[average] | SpectrumFlag.SQUARE | _PADDINGS[padding]
+        flags |= SpectrumFlag.DENSITY if quantity in _DENSITIES else 0
         super().__init__(rate, window, segment, overlap, centre, int(flags))
-        self.quantity, self.unit = quantity, _UNITS[quantity].format(unit or "1")
+        self.quantity, self.unit, self.average, self.padding = quantity, unit, average, padding
+        self._window_name = window_name(window_number(window)) if isinstance(window, (str, int)) else ""
         self._is_complex = False
 
     def add(self, block: ArrayLike) -> None:
         """Takes the next block, of any length."""
         taken = samples(block)
-        self._is_complex = taken.dtype.kind == "c"
         self._take(taken)
+        self._is_complex = taken.dtype.kind == "c"
 
     @property
     def result(self) -> Spectrum:
         """The spectrum of all complete segments so far."""
-        values, n = self._bins().copy(), self._shape.size
+        values, n = self._bins().copy(), self._shape.size * self.padding
         f = np.arange(values.size) * (self.rate / n)
         if self._is_complex:
             f, values = np.fft.fftshift(np.fft.fftfreq(n, 1 / self.rate)), np.fft.fftshift(values)
@@ -237,7 +276,18 @@ class RunningSpectrum(Averager):
         if self.quantity not in ("power", "psd"):
             values = np.sqrt(values)
         return Spectrum(
-            f, values, self.quantity, self.unit, self._shape, self.rate, self.enbw, self.hop, self.segments
+            f,
+            values,
+            self.quantity,
+            self.unit,
+            self.average,
+            self._shape,
+            self._window_name,
+            self.rate,
+            self.enbw,
+            self.hop,
+            self.segments,
+            self.padding,
         )
 
 
@@ -257,7 +307,7 @@ def spectrum(
     segment : int, optional
         Points of a segment, at most those of x.
     **options
-        As `RunningSpectrum` takes them: overlap, quantity, unit, average, centre.
+        As `RunningSpectrum` takes them: overlap, quantity, unit, average, centre, padding.
 
     Examples
     --------

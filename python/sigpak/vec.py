@@ -14,7 +14,7 @@ from ._record import Storage, address
 from .errors import Error, OutOfMemory
 
 if TYPE_CHECKING:
-    from typing import Self
+    from typing_extensions import Self
 
 __all__ = ["Vec"]
 
@@ -57,16 +57,13 @@ class Vec(Methods):
             raise Error("Vec", "x", f"of type {type(x).__name__}", "an array is needed to share; Vec.of copies")
         if samples(x) is not x or not x.flags.writeable:
             raise Error("Vec", "x", _seen(x), "native floats side by side, writable, are needed; Vec.of copies")
-        self._lend(x, PRECISIONS[x.dtype], delta, True)
+        self._lend(x, delta, True)
 
-    def _lend(self, x: Array, c: Precision, delta: float, shared: bool) -> None:
-        self._record = record = c.structure(delta)
+    def _lend(self, x: Array, delta: float, shared: bool) -> None:
+        self._c = c = PRECISIONS[x.dtype]
+        self._owner, self._shared, self._data = x, shared, address(x)
+        self._record = record = c.structure(delta, self._data, 0, x.size, x.dtype.kind == "c")
         self._at = addressof(record)
-        self._c, self._owner, self._shared = c, x, shared
-        record.points = x.size
-        record.data = self._data = address(x)
-        if x.dtype.kind == "c":
-            record.complex = 1
 
     @classmethod
     def of(cls, x: ArrayLike, delta: float = 1.0) -> Self:
@@ -80,13 +77,12 @@ class Vec(Methods):
         delta : float, optional
             The spacing of the samples.
         """
-        taken = samples(x)
-        return cls._lent(taken.copy() if taken is x or taken.base is not None else taken, delta, True)
+        return cls._lent(_copied(x), delta, True)
 
     @classmethod
     def _lent(cls, x: Array, delta: float, shared: bool) -> Self:
         vec = cls.__new__(cls)
-        vec._lend(x, PRECISIONS[x.dtype], delta, shared)
+        vec._lend(x, delta, shared)
         return vec
 
     @classmethod
@@ -223,6 +219,11 @@ def _seen(x: Array) -> str:
     return f"{x.dtype} of shape {x.shape}" + ("" if x.flags.writeable else ", read-only")
 
 
+def _copied(x: ArrayLike) -> Array:
+    """The samples in memory of their own: what x gives as an array may be its own memory."""
+    return x.copy() if is_plain(x) else samples(x).copy()
+
+
 def operand(x: ArrayLike, delta: float = 1.0) -> Vec:
     """A record for reading alone: x itself wherever the library can read it."""
     return Vec._lent(samples(x), delta, False)
@@ -230,13 +231,12 @@ def operand(x: ArrayLike, delta: float = 1.0) -> Vec:
 
 def scratch(x: ArrayLike, delta: float = 1.0) -> Vec:
     """A record for one chain of operations that ends in an array: a copy that nobody else sees."""
-    if is_plain(x):
-        return Vec._lent(x.copy(), delta, False)
-    taken = samples(x)
-    return Vec._lent(taken.copy() if taken is x or taken.base is not None else taken, delta, False)
+    return Vec._lent(_copied(x), delta, False)
 
 
 def scratch_pair(a: ArrayLike, b: ArrayLike) -> tuple[Vec, Vec]:
     """Two records for reading, in double precision when either is."""
-    first, second = alike(a, b)
+    first, second = samples(a), samples(b)
+    if PRECISIONS[first.dtype] is not PRECISIONS[second.dtype]:
+        first, second = alike(first, second)
     return Vec._lent(first, 1.0, False), Vec._lent(second, 1.0, False)

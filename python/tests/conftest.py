@@ -25,8 +25,7 @@ sys.path.append(str(PYTHON))
 
 import generate  # noqa: E402
 
-shutil.copytree(PYTHON / "sigpak", FOLDER / "sigpak", ignore=shutil.ignore_patterns("__pycache__"))
-generate.write(FOLDER / "sigpak")
+generate.assemble(FOLDER / "sigpak")
 
 
 def pytest_unconfigure() -> None:

@@ -14,6 +14,18 @@ import sigpak as sp
 from sigpak import functions
 
 X = np.arange(1.0, 7.0)
+
+
+class Holder:
+    """Gives its own memory away, as series of samples do."""
+
+    def __init__(self) -> None:
+        self.samples = X.copy()
+
+    def __array__(self) -> Any:
+        return self.samples
+
+
 TAKEN: list[Any] = [
     [1, 2, 3, 4, 5, 6],
     (1.0, 2, 3, 4, 5, 6),
@@ -28,6 +40,8 @@ TAKEN: list[Any] = [
     np.frombuffer(X.tobytes()),
     np.array([X, X]).T[:, 1],
     np.ma.array(X),
+    sp.Vec(X.copy()),
+    Holder(),
 ]
 REFUSED = [
     (np.float64(3.0), "a single number"),
@@ -36,6 +50,7 @@ REFUSED = [
     (np.zeros(3, np.float16), "type float16; float32, float64, complex64 or complex128"),
     (np.zeros(3, np.longdouble), "type (float128|longdouble)"),
     (["a"], "type <U1"),
+    (np.ma.masked_equal([1.0, 2.0], 2.0), "masked samples"),
     ([None], "type object"),
     (np.zeros(2, "M8[s]"), "type datetime64"),
     (np.broadcast_to(0.0, (2**31,)), "2147483648 points; a record holds"),
@@ -47,6 +62,7 @@ REFUSED = [
 def test_arrays_of_every_layout_are_read(x: Any) -> None:
     before = bytes(np.asarray(x).tobytes())
     np.testing.assert_array_equal(sp.scale(x, 2.0), 2 * X)
+    assert sp.Vec.of(x).scale(3.0).array[5] == 18.0
     np.testing.assert_array_equal(sp.add(x, x), 2 * X)
     assert sp.sum(x) == 21.0
     assert np.asarray(x).tobytes() == before

@@ -11,6 +11,7 @@ import re
 import shutil
 import subprocess
 import sys
+from importlib.util import find_spec
 from pathlib import Path
 from typing import Any
 
@@ -54,6 +55,7 @@ def test_blocks_are_cut_into_formula_arguments_and_tables() -> None:
     assert hist.summary.startswith("result[k] = how many samples")
     entries = {piece.names: piece for piece in hist.pieces if isinstance(piece, header.Entry)}
     assert list(entries) == [("width",), ("bins",), ("result",)]
+    assert MODEL.block_of("dsph_dft").comment.summary.endswith("(Welch, IEEE Trans. Audio Electroacoust. 15, 1967)")
     fir = MODEL.block_of("dspc_fir").comment
     table = next(piece for piece in fir.pieces if isinstance(piece, header.Verbatim))
     assert len(table.lines) == 13 and table.lines[-1].startswith("10  ramp 2 |f|")
@@ -77,8 +79,12 @@ def test_every_operation_is_a_method_with_the_text_of_the_header() -> None:
 
 def test_enumerations_have_the_numbers_of_the_header() -> None:
     for enumeration in MODEL.enumerations:
-        kind = next(k for k in map(sp.__dict__.get, sp.enums.__all__) if enumeration.members[-1].name.endswith(
-            list(k.__members__)[-1]) and len(k.__members__) == len(enumeration.members))
+        kind = next(
+            k
+            for k in map(sp.__dict__.get, sp.enums.__all__)
+            if enumeration.members[-1].name.endswith(list(k.__members__)[-1])
+            and len(k.__members__) == len(enumeration.members)
+        )
         for member in enumeration.members:
             assert kind[member.name[len(enumeration.prefix) + 1 :]] == member.value
 
@@ -108,7 +114,7 @@ def test_the_examples_of_the_readme_run(capsys: Any) -> None:
 def test_annotations_are_strict_and_right(package: Path) -> None:
     use = "import sigpak as sp\nreveal_type(sp.rdft([1.0]))\nreveal_type(sp.Vec.of([1.0]).sin().rdft())\nsp.rdft()\n"
     (package / "use.py").write_text(use)
-    command = ["mypy", "--strict", "--cache-dir", str(package / "cache"), "-p", "sigpak", "-m", "use"]
+    command = f"mypy --strict --python-version 3.9 --cache-dir {package}/cache -p sigpak -m use".split()
     done = subprocess.run(command, cwd=package, text=True, capture_output=True, env={**os.environ, "MYPYPATH": "."})
     output = done.stdout.replace("numpy.", "")
     assert re.search(r'2: note: .*"ndarray\[Any, dtype\[Any\]\]"', output), output
@@ -117,7 +123,9 @@ def test_annotations_are_strict_and_right(package: Path) -> None:
     assert len(errors) == 1 and errors[0].startswith("use.py:4"), output
 
 
-@pytest.mark.parametrize(("path", "reason"), [("/nowhere/libsigpak.so", "/nowhere/libsigpak.so: "), ("libm.so.6", "dsp_")])
+@pytest.mark.parametrize(
+    ("path", "reason"), [("/nowhere/libsigpak.so", "/nowhere/libsigpak.so: "), ("libm.so.6", "dsp_")]
+)
 def test_a_library_that_is_not_there_or_another_is_told(path: str, reason: str, package: Path) -> None:
     environment = {**os.environ, "SIGPAK_LIBRARY": path, "PYTHONPATH": str(package)}
     done = subprocess.run([sys.executable, "-c", "import sigpak"], env=environment, text=True, capture_output=True)
@@ -163,6 +171,27 @@ def test_refusals_tell_the_reason(call: Any, message: str) -> None:
     assert isinstance(again, ValueError) and str(again) == str(caught.value)
 
 
+@pytest.mark.skipif(not all(map(find_spec, ("pip", "setuptools", "wheel"))), reason="there is no pip")
+@pytest.mark.parametrize("bundled", [True, False])
+def test_a_wheel_holds_all_that_the_package_needs(tmp_path: Path, bundled: bool) -> None:
+    for name in ("pyproject.toml", "LICENSE", "CMakeLists.txt", "docs/header.py", "include/sigpak.h"):
+        (tmp_path / name).parent.mkdir(exist_ok=True)
+        shutil.copy(TREE / name, tmp_path / name)
+    shutil.copytree(TREE / "python", tmp_path / "python", ignore=shutil.ignore_patterns("tests", "__pycache__"))
+    environment = {k: v for k, v in os.environ.items() if k != "SIGPAK_LIBRARY"}
+    environment["SIGPAK_BUNDLE"] = os.environ["SIGPAK_LIBRARY"] if bundled else "0"
+    install = ["pip", "install", "--no-build-isolation", "--no-deps", "--no-index", "--target", "there", "."]
+    subprocess.run([sys.executable, "-m", *install], cwd=tmp_path, env=environment, check=True, capture_output=True)
+    tag = "py3-none-any" if not bundled else "py3-none-linux"
+    assert f"Tag: {tag}" in next((tmp_path / "there").glob("*.dist-info/WHEEL")).read_text()
+    assert (tmp_path / "there/sigpak/py.typed").exists()
+    if bundled:
+        program = "import sigpak; print(sigpak.__file__, sigpak.mean([1, 2]))"
+        command = [sys.executable, "-c", program]
+        run = subprocess.run(command, cwd=tmp_path / "there", env=environment, text=True, capture_output=True)
+        assert run.stdout == f"{tmp_path}/there/sigpak/__init__.py 1.5\n", run.stderr
+
+
 def test_memory_that_is_not_there_is_an_error_that_leaves_no_ruin(package: Path) -> None:
     program = """if True:
         import resource, numpy as np, sigpak as sp
@@ -181,13 +210,18 @@ def test_memory_that_is_not_there_is_an_error_that_leaves_no_ruin(package: Path)
 
 
 def test_files_keep_every_bit(tmp_path: Path, real: Any) -> None:
-    signals = [np.array([0.1, np.inf, -0.0], real), np.array([], real), np.array([1 + 2j, 3], f"c{2 * real().itemsize}")]
+    signals = [
+        np.array([0.1, np.inf, -0.0], real),
+        np.array([], real),
+        np.array([1 + 2j, 3], f"c{2 * real().itemsize}"),
+    ]
     sp.write(tmp_path / "v", *signals, delta=0.25)
     found = sp.read(tmp_path / "v", real)
     assert [v.delta for v in found] == [0.25] * 3
     assert [(v.array.dtype, v.array.tobytes()) for v in found] == [(x.dtype, x.tobytes()) for x in signals]
     sp.write(tmp_path / "t", sp.Vec(signals[0], 0.5), text=True)
-    assert (tmp_path / "t").read_text().startswith("#DSP") and sp.read(tmp_path / "t", real)[0].delta == 0.5
+    text = sp.read(tmp_path / "t", real)
+    assert (tmp_path / "t").read_text().startswith("#DSP") and [(len(v), v.delta) for v in text] == [(3, 0.5)]
     (tmp_path / "cut").write_bytes((tmp_path / "v").read_bytes()[:-1])
     with pytest.raises(sp.Error, match="cut short behind 2 signals"):
         sp.read(tmp_path / "cut")

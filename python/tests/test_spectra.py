@@ -20,7 +20,9 @@ def welch(x: Any, name: str, segment: int, scaling: str) -> tuple[Any, Any]:
     def centred(block: Any) -> Any:
         return block - (block @ window / window.sum())[..., None]
 
-    return signal.welch(x, RATE, window, segment, detrend=centred, scaling=scaling, return_onesided=not np.iscomplexobj(x))
+    return signal.welch(
+        x, RATE, window, segment, detrend=centred, scaling=scaling, return_onesided=not np.iscomplexobj(x)
+    )
 
 
 # Each quantity as a function of SciPy's power spectrum or density.
@@ -105,6 +107,9 @@ def test_lines_are_those_above_the_noise_and_no_leakage() -> None:
         np.testing.assert_allclose([line.frequency for line in s.lines], [1234.5, 3000.0], atol=1.2)
         assert abs(s.lines[0].frequency - 1234.5) < 0.3 and s.unit == "V rms"
     assert abs(s.lines[0].value / 2**0.5 - 1) < 0.1
+    fine = sp.spectrum(x, rate, "blackman_harris4", 4096, quantity="peak", padding=8).lines
+    np.testing.assert_allclose([line.frequency for line in fine], [1234.5, 3000.0], atol=0.25)
+    assert abs(fine[0].value - 2) < 2e-3 and abs(fine[1].value - 0.01) < 1e-3
     density = sp.spectrum(x, rate, segment=4096, quantity="asd", unit="V")
     assert abs(density.noise_floor / (0.05 * (2 / rate) ** 0.5) - 1) < 0.03 and density.unit == "V/sqrt(Hz)"
     alarms = sum(bool(sp.spectrum(part, rate, segment=256, quantity="power").lines) for part in np.split(noise, 100))
@@ -116,9 +121,11 @@ def test_csv_and_plot(tmp_path: Any) -> None:
     s = sp.spectrum(np.random.default_rng(4).normal(size=400), 8.0, segment=100, quantity="psd", unit="V")
     s.to_csv(tmp_path / "s.csv")
     lines = (tmp_path / "s.csv").read_text().splitlines()
-    assert {"# quantity: psd", "# unit: V^2/Hz", "# segments: 7", "# rate: 8.0"} <= set(lines)
-    back = np.loadtxt(lines[lines.index("frequency,value") + 1 :], delimiter=",")
+    assert {"# quantity: psd", "# unit: V", "# segments: 7", "# rate: 8.0", "# window: Hann"} <= set(lines)
+    back = np.loadtxt(lines[lines.index("frequency [Hz],psd [V^2/Hz]") + 1 :], delimiter=",")
     np.testing.assert_array_equal(back, np.stack([s.f, s.values], 1))
+    units = [sp.spectrum(np.ones(9), quantity=quantity).unit for quantity in QUANTITIES]
+    assert units == ["", "rms", "", "1/Hz", "1/sqrt(Hz)"]
     pytest.importorskip("matplotlib").use("Agg")
     assert s.plot().get_ylabel() == "level in dB re 1 V^2/Hz"
 

@@ -53,11 +53,12 @@ def test_views_outlive_growth_and_record() -> None:
         np.zeros(8)[::2],
         np.zeros(4, ">f8"),
         np.frombuffer(b"\0" * 16),
+        np.zeros(17, np.uint8)[1:].view(np.float64),
         np.zeros((2, 2)),
         np.array(1.0),
         np.zeros(2, np.float16),
     ],
-    ids=["list", "integers", "strided", "foreign", "read-only", "two", "none", "half"],
+    ids=["list", "integers", "strided", "foreign", "read-only", "unaligned", "two", "none", "half"],
 )
 def test_only_plain_arrays_are_lent_but_most_are_copied(x: Any) -> None:
     with pytest.raises(sp.Error):
