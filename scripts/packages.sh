@@ -31,4 +31,5 @@ fi
 build_packages=(g++ cmake ninja-build pkg-config)
 tool_packages=(libcli11-dev libsndfile1-dev)
 test_packages=(libgtest-dev libmpfr-dev)
+manual_packages=(python3 python3-sphinx python3-myst-parser python3-sphinx-rtd-theme)
 python_packages=(mypy python3-numpy python3-pip python3-pytest python3-scipy python3-setuptools python3-wheel)
