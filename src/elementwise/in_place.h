@@ -20,6 +20,14 @@ template <class T, class F> void map_pairs(T* z, index points, F f) noexcept {
   }
 }
 
+// The function of a level, or the C library's in double precision where the level has none.
+template <class T, class F> void map_at_level(void (*wide)(T* x, index n), T* x, index n, F plain) noexcept {
+  if constexpr (sizeof(T) == sizeof(double)) {
+    if (wide == nullptr) return map(x, n, plain);
+  }
+  wide(x, n);
+}
+
 // Real records only.
 template <record V, class Real> status apply(V* v, Real on_real) noexcept {
   if (is_complex(v)) return failed;

@@ -1,15 +1,11 @@
 // Logarithms and decibels, in place.
-#include <bit>
 #include <cmath>
-#include <cstdint>
-#include <limits>
+#include <type_traits>
 
+#include "core/double_double.h"
 #include "core/guard.h"
 #include "elementwise/elementwise.h"
 #include "elementwise/in_place.h"
-#include "elementwise/logarithm_factors.h"
-#include "elementwise/logarithm_parts.h"
-#include "elementwise/precise.h"
 #include "kernels/elementary/functions.h"
 #include "vectors/levels.h"
 
@@ -18,27 +14,37 @@ namespace {
 
 using kernels::logarithm_constants;
 
+// The logarithms of the smallest normal number, and log10 e as a precision takes it for angles.
+template <class T> struct logarithm_factors;
+
+template <> struct logarithm_factors<double> {
+  static constexpr double_double log10_e = {0x1.bcb7b1526e50ep-2, 0x1.95355baaafad3p-57};
+  static constexpr double log_tiny = -708.3964185322641;
+  static constexpr double log10_tiny = -307.6526555685888;
+};
+
+template <> struct logarithm_factors<float> {
+  static constexpr double_double log10_e = {double(0.4342945F), 0};
+  static constexpr double log_tiny = -87.33654475055311;
+  static constexpr double log10_tiny = -37.92977945366163;
+};
+
 template <class T>
 constexpr logarithm_constants natural_constants = {
     0.5, 0, 1, 0, logarithm_factors<T>::log_tiny, 0.5 * wide_guard<T>::log_huge};
 
 template <class T> void natural(T* x, index n) noexcept {
-  if (const auto* wide = at_level<kernels::logarithm_functions<T>>())
-    return wide->logarithm(x, n, natural_constants<T>);
-  map_nearest(
-      x, n, [](double u) { return u < wide_guard<T>::tiny ? logarithm_factors<T>::log_tiny : std::log(u); },
-      precise_log);
+  const auto wide = at_level(&kernels::logarithm_functions<T>::logarithm);
+  if constexpr (std::is_same_v<T, double>) {
+    if (wide == nullptr) {
+      return map(x, n,
+                 [](double u) { return u < guard<T>::tiny ? natural_constants<T>.floor : std::log(u); });
+    }
+  }
+  wide(x, n, natural_constants<T>);
 }
 
-// At T the parts of an exact sum of squares underflow and no longer tell: the plain sum decides.
 template <class T> constexpr bool is_floored(double sum) noexcept { return sum < wide_guard<T>::tiny; }
-
-// Whether the rounding of a sum of squares shows in its logarithm, in `sum` as rounded.
-constexpr bool needs_exact_sum(double sum) noexcept {
-  constexpr double low = 0x1p-6;
-  constexpr double high = 0x1p6;
-  return !(sum <= low || sum >= high);
-}
 
 // A point beyond H keeps its direction and counts as |z|^2 = H.
 template <class T> void natural_point(double* z, const logarithm_constants& c) noexcept {
@@ -47,27 +53,13 @@ template <class T> void natural_point(double* z, const logarithm_constants& c) n
   const bool beyond = wide_guard<T>::excludes(z[0], z[1]);
   const double sum = a * a + b * b;
   const bool below = !beyond && is_floored<T>(sum);
-  z[0] = beyond                 ? c.ceiling
-         : below                ? c.floor
-         : needs_exact_sum(sum) ? c.scale * rounded(logarithm(sum_of_squares(a, b)))
-                                : c.scale * std::log(sum);
+  z[0] = beyond ? c.ceiling : below ? c.floor : c.scale * std::log(sum);
   z[1] = below ? 0 : std::atan2(b, a);
 }
 
-template <kernels::plain_logarithm plain, class T>
-void map_plain(T* z, index points, logarithm_constants c) noexcept {
-  map_pairs(z, points, [=](double a, double b) {
-    double w[2] = {a, b};
-    plain(w, c);
-    return point<double>{w[0], w[1]};
-  });
-}
-
 template <class T> void natural_points(T* z, index points) noexcept {
-  if (const auto* wide = at_level<kernels::logarithm_functions<T>>()) {
-    return wide->logarithm_points(z, points, natural_constants<T>, natural_point<T>);
-  }
-  map_plain<natural_point<T>>(z, points, natural_constants<T>);
+  run_at_level(&kernels::logarithm_functions<T>::logarithm_points, z, points, natural_constants<T>,
+               natural_point<T>);
 }
 
 // Of magnitudes, in both precisions; angles take the constant of the precision.
@@ -84,30 +76,20 @@ template <class T> void decimal_scaled(T* x, index n, double factor) noexcept {
   }
   const double_double scale = product({factor, 0}, log10_e);
   const double floor = factor * logarithm_factors<T>::log10_tiny;
-  if (const auto* wide = at_level<kernels::logarithm_functions<T>>()) {
-    return wide->scaled_logarithm(x, n, {scale.hi, scale.lo, 0, 0, floor, 0});
-  }
-  const auto plain = [=](double u) {
-    if (u < wide_guard<T>::tiny) return floor;
-    return u <= std::numeric_limits<double>::max() ? rounded_product(logarithm(u), scale) : factor * u;
-  };
-  map_nearest(x, n, plain, [=](double u) {
-    return u < wide_guard<T>::tiny ? floor : precise_scaled_log(u, scale.hi, scale.lo);
-  });
+  run_at_level(&kernels::logarithm_functions<T>::scaled_logarithm, x, n,
+               {scale.hi, scale.lo, 0, 0, floor, 0});
 }
 
+// The products rounded once.
 template <class T> void decimal_point(double* z, const logarithm_constants& c) noexcept {
   const double a = wide_guard<T>::clamp(z[0]);
   const double b = wide_guard<T>::clamp(z[1]);
   const double sum = a * a + b * b;
   const bool below = is_floored<T>(sum);
-  z[0] = below ? c.floor
-               : rounded_product(needs_exact_sum(sum) ? logarithm(sum_of_squares(a, b)) : logarithm(sum),
-                                 {c.scale, c.scale_rest});
-  const double angle = std::atan2(b, a);
-  z[1] = below        ? 0
-         : angle == 0 ? angle * c.angle_scale  // with its sign
-                      : rounded_product({angle, 0}, {c.angle_scale, c.angle_scale_rest});
+  using W = long double;
+  const auto times = [](W x, double hi, double lo) { return static_cast<double>(x * (W(hi) + W(lo))); };
+  z[0] = below ? c.floor : times(std::log(W(sum)), c.scale, c.scale_rest);
+  z[1] = below ? 0 : times(std::atan2(W(b), W(a)), c.angle_scale, c.angle_scale_rest);
 }
 
 template <class T> void decimal_scaled_points(T* z, index points, double factor) noexcept {
@@ -122,10 +104,7 @@ template <class T> void decimal_scaled_points(T* z, index points, double factor)
   const double_double angle_scale = product({factor, 0}, logarithm_factors<T>::log10_e);
   const logarithm_constants c = {
       scale.hi, scale.lo, angle_scale.hi, angle_scale.lo, factor * logarithm_factors<T>::log10_tiny, 0};
-  if (const auto* wide = at_level<kernels::logarithm_functions<T>>()) {
-    return wide->scaled_logarithm_points(z, points, c, decimal_point<T>);
-  }
-  map_plain<decimal_point<T>>(z, points, c);
+  run_at_level(&kernels::logarithm_functions<T>::scaled_logarithm_points, z, points, c, decimal_point<T>);
 }
 
 template <record V> status take_decibels(V* v, scalar<V> factor) noexcept {

@@ -12,11 +12,6 @@
 namespace sigpak {
 namespace {
 
-struct magnitude {
-  template <class T> T operator()(T x) const noexcept { return std::abs(x); }
-  template <class T> T operator()(point<T> z) const noexcept { return std::hypot(z.re, z.im); }
-};
-
 // Each square on its own becomes H when its component lies outside [-H, H].
 struct squared_magnitude {
   template <class T> T operator()(T x) const noexcept {
@@ -25,44 +20,35 @@ struct squared_magnitude {
   template <class T> T operator()(point<T> z) const noexcept { return (*this)(z.re) + (*this)(z.im); }
 };
 
-template <class T> void square_magnitudes_of(const T* z, T* out, index points) noexcept {
-  const auto* wide = points > isa::short_run ? at_level<kernels::point_functions<T>>() : nullptr;
-  if (wide == nullptr) return pack(z, out, points, squared_magnitude{});
-  wide->square_magnitudes(z, out, points);
+// Of reals or of points, which out may be.
+template <class T> void take_magnitudes(const T* in, bool complex, T* out, index points) noexcept {
+  if (complex) return run_at_level(&kernels::inverse_functions<T>::magnitude, in, out, points);
+  map_reals(in, out, points, [](T x) { return std::abs(x); });
 }
 
-// The magnitudes' storage is sized in the form of the input and read back in place, so a complex one packs.
-template <record V, class F> status fill_real(const operands<V>& in, V* out, F f) noexcept {
-  if (in.a_complex) {
-    pack(in.a, out->data, in.points, f);
-  } else {
-    map_reals(in.a, out->data, in.points, f);
-  }
-  out->complex = 0;
-  return ok;
+template <class T> void square_magnitudes(const T* in, bool complex, T* out, index points) noexcept {
+  if (!complex) return map_reals(in, out, points, squared_magnitude{});
+  const auto* wide = points > isa::short_run ? at_level<kernels::point_functions<T>>() : nullptr;
+  if (wide == nullptr) return pack(in, out, points, squared_magnitude{});
+  wide->square_magnitudes(in, out, points);
 }
 
 }  // namespace
 
 template <record V> status take_magnitude(V* v) noexcept {
-  const auto* wide = at_level<kernels::inverse_functions<scalar<V>>>();
-  if (wide == nullptr || !is_complex(v)) return turn_real(v, magnitude{});
-  wide->magnitude(v->data, v->data, length(v));
+  take_magnitudes(v->data, is_complex(v), v->data, length(v));
   v->complex = 0;
   return ok;
 }
 template <record V> status square_magnitude(V* v) noexcept {
-  if (!is_complex(v)) return turn_real(v, squared_magnitude{});
-  square_magnitudes_of(v->data, v->data, length(v));
+  square_magnitudes(v->data, is_complex(v), v->data, length(v));
   v->complex = 0;
   return ok;
 }
 
 template <record V> status take_magnitude(const V* in, V* out) noexcept {
   return prepare(in, in, out, is_complex(in), [out](const operands<V>& from) {
-    const auto* wide = at_level<kernels::inverse_functions<scalar<V>>>();
-    if (wide == nullptr || !from.a_complex) return fill_real(from, out, magnitude{});
-    wide->magnitude(from.a, out->data, from.points);
+    take_magnitudes(from.a, from.a_complex, out->data, from.points);
     out->complex = 0;
     return ok;
   });
@@ -70,8 +56,7 @@ template <record V> status take_magnitude(const V* in, V* out) noexcept {
 
 template <record V> status square_magnitude(const V* in, V* out) noexcept {
   return prepare(in, in, out, false, [out](const operands<V>& from) {
-    if (!from.a_complex) return fill_real(from, out, squared_magnitude{});
-    square_magnitudes_of(from.a, out->data, from.points);
+    square_magnitudes(from.a, from.a_complex, out->data, from.points);
     out->complex = 0;
     return ok;
   });

@@ -39,16 +39,19 @@ template <record V, class F> status turn_real(V* v, F f) noexcept {
   return ok;
 }
 
-// The record becomes f of itself in complex form.
-template <record V, class F> status turn_complex(V* v, F f) noexcept {
-  if (is_complex(v)) {
-    map_points(v->data, v->data, length(v), f);
-    return ok;
-  }
+// A real record becomes f of itself in complex form.
+template <record V, class F> status spread_reals(V* v, F f) noexcept {
   const auto points = v->points;
   v->complex = 1;
   if (reallocate(v, points, 0) != ok) return failed;
   spread(v->data, v->data, length(v), f);
+  return ok;
+}
+
+// The same of any record.
+template <record V, class F> status turn_complex(V* v, F f) noexcept {
+  if (!is_complex(v)) return spread_reals(v, f);
+  map_points(v->data, v->data, length(v), f);
   return ok;
 }
 

@@ -43,9 +43,7 @@ template <class T> point<T> square_root(point<T> z) noexcept {
 // The roots of the points of z; out may be z.
 template <class T> void square_root_points(const T* z, T* out, index points) noexcept {
   const auto root = [](T* at) { put_point(at, 0, square_root(point_at(at, 0))); };
-  if (const auto* wide = at_level<kernels::root_functions<T>>())
-    return wide->root_points(z, out, points, root);
-  for (index i = 0; i < points; ++i) put_point(out, i, square_root(point_at(z, i)));
+  run_at_level(&kernels::root_functions<T>::root_points, z, out, points, root);
 }
 
 }  // namespace sigpak

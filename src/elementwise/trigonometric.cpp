@@ -2,68 +2,47 @@
 #include <cmath>
 
 #include "elementwise/in_place.h"
-#include "elementwise/precise.h"
 #include "kernels/elementary/circular.h"
 #include "kernels/elementary/functions.h"
-#include "kernels/elementary/sine_parts.h"
 #include "vectors/levels.h"
 
 namespace sigpak {
 namespace {
 
-// y, the C library's near zero; its reduction of far angles loses digits beside the multiples of pi / 2.
-template <double y(double), double careful(double) noexcept> double near_or(double x) noexcept {
-  return std::abs(x) <= sine_reduction_end ? y(x) : careful(x);
-}
+// Farther from 0 the C library's reduction loses digits beside the multiples of pi / 2.
+constexpr double tangent_end = 0x1p20;
 
 template <class T> void sine(T* x, index n) noexcept {
-  if (const auto* wide = at_level<kernels::circular_functions<T>>()) return wide->sine(x, n);
-  map_nearest_one_by_one(x, n, near_or<std::sin, kernels::careful_sine<T>>, kernels::careful_sine<T>);
+  run_at_level(&kernels::circular_functions<T>::sine, x, n);
 }
 
 template <class T> void cosine(T* x, index n) noexcept {
-  if (const auto* wide = at_level<kernels::circular_functions<T>>()) return wide->cosine(x, n);
-  map_nearest_one_by_one(x, n, near_or<std::cos, kernels::careful_cosine<T>>, kernels::careful_cosine<T>);
+  run_at_level(&kernels::circular_functions<T>::cosine, x, n);
 }
 
 template <class T> void tangent(T* x, index n) noexcept {
-  if (const auto* wide = at_level<kernels::circular_functions<T>>()) return wide->tangent(x, n);
-  map_nearest_one_by_one(x, n, near_or<std::tan, kernels::careful_tangent<T>>, kernels::careful_tangent<T>);
-}
-
-// In double precision the sine carries more digits, so that the quotient is rounded once.
-template <class T> double unnormalised_sinc(double x) noexcept {
-  if (std::abs(x) < 0x1p-27) return 1;  // to which it rounds
-  if (!(std::abs(x) <= sine_reduction_end)) [[unlikely]]
-    return kernels::careful_sine_quotient<T>(x);
-  if constexpr (sizeof(T) < sizeof(double)) {
-    return std::sin(x) / x;
-  } else {
-    return rounded(quotient(sine_parts(x), x));
-  }
+  map_at_level(at_level(&kernels::circular_functions<T>::tangent), x, n, [](double u) {
+    return std::abs(u) <= tangent_end ? std::tan(u) : kernels::careful_tangent<T>(u);
+  });
 }
 
 template <class T> void sine_quotient(T* x, index n) noexcept {
-  if (const auto* wide = at_level<kernels::circular_functions<T>>()) return wide->sine_quotient(x, n);
-  map_nearest_one_by_one(x, n, unnormalised_sinc<T>, kernels::careful_sine_quotient<T>);
+  run_at_level(&kernels::circular_functions<T>::sine_quotient, x, n);
 }
 
 template <class T> void arctangent(T* x, index n) noexcept {
-  if (const auto* wide = at_level<kernels::inverse_functions<T>>()) return wide->arctangent(x, n);
-  map_nearest(
-      x, n, [](double u) { return std::atan(u); }, precise_atan);
+  map_at_level(at_level(&kernels::inverse_functions<T>::arctangent), x, n,
+               [](double u) { return std::atan(u); });
 }
 
 template <class T> void arcsine(T* x, index n) noexcept {
-  if (const auto* wide = at_level<kernels::inverse_functions<T>>()) return wide->arcsine(x, n);
-  map_nearest_one_by_one(
-      x, n, [](double u) { return std::abs(u) > 1 ? 0.0 : std::asin(u); }, precise_asin);
+  map_at_level(at_level(&kernels::inverse_functions<T>::arcsine), x, n,
+               [](double u) { return std::abs(u) > 1 ? 0.0 : std::asin(u); });
 }
 
 template <class T> void arccosine(T* x, index n) noexcept {
-  if (const auto* wide = at_level<kernels::inverse_functions<T>>()) return wide->arccosine(x, n);
-  map_nearest_one_by_one(
-      x, n, [](double u) { return std::abs(u) > 1 ? 0.0 : std::acos(u); }, precise_acos);
+  map_at_level(at_level(&kernels::inverse_functions<T>::arccosine), x, n,
+               [](double u) { return std::abs(u) > 1 ? 0.0 : std::acos(u); });
 }
 
 }  // namespace

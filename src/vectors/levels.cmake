@@ -3,7 +3,13 @@
 # bytes of a vector in SIGPAK_VECTOR_BYTES and the header of its vectors in SIGPAK_VECTORS; src/core/isa.h decides at
 # run time which level is called. Such a source is named NAME_lanes.cpp.
 
-set(wide_levels avx2 avx512)
+set(wide_levels)
+if(SIGPAK_WIDE_LEVELS)
+  set(wide_levels avx2 avx512)
+endif()
+set(baseline_bytes 16)
+set(baseline_vectors portable_128.h)
+set(baseline_options)
 set(avx2_bytes 32)
 set(avx2_vectors x86_256.h)
 set(avx2_options -mavx2 -mfma)
@@ -20,19 +26,19 @@ endif()
 # bounds is the address sanitizer's.
 set(level_sanitizers -fno-sanitize=undefined)
 
-set_property(TARGET sigpak_objects PROPERTY SIGPAK_LEVELS baseline)
-if(SIGPAK_WIDE_LEVELS)
-  set_property(TARGET sigpak_objects APPEND PROPERTY SIGPAK_LEVELS ${wide_levels})
-endif()
+set_property(TARGET sigpak_objects PROPERTY SIGPAK_LEVELS baseline ${wide_levels})
 
-# Adds NAME.cpp to the library once per level, as NAME_LEVEL. The library's property SIGPAK_LEVEL_UNITS names all of
-# them, and SIGPAK_UNCHECKED_UNITS those marked UNCHECKED, which the sanitizers leave out.
+# Adds NAME.cpp to the library once per wide level, and with AT_BASELINE for the baseline too, as NAME_LEVEL. The
+# library's property SIGPAK_LEVEL_UNITS names all of them, and SIGPAK_UNCHECKED_UNITS those marked UNCHECKED, which the
+# sanitizers leave out.
 function(sigpak_kernel name)
-  if(NOT SIGPAK_WIDE_LEVELS)
-    return()
+  cmake_parse_arguments(PARSE_ARGV 1 kernel "AT_BASELINE;UNCHECKED" "" "")
+  set(levels ${wide_levels})
+  if(kernel_AT_BASELINE)
+    list(PREPEND levels baseline)
   endif()
   file(RELATIVE_PATH source ${PROJECT_SOURCE_DIR}/src ${CMAKE_CURRENT_SOURCE_DIR}/${name}.cpp)
-  foreach(level ${wide_levels})
+  foreach(level ${levels})
     set(level_bytes ${${level}_bytes})
     set(level_vectors ${${level}_vectors})
     set(unit ${CMAKE_CURRENT_BINARY_DIR}/${name}_${level}.cpp)
@@ -44,7 +50,7 @@ function(sigpak_kernel name)
 ]])
     target_sources(sigpak_objects PRIVATE ${unit})
     set_property(TARGET sigpak_objects APPEND PROPERTY SIGPAK_LEVEL_UNITS ${name}_${level})
-    if(UNCHECKED IN_LIST ARGN)
+    if(kernel_UNCHECKED)
       set_property(TARGET sigpak_objects APPEND PROPERTY SIGPAK_UNCHECKED_UNITS ${name}_${level})
     endif()
     set_source_files_properties(${unit} TARGET_DIRECTORY sigpak_objects PROPERTIES

@@ -26,6 +26,8 @@ template <class T, int W> struct pack {
   vector v;
 };
 
+template <class T> constexpr bool is_single = sizeof(T) == sizeof(float);
+
 // As many as the level's vectors hold.
 template <class T> using widest = pack<T, SIGPAK_VECTOR_BYTES / static_cast<int>(sizeof(T))>;
 
@@ -62,10 +64,19 @@ using real = widest<double>;
 constexpr int lane_count = real::width;
 typedef unsigned long long words __attribute__((vector_size(SIGPAK_VECTOR_BYTES)));
 
-SIGPAK_INLINE real all(double x) { return splat<real>(x); }
 SIGPAK_INLINE words bits(real a) { return reinterpret_cast<words>(a.v); }
 SIGPAK_INLINE real from_bits(words a) { return {reinterpret_cast<real::vector>(a)}; }
 SIGPAK_INLINE words all_bits(unsigned long long x) { return x - words{}; }
+SIGPAK_INLINE real all(double x) {
+#if defined(__SSE2__) && !defined(__AVX__)
+  // g++ reads equal doubles as one and doubles it at every use, but not words of which it knows nothing.
+  words w = all_bits(__builtin_bit_cast(unsigned long long, x));
+  asm("" : "+x"(w));
+  return from_bits(w);
+#else
+  return splat<real>(x);
+#endif
+}
 
 // Added to x, leaves x rounded to an integer in the low bits, and itself as it was when subtracted again.
 constexpr double to_integer = 0x1.8p52;

@@ -14,6 +14,7 @@ SIGPAK_INLINE void stream(float* to, f8 a) { _mm256_stream_ps(to, a.v); }
 SIGPAK_INLINE void finish_streams() { _mm_sfence(); }
 
 // a * b + c, a * b - c and c - a * b, rounded once.
+constexpr bool has_fused_products = true;
 SIGPAK_INLINE d2 fma(d2 a, d2 b, d2 c) { return {_mm_fmadd_pd(a.v, b.v, c.v)}; }
 SIGPAK_INLINE d4 fma(d4 a, d4 b, d4 c) { return {_mm256_fmadd_pd(a.v, b.v, c.v)}; }
 SIGPAK_INLINE f4 fma(f4 a, f4 b, f4 c) { return {_mm_fmadd_ps(a.v, b.v, c.v)}; }

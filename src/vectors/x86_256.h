@@ -1,37 +1,28 @@
-// The level of 256 bits: masks are vectors of all ones or zeros.
+// The level of 256 bits.
 #pragma once
 
+#include "vectors/word_masks.h"
 #include "vectors/x86.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
-struct mask {
-  __m256d v;
-};
-SIGPAK_INLINE mask operator<(real a, real b) { return {_mm256_cmp_pd(a.v, b.v, _CMP_LT_OQ)}; }
-SIGPAK_INLINE mask operator<=(real a, real b) { return {_mm256_cmp_pd(a.v, b.v, _CMP_LE_OQ)}; }
-SIGPAK_INLINE mask operator>(real a, real b) { return {_mm256_cmp_pd(a.v, b.v, _CMP_GT_OQ)}; }
-SIGPAK_INLINE mask operator==(real a, real b) { return {_mm256_cmp_pd(a.v, b.v, _CMP_EQ_OQ)}; }
-SIGPAK_INLINE mask not_at_most(real a, double b) { return {_mm256_cmp_pd(a.v, all(b).v, _CMP_NLE_UQ)}; }
-SIGPAK_INLINE mask both(mask a, mask b) { return {_mm256_and_pd(a.v, b.v)}; }
-SIGPAK_INLINE mask either(mask a, mask b) { return {_mm256_or_pd(a.v, b.v)}; }
-SIGPAK_INLINE mask opposite(mask a) {
-  return {_mm256_xor_pd(a.v, _mm256_castsi256_pd(_mm256_set1_epi64x(-1)))};
-}
-SIGPAK_INLINE int lanes_of(mask a) { return _mm256_movemask_pd(a.v); }
+SIGPAK_INLINE int lanes_of(mask a) { return _mm256_movemask_pd(__m256d(a.v)); }
+SIGPAK_INLINE bool any_sign(words a) { return _mm256_movemask_pd(__m256d(a)) != 0; }
+SIGPAK_INLINE bool is_any(mask m) { return lanes_of(m) != 0; }
 SIGPAK_INLINE mask has_bit(words a, unsigned long long bit) {
   const __m256i wanted = __m256i(all_bits(bit));
-  return {_mm256_castsi256_pd(_mm256_cmpeq_epi64(_mm256_and_si256(__m256i(a), wanted), wanted))};
+  return {words(_mm256_cmpeq_epi64(_mm256_and_si256(__m256i(a), wanted), wanted))};
 }
-SIGPAK_INLINE real choose(mask m, real yes, real no) { return {_mm256_blendv_pd(no.v, yes.v, m.v)}; }
-SIGPAK_INLINE mask exclusive(mask a, mask b) { return {_mm256_xor_pd(a.v, b.v)}; }
-SIGPAK_INLINE mask above(words a, words b) {
-  return {_mm256_castsi256_pd(_mm256_cmpgt_epi64(__m256i(a), __m256i(b)))};
+SIGPAK_INLINE real choose(mask m, real yes, real no) { return {_mm256_blendv_pd(no.v, yes.v, __m256d(m.v))}; }
+// A magnitude outside [low, high], which are positive; NaN and zero are outside.
+SIGPAK_INLINE mask is_outside(real a, double low, double high) {
+  const auto from = __builtin_bit_cast(unsigned long long, low) + sign_bit;
+  const auto range = __builtin_bit_cast(unsigned long long, high) - from;
+  return {words(_mm256_cmpgt_epi64(__m256i(bits(a) - all_bits(from)), __m256i(all_bits(range))))};
 }
 SIGPAK_INLINE real lesser(real a, real b) { return {_mm256_min_pd(a.v, b.v)}; }
 SIGPAK_INLINE real greater(real a, real b) { return {_mm256_max_pd(a.v, b.v)}; }
-SIGPAK_INLINE words only(mask m, unsigned long long x) { return words(__m256i(m.v)) & all_bits(x); }
 SIGPAK_INLINE real sqrt(real a) { return {_mm256_sqrt_pd(a.v)}; }
 SIGPAK_INLINE real at_least(real x, double limit) { return {_mm256_max_pd(all(limit).v, x.v)}; }
 SIGPAK_INLINE real at_most(real x, double limit) { return {_mm256_min_pd(all(limit).v, x.v)}; }
@@ -47,16 +38,6 @@ SIGPAK_INLINE real look_up(const double* table, words position) {
   return {_mm256_blendv_pd(_mm256_castps_pd(low), _mm256_castps_pd(high), upper)};
 }
 
-// a * 2^floor(n / 8 - lift) for -10400 < n - 8 lift < 8000, rounded once; shifted is n + to_integer. Small
-// powers take two steps: the first product is normal, and the second rounds.
-template <int lift = 0> SIGPAK_INLINE real scale_eighths(real a, real shifted) {
-  constexpr double step = 1024;
-  const mask small = shifted < all(to_integer + 8 * (lift - 1000));
-  const real chosen = choose(small, shifted + all(8 * (step - lift)), shifted - all(8 * lift));
-  const words power = ((bits(chosen) & ~7ULL) << 49) + all_bits(1023ULL << 52);
-  return a * from_bits(power) * choose(small, all(0x1p-1024), all(1));
-}
-
 SIGPAK_INLINE void split_pairs(real a, real b, real& even, real& odd) {
   const __m256d low = _mm256_permute2f128_pd(a.v, b.v, 0x20);
   const __m256d high = _mm256_permute2f128_pd(a.v, b.v, 0x31);
@@ -68,10 +49,6 @@ SIGPAK_INLINE void join_pairs(real even, real odd, real& a, real& b) {
   const __m256d high = _mm256_unpackhi_pd(even.v, odd.v);
   a = {_mm256_permute2f128_pd(low, high, 0x20)};
   b = {_mm256_permute2f128_pd(low, high, 0x31)};
-}
-
-SIGPAK_INLINE real take_sign(real a, real sign) {
-  return from_bits(bits(absolute(a)) | (bits(sign) & sign_bit));
 }
 
 SIGPAK_INLINE bool any_zero(d4 a) {

@@ -96,12 +96,19 @@ SIGPAK_INLINE mask both(mask a, mask b) { return _kand_mask8(a, b); }
 SIGPAK_INLINE mask either(mask a, mask b) { return _kor_mask8(a, b); }
 SIGPAK_INLINE mask opposite(mask a) { return _knot_mask8(a); }
 SIGPAK_INLINE int lanes_of(mask a) { return a; }
+SIGPAK_INLINE bool any_sign(words a) { return _mm512_movepi64_mask(__m512i(a)) != 0; }
+SIGPAK_INLINE bool is_any(mask m) { return lanes_of(m) != 0; }
 SIGPAK_INLINE mask has_bit(words a, unsigned long long bit) {
   return _mm512_test_epi64_mask(__m512i(a), __m512i(all_bits(bit)));
 }
 SIGPAK_INLINE real choose(mask m, real yes, real no) { return {_mm512_mask_blend_pd(m, no.v, yes.v)}; }
 SIGPAK_INLINE mask exclusive(mask a, mask b) { return _kxor_mask8(a, b); }
-SIGPAK_INLINE mask above(words a, words b) { return _mm512_cmpgt_epi64_mask(__m512i(a), __m512i(b)); }
+// A magnitude outside [low, high], which are positive; NaN and zero are outside.
+SIGPAK_INLINE mask is_outside(real a, double low, double high) {
+  const auto from = __builtin_bit_cast(unsigned long long, low) + sign_bit;
+  const auto range = __builtin_bit_cast(unsigned long long, high) - from;
+  return _mm512_cmpgt_epi64_mask(__m512i(bits(a) - all_bits(from)), __m512i(all_bits(range)));
+}
 SIGPAK_INLINE real lesser(real a, real b) { return {_mm512_min_pd(a.v, b.v)}; }
 SIGPAK_INLINE real greater(real a, real b) { return {_mm512_max_pd(a.v, b.v)}; }
 SIGPAK_INLINE words only(mask m, unsigned long long x) {

@@ -61,7 +61,7 @@ SIGPAK_INLINE parts arctangent(real least, real most, real sum, octant where) {
   const real below_rest = choose(where.middle, least - (sum - most), all(0));
   const real inverse = all(1) / below;
   const real t = above * inverse;
-  const real t_rest = fnma(t, below_rest, fnma(t, below, above)) * inverse;
+  const real t_rest = fnma(t, below_rest, remainder(above, t, below)) * inverse;
   const real z = t * t;
   const words sign = only(where.reversed, sign_bit);
   const real turned = flip_sign(t, sign);
@@ -96,7 +96,7 @@ SIGPAK_INLINE real phase_single(ordered_point z, real x) {
 }
 
 template <class T> SIGPAK_INLINE real phase_for(ordered_point z, real x, real y) {
-  if constexpr (sizeof(T) == sizeof(float)) {
+  if constexpr (is_single<T>) {
     return take_sign(phase_single(z, x), y);
   } else {
     const parts angle = phase(z, x);
@@ -104,20 +104,31 @@ template <class T> SIGPAK_INLINE real phase_for(ordered_point z, real x, real y)
   }
 }
 
+// most^2 + least^2, nearly exactly.
+SIGPAK_INLINE parts sum_of_squares(real most, real least) {
+  if constexpr (has_fused_products) {
+    const real square = least * least;
+    const real sum = fma(most, most, square);
+    return {sum, (fms(most, most, sum) + square) + fms(least, least, square)};
+  }
+  const parts large = square_parts(most);
+  const parts small = square_parts(least);
+  const parts sum = fast_sum(large.hi, small.hi);
+  return {sum.hi, sum.lo + (large.lo + small.lo)};
+}
+
 // sqrt(most^2 + least^2), corrected by what the sum of the squares and the root have lost.
 SIGPAK_INLINE real magnitude(ordered_point z) {
-  const real square = z.least * z.least;
-  const real sum = fma(z.most, z.most, square);
-  const real sum_rest = (fms(z.most, z.most, sum) + square) + fms(z.least, z.least, square);
-  const real y = sqrt(sum);
-  const real rest = fnma(y, y, sum) + sum_rest;
+  const parts sum = sum_of_squares(z.most, z.least);
+  const real y = sqrt(sum.hi);
+  const real rest = remainder(sum.hi, y) + sum.lo;
   return fma(rest, all(0.5) * rough_inverse(y), y);
 }
 
 SIGPAK_INLINE real magnitude_single(ordered_point z) { return sqrt(fma(z.most, z.most, z.least * z.least)); }
 
 template <class T> SIGPAK_INLINE real magnitude_for(ordered_point z) {
-  if constexpr (sizeof(T) == sizeof(float)) {
+  if constexpr (is_single<T>) {
     return magnitude_single(z);
   } else {
     return magnitude(z);

@@ -13,6 +13,11 @@ template <real near(real x), double far(double x) noexcept> struct circular {
   SIGPAK_INLINE real careful(real x) const { return except(near(x), is_far(x), x, far); }
 };
 
+// The same in single precision.
+template <real near(real x), double far(double x) noexcept> struct circular_single : circular<near, far> {
+  static double precise(double x) { return far(x); }
+};
+
 SIGPAK_INLINE real sine(real x) {
   const angle a = reduce(x);
   return turned_sine(a, a.quarter);
@@ -70,21 +75,22 @@ using kernels::careful_sine_quotient;
 using kernels::careful_tangent;
 
 void sines(double* x, index n) { walk(x, n, circular<sine, careful_sine<double>>{}); }
-void sines(float* x, index n) { walk(x, n, circular<sine_single, careful_sine<float>>{}); }
+void sines(float* x, index n) { walk(x, n, circular_single<sine_single, careful_sine<float>>{}); }
 void cosines(double* x, index n) { walk(x, n, circular<cosine, careful_cosine<double>>{}); }
-void cosines(float* x, index n) { walk(x, n, circular<cosine_single, careful_cosine<float>>{}); }
+void cosines(float* x, index n) { walk(x, n, circular_single<cosine_single, careful_cosine<float>>{}); }
 void tangents(double* x, index n) { walk(x, n, circular<tangent, careful_tangent<double>>{}); }
-void tangents(float* x, index n) { walk(x, n, circular<tangent_short, careful_tangent<float>>{}); }
+void tangents(float* x, index n) { walk(x, n, circular_single<tangent_short, careful_tangent<float>>{}); }
 void sine_quotients(double* x, index n) {
   walk(x, n, circular<sine_quotient, careful_sine_quotient<double>>{});
 }
 void sine_quotients(float* x, index n) {
-  walk(x, n, circular<sine_quotient_short, careful_sine_quotient<float>>{});
+  walk(x, n, circular_single<sine_quotient_short, careful_sine_quotient<float>>{});
 }
 
 // size * part, rounded once, with the sign of the product of the leading parts where it vanishes.
 SIGPAK_INLINE real times(real size, parts part) {
-  return take_sign(fma(size, part.hi, size * part.lo), from_bits(bits(size) ^ bits(part.hi)));
+  const parts factor = closed(part);
+  return take_sign(rounded_sum(size, factor.hi, size * factor.lo), from_bits(bits(size) ^ bits(part.hi)));
 }
 
 template <class T> struct rectangular_form {
@@ -95,16 +101,17 @@ template <class T> struct rectangular_form {
   }
   SIGPAK_INLINE void operator()(real& a, real& b) const { turn(sine_and_cosine_for<T>(b), a, b); }
   SIGPAK_INLINE void careful(real& a, real& b) const {
-    sine_cosine y = careful_sine_and_cosine<T>(b);
-    const mask infinite = absolute(a) == all(__builtin_inf());
-    y.sine = choose(infinite, {y.sine.hi, y.sine.hi}, y.sine);
-    y.cosine = choose(infinite, {y.cosine.hi, y.cosine.hi}, y.cosine);
+    const sine_cosine y = careful_sine_and_cosine<T>(b);
+    const real size = a;
     turn(y, a, b);
+    const mask infinite = absolute(size) == all(__builtin_inf());
+    a = choose(infinite, size * y.cosine.hi, a);
+    b = choose(infinite, size * y.sine.hi, b);
   }
 
   SIGPAK_INLINE static void turn(sine_cosine y, real& a, real& b) {
     const real size = a;
-    if constexpr (sizeof(T) == sizeof(float)) {
+    if constexpr (is_single<T>) {
       a = size * y.cosine.hi;
       b = size * y.sine.hi;
     } else {
@@ -119,8 +126,8 @@ template <class T> void rectangular_points(T* z, index points) {
 }
 
 template <class T>
-constexpr kernels::circular_functions<T> functions = {sines, cosines, tangents, sine_quotients,
-                                                      rectangular_points<T>};
+constexpr kernels::circular_functions<T> functions = {sines, cosines, where_faster<T>(tangents),
+                                                      sine_quotients, rectangular_points<T>};
 
 }  // namespace
 

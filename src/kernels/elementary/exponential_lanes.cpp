@@ -13,8 +13,6 @@ template <class T> SIGPAK_INLINE real huge() { return all(static_cast<double>(gu
 template <class T> SIGPAK_INLINE real log_huge() { return all(static_cast<double>(guard<T>::log_huge)); }
 template <class T> SIGPAK_INLINE real log10_huge() { return all(static_cast<double>(guard<T>::log10_huge)); }
 
-template <class T> constexpr bool is_single = sizeof(T) == sizeof(float);
-
 template <class T> SIGPAK_INLINE real guarded_exp(real x) {
   real y;
   if constexpr (is_single<T>) {
@@ -35,20 +33,37 @@ template <class T> SIGPAK_INLINE real guarded_exp10(real x) {
   return choose(x > log10_huge<T>(), huge<T>(), y);
 }
 
-template <class T> void exponentials(T* x, index n) { walk(x, n, everywhere<guarded_exp<T>>{}); }
+using kernels::precise_cosh;
+using kernels::precise_exp;
+using kernels::precise_exp10;
+using kernels::precise_sinh;
+using kernels::precise_tanh;
+
+void exponentials(double* x, index n) { walk(x, n, everywhere<guarded_exp<double>>{}); }
+void exponentials(float* x, index n) { walk(x, n, everywhere_single<guarded_exp<float>, precise_exp>{}); }
 
 // A sample below -H stops the pass: it and everything after it stay as they are.
-template <class T> void exponentials10(T* x, index n) {
-  constexpr everywhere<guarded_exp10<T>> f;
+template <class F> struct stopped : F {
+  real most;  // -H
+  SIGPAK_INLINE mask is_wild(real x) const { return x < most; }
+  SIGPAK_INLINE real careful(real x) const { return (*this)(x); }
+};
+
+template <class T, class F> SIGPAK_INLINE void walk_to_stop(T* x, index n, F f) {
   index i = 0;
-  for (; i + lane_count <= n; i += lane_count) {
-    const real a = read(x + i);
-    if (__builtin_expect(lanes_of(a < -huge<T>()) != 0, 0)) break;
-    write(x + i, f(a));
+  for (index count = lane_count; count == lane_count; i += count) {
+    i = walk_vectors(x, i, n, f);
+    count = 0;
+    while (i + count < n && count < lane_count && !(x[i + count] < -guard<T>::huge)) ++count;
+    if (count > 0) walk_some(x + i, count, f);
   }
-  index count = 0;
-  while (i + count < n && count < lane_count && !(x[i + count] < -guard<T>::huge)) ++count;
-  if (count > 0) walk_some(x + i, count, f);
+}
+
+void exponentials10(double* x, index n) {
+  walk_to_stop(x, n, stopped<everywhere<guarded_exp10<double>>>{{}, -huge<double>()});
+}
+void exponentials10(float* x, index n) {
+  walk_to_stop(x, n, stopped<everywhere_single<guarded_exp10<float>, precise_exp10>>{{}, -huge<float>()});
 }
 
 // Keeps the product with the sine of a subnormal angle normal.
@@ -82,8 +97,9 @@ template <class T> SIGPAK_INLINE real times(scaled_size s, parts part) {
   if constexpr (is_single<T>) {
     return scale_eighths<size_lift>(s.size.hi * part.hi, s.shifted);
   } else {
-    const real rest = fma(s.size.hi, part.lo, s.size.lo * (part.hi + part.lo));
-    const real y = fma(s.size.hi, part.hi, rest);
+    const parts factor = closed(part);
+    const real rest = fma(s.size.hi, factor.lo, s.size.lo * (factor.hi + factor.lo));
+    const real y = rounded_sum(s.size.hi, factor.hi, rest);
     return scale_eighths<size_lift>(take_sign(y, from_bits(bits(s.size.hi) ^ bits(part.hi))), s.shifted);
   }
 }
@@ -172,8 +188,9 @@ SIGPAK_INLINE real tanh_in_full(real x) {
   const parts e = power_parts(reduce_power(all(2) * at_most(a, 22)));
   const parts top = fast_sum(e.hi, all(1));
   const parts sum = fast_sum(top.hi, top.lo + e.lo);
-  const real rest = all(2) / sum.hi;
-  const real correction = (rest * all(0.5)) * fnma(rest, sum.lo, fnma(rest, sum.hi, all(2)));
+  const real whole = all(2) / sum.hi;
+  const real rest = shortened(whole);
+  const real correction = (whole * all(0.5)) * fnma(rest, sum.lo, remainder_of_short(all(2), rest, sum.hi));
   const parts y = fast_sum(all(1), -rest);
   return take_sign(choose(a <= all(0.55), near, y.hi + (y.lo - correction)), x);
 }
@@ -211,16 +228,20 @@ SIGPAK_INLINE real tanh_short(real x) {
 }
 
 void hyperbolic_sines(double* x, index n) { walk(x, n, everywhere<sinh_in_full>{}); }
-void hyperbolic_sines(float* x, index n) { walk(x, n, everywhere<sinh_short>{}); }
+void hyperbolic_sines(float* x, index n) { walk(x, n, everywhere_single<sinh_short, precise_sinh>{}); }
 void hyperbolic_cosines(double* x, index n) { walk(x, n, everywhere<cosh_in_full>{}); }
-void hyperbolic_cosines(float* x, index n) { walk(x, n, everywhere<cosh_short>{}); }
+void hyperbolic_cosines(float* x, index n) { walk(x, n, everywhere_single<cosh_short, precise_cosh>{}); }
 void hyperbolic_tangents(double* x, index n) { walk(x, n, everywhere<tanh_in_full>{}); }
-void hyperbolic_tangents(float* x, index n) { walk(x, n, everywhere<tanh_short>{}); }
+void hyperbolic_tangents(float* x, index n) { walk(x, n, everywhere_single<tanh_short, precise_tanh>{}); }
 
 template <class T>
-constexpr kernels::exponential_functions<T> functions = {
-    exponentials<T>,  exponentials10<T>,  exponential_points<T>, exponential10_points<T>,
-    hyperbolic_sines, hyperbolic_cosines, hyperbolic_tangents};
+constexpr kernels::exponential_functions<T> functions = {where_faster<T>(exponentials),
+                                                         exponentials10,
+                                                         exponential_points<T>,
+                                                         exponential10_points<T>,
+                                                         hyperbolic_sines,
+                                                         hyperbolic_cosines,
+                                                         hyperbolic_tangents};
 
 }  // namespace
 

@@ -1,5 +1,6 @@
 // What the elementary functions of a level offer: arrays in place, with the limits of the element-wise
-// operations folded in.
+// operations folded in. All levels have all of them, but for six of double precision that are null where
+// there are no fused products: those of the C library are no slower there.
 #pragma once
 
 #include <cstddef>
@@ -9,6 +10,7 @@ namespace sigpak::kernels {
 template <class T> using unary = void (*)(T* x, std::ptrdiff_t n);
 
 template <class T> struct circular_functions {
+  static constexpr bool at_baseline = true;
   unary<T> sine;
   unary<T> cosine;
   unary<T> tangent;
@@ -17,6 +19,7 @@ template <class T> struct circular_functions {
 };
 
 template <class T> struct exponential_functions {
+  static constexpr bool at_baseline = true;
   unary<T> exponential;
   unary<T> exponential10;
   unary<T> exponential_points;
@@ -27,6 +30,7 @@ template <class T> struct exponential_functions {
 };
 
 template <class T> struct inverse_functions {
+  static constexpr bool at_baseline = true;
   using packing = void (*)(const T* z, T* out, std::ptrdiff_t points);  // out may be z
   unary<T> arctangent;
   unary<T> arcsine;
@@ -50,6 +54,7 @@ struct logarithm_constants {
 using plain_logarithm = void (*)(double* z, const logarithm_constants& c);
 
 template <class T> struct logarithm_functions {
+  static constexpr bool at_baseline = true;
   using in_place = void (*)(T* x, std::ptrdiff_t n, logarithm_constants c);
   using in_place_points = void (*)(T* z, std::ptrdiff_t points, logarithm_constants c, plain_logarithm plain);
   in_place logarithm;  // unscaled
@@ -61,6 +66,7 @@ template <class T> struct logarithm_functions {
 // The principal roots of points; out may be z. Points that are too large, too small or NaN go to `root`, one
 // by one.
 template <class T> struct root_functions {
+  static constexpr bool at_baseline = true;
   void (*root_points)(const T* z, T* out, std::ptrdiff_t points, void (*root)(T* point));
 };
 

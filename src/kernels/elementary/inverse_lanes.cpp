@@ -37,7 +37,7 @@ struct half_angle {
 SIGPAK_INLINE half_angle reduce_arcsine(real a, mask large) {
   const real z = choose(large, fnma(all(0.5), a, all(0.5)), a * a);
   const real root = sqrt(z);
-  const real root_rest = (all(0.5) * fnma(root, root, z)) * rough_inverse(at_least(root, least_plain));
+  const real root_rest = (all(0.5) * remainder(z, root)) * rough_inverse(at_least(root, least_plain));
   const real hi = choose(large, root, a);
   return {hi, choose(large, root_rest, all(0)), hi * (z * polynomial(arcsine_terms, z))};
 }
@@ -95,11 +95,15 @@ SIGPAK_INLINE real arccosine_single(real x) {
 }
 
 void arctangents(double* x, index n) { walk(x, n, everywhere<arctangent_of>{}); }
-void arctangents(float* x, index n) { walk(x, n, everywhere<arctangent_of_single>{}); }
+void arctangents(float* x, index n) {
+  walk(x, n, everywhere_single<arctangent_of_single, kernels::precise_atan>{});
+}
 void arcsines(double* x, index n) { walk(x, n, everywhere<arcsine>{}); }
-void arcsines(float* x, index n) { walk(x, n, everywhere<arcsine_single>{}); }
+void arcsines(float* x, index n) { walk(x, n, everywhere_single<arcsine_single, kernels::precise_asin>{}); }
 void arccosines(double* x, index n) { walk(x, n, everywhere<arccosine>{}); }
-void arccosines(float* x, index n) { walk(x, n, everywhere<arccosine_single>{}); }
+void arccosines(float* x, index n) {
+  walk(x, n, everywhere_single<arccosine_single, kernels::precise_acos>{});
+}
 
 // The polar form of a point that is not for vectors. The zero point has phase 0 whatever the signs of its
 // zeros.
@@ -149,8 +153,12 @@ template <class T> void phases(const T* z, T* out, index points) {
 template <class T> void polar(T* z, index points) { walk_points(z, z, points, polar_form<T>{}); }
 
 template <class T>
-constexpr kernels::inverse_functions<T> functions = {arctangents,   arcsines,  arccosines,
-                                                     magnitudes<T>, phases<T>, polar<T>};
+constexpr kernels::inverse_functions<T> functions = {where_faster<T>(arctangents),
+                                                     where_faster<T>(arcsines),
+                                                     where_faster<T>(arccosines),
+                                                     magnitudes<T>,
+                                                     phases<T>,
+                                                     polar<T>};
 
 }  // namespace
 

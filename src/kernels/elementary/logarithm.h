@@ -36,7 +36,7 @@ SIGPAK_INLINE parts logarithm(reduced_log y, real rest) {
   const real z = s * s;
   const real half_f = all(0.5) * y.f;
   const real square = half_f * y.f;
-  const real square_rest = fms(half_f, y.f, square);
+  const real square_rest = product_rest(half_f, y.f, square);
   const real series = fma(s, fma(z, polynomial(logarithm_terms, z), square), rest);
   const parts near = fast_sum(y.f, -square);
   const parts top = fast_sum(y.k * all(ln2_hi), near.hi);

@@ -23,8 +23,11 @@ SIGPAK_INLINE real beside_boundaries(real x) { return from_bits(bits(x) | all_bi
 
 template <class T> struct logarithm_of {
   kernels::logarithm_constants c;
+  double precise(double x) const requires(is_single<T>) {
+    return x < static_cast<double>(guard<T>::tiny) ? c.floor : kernels::precise_log(x);
+  }
   SIGPAK_INLINE real operator()(real x) const {
-    if constexpr (sizeof(T) == sizeof(float)) {
+    if constexpr (is_single<T>) {
       return guarded<T>(x, beside_boundaries(logarithm_single(x)), c.floor, x);
     } else {
       const parts ln = logarithm(x);
@@ -37,13 +40,17 @@ template <class T> struct logarithm_of {
 // sign.
 SIGPAK_INLINE real scaled(parts value, double hi, double lo) {
   const real top = value.hi * all(hi);
-  return top - (fnma(value.hi, all(hi), top) - fma(value.hi, all(lo), value.lo * all(hi)));
+  return top - (remainder(top, value.hi, all(hi)) - fma(value.hi, all(lo), value.lo * all(hi)));
 }
 
 template <class T> struct scaled_logarithm_of {
   kernels::logarithm_constants c;
+  double precise(double x) const requires(is_single<T>) {
+    return x < static_cast<double>(guard<T>::tiny) ? c.floor
+                                                   : kernels::precise_scaled_log(x, c.scale, c.scale_rest);
+  }
   SIGPAK_INLINE real operator()(real x) const {
-    if constexpr (sizeof(T) == sizeof(float)) {
+    if constexpr (is_single<T>) {
       const real y = beside_boundaries(logarithm_single(x) * all(c.scale));
       return guarded<T>(x, y, c.floor, x * all(c.scale));
     } else {
@@ -62,8 +69,7 @@ template <class T> void scaled_logarithms(T* x, index n, kernels::logarithm_cons
 
 // The points whose squared magnitude is near T or below, or with a part beyond H, are left to a function of
 // one point.
-template <class T>
-constexpr double least_logarithm_argument = sizeof(T) == sizeof(float) ? 0x1p-62 : least_plain;
+template <class T> constexpr double least_logarithm_argument = is_single<T> ? 0x1p-62 : least_plain;
 
 template <class T, bool scales_angle> struct logarithm_of_point {
   kernels::logarithm_constants c;
@@ -75,7 +81,7 @@ template <class T, bool scales_angle> struct logarithm_of_point {
   }
   SIGPAK_INLINE void operator()(real& a, real& b) const {
     const ordered_point z = in_order(a, b);
-    if constexpr (sizeof(T) == sizeof(float)) {
+    if constexpr (is_single<T>) {
       const real angle = phase_single(z, a);
       b = scales_angle ? flip_sign(angle * all(c.angle_scale), bits(b)) : take_sign(angle, b);
       a = logarithm_of_squares_single(z.most, z.least) * all(c.scale);
@@ -114,7 +120,7 @@ void scaled_logarithm_points(T* z, index points, kernels::logarithm_constants c,
 }
 
 template <class T>
-constexpr kernels::logarithm_functions<T> functions = {logarithms<T>, scaled_logarithms<T>,
+constexpr kernels::logarithm_functions<T> functions = {where_faster<T>(logarithms<T>), scaled_logarithms<T>,
                                                        logarithm_points<T>, scaled_logarithm_points<T>};
 
 }  // namespace

@@ -54,18 +54,25 @@ struct eighths {
   real r;
 };
 
-// The first product is exact: what it leaves of x has at most 53 bits.
+// An eighth of a factor of two, as a sum whose first part gives exact products with n: where products are not
+// fused, by its 38 bits.
+constexpr double eighth_hi = has_fused_products ? 0x1.62e42fefa39efp-4 : 0x1.62e42fefap-4;  // ln 2 / 8
+constexpr double eighth_lo = has_fused_products ? 0x1.abc9e3b39803fp-59 : 0x1.cf79abc9e3b3ap-43;
+constexpr double decimal_eighth_hi =
+    has_fused_products ? 0x1.34413509f79ffp-5 : 0x1.34413509fp-5;  // log10(2) / 8
+constexpr double decimal_eighth_lo = has_fused_products ? -0x1.9dc1da994fd21p-62 : 0x1.e7fbcc47c4acdp-43;
+
+// What the first product leaves of x has at most 53 bits.
 SIGPAK_INLINE eighths reduce_power(real x) {
   const real shifted = fma(x, all(0x1.71547652b82fep+3), all(to_integer));
   const real n = shifted - all(to_integer);
-  const real r = fnma(n, all(0x1.abc9e3b39803fp-59), fnma(n, all(0x1.62e42fefa39efp-4), x));  // ln 2 / 8
-  return {shifted, r};
+  return {shifted, fnma(n, all(eighth_lo), fnma(n, all(eighth_hi), x))};
 }
 
 SIGPAK_INLINE eighths reduce_decimal_power(real x) {
   const real shifted = fma(x, all(0x1.a934f0979a371p+4), all(to_integer));
   const real n = shifted - all(to_integer);
-  const real t = fnma(n, all(-0x1.9dc1da994fd21p-62), fnma(n, all(0x1.34413509f79ffp-5), x));  // log10(2) / 8
+  const real t = fnma(n, all(decimal_eighth_lo), fnma(n, all(decimal_eighth_hi), x));
   return {shifted, fma(t, all(ln10_hi), t * all(ln10_lo))};
 }
 

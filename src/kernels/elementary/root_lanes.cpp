@@ -16,20 +16,20 @@ struct root_parts {
 };
 
 SIGPAK_INLINE root_parts half_angle_root(real a, real b) {
-  const parts aa = exact_product(a, a);
-  const parts bb = exact_product(b, b);
+  const parts aa = square_parts(a);
+  const parts bb = square_parts(b);
   const parts top = exact_sum(aa.hi, bb.hi);
   const parts s = fast_sum(top.hi, top.lo + (aa.lo + bb.lo));
   const real r = sqrt(s.hi);
-  const real r_rest = (fnma(r, r, s.hi) + s.lo) * (all(0.5) * rough_inverse(r));
+  const real r_rest = (remainder(s.hi, r) + s.lo) * (all(0.5) * rough_inverse(r));
   const parts sum = fast_sum(r, a);
   const parts u = fast_sum(all(0.5) * sum.hi, all(0.5) * (sum.lo + r_rest));
   const real m = sqrt(u.hi);
   const real inverse = all(0.5) / m;
-  const real m_rest = (fnma(m, m, u.hi) + u.lo) * inverse;
+  const real m_rest = (remainder(u.hi, m) + u.lo) * inverse;
   const real q = b * inverse;  // b / (2 (m + m_rest))
   const real twice = all(2) * m;
-  const real q_rest = (fnma(q, twice, b) - q * (all(2) * m_rest)) * inverse;
+  const real q_rest = (remainder(b, q, twice) - q * (all(2) * m_rest)) * inverse;
   return {m + m_rest, q + q_rest};
 }
 
@@ -49,7 +49,7 @@ template <class T> struct root_of_point {
   }
   SIGPAK_INLINE void operator()(real& a, real& b) const {
     root_parts root;
-    if constexpr (sizeof(T) == sizeof(float)) {
+    if constexpr (is_single<T>) {
       root = half_angle_root_single(absolute(a), absolute(b));
     } else {
       root = half_angle_root(absolute(a), absolute(b));

@@ -9,7 +9,7 @@ namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
 // Beyond this the functions of single numbers take over.
-constexpr double reduction_end = 0x1p30;
+constexpr double reduction_end = has_fused_products ? 0x1p30 : 0x1p20;
 
 constexpr double quarter_pi_hi = 0x1.921fb54442d18p+0;  // pi / 2 in three doubles
 constexpr double quarter_pi_mid = 0x1.1a62633145c07p-54;
@@ -22,11 +22,39 @@ struct angle {
   words quarter;
 };
 
+// pi / 2 in pieces of 33 bits, the last one full: where products are not fused, those of the first three with
+// multiples up to 2^20 are exact.
+constexpr double quarter_pi_pieces[] = {0x1.921fb544p+0, 0x1.0b4611a6p-34, 0x1.3198a2ep-69,
+                                        0x1.b839a252049c1p-104};
+
+SIGPAK_INLINE parts take_quarters(real x, real n) {
+  const real first = x - n * all(quarter_pi_pieces[0]);
+  const parts second = exact_sum(first, -(n * all(quarter_pi_pieces[1])));
+  const parts third = exact_sum(second.hi, -(n * all(quarter_pi_pieces[2])));
+  const real step = (n * all(quarter_pi_pieces[3]) - second.lo) - third.lo;
+  const real hi = third.hi - step;  // with the sign of a zero
+  return {hi, (third.hi - hi) - step};
+}
+
+// x - n * quarters * pi / 2 for single precision, which needs no more than the double.
+SIGPAK_INLINE real take_quarters_single(real x, real n, double quarters) {
+  if constexpr (has_fused_products) {
+    return fnma(n, all(quarters * quarter_pi_mid), fnma(n, all(quarters * quarter_pi_hi), x));
+  }
+  real rest = x;
+  unroll<3>([&](auto i) SIGPAK_LAMBDA { rest = rest - n * all(quarters * quarter_pi_pieces[i]); });
+  return rest;
+}
+
 // The first product is exact for |x| <= 2^38: the multiple of pi / 2 that it takes away has at most 53 bits
 // left.
 SIGPAK_INLINE angle reduce(real x) {
   const real shifted = fma(x, all(0x1.45f306dc9c883p-1), all(to_integer));  // 2 / pi
   const real n = shifted - all(to_integer);
+  if constexpr (!has_fused_products) {
+    const parts rest = take_quarters(x, n);
+    return {rest.hi, rest.lo, bits(shifted)};
+  }
   const real first = fnma(n, all(quarter_pi_hi), x);
   const real step = n * all(quarter_pi_mid);
   const real step_rest = fms(n, all(quarter_pi_mid), step);
@@ -39,8 +67,12 @@ SIGPAK_INLINE angle reduce(real x) {
 SIGPAK_INLINE angle reduce_single(real x) {
   const real shifted = fma(x, all(0x1.45f306dc9c883p-1), all(to_integer));
   const real n = shifted - all(to_integer);
-  return {fnma(n, all(quarter_pi_mid), fnma(n, all(quarter_pi_hi), x)), all(0), bits(shifted)};
+  return {take_quarters_single(x, n, 1), all(0), bits(shifted)};
 }
+
+// What the sine takes of the rest of hi^2: hi^3 / 6. Where fused products save other roundings it is not
+// worth its price.
+SIGPAK_INLINE real cubic_share(real hi, real square_rest) { return (all(1.0 / 6) * hi) * square_rest; }
 
 // sin(a + quarter pi / 2), where `quarter` adds to what a holds: one polynomial, its coefficients chosen per
 // lane.
@@ -53,7 +85,8 @@ SIGPAK_INLINE real turned_sine(angle a, words quarter) {
   });
   const real half = z * all(0.5);
   const real top = all(1) - half;
-  const real sine_rest = fnma(half, a.lo, a.lo);                     // lo cos(hi)
+  real sine_rest = fnma(half, a.lo, a.lo);  // lo cos(hi)
+  if constexpr (!has_fused_products) sine_rest = sine_rest - cubic_share(a.hi, square_parts(a.hi).lo);
   const real cosine_rest = fnma(a.hi, a.lo, (all(1) - top) - half);  // -lo sin(hi), and what top left out
   const real base = choose(odd, top, a.hi);
   const real y = base + fma(choose(odd, z, a.hi), z * p, choose(odd, cosine_rest, sine_rest));
@@ -68,14 +101,14 @@ struct sine_cosine {
 
 // `of_rest` is how much the cosine takes of what the rounding of hi^2 left out: a half is its own share.
 SIGPAK_INLINE sine_cosine both_parts(angle a, double of_rest = 0.5) {
-  const real z = a.hi * a.hi;
+  const auto [z, square_rest] = square_parts(a.hi);
   const real half = z * all(0.5);
   const real top = all(1) - half;
-  const real square_rest = fms(a.hi, a.hi, z);
   const real cubic = fms(z, polynomial(lifted_sine_terms, z), all(0.125) * z);
   const real cosine_rest = fnma(all(of_rest), square_rest, fnma(a.hi, a.lo, (all(1) - top) - half));
-  return {{a.hi, fma(a.hi, cubic, fnma(half, a.lo, a.lo))},
-          {top, fma(z, z * polynomial(cosine_terms, z), cosine_rest)}};
+  real sine_rest = fnma(half, a.lo, a.lo);
+  if constexpr (!has_fused_products) sine_rest = sine_rest - cubic_share(a.hi, square_rest);
+  return {{a.hi, fma(a.hi, cubic, sine_rest)}, {top, fma(z, z * polynomial(cosine_terms, z), cosine_rest)}};
 }
 
 // For single precision: x = n pi + r, |r| <= pi / 2, and one polynomial.
@@ -88,16 +121,15 @@ SIGPAK_INLINE real short_sine(real r, words turns, const double (&terms)[7]) {
 SIGPAK_INLINE real sine_single(real x) {
   const real shifted = fma(x, all(0x1.45f306dc9c883p-2), all(to_integer));  // 1 / pi
   const real n = shifted - all(to_integer);
-  const real r = fnma(n, all(2 * quarter_pi_mid), fnma(n, all(2 * quarter_pi_hi), x));
-  return short_sine(r, bits(shifted), sine_single_terms);
+  return short_sine(take_quarters_single(x, n, 2), bits(shifted), sine_single_terms);
 }
 
-// cos x = sin(x + pi / 2): the nearest odd multiple of pi / 2 takes the place of the multiple of pi.
+// cos x = -sin(x - pi / 2): the nearest odd multiple of pi / 2 takes the place of the multiple of pi, and one
+// more turns the sign.
 SIGPAK_INLINE real cosine_single(real x) {
-  const real shifted = fma(x, all(0x1.45f306dc9c883p-2), all(-0.5)) + all(to_integer);
-  const real n = (shifted - all(to_integer)) + all(0.5);
-  const real r = fma(n, all(2 * quarter_pi_mid), fms(n, all(2 * quarter_pi_hi), x));
-  return short_sine(r, bits(shifted), cosine_single_terms);
+  const real shifted = fma(x, all(0x1.45f306dc9c883p-2), all(-0.5)) + all(to_integer + 1);
+  const real n = (shifted - all(to_integer + 1)) + all(0.5);
+  return short_sine(take_quarters_single(x, n, 2), bits(shifted), cosine_single_terms);
 }
 
 SIGPAK_INLINE mask is_far(real x) { return not_at_most(absolute(x), reduction_end); }
@@ -127,7 +159,7 @@ SIGPAK_INLINE sine_cosine sine_and_cosine_single(real x) {
 }
 
 template <class T> SIGPAK_INLINE sine_cosine sine_and_cosine_for(real x) {
-  if constexpr (sizeof(T) == sizeof(float)) {
+  if constexpr (is_single<T>) {
     return sine_and_cosine_single(x);
   } else {
     return sine_and_cosine(x);

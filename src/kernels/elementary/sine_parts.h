@@ -3,7 +3,6 @@
 
 #include <cmath>
 #include <cstdint>
-#include <limits>
 
 #include "core/double_double.h"
 #include "kernels/elementary/far_angle.h"
@@ -95,21 +94,6 @@ inline sine_cosine sine_and_cosine(double x) noexcept {
   if ((angle.quarter & 1) != 0) y = {y.cosine, -y.sine};
   if ((angle.quarter & 2) != 0) y = {-y.sine, -y.cosine};
   return y;
-}
-
-// In single precision the leading doubles are enough, which the C library has near zero.
-template <class T> sine_cosine sine_and_cosine_for(double x) noexcept {
-  if constexpr (sizeof(T) < sizeof(double)) {
-    if (std::abs(x) <= sine_reduction_end) return {{std::sin(x), 0}, {std::cos(x), 0}};
-  }
-  return sine_and_cosine(x);
-}
-
-// size * part, rounded once, with the sign of the plain product where it vanishes; `size` may be infinite.
-inline double rounded_component(double_double size, double_double part) noexcept {
-  const double plain = size.hi * part.hi;
-  if (!(std::abs(size.hi) <= std::numeric_limits<double>::max())) return plain;
-  return std::copysign(rounded_product(size, part), plain);
 }
 
 }  // namespace sigpak

@@ -2,11 +2,18 @@
 // too rare or too wild for vectors.
 #pragma once
 
+#include "kernels/elementary/functions.h"
+#include "kernels/elementary/precise.h"
 #include "vectors/compare.h"
 #include "vectors/rows.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
+
+// f where it beats the C library.
+template <class T, class Function = kernels::unary<T>> constexpr Function where_faster(Function f) {
+  return is_single<T> || has_fused_products ? f : nullptr;
+}
 
 // The lanes of y in which m holds become f(x): for the arguments that are too rare or too wild for vectors.
 template <class F> SIGPAK_INLINE real except(real y, mask m, real x, F f) {
@@ -56,33 +63,92 @@ concept has_wild = requires(const F& f, Reals... a) {
 
 template <class F, class... Reals> SIGPAK_INLINE bool any_wild(const F& f, Reals... a) {
   if constexpr (has_wild<F, Reals...>) {
-    return __builtin_expect(lanes_of(f.is_wild(a...)) != 0, 0);
+    return __builtin_expect(is_any(f.is_wild(a...)), 0);
   } else {
     return false;
   }
 }
 
-// A function of vectors as an object, for the walks.
+// A function of vectors as an object, for the walks; of single precision with f.precise, as below.
 template <real f(real x)> struct everywhere {
   SIGPAK_INLINE real operator()(real x) const { return f(x); }
 };
+template <real f(real x), double precise_f(double x) noexcept> struct everywhere_single : everywhere<f> {
+  static double precise(double x) { return precise_f(x); }
+};
+
+// Without fused products the kernels of single precision leave it open to which of two floats some results
+// round: those that f.precise takes, which are rounded to odd. With them the coefficients were chosen so that
+// no result is open.
+template <class F>
+concept may_be_open = !has_fused_products && requires(const F& f, double x) {
+  f.precise(x);
+};
+
+// Lanes that may be open have the sign: the 29 bits of y that a float has not lie near the middle of their
+// range, or y is neither a normal float nor so small that it rounds to zero. Sums and bits alone, as few
+// processors compare words of 64 bits.
+SIGPAK_INLINE words may_be_between_floats(real y) {
+  constexpr unsigned long long doubt = 1 << 12;  // in the last place of y: 2^-41 or more of it
+  constexpr unsigned long long middle = 1 << 28;
+  constexpr unsigned long long fraction = (1 << 29) - 1;
+  const words near_middle =
+      ((bits(y) + all_bits(doubt / 2 - middle)) & all_bits(fraction & -doubt)) - all_bits(1);
+  const words size = bits(absolute(y));
+  const words above_zero = size - all_bits(__builtin_bit_cast(unsigned long long, 0x1p-151));
+  return near_middle | ((size - all_bits(__builtin_bit_cast(unsigned long long, 0x1p-126))) & ~above_zero);
+}
+
+template <class F> SIGPAK_INLINE bool any_open(const F&, real y) {
+  if constexpr (may_be_open<F>) {
+    return __builtin_expect(any_sign(may_be_between_floats(y)), 0);
+  } else {
+    return false;
+  }
+}
+
+// Whether numbers within the error of y round to two floats.
+SIGPAK_INLINE bool is_between_floats(double y) {
+  constexpr double error = 0x1p-42;
+  return y == y && static_cast<float>(y * (1 - error)) != static_cast<float>(y * (1 + error));
+}
+
+// y = f(x) with the lanes that are open made precise.
+template <class F> SIGPAK_INLINE real settled(real y, real x, const F& f) {
+  for (int i = 0; i < lane_count; ++i) {
+    if (is_between_floats(y.v[i])) y.v[i] = f.precise(x.v[i]);
+  }
+  return y;
+}
+
+// f(x) whatever x is.
+template <class F> SIGPAK_INLINE real anywhere(const F& f, real x) {
+  real y;
+  if constexpr (has_wild<F, real>) {
+    y = any_wild(f, x) ? f.careful(x) : f(x);
+  } else {
+    y = f(x);
+  }
+  if constexpr (may_be_open<F>) {
+    if (any_open(f, y)) y = settled(y, x, f);
+  }
+  return y;
+}
 
 // x[i] = f(x[i]) for at most one vector.
 template <class T, class F> [[gnu::noinline]] void walk_some(T* x, index count, F f) {
-  const real a = read_some(x, count);
-  if constexpr (has_wild<F, real>) {
-    if (any_wild(f, a)) return write_some(x, f.careful(a), count);
-  }
-  write_some(x, f(a), count);
+  write_some(x, anywhere(f, read_some(x, count)), count);
 }
 
-// x[i] = f(x[i]) from i on, whole vectors up to a wild one; how far it came. A function of its own, because
-// compilers give up constants in registers for a loop with a call around it.
+// x[i] = f(x[i]) from i on, whole vectors up to a wild or an open one; how far it came. A function of its
+// own, because compilers give up constants in registers for a loop with a call around it.
 template <class T, class F> [[gnu::noinline]] index walk_vectors(T* x, index i, index n, F f) {
   for (; i + lane_count <= n; i += lane_count) {
     const real a = read(x + i);
     if (any_wild(f, a)) break;
-    write(x + i, f(a));
+    const real y = f(a);
+    if (any_open(f, y)) break;
+    write(x + i, y);
   }
   return i;
 }

@@ -1,6 +1,6 @@
 // The functions in 106 bits. One argument in some millions comes here, so they are short rather than fast.
 // Source of the rounding to odd: S. Boldo, G. Melquiond, IEEE Transactions on Computers 57 (2008).
-#include "elementwise/precise.h"
+#include "kernels/elementary/precise.h"
 
 #include <bit>
 #include <cmath>
@@ -8,7 +8,7 @@
 
 #include "core/double_double.h"
 
-namespace sigpak {
+namespace sigpak::kernels {
 namespace {
 
 constexpr double_double one = {1, 0};
@@ -104,4 +104,4 @@ double precise_tanh(double x) noexcept {
   return to_odd(ratio(square + -one, square + one));
 }
 
-}  // namespace sigpak
+}  // namespace sigpak::kernels

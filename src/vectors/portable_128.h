@@ -1,0 +1,84 @@
+// The level of 128 bits, which every processor has: the compiler's own vectors, and operations on their lanes
+// that it brings together again.
+#pragma once
+
+#include "vectors/word_masks.h"
+
+namespace sigpak::SIGPAK_LEVEL {
+namespace {
+
+// Where the processor has no fused products, fma, fms and fnma round twice.
+#if defined(__FP_FAST_FMA)
+constexpr bool has_fused_products = true;
+SIGPAK_INLINE double fused(double a, double b, double c) { return __builtin_fma(a, b, c); }
+#else
+constexpr bool has_fused_products = false;
+SIGPAK_INLINE double fused(double a, double b, double c) { return a * b + c; }
+#endif
+
+template <class F> SIGPAK_INLINE real made_of(F at) { return {real::vector{at(0), at(1)}}; }
+
+SIGPAK_INLINE real fma(real a, real b, real c) {
+  return made_of([=](int i) SIGPAK_LAMBDA { return fused(a.v[i], b.v[i], c.v[i]); });
+}
+SIGPAK_INLINE real fms(real a, real b, real c) { return fma(a, b, -c); }
+SIGPAK_INLINE real fnma(real a, real b, real c) { return fma(-a, b, c); }
+SIGPAK_INLINE real sqrt(real a) {
+  return made_of([=](int i) SIGPAK_LAMBDA { return __builtin_sqrt(a.v[i]); });
+}
+
+SIGPAK_INLINE int lanes_of(mask a) { return static_cast<int>((a.v[0] & 1) | (a.v[1] & 2)); }
+SIGPAK_INLINE mask has_bit(words a, unsigned long long bit) {
+  return {words{} - (a >> __builtin_ctzll(bit) & 1)};  // few have comparisons of 64 bits
+}
+SIGPAK_INLINE mask is_outside(real a, double low, double high) {
+  return opposite(both(all(low) <= a, a <= all(high)));
+}
+SIGPAK_INLINE real choose(mask m, real yes, real no) {
+  return from_bits((bits(yes) & m.v) | (bits(no) & ~m.v));
+}
+SIGPAK_INLINE real lesser(real a, real b) { return {a.v < b.v ? a.v : b.v}; }
+SIGPAK_INLINE real greater(real a, real b) { return {a.v > b.v ? a.v : b.v}; }
+SIGPAK_INLINE real at_least(real x, double limit) { return greater(all(limit), x); }
+SIGPAK_INLINE real at_most(real x, double limit) { return lesser(all(limit), x); }
+
+// table[position & 7] for eight entries. By words of 32 bits, because compilers for x86 move one of 64 into a
+// register whose upper half is left to wait for.
+SIGPAK_INLINE real look_up(const double* table, words position) {
+  typedef int halves __attribute__((vector_size(16)));
+  constexpr int low = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__ ? 0 : 1;
+  const auto place = reinterpret_cast<halves>(position & 7);
+  return {real::vector{table[place[low]], table[place[2 + low]]}};
+}
+
+SIGPAK_INLINE bool any_sign(words a) {
+  const words either = a | __builtin_shufflevector(a, a, 1, 0);
+  return static_cast<long long>(either[0]) < 0;
+}
+SIGPAK_INLINE bool is_any(mask m) { return any_sign(m.v); }
+
+// As the lower half of four floats: compilers convert two alone one by one.
+SIGPAK_INLINE real widened(pack<float, 2> a) {
+  typedef double four __attribute__((vector_size(32)));
+  const real::vector both = {__builtin_bit_cast(double, a), 0};
+  const four wide = __builtin_convertvector(reinterpret_cast<pack<float, 4>::vector>(both), four);
+  return {__builtin_shufflevector(wide, wide, 0, 1)};
+}
+
+SIGPAK_INLINE void split_pairs(real a, real b, real& even, real& odd) {
+  even = {__builtin_shufflevector(a.v, b.v, 0, 2)};
+  odd = {__builtin_shufflevector(a.v, b.v, 1, 3)};
+}
+SIGPAK_INLINE void join_pairs(real even, real odd, real& a, real& b) { split_pairs(even, odd, a, b); }
+
+SIGPAK_INLINE void write_some(double* to, real a, index count) {
+  if (count == lane_count) return store(to, a);
+  *to = a.v[0];
+}
+SIGPAK_INLINE void write_some(float* to, real a, index count) {
+  to[0] = static_cast<float>(a.v[0]);
+  if (count == lane_count) to[1] = static_cast<float>(a.v[1]);
+}
+
+}  // namespace
+}  // namespace sigpak::SIGPAK_LEVEL

@@ -1,0 +1,40 @@
+// Masks of the levels that keep them in vectors: all ones where they hold, zeros elsewhere.
+#pragma once
+
+#include "vectors/pack.h"
+
+namespace sigpak::SIGPAK_LEVEL {
+namespace {
+
+struct mask {
+  words v;
+};
+SIGPAK_INLINE mask operator<(real a, real b) { return {words(a.v < b.v)}; }
+SIGPAK_INLINE mask operator<=(real a, real b) { return {words(a.v <= b.v)}; }
+SIGPAK_INLINE mask operator>(real a, real b) { return {words(a.v > b.v)}; }
+SIGPAK_INLINE mask operator==(real a, real b) { return {words(a.v == b.v)}; }
+SIGPAK_INLINE mask both(mask a, mask b) { return {a.v & b.v}; }
+SIGPAK_INLINE mask either(mask a, mask b) { return {a.v | b.v}; }
+SIGPAK_INLINE mask exclusive(mask a, mask b) { return {a.v ^ b.v}; }
+SIGPAK_INLINE mask opposite(mask a) { return {~a.v}; }
+SIGPAK_INLINE mask not_at_most(real a, double b) { return opposite(a <= all(b)); }
+SIGPAK_INLINE words only(mask m, unsigned long long x) { return m.v & all_bits(x); }
+
+SIGPAK_INLINE real choose(mask m, real yes, real no);  // of the level
+
+// a * 2^floor(n / 8 - lift) for -10400 < n - 8 lift < 8000, rounded once; shifted is n + to_integer. Small
+// powers take two steps: the first product is normal, and the second rounds.
+template <int lift = 0> SIGPAK_INLINE real scale_eighths(real a, real shifted) {
+  constexpr double step = 1024;
+  const mask small = shifted < all(to_integer + 8 * (lift - 1000));
+  const real chosen = choose(small, shifted + all(8 * (step - lift)), shifted - all(8 * lift));
+  const words power = ((bits(chosen) & ~7ULL) << 49) + all_bits(1023ULL << 52);
+  return a * from_bits(power) * choose(small, all(0x1p-1024), all(1));
+}
+
+SIGPAK_INLINE real take_sign(real a, real sign) {
+  return from_bits(bits(absolute(a)) | (bits(sign) & sign_bit));
+}
+
+}  // namespace
+}  // namespace sigpak::SIGPAK_LEVEL
