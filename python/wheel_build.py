@@ -39,7 +39,7 @@ def _library() -> Path:
     folder = TREE / "build" / "python"
     options = [f"-DSIGPAK_{part}=OFF" for part in ("TOOL", "TESTS", "BENCH", "INSTALL")]
     subprocess.check_call(["cmake", "-S", TREE, "-B", folder, "-DCMAKE_BUILD_TYPE=Release", *options])
-    subprocess.check_call(["cmake", "--build", folder, "--target", "sigpak", "--parallel"])
+    subprocess.check_call(["cmake", "--build", folder, "--target", "sigpak", "--parallel", str(os.cpu_count() or 1)])
     return folder / "src" / _SONAME
 
 
