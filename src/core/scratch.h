@@ -54,15 +54,16 @@ template <class T> class scratch_memory {
 // What is this short lies on the stack, which is no other thread's and costs nothing.
 template <class T> inline constexpr index short_scratch = 8 * 1024 / sizeof(T);
 
-template <class T, class Body> [[gnu::noinline]] status with_short_scratch(Body body) noexcept {
+template <class T, class Body> [[gnu::noinline]] status with_short_scratch(const Body& body) noexcept {
   alignas(machine::line_bytes) T scratch[short_scratch<T>];
   return body(scratch);
 }
 
 // Calls body(scratch) with memory for `count` scalars: on the stack, or that of a borrowed state, which keeps
-// its distance from `data`.
+// its distance from `data`. The body is not copied: reading at once what was just written word by word takes
+// as long as all of a short operation's other steps.
 template <class T, class State, class Body>
-status with_scratch(lender<State>& states, index count, const T* data, Body body) noexcept {
+status with_scratch(lender<State>& states, index count, const T* data, const Body& body) noexcept {
   if (count <= short_scratch<T>) return with_short_scratch<T>(body);
   loan<State> state(states, count * index{sizeof(T)});
   T* const scratch = state->scratch.at_least(count, data);
