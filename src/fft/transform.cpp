@@ -57,9 +57,13 @@ int lanes_for(index points, int widest) noexcept {
 
 template <class T>
 status transform_lanes(const fft_kernels<T>& level, T* x, index points, bool inverse) noexcept {
-  own_plans<T>();
-  const auto* const plan = kernels::find_lane_plan<T>(points, lanes_for(points, level.widest_lanes));
-  if (plan == nullptr) return failed;
+  const int lanes = lanes_for(points, level.widest_lanes);
+  const auto* plan = kernels::find_lane_plan<T>(points, lanes);
+  if (plan == nullptr) {
+    own_plans<T>();
+    plan = kernels::make_lane_plan<T>(points, lanes);
+    if (plan == nullptr) return failed;
+  }
   const index count = 2 * plan->lanes * plan->stride * plan->radix[0];
   return with_scratch(workshops<T>, count, x, [=, &level](T* scratch) {
     level.run(*plan, x, scratch, inverse);
@@ -69,9 +73,13 @@ status transform_lanes(const fft_kernels<T>& level, T* x, index points, bool inv
 
 template <class T>
 status transform_real_lanes(const fft_kernels<T>& level, T* x, index points, bool inverse) noexcept {
-  own_plans<T>();
-  const auto* const plan = kernels::find_real_plan<T>(points, lanes_for(points / 2, level.widest_lanes));
-  if (plan == nullptr) return failed;
+  const int lanes = lanes_for(points / 2, level.widest_lanes);
+  const auto* plan = kernels::find_real_plan<T>(points, lanes);
+  if (plan == nullptr) {
+    own_plans<T>();
+    plan = kernels::make_real_plan<T>(points, lanes);
+    if (plan == nullptr) return failed;
+  }
   const index spectrum = inverse ? plan->vectors + 1 : 0;
   const index count = 2 * plan->lanes * (plan->stride * plan->radix[0] + spectrum);
   return with_scratch(workshops<T>, count, x, [=, &level](T* scratch) {

@@ -77,15 +77,19 @@ template <class T> lane_plan<T> lay_out(index points, int lanes) noexcept {
 }  // namespace
 
 template <class T> const lane_plan<T>* find_lane_plan(index points, int lanes) noexcept {
-  const int key = plan_key(points, lanes);
-  if (std::byte* const known = plans<T>.find(key); known != nullptr) return kept_plan<lane_plan<T>>(known);
-  return publish_plan(plans<T>, key, lay_out<T>(points, lanes), carve<T>, fill<T>);
+  return kept_plan<lane_plan<T>>(plans<T>.find(plan_key(points, lanes)));
+}
+
+template <class T> const lane_plan<T>* make_lane_plan(index points, int lanes) noexcept {
+  return publish_plan(plans<T>, plan_key(points, lanes), lay_out<T>(points, lanes), carve<T>, fill<T>);
 }
 
 template <class T> void release_lane_plans() noexcept { plans<T>.release(); }
 
 template const lane_plan<double>* find_lane_plan(index, int) noexcept;
 template const lane_plan<float>* find_lane_plan(index, int) noexcept;
+template const lane_plan<double>* make_lane_plan(index, int) noexcept;
+template const lane_plan<float>* make_lane_plan(index, int) noexcept;
 template void release_lane_plans<double>() noexcept;
 template void release_lane_plans<float>() noexcept;
 

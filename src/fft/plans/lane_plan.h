@@ -34,8 +34,10 @@ struct long_lengths {
 };
 extern constinit long_lengths long_from;
 
-// The plan of N = points, both powers of two, N at least lanes^2; kept until the release. Null on failure.
+// The plan of N = points, both powers of two, N at least lanes^2; kept until the release.
+// The one that is there already; a new one. Null where there is none yet, and on failure.
 template <class T> const lane_plan<T>* find_lane_plan(std::ptrdiff_t points, int lanes) noexcept;
+template <class T> const lane_plan<T>* make_lane_plan(std::ptrdiff_t points, int lanes) noexcept;
 template <class T> void release_lane_plans() noexcept;
 
 }  // namespace sigpak::kernels

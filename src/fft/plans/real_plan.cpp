@@ -59,15 +59,19 @@ template <class T> real_plan<T> lay_out(index points, int lanes) noexcept {
 }  // namespace
 
 template <class T> const real_plan<T>* find_real_plan(index points, int lanes) noexcept {
-  const int key = plan_key(points, lanes);
-  if (std::byte* const known = plans<T>.find(key); known != nullptr) return kept_plan<real_plan<T>>(known);
-  return publish_plan(plans<T>, key, lay_out<T>(points, lanes), carve<T>, fill<T>);
+  return kept_plan<real_plan<T>>(plans<T>.find(plan_key(points, lanes)));
+}
+
+template <class T> const real_plan<T>* make_real_plan(index points, int lanes) noexcept {
+  return publish_plan(plans<T>, plan_key(points, lanes), lay_out<T>(points, lanes), carve<T>, fill<T>);
 }
 
 template <class T> void release_real_plans() noexcept { plans<T>.release(); }
 
 template const real_plan<double>* find_real_plan(index, int) noexcept;
 template const real_plan<float>* find_real_plan(index, int) noexcept;
+template const real_plan<double>* make_real_plan(index, int) noexcept;
+template const real_plan<float>* make_real_plan(index, int) noexcept;
 template void release_real_plans<double>() noexcept;
 template void release_real_plans<float>() noexcept;
 

@@ -18,8 +18,10 @@ template <class T> struct real_plan : pass_plan<T> {
   std::uint32_t* result;  // by place of a butterfly of the last pass: the number of its first output
 };
 
-// The plan of N = points, both powers of two, N at least 2 lanes^2; kept until the release. Null on failure.
+// The plan of N = points, both powers of two, N at least 2 lanes^2; kept until the release.
+// The one that is there already; a new one. Null where there is none yet, and on failure.
 template <class T> const real_plan<T>* find_real_plan(std::ptrdiff_t points, int lanes) noexcept;
+template <class T> const real_plan<T>* make_real_plan(std::ptrdiff_t points, int lanes) noexcept;
 template <class T> void release_real_plans() noexcept;
 
 }  // namespace sigpak::kernels
