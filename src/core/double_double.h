@@ -91,14 +91,6 @@ constexpr double_double square(double a) noexcept {
   return {product, (short_a * short_a - product) + (a - short_a) * (a + short_a)};
 }
 
-// a * b, finite, rounded once; the rest of either may reach 2^-3 of it.
-constexpr double rounded_product(double_double a, double_double b) noexcept {
-  const double short_a = upper_half(a.hi);
-  const double short_b = upper_half(b.hi);
-  const double rest_of_b = (b.hi - short_b) + b.lo;
-  return short_a * short_b + (short_a * rest_of_b + ((a.hi - short_a) + a.lo) * (b.hi + b.lo));
-}
-
 // a / b with an error near 2^-79, when 1 / b neither overflows nor is subnormal.
 constexpr double_double quotient(double_double a, double b) noexcept {
   const double inverse = 1 / b;

@@ -7,7 +7,7 @@
 #include "core/isa.h"
 #include "core/machine.h"
 #include "core/product.h"
-#include "core/streaming.h"
+#include "vectors/streaming.h"
 #include "elementwise/prepare.h"
 #include "kernels/points/points.h"
 #include "vectors/levels.h"
