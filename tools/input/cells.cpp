@@ -56,6 +56,21 @@ std::string lower(std::string_view text) {
   return out;
 }
 
+// A quoted cell; `at` then stands behind it, and behind the blanks that follow.
+bool take_quoted(std::string_view line, std::size_t& at, std::vector<std::string_view>& cells) {
+  const char quote = line[at];
+  const auto close = line.find(quote, at + 1);
+  if (close == std::string_view::npos) return false;
+  cells.push_back(trimmed(line.substr(at + 1, close - at - 1)));
+  at = close + 1;
+  while (at < line.size() && is_blank(line[at]) && line[at] != '\t') ++at;
+  return true;
+}
+
+void skip_blanks(std::string_view line, char delimiter, std::size_t& at) {
+  while (at < line.size() && is_blank(line[at]) && (line[at] != delimiter || delimiter == ' ')) ++at;
+}
+
 }  // namespace
 
 std::string_view trimmed(std::string_view text) {
@@ -117,25 +132,6 @@ std::optional<double> number(std::string_view cell, char decimal) {
   }
   return negative ? -x : x;
 }
-
-namespace {
-
-// A quoted cell; `at` then stands behind it, and behind the blanks that follow.
-bool take_quoted(std::string_view line, std::size_t& at, std::vector<std::string_view>& cells) {
-  const char quote = line[at];
-  const auto close = line.find(quote, at + 1);
-  if (close == std::string_view::npos) return false;
-  cells.push_back(trimmed(line.substr(at + 1, close - at - 1)));
-  at = close + 1;
-  while (at < line.size() && is_blank(line[at]) && line[at] != '\t') ++at;
-  return true;
-}
-
-void skip_blanks(std::string_view line, char delimiter, std::size_t& at) {
-  while (at < line.size() && is_blank(line[at]) && (line[at] != delimiter || delimiter == ' ')) ++at;
-}
-
-}  // namespace
 
 bool split(std::string_view line, char delimiter, std::vector<std::string_view>& cells) {
   cells.clear();

@@ -13,7 +13,7 @@ constexpr double unevenness = 0.25;
 constexpr double longest_gap = 1e9;
 
 // Before so many, the head of the table knows the step better than the times that were taken.
-constexpr std::uint64_t few = 1000;
+constexpr std::uint64_t few = 16;
 
 }  // namespace
 

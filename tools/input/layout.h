@@ -54,6 +54,7 @@ struct table_layout {
   std::string time_sign = "s";       // the unit of the column
   double step = 0;                   // between rows, at the head, in time_unit
   std::optional<std::size_t> index;  // the column that only counts
+  bool rises_alone = false;          // nothing but its numbers says that it is the time
   bool only_counts = false;          // so does the time
   double told_rate = 0;              // above the numbers; 0 without
 };

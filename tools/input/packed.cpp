@@ -58,7 +58,11 @@ class packed final : public reader {
   std::size_t read_frames(std::size_t wanted, std::span<double> out) {
     const std::size_t bytes = in_.read(bytes_.data(), wanted * frame_size());
     const std::size_t count = bytes / frame_size();
-    if (bytes % frame_size() != 0) about_.truncated = true;
+    if (how_.endless && bytes % frame_size() != 0) {
+      about_.truncated = true;
+      about_.warnings.push_back("the last " + std::to_string(bytes % frame_size()) +
+                                " bytes are no whole sample and were left away");
+    }
     for (std::size_t i = 0; i < chosen_.size(); ++i) {
       put(i, bytes_.data() + chosen_[i] * number_size(), frame_size(), count, out);
     }

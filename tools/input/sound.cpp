@@ -75,8 +75,12 @@ class sound final : public reader {
     const silence quiet;
     SF_VIRTUAL_IO access{length_of, go_to, read_bytes, nullptr, place};
     sound_.reset(sf_open_virtual(&access, SFM_READ, &info_, &view_));
-    if (sound_ == nullptr)
-      throw data_error(std::string("sound that cannot be read: ") + sf_strerror(nullptr));
+    if (sound_ == nullptr) {
+      // Of malformed MP3 libsndfile says that the file does not exist.
+      const std::string reason = sf_strerror(nullptr);
+      const bool malformed = reason.find("does not exist") != std::string::npos;
+      throw data_error("sound that cannot be read: " + (malformed ? "its data are malformed" : reason));
+    }
     about_.kind = format_name(info_.format);
     about_.rate = options.rate > 0 ? options.rate : info_.samplerate;
     about_.is_full_scale = true;

@@ -72,7 +72,8 @@ bool stream::more() {
     undecoded_.resize(before + block / 4);
     const std::size_t n = read_raw(undecoded_.data() + before, block / 4);
     undecoded_.resize(before + n);
-    if (n == 0 && before < 2) return false;
+    if (n == 0 && before == 0) return false;
+    if (n == 0) undecoded_ = text_ == text::utf16_big ? "\xFF\xFD" : "\xFD\xFF";  // half a character
     end_ += decode(end_);
     return true;
   }

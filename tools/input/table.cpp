@@ -130,7 +130,7 @@ class table final : public reader {
       last = rows_.time();
     }
     data_error e("the times are not evenly spaced: this one is off by " + shown(100 * worst) +
-                 " % of a step" + evening);
+                 " % of a step" + evening + (t_.rises_alone ? ", -t none takes them for samples" : ""));
     e.name_place(about_.name + ":" + std::to_string(line));
     throw e;
   }

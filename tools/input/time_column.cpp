@@ -115,6 +115,7 @@ class time_finder {
     } else if (rises(first)) {
       t_.time = columns[0];
       t_.only_counts = counts(first);
+      t_.rises_alone = true;
     } else if (t_.headings.empty()) {
       throw data_error("column " + std::to_string(columns[0] + 1) +
                        " does not increase, so it is no time; -t none takes every column for samples");

@@ -24,6 +24,23 @@ std::string directory_of(const std::string& path) {
   return slash == std::string::npos ? "." : path.substr(0, slash + 1);
 }
 
+// What is to be removed when a signal ends the program; one file is written at a time.
+volatile std::sig_atomic_t half_written = 0;
+char half_written_name[PATH_MAX];
+
+void remove_and_die(int signal) {
+  if (half_written != 0) unlink(half_written_name);
+  std::signal(signal, SIG_DFL);
+  std::raise(signal);
+}
+
+void guard_half_written(const std::string& name) {
+  if (name.size() >= sizeof half_written_name) return;
+  std::strcpy(half_written_name, name.c_str());
+  half_written = 1;
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) std::signal(signal, remove_and_die);
+}
+
 // The file that a link leads to, so that the link stays.
 std::string resolved(const std::string& name) {
   char path[PATH_MAX];
@@ -53,6 +70,7 @@ writer::~writer() {
   if (spool_ >= 0) close(spool_);
   if (descriptor_ >= 0 && descriptor_ != STDOUT_FILENO) close(descriptor_);
   if (!temporary_.empty()) unlink(temporary_.c_str());
+  half_written = 0;
 }
 
 void writer::fail(int error) const {
@@ -81,6 +99,7 @@ void writer::open_beside() {
     temporary_.clear();
     fail(error);
   }
+  guard_half_written(temporary_);
   const mode_t mask = umask(0);
   umask(mask);
   fchmod(descriptor_, 0666 & ~mask);
@@ -135,6 +154,7 @@ void writer::link_under_name() {
   }
   if (rename(temporary_.c_str(), target_.c_str()) != 0) fail(errno);
   temporary_.clear();
+  half_written = 0;
 }
 
 void writer::commit() {
