@@ -152,6 +152,27 @@ TEST(Units, TheNoiseFloorIsThatOfTheNoise) {
   }
 }
 
+// A row is missing after every 5000: with so long segments no piece fills one, with shorter ones none
+// straddles a gap.
+TEST(Units, SegmentsStopAtGaps) {
+  std::string table = "t v\n";
+  for (int i = 0; i < 20'000; ++i) {
+    if (i % 5000 != 4999) table += std::to_string(i) + ' ' + std::to_string(std::sin(0.25 * pi * i)) + '\n';
+  }
+  const auto file = write_file("gapped", table);
+  const auto r = run("spectrum --json --gaps split -s 1000 --overlap 0 " + file);
+  EXPECT_EQ(number_after(r.out, "\"segments\":"), 16) << r.err;
+  EXPECT_EQ(number_after(r.out, "\"unused\":"), 4 * 999);
+  EXPECT_EQ(number_after(r.out, "\"gaps\":"), 3);
+  const auto lines = lines_of(r.out);
+  ASSERT_EQ(lines.size(), 1U) << r.out;
+  EXPECT_NEAR(lines[0].amplitude, 1, 1e-5);
+  const auto none = run("spectrum --gaps split -s 6000 " + file);
+  EXPECT_EQ(none.status, 1);
+  EXPECT_NE(none.err.find("no piece between the gaps is as long as a segment"), std::string::npos)
+      << none.err;
+}
+
 // Records of noise, every one a spectrum of its own: fewer than one in a thousand shows a line.
 TEST(Units, NoiseShowsNoLines) {
   std::mt19937 engine(5);

@@ -20,6 +20,9 @@ constexpr double mean_rounding = 1e-14;
 // times in simulations.
 constexpr double chance_of_a_line = 1e-4;
 
+// Lines outside the band that are looked at for what they leak into it.
+constexpr std::size_t most_outside = 1000;
+
 // How many times the leakage of a stronger line the power of another has to be: several leak together.
 constexpr double margin = 10;
 
@@ -123,6 +126,13 @@ line interpolated(const landscape& l, std::size_t at, double noise) {
   return {l.s.frequency(place), power, 10 * std::log10(power / std::max(noise, 1e-300))};
 }
 
+// How far from a line its main lobe has fallen to a hundredth.
+std::size_t width_of_lobe(const record& leakage) {
+  const auto part = leakage.scalars();
+  return static_cast<std::size_t>(std::ranges::find_if(part, [](double p) { return p < 0.01; }) -
+                                  part.begin());
+}
+
 double least_ratio(const spectrum& s, const line_options& options) {
   if (options.least_snr) return std::pow(10, *options.least_snr / 10);
   return noise_threshold(s, chance_of_a_line);
@@ -135,13 +145,17 @@ std::vector<line> strongest_lines(const spectrum& s, const line_options& options
   const noise_level noise(s);
   const auto power = l.power.scalars();
   const double ratio = least_ratio(s, options);
+  const std::size_t lobe = width_of_lobe(l.leakage);
   const double least = mean_rounding * s.mean * (mean_rounding * s.mean);
   std::vector<std::size_t> chosen;  // stronger lines outside the band too: they leak into it
   std::vector<line> lines;
   for (const std::size_t i : maxima(power)) {
+    const bool inside = s.frequency(static_cast<double>(i) + 1) >= options.from &&
+                        s.frequency(static_cast<double>(i) - 1) <= options.to;
+    if (!inside && chosen.size() >= most_outside) continue;
     if (lines.size() == options.count || power[i] < least) break;
     if (!chosen.empty() && power[i] < range * power[chosen.front()]) break;
-    if (power[i] < ratio * noise.at(i)) continue;
+    if (power[i] < ratio * noise.at(i) || power[i] < ratio * noise_beside(s, i, lobe)) continue;
     const bool leakage = std::ranges::any_of(
         chosen, [&](std::size_t j) { return power[i] < margin * power[j] * l.leaked(j, i); });
     if (leakage) continue;

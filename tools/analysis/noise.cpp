@@ -119,6 +119,18 @@ double noise_level::at(std::size_t point) const {
   return std::lerp(medians_.data[left], medians_.data[left + 1], std::min(part, 1.0));
 }
 
+double noise_beside(const spectrum& s, std::size_t point, std::size_t apart) {
+  constexpr std::size_t reach = 8 * padding;
+  const auto power = s.power.scalars();
+  record near(2 * reach);
+  std::size_t count = 0;
+  for (std::size_t k = apart; k < apart + reach; ++k) {
+    if (point >= k) near.data[count++] = power[point - k];
+    if (point + k < power.size()) near.data[count++] = power[point + k];
+  }
+  return median_of(near, 0, count) / median_of_noise(s);
+}
+
 double noise_floor(const spectrum& s) { return median_of(s.power, 0, s.power.points) / median_of_noise(s); }
 
 }  // namespace tool

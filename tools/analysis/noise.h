@@ -31,6 +31,9 @@ class noise_level {
   record medians_;
 };
 
+// The same close to a point, from so many points apart to 8 resolutions more: what rises slowly is no line.
+double noise_beside(const spectrum& s, std::size_t point, std::size_t apart);
+
 // The same over the whole spectrum.
 double noise_floor(const spectrum& s);
 

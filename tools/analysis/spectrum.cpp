@@ -36,8 +36,7 @@ void crop(spectrum& s, double from, double to) {
   const double last = static_cast<double>(s.power.points) - 1;
   const double low = std::max(0.0, std::ceil((from - s.first()) / s.step() - tolerance));
   const double high = std::min(last, std::floor((to - s.first()) / s.step() + tolerance));
-  if (!(low <= high))
-    throw data_error("the spectrum has no point in the band; it ends at " + std::to_string(s.last()));
+  if (!(low <= high)) throw data_error("the spectrum has no point between --from and --to");
   require(dspu_subvec(&s.power, &s.power, static_cast<std::int32_t>(low),
                       static_cast<std::int32_t>(high - low + 1)));
   s.start += static_cast<std::int64_t>(low);

@@ -126,7 +126,7 @@ void add_telling_options(options& o, telling_options& telling) {
   o.number("--from", "FREQ", "Begin of the band that is told", telling.limits.from, -highest_frequency,
            highest_frequency);
   o.number("--to", "FREQ", "End of it", telling.limits.to, -highest_frequency, highest_frequency);
-  o.count("-l,--lines", "Lines that are listed at most", telling.lines, 0, 10000);
+  o.count("-l,--lines", "Lines that are listed at most", telling.lines, 1, 10000);
   o.number("--min-snr", "DB", "List lines that stand so far above the noise", telling.least_snr, -1000, 1000);
 }
 

@@ -111,7 +111,7 @@ std::string json_of(const finding& f, bool all) {
   out.member("unit", f.told.unit())
       .member("level_unit", f.told.level_unit())
       .member("quantity", quantity_name(f.told.what()));
-  out.member("mean", f.s.mean).member("rms", f.s.rms);
+  out.member("mean", f.s.two_sided ? std::nan("") : f.s.mean).member("rms", f.s.rms);
   out.member("noise_floor", density.value(f.floor)).member("noise_floor_unit", density.unit());
   write_lines(out, f);
   if (all) {
