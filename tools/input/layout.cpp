@@ -6,6 +6,7 @@
 
 #include "input/channels.h"
 #include "input/headings.h"
+#include "input/times.h"
 
 namespace tool {
 namespace {
@@ -84,6 +85,21 @@ std::size_t find_first_row(const std::vector<table_line>& lines, const table_lay
   throw data_error("no line of numbers in it");
 }
 
+// "t [s]  U [V]": units between blanks belong to the names before them.
+void join_units(cell_list& cells) {
+  cell_list joined;
+  for (const auto cell : cells) {
+    const bool unit = !joined.empty() && (cell.starts_with('[') || cell.starts_with('(')) && is_unit(cell);
+    if (!unit) {
+      joined.push_back(cell);
+      continue;
+    }
+    const char* const start = joined.back().data();
+    joined.back() = {start, static_cast<std::size_t>(cell.data() + cell.size() - start)};
+  }
+  cells = std::move(joined);
+}
+
 // The cells of a heading, which may be a comment, and may part its names in a way of its own.
 cell_list heading_cells(std::string_view line, const table_layout& t) {
   std::string_view text = trimmed(line);
@@ -94,6 +110,7 @@ cell_list heading_cells(std::string_view line, const table_layout& t) {
   cell_list cells;
   for (const char delimiter : {t.delimiter, ',', ';', '\t', ' '}) {
     if (!split(text, delimiter, cells)) continue;
+    if (delimiter == ' ') join_units(cells);
     if (cells.size() == t.columns.size() + 1 && cells.back().empty()) cells.pop_back();
     if (cells.size() + 1 == t.columns.size() && cells.size() > 1) {
       const bool empty_last = t.columns.back() == cell_kind::missing;
@@ -157,6 +174,23 @@ void choose_columns(table_layout& t, const input_options& options) {
   }
 }
 
+// A column of words is passed over, but not one of numbers and dates that are written in a way that nobody
+// can be sure of.
+void refuse_doubtful(const table_layout& t) {
+  cell_list cells;
+  cells_of(t.first.text, t.delimiter, cells);
+  for (std::size_t c = 0; c < t.columns.size(); ++c) {
+    if (t.columns[c] != cell_kind::text || cells[c].empty()) continue;
+    const auto other = cells[c].find_first_not_of("+-0123456789.,'");
+    const bool grouped = other == std::string_view::npos;
+    const bool date = !grouped && cells[c][other] == '/' && is_slashed_date(cells[c]);
+    if (!grouped && !date) continue;
+    throw data_error(
+        "column " + std::to_string(c + 1) + ": \"" + std::string(cells[c]) +
+        (date ? "\" can be two dates; 2024-12-31 is understood" : "\" is no number with one decimal sign"));
+  }
+}
+
 }  // namespace
 
 bool cells_of(std::string_view line, char delimiter, cell_list& cells) {
@@ -172,6 +206,7 @@ table_layout understand_table(std::string_view head, bool is_whole, const input_
   find_columns(lines, options, t);
   const std::size_t first_row = find_first_row(lines, t);
   t.first = lines[first_row];
+  refuse_doubtful(t);
   find_headings(lines, first_row, t);
   find_time(lines, first_row, options, t);
   if (const double rate = told_rate(lines, first_row); rate > 0) use_told_rate(rate, t);

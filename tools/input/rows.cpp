@@ -156,20 +156,23 @@ rows::found rows::take_apart() {
                   std::to_string(slots_.size()) + " before");
   }
   for (std::size_t c = 0; c < slots_.size(); ++c) {
-    if (slots_[c].value >= 0) take_cell(c, cells_[c]);
+    if (slots_[c].value < 0) continue;
+    if (const std::string wrong = take_cell(c, cells_[c]); !wrong.empty()) return refuse(wrong);
   }
   if (t_.looks_at_time) take_moment(*t_.time);
   return found::row;
 }
 
-void rows::take_cell(std::size_t column, std::string_view cell) {
+// What is wrong with a cell, nothing usually.
+std::string rows::take_cell(std::size_t column, std::string_view cell) {
   const auto x = number(cell, t_.decimals[column]);
-  if (!x) fail("not a number in \"" + std::string(cell.substr(0, 40)) + '"');
+  if (!x) return "not a number in \"" + std::string(cell.substr(0, 40)) + '"';
   if (std::isnan(*x) && !keeps_missing_) {
     const std::string shown = cell.empty() ? "empty" : std::string(cell);
-    fail("column " + std::to_string(column + 1) + " is " + shown + "; --gaps linear bridges it");
+    return "column " + std::to_string(column + 1) + " is " + shown + "; --gaps linear bridges it";
   }
   values_[static_cast<std::size_t>(slots_[column].value)] = *x;
+  return {};
 }
 
 // Days count from the first, so that the seconds keep their digits.

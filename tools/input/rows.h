@@ -39,7 +39,7 @@ class rows {
   const char* pass_cell(const char* at, const char* end) const;
   const char* pass_blanks(const char* at, const char* end) const;
   found take_apart();
-  void take_cell(std::size_t column, std::string_view cell);
+  std::string take_cell(std::size_t column, std::string_view cell);
   void take_moment(std::size_t column);
   void set_time(double x);
   found refuse(const std::string& what);

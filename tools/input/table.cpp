@@ -17,7 +17,7 @@ constexpr std::size_t longest_preamble = 1 << 20;
 // Rows behind an uneven one among which the worst is looked for.
 constexpr int most_looked_at = 1'000'000;
 
-constexpr const char* evening = "; --resample takes their mean rate";
+constexpr const char* advice = "; --resample takes their mean rate";
 
 std::string shown(double x) {
   char text[32];
@@ -130,7 +130,7 @@ class table final : public reader {
       last = rows_.time();
     }
     data_error e("the times are not evenly spaced: this one is off by " + shown(100 * worst) +
-                 " % of a step" + evening + (t_.rises_alone ? ", -t none takes them for samples" : ""));
+                 " % of a step" + advice + (t_.rises_alone ? ", -t none takes them for samples" : ""));
     e.name_place(about_.name + ":" + std::to_string(line));
     throw e;
   }
@@ -168,7 +168,9 @@ class evened final : public reader {
       const double time = first_ + static_cast<double>(frame_++) * step_;
       while (here_.time < time) {
         std::swap(before_, here_);
-        if (!next_row()) break;
+        if (next_row()) continue;
+        std::swap(before_, here_);  // rounding put the last time behind the last row
+        break;
       }
       put(time, frames.data() + done);
     }

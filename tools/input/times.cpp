@@ -158,6 +158,11 @@ double calendar_years(std::int64_t days, double seconds) {
   return static_cast<int>(date.year()) - 1970 + month / 12;
 }
 
+bool is_slashed_date(std::string_view cell) {
+  scanner s(cell);
+  return s.whole(1, 2) && s.take('/') && s.whole(1, 2) && s.take('/') && s.whole(2, 4);
+}
+
 std::optional<moment> parse_moment(std::string_view cell) {
   if (cell.size() < 4 || cell.front() < '0' || cell.front() > '9') return std::nullopt;
   moment m;

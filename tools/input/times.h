@@ -25,6 +25,9 @@ struct moment {
 };
 std::optional<moment> parse_moment(std::string_view cell);
 
+// Whether a cell begins like 03/04/2024, in which the month may stand first or second.
+bool is_slashed_date(std::string_view cell);
+
 // A time in years of the calendar since 1970, whose months are twelfths: monthly data are even.
 double calendar_years(std::int64_t days, double seconds);
 }  // namespace tool
