@@ -67,7 +67,7 @@ def has_record(function: Function) -> bool:
 def declared(name: str, parameter: Parameter) -> str:
     """A parameter as C++ declares it."""
     if not is_record(parameter):
-        return f"{parameter.type} {parameter.name}".replace("* ", "* ").replace(" *", "*")
+        return f"{parameter.type} {parameter.name}".replace(" *", "*")
     const = "const " if parameter.type.startswith("const ") else ""
     mark = "*" if parameter.name in OPTIONAL.get(name, set()) else "&"
     return f"{const}{holder(parameter)}{mark} {parameter.name}"

@@ -22,6 +22,7 @@
 
 #include <complex>
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
