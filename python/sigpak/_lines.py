@@ -11,8 +11,8 @@ from ._arguments import Array
 
 #: One spectrum of noise in so many shows a line.
 _FALSE_ALARMS = 1000
-#: Leakage is known to this part of itself, as places between the bins matter.
-_MARGIN = 2.0
+#: Leakage may be so much more than that of one line: where it meets that of its image, amplitudes add.
+_MARGIN = 4.0
 _PADDING = 8
 
 
@@ -61,9 +61,9 @@ def find_lines(f: Array, power: Array, window: Array, hop: int, segments: int, p
     leakage, explained = _leakage(window), np.zeros(power.size)
     lines = []
     for top in tops[np.argsort(-power[tops])]:
-        if power[top] <= _MARGIN * explained[top]:
+        if power[top] <= (threshold**0.5 + (_MARGIN * explained[top]) ** 0.5) ** 2:  # noise and leakage together
             continue
-        line = _parabola(f, power, int(top), noise)
+        line = _line(f, power, int(top), padding, noise)
         lines.append(line)
         place = (line.frequency - f[0]) / (f[1] - f[0])
         distance = np.abs(np.arange(power.size) - place) * (_PADDING / padding)
@@ -72,11 +72,18 @@ def find_lines(f: Array, power: Array, window: Array, hop: int, segments: int, p
     return lines
 
 
-def _parabola(f: Array, power: Array, top: int, noise: float) -> Line:
-    """The top of the parabola through the logarithms of three points."""
-    a, b, c = np.log(np.maximum(power[top - 1 : top + 2], np.finfo(np.float64).tiny)).tolist()
-    bend = a - 2 * b + c
-    aside = 0.5 * (a - c) / bend if bend else 0.0
-    value = float(np.exp(b - 0.25 * (a - c) * aside))
-    frequency = float(f[top] + aside * (f[1] - f[0]))
+def _line(f: Array, power: Array, top: int, padding: int, noise: float) -> Line:
+    """The place by points a whole bin apart, as closer ones on a flat top are all noise; the value by close ones."""
+    _, value = _parabola(power[top - 1 : top + 2])
+    apart = padding if padding <= top < power.size - padding else 1
+    aside, _ = _parabola(power[[top - apart, top, top + apart]])
+    frequency = float(f[top] + aside * apart * (f[1] - f[0]))
     return Line(frequency, value, float(10 * np.log10(value / noise)) if noise > 0 else float("inf"))
+
+
+def _parabola(points: Array) -> tuple[float, float]:
+    """Place and height of the top of the parabola through the logarithms of three points."""
+    a, b, c = np.log(np.maximum(points, np.finfo(np.float64).tiny)).tolist()
+    bend = a - 2 * b + c
+    aside = min(max(0.5 * (a - c) / bend, -1.0), 1.0) if bend < 0 else 0.0
+    return aside, float(np.exp(b - 0.25 * (a - c) * aside))

@@ -84,7 +84,7 @@ class Spectrum:
 
         A line is listed when averaged noise would reach it in fewer than 1 of 1000 spectra, and when no stronger one
         explains it by the leakage of the window. Frequency and value are those of the parabola through the logarithms
-        of the three highest points.
+        of the highest point and its neighbours.
         """
         powers = self.values if self.quantity in ("power", "psd") else self.values ** 2
         found = find_lines(self.f, powers, self.window, self.hop, self.segments, self.padding)

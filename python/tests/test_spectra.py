@@ -107,6 +107,11 @@ def test_lines_are_those_above_the_noise_and_no_leakage() -> None:
         np.testing.assert_allclose([line.frequency for line in s.lines], [1234.5, 3000.0], atol=1.2)
         assert abs(s.lines[0].frequency - 1234.5) < 0.3 and s.unit == "V rms"
     assert abs(s.lines[0].value / 2**0.5 - 1) < 0.1
+    for padding in (1, 2, 4, 8):
+        flat = sp.spectrum(x, rate, "flattop", 4096, padding=padding).lines[0]
+        assert abs(flat.frequency - 1234.5) < 0.3 and abs(flat.value - 2**0.5) < 0.02, flat
+        for name in ("hann", "uniform", "blackman_harris4"):
+            assert len(sp.spectrum(x, rate, name, 4096, padding=padding).lines) <= 2, (name, padding)
     fine = sp.spectrum(x, rate, "blackman_harris4", 4096, quantity="peak", padding=8).lines
     np.testing.assert_allclose([line.frequency for line in fine], [1234.5, 3000.0], atol=0.25)
     assert abs(fine[0].value - 2) < 2e-3 and abs(fine[1].value - 0.01) < 1e-3
