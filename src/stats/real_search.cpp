@@ -70,6 +70,7 @@ real_search iterate(polynomial<C> p, double x, interval bounds, real_step step,
     }
     relative = next != 0 ? d / next : d * limits.huge;
     x = next;
+    if (std::isnan(x)) return {x, false};  // and would stay so
     if (std::abs(relative) < limits.epsilon) return {x, is_root(expand(p, x), p.count, limits.epsilon)};
   }
   const bool settled = std::abs(relative) < 4 * n * limits.epsilon;

@@ -381,6 +381,14 @@ TYPED_TEST(Polynomials, RealSearch) {
 
 TYPED_TEST(Polynomials, SearchesThatCannotEndFail) {
   using V = TypeParam;
+  samples<V> many(20'001, 1);  // each search would take the square of this, many times over
+  many[7] = static_cast<scalar<V>>(nan);
+  const signal<V> long_one(many);
+  signal<V> last;
+  EXPECT_EQ(TWIN(s_psolve)(&long_one, &last, 0), -1);
+  EXPECT_EQ(TWIN(s_pcsolve)(&long_one, &last, 0, 0), -1);
+  signal<V> list(many);
+  EXPECT_EQ(TWIN(i_proots)(&list), -1);
   const signal<V> hopeless[] = {
       {1, 0, 1}, {5}, {nan, 1, 1}, {1, nan}, {1, 0, 1e-30, 0, 1}, {2, 1, 0, 0, 3, 0, 1}};
   for (const auto& p : hopeless) {
