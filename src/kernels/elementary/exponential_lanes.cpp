@@ -43,9 +43,8 @@ void exponentials(double* x, index n) { walk(x, n, everywhere<guarded_exp<double
 void exponentials(float* x, index n) { walk(x, n, everywhere_single<guarded_exp<float>, precise_exp>{}); }
 
 // A sample below -H stops the pass: it and everything after it stay as they are.
-template <class F> struct stopped : F {
-  real most;  // -H
-  SIGPAK_INLINE mask is_wild(real x) const { return x < most; }
+template <class T, class F> struct stopped : F {
+  SIGPAK_INLINE mask is_wild(real x) const { return x < -huge<T>(); }
   SIGPAK_INLINE real careful(real x) const { return (*this)(x); }
 };
 
@@ -60,10 +59,10 @@ template <class T, class F> SIGPAK_INLINE void walk_to_stop(T* x, index n, F f) 
 }
 
 void exponentials10(double* x, index n) {
-  walk_to_stop(x, n, stopped<everywhere<guarded_exp10<double>>>{{}, -huge<double>()});
+  walk_to_stop(x, n, stopped<double, everywhere<guarded_exp10<double>>>{});
 }
 void exponentials10(float* x, index n) {
-  walk_to_stop(x, n, stopped<everywhere_single<guarded_exp10<float>, precise_exp10>>{{}, -huge<float>()});
+  walk_to_stop(x, n, stopped<float, everywhere_single<guarded_exp10<float>, precise_exp10>>{});
 }
 
 // Keeps the product with the sine of a subnormal angle normal.
