@@ -6,7 +6,7 @@
 #endif
 
 #include <atomic>
-#include <cstddef>
+#include <cstdint>
 
 namespace sigpak::isa {
 
@@ -94,8 +94,8 @@ template <class Loop> auto run_at(level, Loop loop) { return loop(); }
 template <class Loop> [[gnu::always_inline]] inline auto run(Loop loop) { return run_at(current(), loop); }
 
 // The same for a loop of so many turns: a short one is inlined and saves the call.
-inline constexpr std::ptrdiff_t short_run = 24;
-template <class Loop> [[gnu::always_inline]] inline auto run(std::ptrdiff_t turns, Loop loop) {
+inline constexpr std::int64_t short_run = 24;
+template <class Loop> [[gnu::always_inline]] inline auto run(std::int64_t turns, Loop loop) {
   return turns <= short_run ? loop() : run_at(current(), loop);
 }
 

@@ -15,7 +15,7 @@ inline constexpr status ok = 0;
 inline constexpr status failed = -1;
 
 // Counts and positions inside a record; always 64 bits wide, so that no size overflows.
-using index = std::ptrdiff_t;
+using index = std::int64_t;
 
 template <class V>
 concept record = std::same_as<V, dsp_vec> || std::same_as<V, dspf_vec>;

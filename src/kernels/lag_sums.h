@@ -1,15 +1,15 @@
 // Sums of products at several lags at the wide levels.
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
 
 namespace sigpak::kernels {
 
 // out[k] = sum over i < n of a[i + k * stride] * b[i], k < lags. One sum is the same chains of fused products
 // whatever lags are asked for with it, and wherever a and b lie.
 template <class T>
-using lag_sums = void (*)(const T* a, std::ptrdiff_t stride, const T* b, std::ptrdiff_t n, T* out,
-                          std::ptrdiff_t lags);
+using lag_sums = void (*)(const T* a, std::int64_t stride, const T* b, std::int64_t n, T* out,
+                          std::int64_t lags);
 
 template <class T> struct lag_table { lag_sums<T> sum; };
 

@@ -1,7 +1,7 @@
 // Sums of taps and samples at a changed rate, at the wide levels.
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
 
 namespace sigpak::kernels {
 
@@ -9,15 +9,15 @@ namespace sigpak::kernels {
 // `count`, the last of them first, behind those of the phases before it.
 template <class T> struct phase_rows {
   const T* taps;
-  std::ptrdiff_t count;
-  std::ptrdiff_t up;
-  std::ptrdiff_t down;
+  std::int64_t count;
+  std::int64_t up;
+  std::int64_t down;
 
-  [[gnu::always_inline]] std::ptrdiff_t longest() const { return (count + up - 1) / up; }
-  [[gnu::always_inline]] std::ptrdiff_t size(std::ptrdiff_t phase) const {
+  [[gnu::always_inline]] std::int64_t longest() const { return (count + up - 1) / up; }
+  [[gnu::always_inline]] std::int64_t size(std::int64_t phase) const {
     return count / up + (phase < count % up ? 1 : 0);
   }
-  [[gnu::always_inline]] const T* row(std::ptrdiff_t phase) const {
+  [[gnu::always_inline]] const T* row(std::int64_t phase) const {
     return taps + phase * (count / up) + (phase < count % up ? phase : count % up);
   }
 };
@@ -26,9 +26,9 @@ template <class T> struct phase_rows {
 // has the phase (phase + k * down) mod up, and sees (phase + k * down) / up samples further.
 template <class T> struct rate_run {
   const T* newest;
-  std::ptrdiff_t phase;
-  std::ptrdiff_t outputs;
-  std::ptrdiff_t parts;  // scalars of a sample and of an output: 1, or 2 for complex ones
+  std::int64_t phase;
+  std::int64_t outputs;
+  std::int64_t parts;  // scalars of a sample and of an output: 1, or 2 for complex ones
 };
 
 // out[k] = sum of the taps of the phase of k times the samples up to its newest. Every output is one chain of
@@ -40,8 +40,8 @@ using resample_sum = void (*)(const phase_rows<T>& rows, const rate_run<T>& run,
 // For runs over at most so many new samples: they are laid out in 16 lanes or less, each led by the samples
 // of a row.
 template <class T>
-constexpr std::ptrdiff_t resample_room(const phase_rows<T>& rows, std::ptrdiff_t samples,
-                                       std::ptrdiff_t parts) {
+constexpr std::int64_t resample_room(const phase_rows<T>& rows, std::int64_t samples,
+                                       std::int64_t parts) {
   return samples * parts + ((rows.down < samples ? rows.down : samples) + rows.longest() + 2) * 16;
 }
 

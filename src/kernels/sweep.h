@@ -1,12 +1,12 @@
 // Blocks of a sinusoid side by side at the wide levels, one lane each.
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
 
 namespace sigpak::kernels {
 
 inline constexpr int most_sweep_lanes = 16;
-inline constexpr std::ptrdiff_t sweep_points = 256;
+inline constexpr std::int64_t sweep_points = 256;
 
 // re + i im of every lane is its first point; c + i s turns it to the next.
 struct sweep_start {

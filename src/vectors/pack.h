@@ -2,12 +2,12 @@
 // compiler's own. Only for sources compiled per level; everything here has internal linkage.
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
-using index = std::ptrdiff_t;
+using index = std::int64_t;
 
 #define SIGPAK_INLINE [[gnu::always_inline]] inline
 #define SIGPAK_LAMBDA __attribute__((always_inline))

@@ -29,8 +29,8 @@ template <class T> inline constexpr int most_direct_points = sizeof(T) == sizeof
 
 // `vectors` is L, `lanes` 2 V; the last radix is that of the core.
 template <class T> struct chirp_plan : pass_plan<T> {
-  std::ptrdiff_t points;  // N
-  std::ptrdiff_t circle;  // K
+  std::int64_t points;  // N
+  std::int64_t circle;  // K
   T scale[2];             // of the results, forward and inverse, with what the filter leaves of 1 / (2 K)
   T* chirp;               // vectors of conj g[n] and its product with exp(-i pi n / K), as cosine and sine
   T* turns;               // w_K^(l kb) within the groups of V vectors: cosine and sine alternate
@@ -38,21 +38,21 @@ template <class T> struct chirp_plan : pass_plan<T> {
 };
 
 // Scalars of scratch memory.
-template <class T> constexpr std::ptrdiff_t scratch_of(const chirp_plan<T>& plan) noexcept {
+template <class T> constexpr std::int64_t scratch_of(const chirp_plan<T>& plan) noexcept {
   return 2 * plan.lanes * plan.stride * plan.radix[0];
 }
 
 // The plan of the current level that is in the list already; a new one, made into it. Null where there is
 // none yet, and on failure.
-template <class T> const chirp_plan<T>* find_chirp_plan(recent_list& plans, std::ptrdiff_t points) noexcept;
+template <class T> const chirp_plan<T>* find_chirp_plan(recent_list& plans, std::int64_t points) noexcept;
 template <class T>
 const chirp_plan<T>* make_chirp_plan(recent_list& plans, scratch_memory<T>& scratch,
-                                     std::ptrdiff_t points) noexcept;
+                                     std::int64_t points) noexcept;
 
 // The table of the definition for an odd length from 3 up to most_direct_points, which stays until the
 // release: the one that is there already; a new one. Null where there is none yet, and on failure.
-template <class T> const T* find_direct_table(std::ptrdiff_t points) noexcept;
-template <class T> const T* make_direct_table(std::ptrdiff_t points) noexcept;
+template <class T> const T* find_direct_table(std::int64_t points) noexcept;
+template <class T> const T* make_direct_table(std::int64_t points) noexcept;
 template <class T> void release_direct_tables() noexcept;
 
 }  // namespace sigpak::kernels

@@ -10,7 +10,7 @@
 namespace sigpak::kernels {
 
 template <class T> struct lane_plan : pass_plan<T> {
-  std::ptrdiff_t points;  // N
+  std::int64_t points;  // N
   T scale;   // of the forward transform, applied to its results: the sums of tiny data keep every
              // digit that the results have room for
   T* last;   // vectors of twiddles w_N^(l kb) of the transform over the lanes, in the order of the places
@@ -20,7 +20,7 @@ template <class T> struct lane_plan : pass_plan<T> {
   bool streamed;   // and writes it past the caches
   // Of groups of W / 2 vectors, kb the first of a group: from the vector of kb to that of kb + p, and the
   // place of kb.
-  std::ptrdiff_t offset[most_lanes];
+  std::int64_t offset[most_lanes];
   std::uint32_t* start;
 };
 
@@ -30,14 +30,14 @@ template <class T> struct lane_plan : pass_plan<T> {
 // Variables, so that a test reaches all of this with short data; to be set before the first plan of a length,
 // of 2^11 points at least.
 struct long_lengths {
-  std::ptrdiff_t crowded, collected, streamed;
+  std::int64_t crowded, collected, streamed;
 };
 extern constinit long_lengths long_from;
 
 // The plan of N = points, both powers of two, N at least lanes^2; kept until the release.
 // The one that is there already; a new one. Null where there is none yet, and on failure.
-template <class T> const lane_plan<T>* find_lane_plan(std::ptrdiff_t points, int lanes) noexcept;
-template <class T> const lane_plan<T>* make_lane_plan(std::ptrdiff_t points, int lanes) noexcept;
+template <class T> const lane_plan<T>* find_lane_plan(std::int64_t points, int lanes) noexcept;
+template <class T> const lane_plan<T>* make_lane_plan(std::int64_t points, int lanes) noexcept;
 template <class T> void release_lane_plans() noexcept;
 
 }  // namespace sigpak::kernels

@@ -12,12 +12,12 @@ inline constexpr int most_lanes = 16;
 
 // Transforms of M = `vectors` points by decimation in frequency, one in each of the lanes.
 template <class T> struct pass_plan {
-  std::ptrdiff_t vectors;
+  std::int64_t vectors;
   int lanes;
   int passes;                         // the first reads the data
   int radix[most_passes];             // their product is M
-  std::ptrdiff_t block[most_passes];  // vectors in one block of the pass
-  std::ptrdiff_t stride;     // vectors from one block of the second pass to the next, padding included
+  std::int64_t block[most_passes];  // vectors in one block of the pass
+  std::int64_t stride;     // vectors from one block of the second pass to the next, padding included
   T* twiddles[most_passes];  // of the passes, broadcast; the last of several passes has none
 };
 

@@ -1,16 +1,16 @@
 // Sines and cosines at compile time, for tables that the compiler makes.
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
 #include <numbers>
 
 namespace sigpak::kernels {
 
 // sin of 2 pi k / n, k at least 0: by the series, of at most an eighth of a turn, which ends below 2^-70.
-constexpr long double sine_of(std::ptrdiff_t k, std::ptrdiff_t n) {
+constexpr long double sine_of(std::int64_t k, std::int64_t n) {
   k %= n;
   if (2 * k > n) return -sine_of(n - k, n);
-  std::ptrdiff_t halves = 2 * k;  // n-ths of half a turn
+  std::int64_t halves = 2 * k;  // n-ths of half a turn
   if (2 * halves > n) halves = n - halves;
   const bool cosine = 4 * halves > n;
   constexpr long double pi = std::numbers::pi_v<long double>;
@@ -26,6 +26,6 @@ constexpr long double sine_of(std::ptrdiff_t k, std::ptrdiff_t n) {
   return sum;
 }
 
-constexpr long double cosine_of(std::ptrdiff_t k, std::ptrdiff_t n) { return sine_of(4 * k + n, 4 * n); }
+constexpr long double cosine_of(std::int64_t k, std::int64_t n) { return sine_of(4 * k + n, 4 * n); }
 
 }  // namespace sigpak::kernels

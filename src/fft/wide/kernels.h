@@ -32,7 +32,7 @@ template <class T> struct chirp_kernels {
   // order of the filter.
   void (*spectrum)(const chirp_plan<T>& plan, T* scratch, T* out);
   // The table holds, by vectors of k from 1 on and then by j, the cosines and sines of 2 pi j k / N.
-  void (*run_direct)(const T* table, std::ptrdiff_t points, T* x, bool inverse);
+  void (*run_direct)(const T* table, std::int64_t points, T* x, bool inverse);
 };
 
 }  // namespace sigpak::kernels

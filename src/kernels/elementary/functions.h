@@ -3,11 +3,11 @@
 // there are no fused products: those of the C library are no slower there.
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
 
 namespace sigpak::kernels {
 
-template <class T> using unary = void (*)(T* x, std::ptrdiff_t n);
+template <class T> using unary = void (*)(T* x, std::int64_t n);
 
 template <class T> struct circular_functions {
   static constexpr bool at_baseline = true;
@@ -31,7 +31,7 @@ template <class T> struct exponential_functions {
 
 template <class T> struct inverse_functions {
   static constexpr bool at_baseline = true;
-  using packing = void (*)(const T* z, T* out, std::ptrdiff_t points);  // out may be z
+  using packing = void (*)(const T* z, T* out, std::int64_t points);  // out may be z
   unary<T> arctangent;
   unary<T> arcsine;
   unary<T> arccosine;
@@ -55,8 +55,8 @@ using plain_logarithm = void (*)(double* z, const logarithm_constants& c);
 
 template <class T> struct logarithm_functions {
   static constexpr bool at_baseline = true;
-  using in_place = void (*)(T* x, std::ptrdiff_t n, logarithm_constants c);
-  using in_place_points = void (*)(T* z, std::ptrdiff_t points, logarithm_constants c, plain_logarithm plain);
+  using in_place = void (*)(T* x, std::int64_t n, logarithm_constants c);
+  using in_place_points = void (*)(T* z, std::int64_t points, logarithm_constants c, plain_logarithm plain);
   in_place logarithm;  // unscaled
   in_place scaled_logarithm;
   in_place_points logarithm_points;  // angles unscaled
@@ -67,7 +67,7 @@ template <class T> struct logarithm_functions {
 // by one.
 template <class T> struct root_functions {
   static constexpr bool at_baseline = true;
-  void (*root_points)(const T* z, T* out, std::ptrdiff_t points, void (*root)(T* point));
+  void (*root_points)(const T* z, T* out, std::int64_t points, void (*root)(T* point));
 };
 
 }  // namespace sigpak::kernels

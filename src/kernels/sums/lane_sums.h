@@ -1,21 +1,21 @@
 // Sums of eight blocks side by side at the wide levels, one lane each.
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
 
 namespace sigpak::kernels {
 
 inline constexpr int sum_lanes = 8;
 inline constexpr int most_sums = 5;
-inline constexpr std::ptrdiff_t lane_points = 2048;  // from the block of a lane to that of the next
+inline constexpr std::int64_t lane_points = 2048;  // from the block of a lane to that of the next
 
 // Where the points of every lane stand, and which of them to add: `begin` .. `end` - 1 of its block, a
 // multiple of 8. Lanes may read the same points.
 template <class T> struct lane_points_of {
   const T* x[sum_lanes];
   const T* y[sum_lanes];  // for terms of two records
-  std::ptrdiff_t begin;
-  std::ptrdiff_t end;
+  std::int64_t begin;
+  std::int64_t end;
   bool fetch_next;  // the eight blocks behind those of x and y come next, and come from memory
 };
 
