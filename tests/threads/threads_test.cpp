@@ -4,6 +4,7 @@
 #include <set>
 #include <thread>
 
+#include "core/lending.h"
 #include "threads/operations.h"
 
 namespace sigpak::test {
@@ -102,6 +103,33 @@ TEST_F(Threads, SurviveTheFailedAllocationsOfOthers) {
     }
     run_all(true, false);
   }
+}
+
+// Threads begin at places of their own, so that those of the operations seldom meet: here they have to. One
+// loan is out from before they start.
+TEST(Lender, GivesAStateToOneCallAtATime) {
+  struct used {
+    std::atomic<bool> now = false;
+    int loans = 0;
+    status release() noexcept { return ok; }
+  };
+  lender<used, 2> states;
+  const loan<used, 2> before(states);
+  before->now = true;
+  {
+    const loan<used, 2> second(states), beyond(states);
+    EXPECT_EQ((std::set<used*>{&*before, &*second, &*beyond}).size(), 3u);
+  }
+  std::atomic<int> together = 0;
+  in_threads([&](std::size_t) {
+    for (int i = 0; i < 10000; ++i) {
+      const loan<used, 2> one(states);
+      together += one->now.exchange(true, std::memory_order_relaxed) ? 1 : 0;
+      ++one->loans;
+      one->now.store(false, std::memory_order_relaxed);
+    }
+  });
+  EXPECT_EQ(together, 0);
 }
 
 template <class V> class Warm : public testing::Test {};
