@@ -138,12 +138,14 @@ template <class T> class basic_record {
   }
 
   // Lends a buffer, which must outlive the record or its last change of storage: sigpak.h, "Ownership". Of complex
-  // samples it holds the pairs (re, im).
-  static basic_record lend(span<T> scalars, T delta = 1, form shape = form::real) noexcept {
+  // samples it holds the pairs (re, im). std::bad_alloc for more points than a record counts, 2^31 - 1.
+  static basic_record lend(span<T> scalars, T delta = 1, form shape = form::real) {
+    const std::size_t points = shape == form::complex ? scalars.size() / 2 : scalars.size();
+    if (points > 0x7fffffffU) detail::out_of_memory();
     basic_record lent;
     lent.record_.delta = delta;
     lent.record_.data = scalars.data();
-    lent.record_.points = static_cast<std::uint32_t>(shape == form::complex ? scalars.size() / 2 : scalars.size());
+    lent.record_.points = static_cast<std::uint32_t>(points);
     lent.record_.complex = shape == form::complex;
     return lent;
   }
@@ -160,7 +162,10 @@ template <class T> class basic_record {
   }
   basic_record(basic_record&& other) noexcept : basic_record() { swap(other); }
   basic_record& operator=(const basic_record& other) {
-    if (detail::copy(&record_, &other.record_) != 0) detail::out_of_memory();
+    if (detail::copy(&record_, &other.record_) != 0) {
+      record_.points = 0;
+      detail::out_of_memory();
+    }
     return *this;
   }
   basic_record& operator=(basic_record&& other) noexcept {

@@ -79,6 +79,8 @@ TYPED_TEST(Record, LendsABuffer) {
   EXPECT_FALSE(lent.is_lent());
   EXPECT_EQ(values(lent), (std::vector<TypeParam>{2, 4, 6, 8, 0}));
   EXPECT_EQ(TestFixture::record::lend(samples, 1, sigpak::form::complex).points(), 2u);
+  const sigpak::span<TypeParam> most(samples.data(), (std::size_t{1} << 32) + 2);
+  EXPECT_THROW(TestFixture::record::lend(most), std::bad_alloc) << "more than a record counts";
   const auto copied = TestFixture::record::of(samples);
   samples[0] = 0;
   EXPECT_EQ(copied[0], 2);
