@@ -207,9 +207,10 @@ def _with_defaults(operation: str, arguments: list[Argument]) -> list[Argument]:
             annotation = f"{annotation} | None"
         if default is None or (argument.role == "integer" and default == "None"):
             open_end, default, annotation = False, None, argument.annotation
-        done.append(
-            Argument(argument.name, argument.role, argument.expression, annotation, default if open_end else None)
-        )
+        expression = argument.expression
+        if annotation.endswith("None"):
+            expression = expression.replace("_record_of", "_record_or_null")
+        done.append(Argument(argument.name, argument.role, expression, annotation, default if open_end else None))
     return done[::-1]
 
 

@@ -149,13 +149,19 @@ def in_precision(precision: Precision, x: ArrayLike) -> Array:
 
 
 def count_address(count: c_int32 | None) -> Any:
-    return None if count is None else byref(count)
+    if count is None:
+        return None
+    if not isinstance(count, c_int32):
+        raise Error("", "count", f"of type {type(count).__name__}", "a ctypes.c_int32 is needed")
+    return byref(count)
 
 
 def double_address(at: Vec | None) -> int | None:
     """The address of a record that is of double precision whatever the others are."""
     if at is None:
         return None
+    if not hasattr(at, "_c"):
+        raise Error("", "at", f"of type {type(at).__name__}", "a Vec is needed")
     if at._c is not DOUBLE:
         raise Error("", "at", "single precision", "times are needed in double precision")
     return at._at

@@ -148,18 +148,21 @@ class RecordBase:
             if other is not None and other._record.data != other._data:
                 other._moved()
 
-    def _record_of(self, other: RecordBase | None) -> int | None:
-        if other is None:
-            return None
+    def _record_of(self, other: RecordBase) -> int:
+        if not isinstance(other, RecordBase):
+            raise Error("", "", f"an operand of type {type(other).__name__}", "a Vec is needed")
         if other._c is not self._c:
             raise Error("", "", "double and single precision", "records of one precision are needed")
         return other._at
+
+    def _record_or_null(self, other: RecordBase | None) -> int | None:
+        return None if other is None else self._record_of(other)
 
     def _kept(self, other: RecordBase | None, *records: RecordBase | None) -> int | None:
         """The address of a record that is written beside the result: it must be no other of the call."""
         if other is not None and (other is self or any(other is record for record in records)):
             raise Error("", "", "one record twice", "what is kept from call to call is a record of its own")
-        return self._record_of(other)
+        return self._record_or_null(other)
 
     def _number(self) -> OneNumber:
         return _numbers.single if self._c.is_single else _numbers.double

@@ -33,7 +33,7 @@ def _scale(scale: str) -> int:
 
 def _with_lags(values: Array) -> Correlation:
     most = values.size // 2
-    return Correlation(np.arange(-most, most + 1), values)
+    return Correlation(np.arange(values.size) - most, values)
 
 
 def correlate(

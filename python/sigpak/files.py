@@ -48,7 +48,9 @@ def read(path: str | os.PathLike[str], dtype: Any = np.float64) -> list[Vec]:
     list of Vec
         Each with `array` and `delta`.
     """
-    c = PRECISIONS.get(np.dtype(dtype), DOUBLE)
+    c = PRECISIONS.get(np.dtype(dtype))
+    if c is None:
+        raise Error("read", "dtype", str(np.dtype(dtype)), "float32 or float64 is needed")
     found: list[Vec] = []
     with _opened(c, path, "rb") as stream:
         while True:

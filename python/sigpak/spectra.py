@@ -160,8 +160,8 @@ class Averager(Stream):
     def __init__(self, rate: float, window: WindowLike, segment: int, overlap: float, centre: bool, flags: int) -> None:
         if not 0 <= overlap < 1:
             raise Error("spectrum", "overlap", repr(overlap), "a part of the segment below 1 is needed")
-        if not rate > 0:
-            raise Error("spectrum", "rate", repr(rate), "a rate above 0 is needed")
+        if not 0 < rate < np.inf:
+            raise Error("spectrum", "rate", repr(rate), "a finite rate above 0 is needed")
         if segment < 1:
             raise Error("spectrum", "segment", repr(segment), "1 point or more is needed")
         self.rate, self._shape = rate, window_samples(window, segment)

@@ -8,7 +8,7 @@ from typing import Any
 import numpy as np
 
 from ._arguments import Array, int32, window_number
-from ._library import DOUBLE
+from ._library import DOUBLE, SINGLE
 from .enums import Window, WindowFlag
 from .errors import Error
 from .vec import Vec
@@ -25,13 +25,16 @@ def _flags(norm: str, symmetric: bool) -> int:
 
 
 def _ones(points: int, dtype: Any) -> Vec:
+    if np.dtype(dtype) not in (DOUBLE.real, SINGLE.real):
+        raise Error("window", "dtype", str(np.dtype(dtype)), "float32 or float64 is needed")
     return Vec._lent(np.ones(points, dtype), 1.0, True)
 
 
 def window(
     name: Window | int | str, points: int, *, norm: str = "peak", width: float | None = None, dtype: Any = np.float64
 ) -> Array:
-    """A window of the catalogue, in its periodic form: the end is on the left only.
+    """A window of the catalogue, in its periodic form: an even number of points has its end on the left only, an odd
+    number lies around the middle.
 
     Parameters
     ----------

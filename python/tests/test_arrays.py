@@ -75,6 +75,17 @@ def test_other_arrays_are_refused_before_they_are_copied(x: Any, reason: str) ->
             call(x)
 
 
+def test_arguments_without_a_meaning_are_refused() -> None:
+    for call in (
+        lambda: sp.window("hann", 4, dtype=np.int64),
+        lambda: sp.window("hann", 4, dtype=np.complex128),
+        lambda: sp.read("-", dtype=np.int64),
+        lambda: sp.spectrum(X, rate=np.inf),
+    ):
+        with pytest.raises(sp.Error, match="needed"):
+            call()
+
+
 def test_empty_nan_and_infinite_samples_pass(real: Any) -> None:
     empty = np.empty(0, real)
     assert sp.sin(empty).shape == (0,) and sp.sum(empty) == 0 and sp.dft(empty).dtype.kind == "f"

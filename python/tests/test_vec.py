@@ -77,6 +77,20 @@ def test_records_of_two_precisions_do_not_meet() -> None:
         b.rsmp2(b, b)
 
 
+@pytest.mark.parametrize("other", [None, np.ones(3), [1.0], 2.0])
+def test_only_records_are_operands(other: Any) -> None:
+    v = sp.Vec(np.ones(3))
+    for name in ("mul", "add", "dot", "append", "fir", "cmp", "corr", "h_dft", "rsmp2"):
+        with pytest.raises(sp.Error, match="a Vec is needed"):
+            getattr(v, name)(other)
+    if other is not None:
+        for call in (lambda: v.fir(v, other), lambda: v.h_dft(v, other), lambda: v.rsmp2(v, other)):
+            with pytest.raises(sp.Error, match="a Vec is needed"):
+                call()
+    with pytest.raises(sp.Error, match="c_int32"):
+        v.h_dft(v, count=0)
+
+
 def test_what_is_kept_is_a_record_of_its_own() -> None:
     a, taps = sp.Vec(np.ones(3)), sp.Vec.of([1.0, 2.0])
     for call in (lambda: a.fir(taps, taps), lambda: a.fir(taps, a), lambda: a.rsmp(taps, 1, 1, a)):
