@@ -348,6 +348,7 @@ TEST(Convert, EveryFormGivesTheSamplesBack) {
     const auto convert = "convert -r 8000 " + file + " " + form.options;
     EXPECT_EQ(run(convert + " -o " + name).err, "");
     EXPECT_EQ(values(csv_of(name + " -r 8000")), wanted);
+    EXPECT_EQ(read_file(name).find("PEAK"), std::string::npos) << "a chunk with the time of day";
     EXPECT_EQ(run(convert + " --format " + form.end).out, read_file(name)) << "to standard output";
   }
   EXPECT_EQ(values(csv_of("-c 1 " + file)),

@@ -43,12 +43,13 @@ class sound_writer final : public signal_writer {
     info.format = encoding_of(bits) | (flac                    ? SF_FORMAT_FLAC
                                        : format.name == "aiff" ? SF_FORMAT_AIFF
                                                                : SF_FORMAT_WAV);
-    if (!flac && format.name == "wav" && bits == 64) info.format = SF_FORMAT_WAV | SF_FORMAT_DOUBLE;
     sound_.reset(sf_open_fd(out.seekable_descriptor(), SFM_WRITE, &info, 0));
     if (sound_ == nullptr)
       throw data_error(std::string("cannot be written as ") + format.name + ": " + sf_strerror(nullptr));
     sf_command(sound_.get(), SFC_SET_CLIPPING, nullptr, SF_TRUE);
     sf_command(sound_.get(), SFC_RF64_AUTO_DOWNGRADE, nullptr, SF_TRUE);
+    // It holds the time of day: the same samples would make another file a second later.
+    sf_command(sound_.get(), SFC_SET_ADD_PEAK_CHUNK, nullptr, SF_FALSE);
   }
 
   void write(std::span<const double> frames) override {
