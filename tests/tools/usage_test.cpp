@@ -34,6 +34,7 @@ TEST(Usage, WrongUsageIsStatus2AndTellsWhatIsRight) {
                      {"spectrum -r nan x", "nan is no number"},
                      {"spectrum -r 48q x", "48q is no number"},
                      {"spectrum --overlap 1 x", "0% to 95%"},
+                     {"spectrum --duration 0 x", "--duration: 0 is no number from 1e-12"},
                      {"spectrum --as volts x", "none of peak, rms, power, asd, psd"},
                      {"spectrum --axis polar x", "none of linear, log"},
                      {"spectrum --average median x", "none of mean"},

@@ -7,6 +7,7 @@
 namespace tool {
 namespace {
 
+constexpr double shortest_time = 1e-12;
 constexpr double longest_time = 1e12;
 
 // A single character, or the name of one that a shell makes hard to give.
@@ -54,7 +55,7 @@ void add_input_options(options& o, input_options& input) {
   o.flag("--resample", "Uneven times: straight lines at their mean rate", input.resample);
   o.text("--raw", "FORM", "Samples without a header: s16le f32le cu8 ...", input.raw);
   o.number("--start", "TIME", "Begin so far behind the first sample", input.start, 0, longest_time);
-  o.number("--duration", "TIME", "Read no longer than this", input.duration, 0, longest_time);
+  o.number("--duration", "TIME", "Read no longer than this", input.duration, shortest_time, longest_time);
   o.flag("--each", "Every record of a vector file by itself", input.each);
 }
 
