@@ -328,6 +328,7 @@ TEST(Data, BrokenSpectraAreRefusedWithTheirLine) {
                      {with("\n0,", "\n100000,"), "are not those of its rate"},
                      {with("\n0,", "\n0,x"), "is no number"},
                      {with("\n0,", "\n0;"), "no comma"},
+                     {good.substr(0, good.rfind("\n", good.size() - 2) + 1), "cut short: 128 points of 129"},
                      {good.substr(0, good.find("frequency [Hz]")), "no values"}};
   for (const auto& c : cases) {
     const auto r = run("merge " + write_file("broken.csv", c.text));

@@ -100,6 +100,9 @@ const std::vector<head_line>& head_lines() {
       number_line("gaps", false, &spectrum::gaps, count_of),
       number_line("mean", false, &spectrum::mean, number_of),
       number_line("rms", false, &spectrum::rms, number_of),
+      {"points", false,
+       [](const spectrum& s, const measure&) { return text_of(std::uint64_t{s.power.points}); },
+       [](told_spectrum& t, const std::string& text) { t.points = count_of(text); }},
   };
   return lines;
 }
@@ -193,6 +196,9 @@ void spectrum_reader::read_values(told_spectrum& t) {
   }
   const auto lowest = t.s.two_sided ? -static_cast<std::int64_t>(t.s.whole() / 2) : 0;
   if (powers.empty()) throw data_error("the spectrum has no values");
+  if (t.points != 0 && t.points != powers.size())
+    throw data_error("the spectrum is cut short: " + text_of(std::uint64_t{powers.size()}) + " points of " +
+                     text_of(t.points));
   if (t.s.start < lowest || t.s.offset() + powers.size() > t.s.whole())
     throw data_error("the frequencies are not those of its rate and segment");
   t.s.power.resize(powers.size());

@@ -20,6 +20,7 @@ struct told_spectrum {
   spectrum s;
   quantity what;
   bool as_level;
+  std::uint64_t points = 0;  // that its text promises
   measure told() const { return measure(what, as_level, s); }
 };
 
