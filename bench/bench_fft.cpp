@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Transforms against other libraries, as one Markdown table: GFLOP/s of FFTW (5 N log2 N, half of it for real
 // data) and ratios of speed to FFTW_MEASURE. Speeds include natural order, and the 1/N of the forward
 // transform here.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the transforms cost beside time, as Markdown tables: the error against long double beside FFTW's, the
 // memory kept for a length, and the first call of a length.
 //

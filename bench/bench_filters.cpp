@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // FIR filtering, as one Markdown table: speeds, the part of the machine's peak of multiply-adds that the taps
 // make up, and ratios to FFTW's overlap-save at its best block, to liquid-dsp's best way and to the plain
 // sum.

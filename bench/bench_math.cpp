@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Elementary functions against the C library, SLEEF's functions of 1 ulp and libmvec (for its speed: its
 // errors reach some ulp) at the same vector width, 4096 scalars in cache, as one Markdown table: nanoseconds
 // per point, and ratios of speed.

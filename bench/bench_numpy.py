@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Operations on vectors beside NumPy, as one Markdown table: ratios of speed, sigpak to NumPy.
 
 bench_numpy.py LIBRARY [only]: LIBRARY is the shared library. Both sides run on the same array in turns, by this

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Absolute speeds of the main operations, for watching one build against another: small calls, where the way
 // to the loop counts, and large ones.
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Operations on vectors beside other libraries and the limit of the machine, as one Markdown table:
 // nanoseconds per point, the part of the limit that is reached, and the speed relative to each library that
 // does the same job.

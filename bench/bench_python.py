@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """What a call from Python costs beside the work: microseconds on 16 points, as a Markdown table.
 
 bench_python.py LIBRARY: the best of several rounds by this thread's time, with NumPy's call of the same kind.

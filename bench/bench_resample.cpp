@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Changes of the sample rate, as one Markdown table: nanoseconds per output, the part of the machine's peak
 // of multiply-adds that the products make up, and how many times as fast as libsamplerate and libsoxr in the
 // same rounds.

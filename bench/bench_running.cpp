@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Running spectra beside a loop on FFTW, whose plan is measured: half-overlapped Hann segments, squared and
 // averaged.
 #include <fftw3.h>

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Running spectra, correlations, surfaces and resampling beside SciPy, as one Markdown table: ratios of speed, sigpak to SciPy.
 
 bench_scipy.py LIBRARY: LIBRARY is the shared library. Both sides run on the same array in turns, by this thread's time.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Splines beside GSL: making them, and evaluating them at rising and at random targets.
 #include <gsl/gsl_interp2d.h>
 #include <gsl/gsl_spline.h>

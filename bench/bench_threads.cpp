@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Two threads at the same operation of the same length, each on records of its own: how much more they do
 // than one. Options: --operation NAME, --level NAME, --rounds N.
 #include <atomic>

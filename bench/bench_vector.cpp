@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Arithmetic, movement, sums, sorting and small calls against the plain loop, the peers that are installed,
 // and the limit of the machine: Markdown tables of ratios. bench_vector [--level baseline|avx2|avx512]
 // [--table stream|order|small] [--only NAME] [--rounds N]

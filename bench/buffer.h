@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Storage for the benchmarks, 16 bytes off a cache line, as malloc gives large blocks.
 #pragma once
 

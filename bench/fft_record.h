@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Records for the benchmarks of the transforms.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the machine can do at most: the loops that nothing else can beat at the same traffic.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "native.h"
 
 namespace bench {

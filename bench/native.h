@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Loops compiled for this machine, with every freedom that the compiler may be given.
 #pragma once
 

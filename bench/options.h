@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Options of the benchmarks: a name and a value each.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // FFTW, and where they are installed KissFFT and GSL, each at its best setting.
 #include "peers.h"
 

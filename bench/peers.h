@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The transforms of other libraries behind one shape: ready to run on `data`, in place, unscaled.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Eigen with the vectors of this machine.
 #include <Eigen/Core>
 

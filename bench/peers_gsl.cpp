@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The statistics of GSL, and the dot product of its reference BLAS.
 #include <gsl/gsl_statistics_double.h>
 #include <gsl/gsl_statistics_float.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The vectors of liquid-dsp.
 #include <complex>  // before its header, which then speaks C++
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // VOLK, every kernel that takes data at any address, as a tuned installation would choose among them.
 #include <volk/volk.h>
 

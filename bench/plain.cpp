@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "plain.h"
 
 #include <algorithm>

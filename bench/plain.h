@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The plain loops: what anyone would write, compiled like anyone's code, without a level.
 #pragma once
 

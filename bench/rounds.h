@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Interleaved timing: every contender runs in every round, and what counts is the median over the rounds.
 #pragma once
 

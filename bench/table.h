@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The head of a Markdown table.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What other libraries offer for the jobs of bench_peers, each found by the name of its row.
 #pragma once
 

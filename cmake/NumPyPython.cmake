@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # NUMPY_PYTHON: of the Pythons of this system, the first that has NumPy.
 if(NOT DEFINED NUMPY_PYTHON)
   find_package(Python3 QUIET COMPONENTS Interpreter)

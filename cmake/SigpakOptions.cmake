@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Compiler options shared by everything that is built here.
 
 # Warnings for our own code; consumers of the library never see them.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Removes the files of the last installation from the build tree in which this runs.
 set(manifest install_manifest.txt)
 if(NOT EXISTS ${CMAKE_CURRENT_BINARY_DIR}/${manifest})

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Prints include/sigpak_operations.hpp: every operation of sigpak.h for the records of sigpak.hpp.
 
 scripts/manual writes the file with it, and a test compares the two.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Finds the formulas in a text of the header.
 
 A formula is what a programmer writes on one line: x[n] = sqrt(a^2 + b^2) / 2, sum over n of x[n] exp(-2 pi i n k / N).

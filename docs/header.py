@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Reads include/sigpak.h into a model: sections, blocks of text, twin prototypes, enumerations, conventions.
 
 Whatever is derived from the header, the reference pages and the bindings, is made from this model, so that it says what

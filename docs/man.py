@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """man.py DIRECTORY: writes the manual pages of section 3: one for each family of operations, sigpak-families.3 for
 families, and for every function a page of its name that leads there.
 """

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Sets the formulas that formula.py finds as MathML, which browsers draw without a script."""
 
 from __future__ import annotations

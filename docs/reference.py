@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """reference.py DIRECTORY: writes the pages of the reference, one for each section of sigpak.h.
 
 The pages hold the signatures and say where in the header their texts are; sphinx_header.py sets those.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A Sphinx extension: the texts of sigpak.h as nodes, formulas as mathematics, names as links.
 
     .. header-text:: dspi_fft        what the header says of an operation

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // sigpak for C++17: records that free themselves, and every operation of sigpak.h under its C name.
 //
 //     sigpak::record v(1024, 1.0 / 48000.0);

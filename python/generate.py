@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Writes the modules of the package that the C header determines: prototypes, enumerations, methods and functions.
 
     generate.py FOLDER

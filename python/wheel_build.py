@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """How a wheel is made: the modules that the header determines, and the library that CMake builds.
 
 SIGPAK_BUNDLE in the environment names a library that has been built already; with 0 none goes into the wheel, and the

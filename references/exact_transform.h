@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fourier transforms in long double, the measure of all the others.
 #pragma once
 

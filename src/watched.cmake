@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # The objects once more, under sanitizers, for suites that watch them: a library NAME to link. The level units that are
 # named serve as they are, without.
 function(sigpak_watched name sanitizers units)

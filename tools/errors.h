@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What can go wrong, with the program's exit status. The message names the file.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The program: the list of its commands.
 #include <CLI/CLI.hpp>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A record of the library that lives as long as its scope.
 #pragma once
 

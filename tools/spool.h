@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A file without a name in TMPDIR, for what has to be gone through twice.
 #pragma once
 

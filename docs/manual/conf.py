@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The manual: pages of Markdown, and a reference that is read out of sigpak.h."""
 
 import re

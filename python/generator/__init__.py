@@ -1,1 +1,2 @@
+# SPDX-License-Identifier: MIT
 """The writers of the modules that the C header determines."""

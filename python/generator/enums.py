@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The module `enums`: the enumerations of the header as classes."""
 
 from __future__ import annotations

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The module `functions`: operations on arrays that need nothing but their arguments."""
 
 from __future__ import annotations

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The module `_methods`: every operation on records as a method of `Vec`."""
 
 from __future__ import annotations

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What the header tells about each operation, as a method or a function of Python sees it."""
 
 from __future__ import annotations

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The module `_c`: the prototypes of the library, and what an error can say about a refusal."""
 
 from __future__ import annotations

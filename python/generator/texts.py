@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Documentation in numpydoc's layout from the blocks of the header."""
 
 from __future__ import annotations

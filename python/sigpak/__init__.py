@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Digital signal processing on sampled vectors: spectra, filters, resampling, correlation, splines, statistics.
 
 Functions take arrays and give new arrays; `Vec` works on an array in place, by the names of the C functions. float32

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What callers give, as the library takes it."""
 
 from __future__ import annotations

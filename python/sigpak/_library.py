@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Finds the shared library and loads it, once for each precision."""
 
 from __future__ import annotations

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The lines of an averaged spectrum that noise and leakage do not explain."""
 
 from __future__ import annotations

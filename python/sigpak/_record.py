@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """A record of the library, and who owns the memory that its samples lie in."""
 
 from __future__ import annotations

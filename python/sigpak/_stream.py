@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What the streams have in common: one precision, that of the first block."""
 
 from __future__ import annotations

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Correlation of whole signals and of streams."""
 
 from __future__ import annotations

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Two signals together: cross spectrum, transfer function, coherence."""
 
 from __future__ import annotations

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Why the library refused a call: it answers with -1 alone, the reason is found here."""
 
 from __future__ import annotations

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Vector files: signals with their spacing, one after the other."""
 
 from __future__ import annotations

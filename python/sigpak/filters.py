@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Filters of finite impulse response: their design, and filtering of whole signals and of streams."""
 
 from __future__ import annotations

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Change of the sample rate, of whole signals and of streams."""
 
 from __future__ import annotations

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Signals made by formula, and at random."""
 
 from __future__ import annotations

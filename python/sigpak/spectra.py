@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Averaged spectra in real units (Welch's method), of whole signals and of streams."""
 
 from __future__ import annotations

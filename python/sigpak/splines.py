@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Splines, straight lines and surfaces through given points."""
 
 from __future__ import annotations

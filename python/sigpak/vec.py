@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Records with the operations of the library as methods."""
 
 from __future__ import annotations

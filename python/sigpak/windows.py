@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Windows as arrays, and what they do to noise."""
 
 from __future__ import annotations

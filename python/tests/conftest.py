@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The package is put together for the tests: its sources, and the modules made from the header.
 
 SIGPAK_LIBRARY names the library that is tested, otherwise it is the one of the release build.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Functions on arrays: which arrays they take, what they give, and that it is right."""
 
 from __future__ import annotations

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Filters, resampling, correlation and splines against SciPy's, and streams against the whole."""
 
 from __future__ import annotations

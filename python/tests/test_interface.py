@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What the package offers is what the header and the library have, and says so."""
 
 from __future__ import annotations

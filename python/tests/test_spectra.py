@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Spectra of real and made signals against SciPy's, and against what their definitions say of lines and noise."""
 
 from __future__ import annotations

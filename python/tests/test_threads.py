@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Many threads at a time, each on arrays and objects of its own, get what one gets."""
 
 from __future__ import annotations

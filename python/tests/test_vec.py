@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Records: whose memory they work in, and that views outlive them."""
 
 from __future__ import annotations

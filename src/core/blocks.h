@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs of work in blocks of a fixed length.
 #pragma once
 

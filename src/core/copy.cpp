@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Copying, cutting and appending.
 #include "core/copy.h"
 

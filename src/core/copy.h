@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs of points copied from one record to another.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers of 106 bits as sums of two doubles.
 // Sources: T. J. Dekker, A floating-point technique for extending the available precision, Numerische
 // Mathematik 18 (1971); D. E. Knuth, The Art of Computer Programming 2, 4.2.2.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The walk over points that do not depend on each other, at the speed of the memory.
 #pragma once
 

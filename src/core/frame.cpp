@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Hooks, the cache registry, and the version.
 #include "core/frame.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The process-wide frame: allocation hooks and the registry of scratch caches.
 #pragma once
 

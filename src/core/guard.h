@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Finite stand-ins for infinity, and the limits that follow from them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The level of the processor, found once.
 #include "core/isa.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Instruction-set levels: which one the processor offers, and plain loops compiled for each.
 #pragma once
 

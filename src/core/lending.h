@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // States that are kept between calls and change: scratch memory, and what is replaced by what comes later.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The sizes of the caches, asked once.
 #include "core/machine.h"
 

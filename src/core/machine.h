@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The memory of the machine: lines, pages, and the sizes of the caches that a choice depends on. Choices
 // decide the order in which memory is met, never a result.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where raw tables come from.
 #include "core/memory.h"
 

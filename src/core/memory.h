@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Raw tables: storage that belongs to no record and bypasses the allocation hooks.
 #pragma once
 

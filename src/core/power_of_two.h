@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Powers of two.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Complex samples as values, and the one complex product.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tables that are made once and stay, for every thread to read.
 #pragma once
 

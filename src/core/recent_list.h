@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tables that are kept while they are in use.
 #pragma once
 

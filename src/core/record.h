@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The two record types as one concept, and how their counts are read.
 #pragma once
 

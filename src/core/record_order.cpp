@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Ordering of two records within a tolerance.
 #include "core/record_order.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Storage of a state, which a failure leaves as it was.
 #pragma once
 

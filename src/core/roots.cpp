@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Roots of unity by the cosines and sines of the first eighth of the turn.
 #include "core/roots.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Roots of unity, each computed directly.
 #pragma once
 

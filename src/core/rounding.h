@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Rounding that forgives the last bits of a computed ratio.
 #pragma once
 

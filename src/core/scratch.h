@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Scratch memory of the operations that need more than registers.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sizing and growth of a record's storage, through the hooks where they are installed.
 #include "core/storage.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A record's storage: creating, sizing, growing, releasing.
 #pragma once
 

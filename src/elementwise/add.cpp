@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sum and difference, the shorter operand padded with zeros.
 #include "core/copy.h"
 #include "elementwise/combine.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // I0, the modified Bessel function of the first kind of order 0: a power series and an asymptotic one, each
 // with a fixed number of terms per precision.
 #include <cmath>

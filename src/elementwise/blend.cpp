@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The weighted mean of two records.
 #include "elementwise/combine.h"
 #include "elementwise/elementwise.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The walk of every operation that combines two records point by point.
 #pragma once
 

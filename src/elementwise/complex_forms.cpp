@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Real and complex forms of a record, and a run of points into a second record.
 #include "core/copy.h"
 #include "elementwise/elementwise.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The guarded quotient: 0/0 is 0, and anything else over 0 is +H in every part.
 #include <cmath>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Workers of the element-wise family that other families call.
 #pragma once
 

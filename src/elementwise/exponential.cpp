@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Powers of e and of ten, in place.
 #include <cmath>
 

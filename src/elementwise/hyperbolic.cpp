@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Hyperbolic functions, in place.
 #include "elementwise/in_place.h"
 #include "kernels/elementary/functions.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The common shape of the in-place functions: a form check, then one pass over the samples.
 #pragma once
 

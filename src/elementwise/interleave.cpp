@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Two records side by side: as the parts of one complex record, or point after point.
 #include "elementwise/combine.h"
 #include "elementwise/elementwise.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Clipping between two bounds, in place.
 #include <bit>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Logarithms and decibels, in place.
 #include <cmath>
 #include <type_traits>

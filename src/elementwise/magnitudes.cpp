@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Magnitudes and squared magnitudes, in place and into a second record.
 #include <cmath>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The point-by-point product, plain and with the conjugate.
 #include "elementwise/combine.h"
 #include "elementwise/elementwise.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Walks over one record whose points change their width: packed to scalars, or spread to pairs.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The smaller and the larger of two records, point by point.
 #include <cmath>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Phases, polar form and back.
 #include <cmath>
 #include <numbers>

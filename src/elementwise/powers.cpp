@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Squares, reciprocals and square roots, in place.
 #include "core/each.h"
 #include "core/guard.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The result record of an operation on two records.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The inner product of two records, and the product of two polynomials.
 #include <algorithm>
 

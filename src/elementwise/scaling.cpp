@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Arithmetic with a scalar, and signs, in place.
 #include <cmath>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Bessel functions in place, and the names kept for functions that are not provided.
 #include <math.h>  // j0, j1, y0, y1 are POSIX, not C++
 

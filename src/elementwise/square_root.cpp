@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Square roots into a second record.
 #include "elementwise/square_root.h"
 

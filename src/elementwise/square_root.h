@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The guarded square root of a sample, one for every operation that takes it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Trigonometric functions and their inverses, in place.
 #include <cmath>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Phase unwrapping.
 #include <cmath>
 #include <numbers>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The one door to the transforms: which algorithm runs, and the memory that the wide ones share.
 #include "fft/transform.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The Fourier transforms on plain memory, of every length: what the records' operations stand on.
 #pragma once
 

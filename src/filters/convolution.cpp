@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Overlap-save convolution: a section of the input and the taps - 1 samples before it are transformed
 // together, and the outputs that the circular wrap spoils are those before the section.
 #include "filters/convolution.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Fast convolution of long real filters through the real transform.
 #pragma once
 

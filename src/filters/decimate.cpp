@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every k-th sample of a stream.
 #include <algorithm>
 #include <limits>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Design of linear-phase filters from the band-limited impulse response.
 #include "filters/design.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Linear-phase designs laid over the taps of a filter.
 #pragma once
 

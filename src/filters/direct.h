@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Direct sums of taps and samples.
 #pragma once
 

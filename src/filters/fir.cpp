@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // FIR filtering of a block, with the samples before it kept in the caller's record.
 #include <algorithm>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Four equal recursive sections, a low-pass with gain 1 at zero frequency and 0 at the Nyquist frequency.
 #include "core/storage.h"
 #include "filters/stream.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The record in which a caller keeps a stream: a head, then scalars that last, then scalars for the work of
 // one call.
 #pragma once

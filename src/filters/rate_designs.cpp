@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Taps for changing the sample rate: low-passes of a given attenuation, raised cosines and their roots. They
 // are symmetric, so half of them is computed, in double, and rounded once at the store.
 #include <algorithm>

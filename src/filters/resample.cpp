@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The sample rate changed by a ratio of whole numbers.
 #include <algorithm>
 #include <limits>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Samples at any times: regular ones of any ratio, or a list.
 #include <algorithm>
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Smoothing kernels whose spectrum is that of a window: a cosine-sum window, or Kaiser's.
 #include <algorithm>
 #include <limits>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Rows of the spline through the taps of a filter, and the sums over them.
 #include "filters/spline_filter.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A filter for any time between two samples: the cubic spline through its taps, in rows for the sums.
 #pragma once
 

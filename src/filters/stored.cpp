@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Two stored filters.
 #include <algorithm>
 #include <span>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The records that filters keep between calls.
 #include "filters/stream.h"
 

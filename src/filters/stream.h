@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What filters carry from block to block, and where they build results that their input still occupies.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Linear-phase filters given by their leading half.
 #include <algorithm>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Workers of the generators that other families call.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Random numbers from the standard library's generator, and records filled with them.
 #include <algorithm>
 #include <atomic>

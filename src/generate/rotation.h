@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Points on the unit circle at evenly spaced angles, by rotation from an exact angle at the head of every
 // block.
 #pragma once

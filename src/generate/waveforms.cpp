@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sinusoids and straight lines.
 #include <algorithm>
 #include <bit>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Piecewise cubics and the intervals that targets fall into.
 #pragma once
 

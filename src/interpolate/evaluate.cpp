@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Values, derivatives and integrals of piecewise cubics at any targets.
 #include "core/copy.h"
 #include "core/double_double.h"

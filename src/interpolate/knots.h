@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Abscissae as the operations on splines take them.
 #pragma once
 

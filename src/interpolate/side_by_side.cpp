@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The elimination depends on the knots alone: it is carried out once, and what is left for every line are
 // products and sums without a division, of many lines at a time.
 #include "interpolate/side_by_side.h"

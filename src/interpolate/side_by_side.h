@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The slopes of many splines on the same knots.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // On regular knots without ends, the equations s[i-1] + 4 s[i] + s[i+1] = 3 (y[i+1] - y[i-1]) for the slopes
 // per knot are a filter: with a = sqrt(3) - 2, 1 / (z + 4 + 1/z) = -a / ((1 - a z) (1 - a / z)), and
 // 1 / (1 - a z) is the product of 1 + (a z)^m over m = 1, 2, 4, 8, ..., of which five leave an error of

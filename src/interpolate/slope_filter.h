@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The slopes of splines on many regular knots, by a filter instead of a recursion.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Slopes on any knots: of splines by a tridiagonal system, of monotone curves from the neighbours.
 #include "interpolate/slopes.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The slopes that make piecewise cubics of the values at knots: a spline is its values and slopes.
 #pragma once
 

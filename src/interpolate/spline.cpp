@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Splines through values, as pairs of value and slope.
 #include "core/copy.h"
 #include "core/isa.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tensor product of splines along both axes of a table: values and slopes along x, and the slopes of both
 // along y.
 #include <limits>

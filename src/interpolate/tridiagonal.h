@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The equations of the slopes on any knots, and their solution.
 #pragma once
 

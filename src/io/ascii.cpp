@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The ASCII form, read: numbers between white space, and comment lines that may declare what they mean.
 #include <limits>
 

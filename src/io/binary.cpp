@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The binary form: a short header and the scalars as they stand in memory. Written in the native byte order;
 // read in either, in all three generations of the header.
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Opening and closing, and the choice of the form to read or write.
 #include <string_view>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers read from characters, in the C locale whatever the program has set: decimal, exact in their
 // rounding, "inf" and "nan". A token is the longest beginning of a number that the characters offer, as for
 // scanf; when that is not a whole number ("1e", "-", "infi") nothing is read.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The two forms for people, written: ASCII, which reads back, and the summary in one line.
 #include <algorithm>
 #include <charconv>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Direct sums of taps and samples at the wide levels.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Direct sums of taps and samples: several vectors of outputs in registers, and taps that are a whole number
 // of vectors apart taken together, so that a vector of samples is loaded once for all of them.
 #include "kernels/fir.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sums of products at several lags: a vector of b is loaded once for all lags that registers hold sums of.
 #include "kernels/lag_sums.h"
 

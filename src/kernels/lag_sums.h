@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sums of products at several lags at the wide levels.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sums of taps and samples at a changed rate, at the wide levels.
 #pragma once
 

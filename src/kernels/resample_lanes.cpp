@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Outputs at a changed rate. A run is cut into segments that begin at the same phase, one for each lane, so
 // that a vector of samples, one of each segment, meets one tap: no shuffles in the sums, no load across a
 // cache line, and one order for every output. Eight outputs go side by side, which share most of the samples

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A single scalar that goes through the same operations as a vector, for what is shorter than one.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sums of samples and cubic rows: a vector of each row is loaded once for several outputs, and what is left
 // of the rows behind the last whole vector is loaded under a mask, so that no sample beyond them is read.
 #include "kernels/spline_rows.h"

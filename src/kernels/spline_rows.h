@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sums of samples and a filter that changes with the time between them as cubics do, at the wide levels.
 #pragma once
 

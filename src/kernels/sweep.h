@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Blocks of a sinusoid side by side at the wide levels, one lane each.
 #pragma once
 

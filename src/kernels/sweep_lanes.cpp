@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Blocks of a sinusoid side by side: each lane turns its own block, and squares of steps by lanes are
 // transposed on their way to memory. No product is fused: every lane rounds like the plain recurrence.
 #include "kernels/sweep.h"

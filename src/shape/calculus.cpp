@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Differences, running integral, derivative of a polynomial, level crossings. Single precision is computed in
 // double and rounded at the store.
 #include "core/guard.h"

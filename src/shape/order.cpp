@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reversal, dropping of leading points, random permutation.
 #include <algorithm>
 #include <limits>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Zeros appended, inserted and written over; points cut off.
 #include <algorithm>
 #include <cmath>

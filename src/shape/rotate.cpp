@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Rotation by half the length.
 #include <algorithm>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Workers of rearrangement that other families call.
 #pragma once
 

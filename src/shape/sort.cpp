@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Ascending order of real and complex points. Every order here is total enough for NaN: a comparison that
 // calls NaN equal to everything is no weak order, and sorting by it may run out of the record.
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The Hilbert transform and the analytic signal, by way of the spectrum.
 #include "core/isa.h"
 #include "core/storage.h"

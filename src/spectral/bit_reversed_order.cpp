@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The bit-reversal permutation of a record.
 #include "core/power_of_two.h"
 #include "fft/baseline/bit_reversal.h"

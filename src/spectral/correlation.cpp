@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Correlation of two streams, section by section: a section of b with those samples of a that its lags reach,
 // as direct sums where the lags are few, otherwise as the product of two spectra, added up before a single
 // transform back. C. M. Rader, "An improved algorithm for high speed autocorrelation with applications to

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The cosine transform, by one real transform of the reordered samples.
 //
 // J. Makhoul, "A fast cosine transform in one and two dimensions", IEEE Trans. ASSP 28 (1980).

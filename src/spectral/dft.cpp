@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The transform of a record of any length.
 #include "spectral/spacing.h"
 #include "spectral/spectral.h"

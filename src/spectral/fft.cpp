@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The complex transform of a record whose length is a power of two.
 #include "core/guard.h"
 #include "core/power_of_two.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // From the transform of a segment to its powers, and their running mean.
 #pragma once
 

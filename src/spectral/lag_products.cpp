@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Correlations of one section: by sums of products, or as the product of two spectra.
 #include "spectral/lag_products.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The transform of a real record to half a spectrum and back.
 #include <algorithm>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Half a spectrum to the whole: the mirrored second half is appended.
 #include "core/storage.h"
 #include "spectral/spectral.h"

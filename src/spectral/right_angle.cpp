@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The turns by w^j and back, in rows: a power is the product of that of its row and that of its place in it.
 #include "spectral/right_angle.h"
 

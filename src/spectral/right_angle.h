@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Correlations of real signals by complex transforms of half their length.
 //
 // With w = exp(i pi / (2 M)), the transform of z[j] = w^j (x[j] + i x[j + M]), j < M, is the polynomial of x

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Segments of a stream whose oldest samples wait in a record and whose newest are a block.
 #pragma once
 

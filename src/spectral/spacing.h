@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The spacings that transforms leave.
 #pragma once
 

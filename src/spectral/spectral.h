@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Workers of the transforms that other families call. Direction 0 is forward, with the factor 1/N.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Running spectra: the segments of a stream, windowed and transformed, and the running average of their
 // spectra or powers. P. D. Welch, "The use of fast Fourier transform for the estimation of power spectra",
 // IEEE Trans. Audio Electroacoust. 15 (1967).

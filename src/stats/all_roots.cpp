@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // All roots of a real polynomial.
 #include <algorithm>
 

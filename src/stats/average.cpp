@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The running average of successive records.
 #include "core/copy.h"
 #include "core/storage.h"

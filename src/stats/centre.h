@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A value near the middle of the data: sums of deviations from it lose far fewer digits than sums of the
 // data.
 #pragma once

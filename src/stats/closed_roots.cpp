@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Roots up to the fifth degree, in the order that their closed forms have: of the second degree by its
 // formula, from the third on, where the formulas cancel, by factors.
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A polynomial evaluated, and put together from its roots.
 #include "core/memory.h"
 #include "stats/polynomial.h"

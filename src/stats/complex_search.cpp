@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One complex root of a real polynomial: Laguerre's and Newton's iterations from several starts.
 #include <algorithm>
 

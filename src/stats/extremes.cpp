@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Minimum and maximum.
 #include "stats/extremes.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The extreme of many scores, and where it stands.
 #pragma once
 

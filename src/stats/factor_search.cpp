@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One root of a polynomial to twice the precision, by Laguerre's iteration.
 #include <algorithm>
 

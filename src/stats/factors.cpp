@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A polynomial divided by its factors, one after the other.
 //
 // Division from the top magnifies the rounding of a root that is larger than others, division from the bottom

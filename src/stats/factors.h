@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Real polynomials taken apart into their roots.
 #pragma once
 

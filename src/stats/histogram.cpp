@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Histogram: how many samples fall into each of a row of bins.
 #include <algorithm>
 #include <cmath>

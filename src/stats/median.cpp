@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The median: the middle of the sorted points, found without sorting where the points are real.
 #include <algorithm>
 #include <cmath>

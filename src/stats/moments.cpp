@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Variance, standard deviation, skewness and excess kurtosis.
 //
 // One pass over the deviations from a centre near the data: T. F. Chan, G. H. Golub, R. J. LeVeque,

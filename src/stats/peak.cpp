@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The place and the height of a peak, between the samples where asked for.
 #include <cmath>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Real polynomials given by their coefficients, the constant term first, evaluated in double.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One real root of a real polynomial: Laguerre's and Newton's iterations between bounds of the roots.
 #include <algorithm>
 

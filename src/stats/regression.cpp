@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Straight lines of least squares, of y on x and of x on y, with the variances of their parameters.
 #include <algorithm>
 #include <cmath>

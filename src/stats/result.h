@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The result record of a statistic: one point that keeps its spacing.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Workers of statistics and polynomials that other families call. A result is a record of one point.
 #pragma once
 

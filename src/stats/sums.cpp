@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sum, mean, sum of squared magnitudes, root mean square. Float records accumulate in double.
 #include <cmath>
 

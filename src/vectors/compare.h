@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the elementary functions need of the vectors of a level beyond arithmetic. Everything here gives the
 // same bits at every level. The vector header of the level gives
 //   mask                  of comparisons < <= > == not_at_most is_outside has_bit

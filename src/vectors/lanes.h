@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The vectors of one instruction-set level, and the transpositions made of their shuffles. The vector header
 // of the level gives, for every width that it has:
 //   fma fms fnma fma_even fma_odd                       fused products

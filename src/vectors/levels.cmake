@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Kernels that need vector width, shuffles or fused multiply-add by name: one source, compiled once per
 # instruction-set level. The source finds its level in SIGPAK_LEVEL, the namespace that holds all of it, the
 # bytes of a vector in SIGPAK_VECTOR_BYTES and the header of its vectors in SIGPAK_VECTORS; src/core/isa.h decides at

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tables of functions that the levels offer, and the one that runs: the only place, beside isa, that
 // knows which levels there are.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Scalars side by side: what every vector header starts from, and what needs no operation beyond the
 // compiler's own. Only for sources compiled per level; everything here has internal linkage.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The level of 128 bits, which every processor has: the compiler's own vectors, and operations on their lanes
 // that it brings together again.
 #pragma once

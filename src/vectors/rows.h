@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Samples of either precision as vectors of doubles, and parts of a vector.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Stores past the cache, for results that are too large to stay there: a plain store reads a line before it
 // writes it, a streaming one does not.
 #pragma once

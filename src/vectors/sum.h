@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The sum of the lanes of a vector, by halves.
 #pragma once
 

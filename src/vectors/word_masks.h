@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Masks of the levels that keep them in vectors: all ones where they hold, zeros elsewhere.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Vectors of 128 and 256 bits with fused products: what all wide levels of this family have.
 #pragma once
 

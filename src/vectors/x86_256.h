@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The level of 256 bits.
 #pragma once
 

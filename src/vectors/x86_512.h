@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The level of 512 bits: masks have registers of their own.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A window of the catalogue applied to a record.
 #include "core/storage.h"
 #include "shape/shape.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The windows of the catalogue: names, shapes, and where their digits come from.
 #include "windows/catalogue.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The flags word taken apart, and what each window of the catalogue is.
 #pragma once
 

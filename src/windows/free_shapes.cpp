@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Windows of the caller's own shape: powers of a sinc, and sums of cosines.
 #include <cmath>
 #include <limits>

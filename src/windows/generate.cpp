@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The windows of the catalogue, point by point. They are computed in double and rounded once, at the store.
 #include <algorithm>
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Windows that are generated for the call and applied to a record.
 #pragma once
 

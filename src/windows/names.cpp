@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The names of the windows.
 #include <algorithm>
 #include <string_view>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Normalisation of a window by what its points come to.
 #include "windows/normalise.h"
 

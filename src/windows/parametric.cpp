@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The Kaiser and Gaussian windows.
 #include <cmath>
 #include <numbers>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The windows generated last.
 #include "windows/ring.h"
 

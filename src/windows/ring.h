@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The windows generated last, and the product of a record with one of them.
 #pragma once
 

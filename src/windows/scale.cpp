@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Scale factors of the windows, and their equivalent noise bandwidth.
 #include <cmath>
 

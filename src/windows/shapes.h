@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How the shapes are laid over the points of a window.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The Kaiser window over the taps of a filter, shaped by the attenuation that its stop band needs.
 #include <cmath>
 

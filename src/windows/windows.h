@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Workers of the windows that other families call. A generator fills all points of a real record.
 #pragma once
 

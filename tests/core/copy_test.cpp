@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Copying, appending and ordering.
 #include "support/failing.h"
 #include "support/forms.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Hooks, the registry of caches, the version.
 #include "core/frame.h"
 

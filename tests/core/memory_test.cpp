@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tables and states that are kept, and the sizes of the caches.
 #include "core/lending.h"
 #include "core/machine.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Rounding with a tolerance.
 #include "core/rounding.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Creating, sizing, growing and releasing storage.
 #include "support/failing.h"
 #include "support/forms.h"

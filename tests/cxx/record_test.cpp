@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The records of sigpak.hpp: what they own, what they lend, and how they fail.
 
 #include <sigpak.hpp>

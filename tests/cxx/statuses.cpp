@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // sigpak.hpp as C++17 without exceptions: statuses alone, and spans of its own.
 #include <sigpak.hpp>
 

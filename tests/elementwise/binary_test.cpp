@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Operations on two records: every pairing of forms, aliasing and ownership against long double; guards,
 // ties, orders of addition, and one result at every level.
 #include "core/isa.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Real, complex and polar forms, magnitudes and roots in a second record, runs of points, unwrapping.
 #include <numbers>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The distance of a result from the exact value, by arithmetic of 320 bits.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tries every single-precision argument of the real elementary functions and prints those whose result is not
 // the correctly rounded one, as a Markdown table.
 // usage: exhaustive_single [function|all [first last]]; first and last are bit patterns in hexadecimal.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The circular functions where they are hardest: beside multiples of pi / 2, and, in single precision, beside
 // the middle of two floats.
 #include <gtest/gtest.h>

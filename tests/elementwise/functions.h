@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The real functions of the library beside their exact definitions, with the arguments worth trying.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Bessel functions against published values, I0 against its power series summed to the end, and the test of
 // roundings.
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Prints the worst error of every elementary function, with the argument that attains it, as a Markdown
 // table. usage: ulp_survey [points [function]]; functions of complex points take a tenth as many.
 // SIGPAK_TEST_LEVEL selects the instruction-set level as for the tests.

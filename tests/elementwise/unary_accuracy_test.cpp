@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Errors of the elementary functions against arithmetic of 320 bits.
 #include <gtest/gtest.h>
 

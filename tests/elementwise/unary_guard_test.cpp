@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The guarded arithmetic of the in-place functions: limits, zeros, NaN and infinities, refusals.
 #include <array>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The two wide levels give the same bits, wherever in an array a sample stands, and in single precision the
 // baseline gives them too.
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The walks over memory: every place of the storage in a cache line, lengths around every vector, operands at
 // the start of a wider result, and results too large for the cache. Only the values asked for change.
 #include "support/signal.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The wide transforms on plain memory, at whatever level the suite runs.
 #include <gtest/gtest.h>
 #include <malloc.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The door to the transforms: every length, real and complex data, at whatever level the suite runs.
 #include "fft/transform.h"
 

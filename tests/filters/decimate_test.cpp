@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Decimation of a stream, its phase kept from block to block.
 #include "filters/streamed.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // FIR designs, against their closed forms in long double and by their frequency responses.
 #include <functional>
 #include <numbers>

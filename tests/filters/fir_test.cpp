@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // FIR filtering against the defining sum, in blocks, in place, and with allocations that fail.
 #include "filters/streamed.h"
 

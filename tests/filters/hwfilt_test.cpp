@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The four-section recursive low-pass.
 #include <numbers>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Ratios of whole numbers, and the taps for them, against their definitions and published results.
 #include <complex>
 #include <numbers>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Samples at any times, against the definition with a spline solved in long double.
 #include <numbers>
 

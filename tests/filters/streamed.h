@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A signal filtered block by block.
 #pragma once
 

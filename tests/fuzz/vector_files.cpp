@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any bytes as a stream of vectors: read to the end in both precisions, written, and read back.
 //   fuzz_vector_files -max_len=4096 -rss_limit_mb=256
 #include <sigpak.h>

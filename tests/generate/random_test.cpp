@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Random records: the sequences that follow from a seed, and their statistics.
 #include <complex>
 #include <cstdlib>

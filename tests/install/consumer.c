@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The least that a user of the installed library does. */
 #include <sigpak.h>
 

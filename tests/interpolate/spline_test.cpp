@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Splines against a dense solution in long double, and what they say between, at and beyond their knots.
 #include "support/failing.h"
 #include "support/forms.h"

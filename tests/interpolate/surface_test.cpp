@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Surfaces as splines of splines, each along one axis.
 #include "support/failing.h"
 #include "support/forms.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The ASCII form: texts and what they read as, numbers to the last bit, and texts that lie.
 #include <cinttypes>
 

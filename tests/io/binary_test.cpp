@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The binary form: what is written, every generation and byte order read, and files that lie.
 #include "io/streams.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Opening and closing, the summary, and the flags of the general writer.
 #include <fcntl.h>
 

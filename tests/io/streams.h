@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Streams over bytes in memory, and readers that see them through.
 #pragma once
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """run_blocks.py [--keep DIRECTORY] PAGE...: compiles and runs every block of code of the pages, and compares what it
 prints.
 

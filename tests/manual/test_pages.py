@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What docs/ makes of the header: formulas are found and set, and every operation has its pages."""
 
 import sys

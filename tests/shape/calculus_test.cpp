@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Differences, running integral, derivative of a polynomial, level crossings.
 #include "support/forms.h"
 

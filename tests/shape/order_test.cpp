@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reversal, rotation, dropping of leading points, random permutation.
 #include <cstdlib>
 

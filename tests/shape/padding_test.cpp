@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Zeros appended, inserted and written over; points cut off.
 #include "support/failing.h"
 #include "support/forms.h"

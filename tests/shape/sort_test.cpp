@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The sort: a permutation, and in order.
 #include <bit>
 #include <set>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The bit-reversal permutation and its lists.
 #include <gtest/gtest.h>
 

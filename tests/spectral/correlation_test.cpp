@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Correlations against direct sums in long double, whole and in streams cut anywhere.
 #include <complex>
 

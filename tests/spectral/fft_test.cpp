@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The reference, the tables of the transforms, and transforms known to the last bit.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Half a spectrum to the whole.
 #include "support/failing.h"
 #include "support/forms.h"

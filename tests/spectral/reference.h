@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How far a record is from the transform in long double.
 #pragma once
 

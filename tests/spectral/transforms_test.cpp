@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every transform against long double: of every length and form, with its spacing, its refusals, its
 // failures.
 #include "spectral/reference.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Running spectra against their definition in long double, and streams cut anywhere.
 #include "references/exact_transform.h"
 #include "support/failing.h"

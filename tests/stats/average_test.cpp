@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The running average of records.
 #include "support/failing.h"
 #include "support/forms.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Certified data sets of the NIST Statistical Reference Datasets, https://www.itl.nist.gov/div898/strd: the
 // values in units that make them integers, and exact results for the values as stored in each precision.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Minimum, maximum and peaks.
 #include "stats/statistic.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Polynomials that are hard for their degree, coefficients in ascending order as stored in double, and the
 // roots of just these coefficients, computed with 30 digits; of a pair of conjugates the upper one.
 #pragma once

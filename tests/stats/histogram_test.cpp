@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Histograms: every edge counts where it belongs.
 #include "stats/statistic.h"
 

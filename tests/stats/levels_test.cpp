@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sums side by side against the plain loops: the same bits at every level, whatever the size of the caches.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Geometric mean, harmonic mean, median.
 #include "stats/statistic.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The median against the middle of the sorted points, to the bit.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Variance, skewness and kurtosis: certified sets, long double, and the fixed values of degenerate records.
 #include "stats/certified.h"
 #include "stats/statistic.h"

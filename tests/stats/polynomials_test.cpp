@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Polynomials: evaluation, coefficients from roots, closed forms, searches, all roots.
 #include <random>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Regression: a certified set, exact lines, and the fixed values of degenerate records.
 #include "stats/certified.h"
 #include "stats/statistic.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a statistic leaves in its result record.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sums in blocks, to the last bit, and what is made of them.
 #include "stats/statistic.h"
 

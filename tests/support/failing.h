@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Allocations made to fail: the records' through the hooks, the raw tables' at their source.
 #pragma once
 

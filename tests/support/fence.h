@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Data between fences, at any place in memory.
 #pragma once
 

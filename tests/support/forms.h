@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Operations held to a model of the record, in every form that a record can have.
 #pragma once
 

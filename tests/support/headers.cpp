@@ -1,1 +1,2 @@
+// SPDX-License-Identifier: MIT
 // The precompiled headers of the suites belong to the target of this file.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs a suite at the instruction-set level named by SIGPAK_TEST_LEVEL, the widest one without it.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Records for tests: owned by the library, or lent by the test.
 #pragma once
 

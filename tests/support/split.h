@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Streams cut into blocks: whatever the cuts, the same bits come out.
 #pragma once
 

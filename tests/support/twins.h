@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One typed suite for both records: the list of types, and the twin of a function that fits one of them.
 #pragma once
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* <complex.h> first: its macro must not eat the field of that name. */
 #include <complex.h>
 #include "sigpak.h"

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* The header before <complex.h>, in C99. */
 #include "sigpak.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Prints how often operations allocate, as the table of docs/allocation.md.
 #include <cstdio>
 

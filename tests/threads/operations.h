@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The operations that keep tables, scratch memory or a stream between calls, and some beside them that
 // allocate.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Operations on different records at the same time: the bits of each are those of the operation alone.
 #include <barrier>
 #include <mutex>

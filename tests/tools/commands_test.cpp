@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // stats, filter, window and apply, and commands in pipelines.
 #include <gtest/gtest.h>
 #include <sigpak.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the program understands of tables, arrays, sound, raw numbers and pipes, and what it writes of them.
 #include <gtest/gtest.h>
 #include <sigpak.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pictures: whatever the spectrum, nothing overlaps and nothing leaves its place; peaks stand where the axes
 // say.
 #include <gtest/gtest.h>

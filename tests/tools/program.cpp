@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Running the program on files made for it.
 #include "tools/program.h"
 

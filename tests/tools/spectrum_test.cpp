@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The lines that the program finds: in every form of file, under every window, at every frequency.
 #include <gtest/gtest.h>
 #include <sigpak.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Quantities and their units, noise, and spectra as data.
 #include <gtest/gtest.h>
 #include <sndfile.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Wrong usage, help, and errors with their exit status.
 #include <gtest/gtest.h>
 #include <sndfile.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Windows applied to records, and the ring that keeps them.
 #include "support/failing.h"
 #include "windows/ring.h"

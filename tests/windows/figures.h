@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Figures of merit of a window, from the points that the library gives.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Figures of merit of the windows, against the published ones.
 #include "windows/figures.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Windows of the caller's own shape, and tapers, against their formulas in long double.
 #include "support/failing.h"
 #include "windows/windowed.h"

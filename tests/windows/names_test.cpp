@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The names of the windows, both ways.
 #include <cctype>
 #include <sstream>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Scale factors and equivalent noise bandwidths, against the windows themselves.
 #include "support/failing.h"
 #include "windows/windowed.h"

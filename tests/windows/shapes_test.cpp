@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The points of the windows, against their formulas in long double.
 #include "windows/windowed.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Prints the figures of merit of all windows as the table of docs/windows.md.
 #include <cstdio>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Windows seen from outside, as records of ones, and as their formulas define them.
 #pragma once
 

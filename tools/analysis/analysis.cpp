@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Welch's method: windowed, overlapping segments, their powers averaged (P. D. Welch, IEEE Trans. Audio
 // Electroacoust. 15, 1967).
 #include "analysis/analysis.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Welch's method: windowed, overlapping segments, their powers averaged.
 #pragma once
 

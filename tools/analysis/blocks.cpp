@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Samples in blocks of a channel.
 #include "analysis/blocks.h"
 

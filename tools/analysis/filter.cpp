@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Filters with linear phase over a signal in blocks.
 #include "analysis/filter.h"
 

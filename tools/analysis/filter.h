@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Filters with linear phase over a signal in blocks, with a lower rate behind them where it is wanted.
 #pragma once
 

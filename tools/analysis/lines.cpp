@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The lines of a spectrum that stand above its noise, placed between its points.
 #include "analysis/lines.h"
 

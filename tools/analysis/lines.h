@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The lines of a spectrum that stand above its noise.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The noise of an averaged spectrum: its level, and how far its maxima reach.
 #pragma once
 

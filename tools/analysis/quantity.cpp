@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the numbers of a spectrum are told in: quantities, their units, levels and the reference of these.
 #include "analysis/quantity.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Frames at another rate.
 #include "analysis/resampler.h"
 

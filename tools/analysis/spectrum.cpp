@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The averaged spectrum of a signal: its powers, and all that gives them a meaning.
 #include "analysis/spectrum.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the samples of a signal sum up to, in blocks.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a window does to lines and noise.
 #include "analysis/window_figures.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // sigpak apply: any operation of the library that works in place.
 #include <algorithm>
 #include <memory>

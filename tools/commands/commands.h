@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The commands: each adds its options and returns what is to be done once they are read.
 #pragma once
 

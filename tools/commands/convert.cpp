@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // sigpak convert: any input as a vector, an array of NumPy, sound or CSV, at its rate or another.
 #include <memory>
 #include <optional>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // sigpak filter: low-pass, high-pass, band-pass and band-stop, and a lower rate.
 #include <memory>
 #include <optional>

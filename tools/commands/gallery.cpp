@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The spectra of a command that go into one picture.
 #include "commands/gallery.h"
 

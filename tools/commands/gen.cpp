@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // sigpak gen: what the library generates.
 #include <algorithm>
 #include <array>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The library's operations in place: the list is made from its header, the arguments from their types.
 #include "commands/in_place.h"
 

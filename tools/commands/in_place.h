@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The library's operations in place, by their names in C without the prefix.
 #pragma once
 

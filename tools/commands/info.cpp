@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // sigpak info: what was understood of a file.
 #include <memory>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The options that every command that reads has in common.
 #include "commands/input_options.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // sigpak merge: the spectrum of many files from the spectra of each, weighted by their segments.
 #include <cmath>
 #include <memory>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The options of a command, on top of the parser.
 #include "commands/options.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // sigpak plot: spectra that were written as CSV, drawn in one picture.
 #include <memory>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where the spectra of a command go: a table, JSON, CSV or vectors, and a picture of all of them.
 #include "commands/results.h"
 

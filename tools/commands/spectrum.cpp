@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // sigpak spectrum: the lines and the noise of signals, their spectra as data and as pictures.
 #include <algorithm>
 #include <cstdio>

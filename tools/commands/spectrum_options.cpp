@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The options that commands about spectra have in common: how they are made, told and shown.
 #include "commands/spectrum_options.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // sigpak stats: mean, spread, extremes, median and histogram of signals.
 #include <limits>
 #include <memory>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // sigpak window: the points of a window, and what it does to lines and noise.
 #include <cstdio>
 #include <memory>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The cells of a line of a table, and the numbers in them.
 #include "input/cells.h"
 

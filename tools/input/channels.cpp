@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which channels of a file are read.
 #include "input/channels.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Whether the times of a table are even, and how many samples are missing between two.
 #include "input/clock.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What parts the cells of a table.
 #include <algorithm>
 #include <map>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Missing samples, which stand as NaN: refused, passed over between two pieces, or bridged by straight lines.
 #include <algorithm>
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Names, units and roles of columns, as their headings tell them.
 #include "input/headings.h"
 

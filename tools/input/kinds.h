@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The kinds of files that are known, and the stages behind them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How a table is laid out: where its numbers begin, what its columns hold, their names.
 #include "input/layout.h"
 

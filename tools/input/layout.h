@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How a table is laid out: what parts its cells, where its numbers begin, which column is what.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers as files hold them in binary: forms, and their values.
 #include "input/numbers.h"
 

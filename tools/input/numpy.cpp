@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Arrays of NumPy (NEP 1, "A Simple File Format for NumPy Arrays").
 #include <algorithm>
 #include <charconv>

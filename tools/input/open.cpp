@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Opening a file, telling its kind from its first bytes, and the stages that its samples go through.
 #include <algorithm>
 

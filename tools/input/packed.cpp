@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers in binary one behind the other: what WAV, npy and raw files come to behind their headers.
 #include "input/packed.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A part of a recording: from a time on, and no longer than told.
 #include <algorithm>
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The rate, as instruments tell it in the lines above their numbers.
 #include <algorithm>
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Samples without a header, as their form is told.
 #include <charconv>
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The rows of a table, one after the other, as numbers.
 #pragma once
 

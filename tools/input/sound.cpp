@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sound files that are more than plain numbers, through libsndfile: FLAC, Ogg, MP3, AIFF and the rest.
 #include <fcntl.h>
 #include <sndfile.h>

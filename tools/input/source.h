@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where samples come from: sound files, vector files, arrays, raw samples, columns of numbers.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The bytes of a file or a pipe, from where it stands, a block at a time.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Columns of numbers: samples alone, or time and values.
 #include <algorithm>
 #include <cmath>

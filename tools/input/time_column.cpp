@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which column of a table is the time, and what it counts.
 #include <algorithm>
 #include <cmath>

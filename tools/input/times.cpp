@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Times as tables hold them: units, dates, times of the day.
 #include "input/times.h"
 

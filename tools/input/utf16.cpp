@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Text in two bytes a character, as spreadsheets write it.
 #include "input/utf16.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Vector files in the library's own forms. The records of a stream are one signal, unless each is asked for.
 #include <algorithm>
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // WAV files of plain numbers, from pipes too (Microsoft, "Multiple Channel Audio Data and WAVE Files", 2007;
 // files beyond 4 GB: EBU Tech 3306).
 #include <optional>

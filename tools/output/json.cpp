@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // JSON text, written from the front to the back.
 #include "output/json.h"
 

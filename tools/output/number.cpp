@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers as text, with a point as decimal sign in every locale.
 #include "output/number.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Signals as arrays of NumPy (NEP 1): a row for each frame, a column for each channel.
 #include <unistd.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is told about a spectrum: as a table for people, or as JSON for programs.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The terminal at the other end, if there is one.
 #include "output/screen.h"
 

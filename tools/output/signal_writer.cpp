@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Signals as files: vectors and CSV; and which form is wanted.
 #include "output/signal_writer.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Signals as files: vectors, arrays of NumPy, sound, CSV.
 #pragma once
 

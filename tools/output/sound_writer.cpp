@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Signals as sound files, through libsndfile. A complex channel is written as two.
 #include <sndfile.h>
 #include <unistd.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Spectra as text: a title, lines "# name: value", a heading, and a line for each point.
 #include "output/spectrum_file.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Spectra as text that other programs read, and that `plot` and `merge` take back: CSV whose lines with #
 // tell what the numbers are.
 #pragma once

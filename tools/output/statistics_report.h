@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is told about the samples of a channel.
 #pragma once
 

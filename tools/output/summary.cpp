@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What was analysed and how, in words.
 #include "output/summary.h"
 

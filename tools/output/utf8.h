@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Text of unknown origin, as documents in UTF-8 may hold it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A record as a vector file in binary form.
 #include "output/vector_text.h"
 

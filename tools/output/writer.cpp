@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where a command's result goes: a file that appears when it is whole, or standard output.
 #include "output/writer.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Where the numbers of peaks find room.
 #pragma once
 

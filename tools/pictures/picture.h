@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a picture of spectra shows.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Axes: where values lie on them, and the ticks that tell.
 #include "pictures/scale.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Spectra as a picture: curves with their axes, the strongest lines numbered, and a list of them beside.
 #include "pictures/svg.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Spectra as a picture in SVG.
 #pragma once
 

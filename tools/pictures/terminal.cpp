@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Spectra as a picture of characters: braille where the terminal shows it.
 #include "pictures/terminal.h"
 

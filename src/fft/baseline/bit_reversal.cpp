@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The bit-reversal permutation: by lists of index pairs where the points are few, else by tiles.
 #include "fft/baseline/bit_reversal.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The permutation that sends every point to the index with its address bits reversed.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // With 2nk = n^2 + k^2 - (k - n)^2 and a[k] = exp(-i pi k^2 / N),
 //   X[k] = a[k] sum over n of (x[n] a[n]) conj a[k-n]
 // L. I. Bluestein, "A linear filtering approach to the computation of discrete Fourier transform", IEEE

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The transform of any length as a convolution with a chirp, by split-radix transforms.
 #pragma once
 

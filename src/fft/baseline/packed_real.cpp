@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The transform of real data by one of half the length: even samples as real parts, odd ones as imaginary
 // parts, which is how they lie in memory. The spectra of both are then told apart by their symmetry.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The transform of real data by the split-radix transform of half the length.
 #pragma once
 

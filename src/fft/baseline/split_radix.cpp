@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The split-radix transform, decimation in frequency, in place.
 //
 // P. Duhamel, H. Hollmann, "Split radix FFT algorithm", Electronics Letters 20 (1984); three real products

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The split-radix transform with its tables: fetched first, so that a failure comes before the data change.
 #pragma once
 

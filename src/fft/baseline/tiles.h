@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Bit reversal by square tiles, without lists.
 //
 // L. Carter, K. S. Gatlin, "Towards an optimal bit-reversal permutation program", FOCS 1998: an index is

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Twiddle tables of the power-of-two transforms.
 #include "fft/baseline/twiddles.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Twiddles of the split-radix transform, one table per length.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The plans of the wide chirp transform.
 #include "fft/plans/chirp_plan.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the wide chirp transform of one length knows in advance.
 //
 // With 2 n k = (n + k)^2 - n^2 - k^2 and g[m] = exp(-i pi m^2 / N), the transform is a correlation,

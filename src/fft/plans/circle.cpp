@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which circle is the cheapest, by what the passes over it cost.
 #include "fft/plans/circle.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The circle of a wide chirp transform and the passes over it.
 #pragma once
 

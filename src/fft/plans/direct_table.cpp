@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tables of the transform by the definition.
 #include <iterator>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The plans of the wide transforms of powers of two, one per length and number of lanes.
 #include "fft/plans/lane_plan.h"
 

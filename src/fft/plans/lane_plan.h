@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the wide transform of a power of two knows in advance.
 //
 // With W lanes and M = N / W, n = W i + l and k = kb + M k':

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The plans of the wide transforms of lengths without large prime factors.
 #include "fft/plans/mixed_plan.h"
 

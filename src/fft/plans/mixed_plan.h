@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the wide transform of a length without large prime factors knows in advance: N = A B points by A-point
 // transforms of the columns and B-point transforms of the rows.
 #pragma once

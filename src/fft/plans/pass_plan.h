@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The passes of transforms that run side by side in the lanes: what the plans of all wide transforms share. A
 // plan is built once and read by the kernels of every level.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The parts that the plans of all wide transforms are made of.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lengths as products of radices.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The plans of the wide transforms of real data, one per length and number of lanes.
 #include "fft/plans/real_plan.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the wide transform of real data knows in advance.
 //
 // The lanes hold M-point transforms of real data, M = N / W, packed into H = M / 2 vectors, which is what

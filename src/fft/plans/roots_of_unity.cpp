@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The coarse roots, from which all others start.
 #include "fft/plans/roots_of_unity.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Roots of unity, good to the last digit of a double.
 #pragma once
 

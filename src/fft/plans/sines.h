@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sines and cosines at compile time, for tables that the compiler makes.
 #pragma once
 

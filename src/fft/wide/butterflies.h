@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Short transforms of complex vectors in registers: forward, natural order in and out.
 //
 // A vector of complex points is either split, `cplx<P>`, or interleaved, a plain pack; the transforms are the

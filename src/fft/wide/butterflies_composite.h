@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Short transforms of composite length. Of coprime factors, n = B n1 + A n2 and k = k1 mod A, k2 mod B take
 // the twiddles away (I. J. Good, "The interaction algorithm and practical Fourier analysis", J. Roy. Statist.
 // Soc. B 20 (1958)).

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Short transforms of odd length: the points j and R - j by their sum and difference.
 #pragma once
 

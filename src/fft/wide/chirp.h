@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The chirp transform by vectors: the chirp's product on the way in, passes inwards, the filter's product,
 // the same passes outwards, the chirp's product on the way out.
 #pragma once

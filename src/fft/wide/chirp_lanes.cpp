@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The chirp transforms of one level.
 #include "fft/wide/chirp.h"
 #include "fft/wide/definition.h"

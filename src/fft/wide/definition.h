@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Transforms of short odd lengths by the definition. With c and s the cosine and sine of 2 pi j k / N,
 //   X[k], X[N-k] = x[0] + sum over j of c (x[j] + x[N-j]) -/+ i s (x[j] - x[N-j]),  j, k = 1 ... (N-1)/2.
 // The k lie in the lanes.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The wide transforms of one instruction-set level, behind pointers.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The last transform of long data.
 //
 // The W outputs of a butterfly of the last pass lie M points apart, a power of two: stored at once they meet

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Transforms of lengths without large prime factors: N = A B, n = B n1 + n2, k = k1 + A k2,
 //   X[k] = sum over n2 of w_B^(n2 k2) w_N^(n2 k1) (sum over n1 of w_A^(n1 k1) x[n]).
 // The columns n2 lie side by side in the lanes for the transforms over n1; transposed, the rows k1 do for

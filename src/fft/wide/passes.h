@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The passes of a wide transform: from the data to vectors in scratch memory, there in place, and back.
 // An inverse transform is a forward one with real and imaginary parts exchanged on the way in and out.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Transforms of real data of N points to their half spectrum and back.
 //
 // The lanes hold real transforms of M = N / W points, two neighbouring vectors packed into the real and

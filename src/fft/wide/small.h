@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Transforms that stay in registers from load to store.
 #pragma once
 

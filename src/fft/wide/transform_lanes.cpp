@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The table of transforms of one level.
 #include "fft/wide/kernels.h"
 #include "fft/wide/long.h"

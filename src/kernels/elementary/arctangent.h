@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Arctangents of vectors: numerator and denominator are chosen before the one division.
 #pragma once
 

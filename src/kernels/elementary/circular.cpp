@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kernels/elementary/circular.h"
 
 #include <bit>

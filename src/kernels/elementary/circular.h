@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The circular functions of one number, whatever its size: for the arguments that vectors and the C library
 // leave out.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sine, cosine, tangent, sin(x)/x, and points from polar form.
 #include "kernels/elementary/functions.h"
 #include "kernels/elementary/sine.h"

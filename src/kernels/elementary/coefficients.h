@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Coefficients of the elementary functions, highest first, fitted by scripts/elementary-fits.sollya; the
 // bound beside each is the relative error of the function that it gives.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Powers of e and of ten, real and complex, and the hyperbolic functions.
 #include "core/guard.h"
 #include "kernels/elementary/functions.h"

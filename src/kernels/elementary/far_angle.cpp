@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // x = n pi / 2 + r for large x: n is the integer nearest to x * 2 / pi, of which only the last two bits
 // matter, and so the bits of 2 / pi that give whole turns are left out of the product. Source: M. H. Payne,
 // R. N. Hanek, Radian reduction for trigonometric functions, SIGNUM Newsletter 18 (1983).

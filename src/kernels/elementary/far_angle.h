@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The angles that are too far from 0 for a reduction by a few doubles.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the elementary functions of a level offer: arrays in place, with the limits of the element-wise
 // operations folded in. All levels have all of them, but for six of double precision that are null where
 // there are no fused products: those of the C library are no slower there.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Inverse circular functions, and the polar form of points.
 #include "kernels/elementary/arctangent.h"
 #include "kernels/elementary/functions.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Natural logarithms of vectors in two parts.
 #pragma once
 

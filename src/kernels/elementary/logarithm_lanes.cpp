@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Logarithms and decibels, real and complex.
 #include "core/guard.h"
 #include "kernels/elementary/arctangent.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Powers of e and of ten of vectors: a table of 2^(j/8), a short polynomial, and an exponent.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The functions in 106 bits. One argument in some millions comes here, so they are short rather than fast.
 // Source of the rounding to odd: S. Boldo, G. Melquiond, IEEE Transactions on Computers 57 (2008).
 #include "kernels/elementary/precise.h"

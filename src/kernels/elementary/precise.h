@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Elementary functions of single precision where a double leaves open to which float a result rounds.
 #pragma once
 

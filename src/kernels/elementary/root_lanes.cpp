@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Principal square roots of points.
 #include "core/guard.h"
 #include "kernels/elementary/arctangent.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sines and cosines of vectors: reduction by multiples of pi / 2, then polynomials.
 #pragma once
 

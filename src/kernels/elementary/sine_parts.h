@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // sin x and cos x with some 60 good bits, for what is built on it.
 #pragma once
 

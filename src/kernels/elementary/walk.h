@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Walks over arrays for the elementary functions: whole vectors, short records, and the arguments that are
 // too rare or too wild for vectors.
 #pragma once

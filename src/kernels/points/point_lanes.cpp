@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Products, quotients and squared magnitudes of complex points that lie re, im side by side. Shuffles stay
 // within 128 bits wherever they can; no product is fused, so every level gives the bits of the plain loop.
 #include "core/guard.h"

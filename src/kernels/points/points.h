@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Arithmetic of complex points at the wide levels.
 #pragma once
 

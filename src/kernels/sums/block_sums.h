@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sums in blocks: each block is summed from zero in the order of its points, then joins the total.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sums of eight blocks side by side at the wide levels, one lane each.
 #pragma once
 

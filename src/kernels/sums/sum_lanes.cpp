@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sums of eight blocks side by side: vectors of consecutive samples from every block are transposed, and each
 // row then holds the next sample of all blocks.
 #include "core/machine.h"

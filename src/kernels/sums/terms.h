@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The terms of the sums of blocks side by side: what the next point of every lane adds to the sums.
 // Only for sources compiled per level. No product is fused: every lane rounds like the plain loop.
 #pragma once
