@@ -10,18 +10,24 @@ namespace {
 constexpr double attenuation = 120;
 constexpr double passband = 0.9;
 constexpr int phases = 64;  // of the taps that serve any step
+
+// Of a ratio that is resampled exactly. Taps for any step grow with the step, 64 times as fast as those of a ratio with
+// its terms, so that a much lower rate is worth large ones.
 constexpr int largest_term = 2000;
+constexpr int largest_term_down = 50'000;
+constexpr double much_lower = 0.05;
 
 // Neighbours in the continued fraction of a ratio, until one is it to the last digits.
 bool find_ratio(double ratio, int& up, int& down) {
   double rest = ratio;
   double p[2] = {1, 0};
   double q[2] = {0, 1};
+  const int largest = ratio < much_lower ? largest_term_down : largest_term;
   while (true) {
     const double whole = std::floor(rest);
     const double next_p = whole * p[0] + p[1];
     const double next_q = whole * q[0] + q[1];
-    if (next_p > largest_term || next_q > largest_term) return false;
+    if (next_p > largest || next_q > largest) return false;
     p[1] = p[0], p[0] = next_p;
     q[1] = q[0], q[0] = next_q;
     if (p[0] > 0 && std::abs(p[0] / q[0] - ratio) <= 1e-12 * ratio) break;
