@@ -2,7 +2,7 @@
 """A Sphinx extension: the texts of sigpak.h as nodes, formulas as mathematics, names as links.
 
     .. header-text:: dspi_fft        what the header says of an operation
-    .. header-comment:: 12 3         part 3 of section 12, a comment of its own
+    .. header-comment:: 12 3         a comment by itself: the numbers of its heading and its place there
     .. header-operations::           every operation with its first sentence
     .. header-conventions::          the conventions
     .. formula::                     formulas, a line each; :formula:`x^2` is one within a line

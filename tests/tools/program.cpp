@@ -70,7 +70,8 @@ result run_shell(const std::string& text) {
 result run_in_terminal(const std::string& arguments, int columns, int rows) {
   if (!has_terminals()) return {127, "", ""};
   const std::string size = "stty cols " + std::to_string(columns) + " rows " + std::to_string(rows) + "; ";
-  const std::string command = size + "env -u NO_COLOR TERM=xterm LC_ALL=C " + quoted(SIGPAK_PROGRAM) + " " + arguments;
+  const std::string command =
+      size + "env -u NO_COLOR TERM=xterm LC_ALL=C " + quoted(SIGPAK_PROGRAM) + " " + arguments;
   return execute("script -qec " + quoted(command) + " /dev/null </dev/null");
 }
 
