@@ -13,30 +13,37 @@ import sys
 from distributed import Client, LocalCluster
 
 DATA_ERROR = 1  # the status for a file that is no better on another machine
+MOST_FILES = 25  # of a task
 
 
-def run(words, file):
-    done = subprocess.run(["sigpak", *words, file], capture_output=True, check=False)
+def run(words, files):
+    done = subprocess.run(["sigpak", *words, "--keep-going", *files], capture_output=True, check=False)
     if done.returncode not in (0, DATA_ERROR):
-        raise RuntimeError(f"{file}: status {done.returncode}, {done.stderr.decode(errors='replace')}")
+        raise RuntimeError(f"status {done.returncode}, {done.stderr.decode(errors='replace')}")
     return done
 
 
+def in_batches(files, workers):
+    """Short files together, since a task costs as much as seconds of recording; eight batches or more for each worker."""
+    size = min(max(len(files) // (8 * workers), 1), MOST_FILES)
+    return [files[i : i + size] for i in range(0, len(files), size)]
+
+
 def run_all(client, words, files):
-    tasks = [client.submit(run, words, file, retries=3, pure=False) for file in files]
+    batches = in_batches(files, max(len(client.ncores()), 1))
+    tasks = [client.submit(run, words, batch, retries=3, pure=False) for batch in batches]
     complete = True
-    for file in files:
+    for batch in batches:
         task = tasks.pop(0)  # forgotten once it is written, so that its worker may forget it too
         try:
             done = task.result()
         except Exception as error:  # every try has failed
-            print(f"{file}: {error}", file=sys.stderr)
+            print(f"{', '.join(batch)}: {error}", file=sys.stderr)
             complete = False
             continue
         sys.stderr.buffer.write(done.stderr)
+        sys.stdout.buffer.write(done.stdout)
         complete = complete and done.returncode == 0
-        if done.returncode == 0:
-            sys.stdout.buffer.write(done.stdout)
     return complete
 
 
