@@ -247,11 +247,24 @@ using recordf = basic_record<float>;
 
 namespace detail {
 
-template <class T> typename c_record<T>::type* raw(basic_record<T>& v) noexcept { return v.c_record(); }
+// A record in the hands of an operation. One that runs out of storage leaves points without data: they are gone.
+template <class T> class handed {
+ public:
+  explicit handed(basic_record<T>* v) noexcept : record_(v != nullptr ? v->c_record() : nullptr) {}
+  handed(const handed&) = delete;
+  handed& operator=(const handed&) = delete;
+  ~handed() {
+    if (record_ != nullptr && record_->data == nullptr) record_->points = 0;
+  }
+  operator typename c_record<T>::type*() const noexcept { return record_; }
+
+ private:
+  typename c_record<T>::type* record_;
+};
+
+template <class T> handed<T> raw(basic_record<T>& v) noexcept { return handed<T>(&v); }
+template <class T> handed<T> raw(basic_record<T>* v) noexcept { return handed<T>(v); }
 template <class T> const typename c_record<T>::type* raw(const basic_record<T>& v) noexcept { return v.c_record(); }
-template <class T> typename c_record<T>::type* raw(basic_record<T>* v) noexcept {
-  return v != nullptr ? v->c_record() : nullptr;
-}
 template <class T> const typename c_record<T>::type* raw(const basic_record<T>* v) noexcept {
   return v != nullptr ? v->c_record() : nullptr;
 }

@@ -114,6 +114,22 @@ TYPED_TEST(Record, FailsByExceptionOrByStatus) {
   EXPECT_THROW((void)sigpak::dsp_window_from_str("none of them"), sigpak::failure);
 }
 
+TYPED_TEST(Record, IsEmptyOnceAnOperationFoundNoStorage) {
+  using c_type = typename TestFixture::record::c_type;
+  using hook = std::int32_t (*)(c_type*, std::uint32_t, std::int32_t);
+  auto v = TestFixture::counting(5);
+  const hook refuse = [](c_type* grown, std::uint32_t, std::int32_t) -> std::int32_t {
+    std::free(grown->data);
+    grown->data = nullptr;
+    return -1;
+  };
+  sigpak::dsp_lib_realloc(refuse, nullptr);
+  EXPECT_THROW(dspi_rtoc(v), sigpak::failure);
+  sigpak::dsp_lib_realloc(hook{}, nullptr);
+  EXPECT_EQ(v.c_record()->points, 0u);
+  EXPECT_EQ(dsps_sum(v)[0], 0);
+}
+
 TYPED_TEST(Record, ReadsFilesToTheirEnd) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::tmpfile(), &std::fclose);
   ASSERT_NE(file, nullptr);
