@@ -76,10 +76,9 @@ void run(const convert_command& command) {
 }
 
 constexpr const char* about =
-    "The end of the name in -o tells the form: .npy .wav .flac .aiff .csv .txt, any other a vector file. "
-    "Every\n"
-    "channel is converted, unless -c chooses. Another rate comes of a filter that keeps 0.9 of the band, 120 "
-    "dB.\n\n"
+    "The end of the name in -o tells the form: .npy .wav .flac .aiff .csv .txt; .vec, .dat, .bin or none\n"
+    "is a vector file. Every channel is converted, unless -c chooses. Another rate comes of a filter that\n"
+    "keeps 0.9 of the band, 120 dB.\n\n"
     "  sigpak convert -c ch2 scope.csv -o scope.npy\n"
     "  sigpak convert --to-rate 48k --bits 24 in.flac -o out.wav";
 

@@ -94,8 +94,9 @@ class csv_writer final : public signal_writer {
 }  // namespace
 
 std::string format_of_name(const std::string& name) {
-  const auto dot = name.rfind('.');
-  std::string end = dot == std::string::npos ? "" : name.substr(dot + 1);
+  const std::string last = name.substr(name.rfind('/') + 1);
+  const auto dot = last.rfind('.');
+  std::string end = dot == std::string::npos ? "" : last.substr(dot + 1);
   std::ranges::transform(end, end.begin(),
                          [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   if (end == "txt") return "csv";
@@ -103,7 +104,10 @@ std::string format_of_name(const std::string& name) {
   for (const char* const known : {"npy", "wav", "flac", "aiff", "csv"}) {
     if (end == known) return known;
   }
-  return "vector";
+  for (const char* const known : {"", "vec", "dat", "bin"}) {
+    if (end == known) return "vector";
+  }
+  throw usage_error("-o " + name + ": no form is known by ." + end + "; --format tells one");
 }
 
 std::unique_ptr<signal_writer> open_signal_writer(writer& out, const signal_format& format,

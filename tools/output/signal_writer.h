@@ -30,7 +30,7 @@ class signal_writer {
   std::vector<std::string> warnings_;
 };
 
-// The form that a file of this name has; vector where the name tells none.
+// The form that a file of this name has: a vector where the name has no end, or that of raw numbers.
 std::string format_of_name(const std::string& name);
 
 // For frames as the subject tells them: channels, rate, form. The writer is committed by the caller.
