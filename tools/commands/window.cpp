@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // sigpak window: the points of a window, and what it does to lines and noise.
+#include <cmath>
 #include <cstdio>
 #include <memory>
 
@@ -35,8 +36,9 @@ std::string all_windows(std::size_t points) {
   for (int w = DSP_WINDOW_UNIFORM; w <= DSP_WINDOW_RIEMANN; ++w) {
     const window_figures f = figures_of(w, points);
     char line[128];
+    const double loss = std::abs(f.scallop) < 5e-5 ? 0 : f.scallop;  // no -0.0000
     std::snprintf(line, sizeof line, "%-18s %13.6f %10.4f %11.4f %13.1f\n", name_of(w).c_str(),
-                  f.coherent_gain, f.enbw, f.scallop, f.side_lobe);
+                  f.coherent_gain, f.enbw, loss, f.side_lobe);
     out += line;
   }
   return out;
