@@ -42,10 +42,13 @@ struct resource_error : failure {
   explicit resource_error(std::string reason) : failure(3, std::move(reason)) {}
 };
 
-// Does the work; what goes wrong in it is about the place.
+// Does the work; what goes wrong in it is about the place, unless the words of the command line are wrong for
+// any.
 template <class F> decltype(auto) at_place(const std::string& place, F&& act) {
   try {
     return act();
+  } catch (usage_error&) {
+    throw;
   } catch (failure& e) {
     e.name_place(place);
     throw;

@@ -45,6 +45,8 @@ TEST(Usage, WrongUsageIsStatus2AndTellsWhatIsRight) {
                      {"filter --low-pass .1 --taps 128 x", "--taps is odd"},
                      {"filter --band-pass 3 x", "300,3k is one"},
                      {"filter --low-pass .1 x x", "one FILE at a time"},
+                     {"gen cos -o y.mp3", "no form is known by .mp3"},
+                     {"convert x --bits 24 -o y.npy", "sigpak: --bits of npy"},
                      {"stats --low 1 x", "--low X --high Y"},
                      {"window Hannn", "no window Hannn"},
                      {"window Hann 7", "from 8"},
