@@ -282,6 +282,9 @@ TEST(Input, SoundCutShortIsReadWithAWarning) {
   }
   EXPECT_NE(run("info --json " + cut).out.find("\"truncated\":true,\"promised\":1000"), std::string::npos);
   EXPECT_NE(run("spectrum " + cut).err.find("cut short"), std::string::npos);
+  EXPECT_NE(
+      run("stats " + write_file("s.csv", "Frequency (kHz),level\n0,1\n1,2\n2,3\n")).err.find("is a spectrum"),
+      std::string::npos);
   std::string endless = wave;
   for (const std::size_t at : {4U, 40U}) endless.replace(at, 4, "\xFF\xFF\xFF\xFF");
   EXPECT_EQ(told_piped(write_file("endless.wav", endless)),
@@ -347,7 +350,8 @@ TEST(Convert, EveryFormGivesTheSamplesBack) {
     SCOPED_TRACE(form.end + " " + form.options);
     const auto name = path("x." + form.end);
     const auto convert = "convert -r 8000 " + file + " " + form.options;
-    EXPECT_EQ(run(convert + " -o " + name).err, "");
+    EXPECT_EQ(run(convert + " -o " + name).err.ends_with("--rate 8000\n"), form.end == "npy")
+        << "holds no rate";
     EXPECT_EQ(values(csv_of(name + " -r 8000")), wanted);
     EXPECT_EQ(read_file(name).find("PEAK"), std::string::npos) << "a chunk with the time of day";
     EXPECT_EQ(run(convert + " --format " + form.end).out, read_file(name)) << "to standard output";

@@ -183,6 +183,10 @@ bool is_time_heading(const channel& c) {
          name.starts_with("elapsed ") || name.starts_with("timestamp");
 }
 
+bool is_frequency_heading(const channel& c) {
+  return c.unit.ends_with("Hz") || lower(bare_name(c)).starts_with("freq");
+}
+
 bool is_index_heading(const channel& c) {
   constexpr std::string_view words[] = {"",         "#",     "index", "idx", "no",     "no.",
                                         "nr",       "nr.",   "n",     "i",   "sample", "samples",

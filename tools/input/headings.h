@@ -21,6 +21,7 @@ bool is_unit(std::string_view word);
 
 bool is_time_heading(const channel& c);
 bool is_index_heading(const channel& c);
+bool is_frequency_heading(const channel& c);
 
 // Text as it may stand in a report: what is no UTF-8 is taken for Latin-1.
 std::string valid_text(std::string_view text);

@@ -249,6 +249,9 @@ reader_pointer open_table(stream& in, const input_options& options, subject& abo
   about.channels = t.names;
   about.rate = options.rate > 0 ? options.rate : t.told_rate;
   about.understood = understood(t, about);
+  if (t.looks_at_time && !t.headings.empty() && is_frequency_heading(t.headings[*t.time]))
+    about.warnings.push_back(
+        "the frequency is taken for a time; if this is a spectrum, merge is what reads it");
   if (options.resample && t.looks_at_time) return std::make_unique<evened>(in, std::move(t), about);
   return std::make_unique<table>(in, std::move(t), options, about);
 }

@@ -5,6 +5,7 @@
 #include <bit>
 #include <cerrno>
 
+#include "output/number.h"
 #include "output/signal_writer.h"
 
 namespace tool {
@@ -21,6 +22,8 @@ class numpy_writer final : public signal_writer {
         channels_(about.channels.size()) {
     if (bytes_ != 4 && bytes_ != 8) throw usage_error("--bits of npy is 32 or 64");
     put(header());  // of no frames yet, but as long
+    if (about.rate > 0)
+      warnings_.push_back("an array holds no rate; read it with --rate " + exact_text(about.rate));
   }
 
   void write(std::span<const double> frames) override {
