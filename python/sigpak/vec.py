@@ -206,11 +206,15 @@ class Vec(Methods):
     def __len__(self) -> int:
         return self.points
 
-    def __array__(self, dtype: Any = None) -> Array:
-        return self.array if dtype is None else self.array.astype(dtype)
+    def __array__(self, dtype: Any = None, copy: bool | None = None) -> Array:
+        shared = self.array
+        array = shared if dtype is None else shared.astype(dtype, copy=False)
+        if array is not shared and copy is False:
+            raise ValueError(f"{shared.dtype} becomes {array.dtype} by a copy alone")
+        return shared.copy() if copy and array is shared else array
 
     def __reduce__(self) -> tuple[Any, ...]:
-        return Vec.of, (self.array, self.delta)
+        return type(self).of, (self.array, self.delta)
 
     def __repr__(self) -> str:
         return f"Vec({np.array2string(self.array, threshold=8)}, delta={self.delta:g}, dtype={self.dtype})"

@@ -13,6 +13,10 @@ import pytest
 import sigpak as sp
 
 
+class Measured(sp.Vec):
+    """A record of somebody's own."""
+
+
 def test_operations_change_the_array_that_was_lent(real: Any) -> None:
     x = np.array([1.0, 4.0, 9.0, 16.0], real)
     v = sp.Vec(x, 0.5)
@@ -116,6 +120,10 @@ def test_what_records_have_in_common_with_arrays() -> None:
     assert v.cmp(w) == 0 and w.offset(1.0).cmp(v) == 1 and v.cmp(w, 2.0) == 0 and v.array[0] == 1 + 2j
     again = pickle.loads(pickle.dumps(v))
     assert again.cmp(v) == 0 and again.delta == 0.25
+    assert type(pickle.loads(pickle.dumps(Measured.of([1.0])))) is Measured
+    assert v.__array__() is v.array and not v.shares(v.__array__(copy=True))
+    with pytest.raises(ValueError, match="by a copy"):
+        v.__array__(np.complex64, copy=False)
     assert np.asarray(v).tolist() == [1 + 2j, 3] and repr(v) == "Vec([1.+2.j 3.+0.j], delta=0.25, dtype=complex128)"
     with pytest.raises(sp.Error, match="2 and 1 points"):
         v.cmp(sp.Vec.of([1j]))
