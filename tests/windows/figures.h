@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cmath>
+#include <complex>
 #include <numbers>
 #include <utility>
 #include <vector>
@@ -41,9 +42,13 @@ class window_spectrum {
   double at(double bins) const {
     constexpr std::size_t middle = figure_points / 2;
     const double step = 2 * std::numbers::pi * bins / figure_points;
+    const std::complex<double> turn = std::polar(1.0, step);
+    std::complex<double> here = turn;
     double sum = points_[middle] + points_[0] * std::cos(static_cast<double>(middle) * step);
     for (std::size_t m = 1; m < middle; ++m) {
-      sum += 2 * points_[middle + m] * std::cos(static_cast<double>(m) * step);
+      sum += 2 * points_[middle + m] * here.real();
+      here = {here.real() * turn.real() - here.imag() * turn.imag(),
+              here.real() * turn.imag() + here.imag() * turn.real()};
     }
     return sum;
   }
