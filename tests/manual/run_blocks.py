@@ -34,6 +34,8 @@ _FENCE = re.compile(
     re.MULTILINE | re.DOTALL,
 )
 
+# The first draw of a process sets the time as the seed; pictures are to come again.
+SEEDED = "{ dsp_vec u; dsp_init(&u); u.points = 1; dspc_rand(&u, DSP_RAND_UNIFORM); dsp_destroy(&u); srand(1); }\n"
 C_BEFORE = "#include <math.h>\n#include <sigpak.h>\n#include <stdio.h>\n#include <stdlib.h>\n#include <string.h>\n"
 CPP_BEFORE = "#include <cmath>\n#include <cstdio>\n#include <sigpak.hpp>\n#include <string>\n#include <vector>\n"
 
@@ -110,7 +112,8 @@ def program(block: Block) -> str:
     includes = "".join(line + "\n" for line in block.code.splitlines() if line.startswith("#include"))
     inside = "".join(line + "\n" for line in block.code.splitlines() if not line.startswith("#include"))
     before = C_BEFORE if block.language == "c" else CPP_BEFORE
-    return f"{before}{includes}int main(void) {{\n{inside}return 0;\n}}\n"
+    seeded = SEEDED if "c_rand(" in inside and block.language == "c" else ""
+    return f"{before}{includes}int main(void) {{\n{seeded}{inside}return 0;\n}}\n"
 
 
 def command(block: Block, scratch: Path) -> list[str]:
