@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Direct sums of taps and samples at the wide levels.
+// Direct sums of taps and samples.
 #pragma once
 
 #include <cstdint>
@@ -12,6 +12,9 @@ template <class T>
 using fir_sum = void (*)(const T* taps, std::int64_t count, std::int64_t tap_stride, const T* x,
                          std::int64_t x_stride, T* out, std::int64_t n);
 
-template <class T> struct fir_table { fir_sum<T> sum; };
+template <class T> struct fir_table {
+  static constexpr bool at_baseline = true;
+  fir_sum<T> sum;
+};
 
 }  // namespace sigpak::kernels

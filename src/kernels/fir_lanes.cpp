@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Direct sums of taps and samples: several vectors of outputs in registers, and taps that are a whole number
-// of vectors apart taken together, so that a vector of samples is loaded once for all of them.
+// Direct sums of taps and samples: several vectors of outputs in registers, and, in wide ones, taps that are
+// a whole number of vectors apart taken together, so that a vector of samples is loaded once for all of them.
 #include "kernels/fir.h"
 
 #include "kernels/single.h"
@@ -11,9 +11,9 @@ namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
 // Keeps a loaded vector in its register: folded into every product that uses it, it would be loaded as often,
-// and most of these loads cross a cache line.
+// and most of these loads cross a cache line. Those of 128 bits are not folded.
 template <class P> SIGPAK_INLINE P held(P a) {
-  if constexpr (P::width > 1) asm("" : "+v"(a.v));
+  if constexpr (sizeof(P) > 16) asm("" : "+v"(a.v));
   return a;
 }
 
@@ -53,14 +53,19 @@ SIGPAK_INLINE index add_sets(P (&sums)[R], const filter<T>& f, index left, const
   return left;
 }
 
-// R vectors of outputs. W is the level's width, also for single scalars, which must go the same way.
+// R vectors of outputs. W is the level's width, also for single scalars, which must go the same way. In
+// vectors of 128 bits the taps come one by one, from the last to the first: few loads cross a line there, and
+// they take less time than the products.
 template <int W, class P, int R, class T>
 SIGPAK_INLINE void sum_vectors(const filter<T>& f, const T* x, T* out) {
   P sums[R];
   unroll<R>([&](auto r) SIGPAK_LAMBDA { sums[r] = splat<P>(T(0)); });
-  index left = add_sets<4, W>(sums, f, f.count, x);
-  left = add_sets<2, W>(sums, f, left, x);
-  left = add_sets<1, W>(sums, f, left, x);
+  index left = f.count;
+  if constexpr (W * sizeof(T) > 16) {
+    left = add_sets<4, W>(sums, f, left, x);
+    left = add_sets<2, W>(sums, f, left, x);
+    left = add_sets<1, W>(sums, f, left, x);
+  }
   for (index k = left - 1; k >= 0; --k) {
     add_taps<1, W>(sums, f.taps + k * f.tap_stride, 0, x + (f.count - 1 - k) * f.x_stride);
   }
