@@ -10,7 +10,6 @@
 
 #include "core/copy.h"
 #include "core/frame.h"
-#include "core/isa.h"
 #include "core/lending.h"
 #include "core/memory.h"
 #include "core/record_order.h"
@@ -132,8 +131,6 @@ constexpr index next_power_of_two(index n) noexcept {
 }
 
 }  // namespace
-
-index least_fast_taps() noexcept { return isa::current() == isa::level::baseline ? 46 : 112; }
 
 template <record V> index convolve_fast(const V* in, V* out, const V* taps, const V* history) noexcept {
   const index points = length(in);

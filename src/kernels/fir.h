@@ -15,6 +15,7 @@ using fir_sum = void (*)(const T* taps, std::int64_t count, std::int64_t tap_str
 template <class T> struct fir_table {
   static constexpr bool at_baseline = true;
   fir_sum<T> sum;
+  std::int64_t transformed_from;  // taps from which on a transform takes less time than the sums
 };
 
 }  // namespace sigpak::kernels
