@@ -55,7 +55,7 @@ SIGPAK_INLINE real sine_quotient(real x) {
 }
 
 // With the terms of double precision, which leave no float on the wrong side of the middle of two.
-SIGPAK_INLINE real tangent_short(real x) {
+SIGPAK_INLINE real tangent_single(real x) {
   const angle a = reduce_single(x);
   const real z = a.hi * a.hi;
   const real s = fma(a.hi * z, polynomial(sine_terms, z), a.hi);
@@ -65,7 +65,7 @@ SIGPAK_INLINE real tangent_short(real x) {
   return choose(x == all(0), x, q);
 }
 
-SIGPAK_INLINE real sine_quotient_short(real x) {
+SIGPAK_INLINE real sine_quotient_single(real x) {
   const mask zero = x == all(0);
   return choose(zero, all(1), sine_single(x) / choose(zero, all(1), x));
 }
@@ -80,12 +80,12 @@ void sines(float* x, index n) { walk(x, n, circular_single<sine_single, careful_
 void cosines(double* x, index n) { walk(x, n, circular<cosine, careful_cosine<double>>{}); }
 void cosines(float* x, index n) { walk(x, n, circular_single<cosine_single, careful_cosine<float>>{}); }
 void tangents(double* x, index n) { walk(x, n, circular<tangent, careful_tangent<double>>{}); }
-void tangents(float* x, index n) { walk(x, n, circular_single<tangent_short, careful_tangent<float>>{}); }
+void tangents(float* x, index n) { walk(x, n, circular_single<tangent_single, careful_tangent<float>>{}); }
 void sine_quotients(double* x, index n) {
   walk(x, n, circular<sine_quotient, careful_sine_quotient<double>>{});
 }
 void sine_quotients(float* x, index n) {
-  walk(x, n, circular_single<sine_quotient_short, careful_sine_quotient<float>>{});
+  walk(x, n, circular_single<sine_quotient_single, careful_sine_quotient<float>>{});
 }
 
 // size * part, rounded once, with the sign of the product of the leading parts where it vanishes.

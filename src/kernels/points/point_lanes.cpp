@@ -154,7 +154,7 @@ template <class T> void square_magnitudes(const T* z, T* out, index points) noex
 
 // What the limits leave of 1 / z, or of z / H.
 template <class T> [[gnu::noinline]] void reciprocate_guarded(T* z, index points) {
-  constexpr double huge = double(guard<T>::huge);
+  constexpr double huge = wide_guard<T>::huge;
   for (index i = 0; i < 2 * points; i += 2) {
     const double a = double(z[i]);
     const double b = double(z[i + 1]);
@@ -167,7 +167,7 @@ template <class T> [[gnu::noinline]] void reciprocate_guarded(T* z, index points
 }
 
 template <class T> SIGPAK_INLINE void reciprocal_step(T* z) {
-  constexpr double huge = double(guard<T>::huge);
+  constexpr double huge = wide_guard<T>::huge;
   const real z0 = read(z);
   const real z1 = read(z + real::width);
   const real size = evens(z0 * z0, z1 * z1) + odds(z0 * z0, z1 * z1);
