@@ -7,7 +7,8 @@
 namespace sigpak::kernels {
 
 // out[j] = sum over k < count of taps[k * tap_stride] * x[j + (count - 1 - k) * x_stride], j < n; strides 1
-// or 2. Every output is the same chain of fused products, whatever n is and wherever it stands.
+// or 2. Every output is the same chain of products, fused where the level fuses them, whatever n is and
+// wherever it stands.
 template <class T>
 using fir_sum = void (*)(const T* taps, std::int64_t count, std::int64_t tap_stride, const T* x,
                          std::int64_t x_stride, T* out, std::int64_t n);
