@@ -202,7 +202,7 @@ void print_row(std::size_t count, std::size_t points) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  constexpr std::size_t tap_counts[] = {16, 32, 64, 96, 111, 112, 256, 1024};
+  constexpr std::size_t tap_counts[] = {16, 32, 63, 64, 71, 72, 96, 256, 1024};
   constexpr std::size_t lengths[] = {1'000, 10'000, 100'000, 1'000'000, 10'000'000};
   const bench::options o(argc, argv, {"--level", "--taps", "--points"});
   std::printf("level %s\n", o.level());

@@ -6,6 +6,7 @@
 #include <limits>
 #include <utility>
 
+#include "core/machine.h"
 #include "core/storage.h"
 
 namespace sigpak {
@@ -24,10 +25,7 @@ template <record V> status make_room(V* v, index capacity) noexcept {
 }
 
 // The first place from here on that begins a line of the caches, at most `line_scalars` - 1 further.
-template <class T> inline constexpr index line_scalars = 64 / sizeof(T);
-template <class T> T* next_line(T* at) noexcept {
-  const auto beyond = reinterpret_cast<std::uintptr_t>(at) % 64;
-  return beyond == 0 ? at : at + (64 - beyond) / sizeof(T);
-}
+template <class T> inline constexpr index line_scalars = machine::line_bytes / sizeof(T);
+template <class T> T* next_line(T* at) noexcept { return at + machine::bytes_to_line(at) / index{sizeof(T)}; }
 
 }  // namespace sigpak

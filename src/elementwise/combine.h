@@ -8,10 +8,10 @@
 #include "core/isa.h"
 #include "core/machine.h"
 #include "core/product.h"
-#include "vectors/streaming.h"
 #include "elementwise/prepare.h"
 #include "kernels/points/points.h"
 #include "vectors/levels.h"
+#include "vectors/streaming.h"
 
 namespace sigpak {
 
@@ -54,10 +54,8 @@ template <class A, class B, class Out, class F>
     return combine_past_cache(a, b, out, points, f);
   }
   if constexpr (A::width + B::width + Out::width == 6 && requires { f.kernel(out.data); }) {
-    const auto* wide = points > isa::short_run
-                           ? at_level<kernels::point_functions<std::decay_t<decltype(*out.data)>>>()
-                           : nullptr;
-    if (wide != nullptr) return (wide->*f.kernel(out.data))(a.data, b.data, out.data, points), ok;
+    const auto wide = points > isa::short_run ? at_level(f.kernel(out.data)) : nullptr;
+    if (wide != nullptr) return wide(a.data, b.data, out.data, points), ok;
   }
   isa::run(points, [=] {
     const auto put = [=](index i) { out.put(i, f(a.get(i), b.get(i))); };

@@ -29,9 +29,8 @@ template <class T> void take_magnitudes(const T* in, bool complex, T* out, index
 
 template <class T> void square_magnitudes(const T* in, bool complex, T* out, index points) noexcept {
   if (!complex) return map_reals(in, out, points, squared_magnitude{});
-  const auto* wide = points > isa::short_run ? at_level<kernels::point_functions<T>>() : nullptr;
-  if (wide == nullptr) return pack(in, out, points, squared_magnitude{});
-  wide->square_magnitudes(in, out, points);
+  if (points <= isa::short_run) return pack(in, out, points, squared_magnitude{});
+  run_at_level(&kernels::point_functions<T>::square_magnitudes, in, out, points);
 }
 
 }  // namespace

@@ -37,16 +37,7 @@ template <class T> void reciprocal(T* x, index n) noexcept {
 
 // conj(z) / |z|^2; a point beyond H is divided by H instead, and 0 becomes (0, -0).
 template <class T> void reciprocal_points(T* z, index points) noexcept {
-  const auto* wide = points > isa::short_run ? at_level<kernels::point_functions<T>>() : nullptr;
-  if (wide != nullptr) return wide->reciprocate(z, points);
-  isa::run([=] {
-    map_pairs(z, points, [](double a, double b) {
-      constexpr double huge = wide_guard<T>::huge;
-      const double s = a * a + b * b;
-      const double inverse = wide_guard<T>::excludes(a, b) ? 1 / huge : s == 0 ? huge : 1 / s;
-      return point<double>{inverse * a, -inverse * b};
-    });
-  });
+  run_at_level(&kernels::point_functions<T>::reciprocate, z, points);
 }
 
 template <class T> void square_roots(T* x, index n) noexcept {

@@ -4,15 +4,14 @@
 #include "filters/convolution.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <limits>
 
 #include "core/copy.h"
 #include "core/frame.h"
-#include "core/isa.h"
 #include "core/lending.h"
 #include "core/memory.h"
+#include "core/power_of_two.h"
 #include "core/record_order.h"
 #include "core/storage.h"
 #include "elementwise/elementwise.h"
@@ -85,9 +84,7 @@ template <record V> const scalar<V>* spectrum_of(kept_filter<V>& k, const V* tap
 
 // A transform length that keeps sections in the inner caches, for any length of the block.
 constexpr index section_transform(index taps) noexcept {
-  const auto wanted = static_cast<std::uint64_t>(taps) * 8;
-  const auto least = std::bit_ceil(static_cast<std::uint64_t>(taps) * 4);
-  return static_cast<index>(std::max(least, std::clamp<std::uint64_t>(std::bit_ceil(wanted), 1024, 8192)));
+  return std::max(next_power_of_two(taps * 4), std::clamp<index>(next_power_of_two(taps * 8), 1024, 8192));
 }
 
 // The samples of a section: `before` old ones, out of the history where the block does not reach back so far,
@@ -127,13 +124,7 @@ status convolve_sections(const V* in, V* out, const V* taps, const V* history, i
   return ok;
 }
 
-constexpr index next_power_of_two(index n) noexcept {
-  return static_cast<index>(std::bit_ceil(static_cast<std::uint64_t>(n)));
-}
-
 }  // namespace
-
-index least_fast_taps() noexcept { return isa::current() == isa::level::baseline ? 46 : 112; }
 
 template <record V> index convolve_fast(const V* in, V* out, const V* taps, const V* history) noexcept {
   const index points = length(in);
@@ -148,7 +139,7 @@ template <record V> index convolve_fast(const V* in, V* out, const V* taps, cons
   // length would add, about 9 n log2 n.
   const index circle = next_power_of_two(points);
   const index whole = next_power_of_two(points + before);
-  if (circle < whole && count * count <= 9 * std::countr_zero(static_cast<std::uint64_t>(circle)) * points) {
+  if (circle < whole && count * count <= 9 * address_bits(circle) * points) {
     return convolve_sections(in, out, taps, history, 0, circle) == ok ? before : failed;
   }
   return convolve_sections(in, out, taps, history, before, whole) == ok ? 0 : failed;

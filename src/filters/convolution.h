@@ -20,10 +20,6 @@ template <class T> bool all_finite(const T* x, index n) noexcept {
   return std::all_of(zeros, zeros + lanes, [](T sum) { return sum == 0; });
 }
 
-// From this many taps on, blocks at least as long as the history are transformed: where the cost of an output
-// is that of its direct sum. Wide registers speed up sums more than transforms.
-index least_fast_taps() noexcept;
-
 // The outputs of a block from its real input, with the samples before it in `history`, or zeros when that is
 // null. The first taps - 1 outputs may be left to the caller: the return value tells how many are, -1 after a
 // failure.

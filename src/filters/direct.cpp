@@ -10,31 +10,6 @@
 namespace sigpak {
 namespace {
 
-// The plain definition, over tiles of outputs that stay close to the processor.
-template <class T>
-void sum_plainly(const T* taps, index count, index tap_stride, const T* x, index x_stride, T* out, index n) {
-  constexpr index tile = 32;
-  for (index j = 0; j < n; j += tile) {
-    const index width = std::min(tile, n - j);
-    const T* samples = x + j;
-    T sums[tile] = {};
-    for (index k = count - 1; k >= 0; --k, samples += x_stride) {
-      const T tap = taps[k * tap_stride];
-      if (width == tile) {
-        for (index i = 0; i < tile; ++i) sums[i] += tap * samples[i];
-      } else {
-        for (index i = 0; i < width; ++i) sums[i] += tap * samples[i];
-      }
-    }
-    std::copy_n(sums, width, out + j);
-  }
-}
-
-template <class T> kernels::fir_sum<T> current_sum() noexcept {
-  const auto* const wide = at_level<kernels::fir_table<T>>();
-  return wide != nullptr ? wide->sum : sum_plainly<T>;
-}
-
 // The sums by the real and those by the imaginary parts of the taps, joined to `n` scalars of complex
 // outputs.
 template <class T> void join(const T* by_re, const T* by_im, index x_width, T* out, index n) noexcept {
@@ -54,7 +29,7 @@ template <class T> void join(const T* by_re, const T* by_im, index x_width, T* o
 template <class T>
 void sum_complex_taps(const T* taps, index count, const T* x, index x_width, T* out, index n) noexcept {
   constexpr index tile = 1024;
-  const kernels::fir_sum<T> sum = current_sum<T>();
+  const kernels::fir_sum<T> sum = at_level(&kernels::fir_table<T>::sum);
   T by_re[tile];
   T by_im[tile];
   for (index j = 0; j < n; j += tile) {
@@ -72,7 +47,8 @@ void sum_directly(const V* taps, const scalar<V>* x, index x_width, scalar<V>* o
   if (is_complex(taps)) {
     sum_complex_taps(taps->data, length(taps), x, x_width, out, points * x_width);
   } else {
-    current_sum<scalar<V>>()(taps->data, length(taps), 1, x, x_width, out, points * x_width);
+    run_at_level(&kernels::fir_table<scalar<V>>::sum, taps->data, length(taps), 1, x, x_width, out,
+                 points * x_width);
   }
 }
 

@@ -9,6 +9,8 @@
 #include "filters/direct.h"
 #include "filters/filters.h"
 #include "filters/stream.h"
+#include "kernels/fir.h"
+#include "vectors/levels.h"
 
 namespace sigpak {
 namespace {
@@ -79,7 +81,8 @@ enum class method { fastest, direct };
 
 template <record V> bool pays_to_transform(const V* in, const V* taps) noexcept {
   const index count = length(taps);
-  return !is_complex(in) && !is_complex(taps) && count >= least_fast_taps() && length(in) >= count - 1;
+  const index least = at_level<kernels::fir_table<scalar<V>>>()->transformed_from;
+  return !is_complex(in) && !is_complex(taps) && count >= least && length(in) >= count - 1;
 }
 
 // Into a record that neither the input nor the taps occupy.

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <limits>
 
-#include "core/storage.h"
+#include "core/room.h"
 
 namespace sigpak {
 
@@ -42,11 +42,7 @@ template <record V> status hold(V* state, index kept, index all) noexcept {
   return held;
 }
 
-// The first scalar from `at` on that begins a cache line, at most 64 bytes further.
-template <class T> T* on_a_line(T* at) noexcept {
-  const auto address = reinterpret_cast<std::uintptr_t>(at);
-  return at + ((64 - address % 64) % 64) / sizeof(T);
-}
-inline constexpr index line_scalars = 16;
+// Scalars of a state that are left free so that those behind them begin a line, in either precision.
+inline constexpr index most_padding = line_scalars<float>;
 
 }  // namespace sigpak

@@ -82,7 +82,7 @@ template <record V> rate_stream<scalar<V>> opened(V* state, rate_head* head, ind
   using T = scalar<V>;
   T* const taps = state->data + head_scalars<rate_head, T>;
   rate_stream<T> s = {head, {taps, head->taps, head->up, head->down}, taps + head->taps, at_once, nullptr};
-  s.room = on_a_line(s.old + (s.before() + at_once) * head->parts);
+  s.room = next_line(s.old + (s.before() + at_once) * head->parts);
   return s;
 }
 
@@ -93,7 +93,7 @@ template <class T> index kept_scalars(const rate_head& h) noexcept {
 }
 template <class T> index all_scalars(const rate_head& h, index at_once) noexcept {
   const kernels::phase_rows<T> rows = {nullptr, h.taps, h.up, h.down};
-  return kept_scalars<T>(h) + at_once * h.parts + line_scalars +
+  return kept_scalars<T>(h) + at_once * h.parts + most_padding +
          kernels::resample_room(rows, at_once, h.parts);
 }
 

@@ -9,9 +9,6 @@
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
-SIGPAK_INLINE double fused(double a, double b, double c) { return __builtin_fma(a, b, c); }
-SIGPAK_INLINE float fused(float a, float b, float c) { return __builtin_fmaf(a, b, c); }
-
 template <class P, int R, class T = typename P::scalar>
 void sum_some(const T* a, index stride, const T* b, index n, T* out) {
   constexpr int W = P::width;

@@ -15,10 +15,10 @@ template <class T> struct single {
   T v;
 };
 SIGPAK_INLINE single<double> fma(single<double> a, single<double> b, single<double> c) {
-  return {__builtin_fma(a.v, b.v, c.v)};
+  return {fused(a.v, b.v, c.v)};
 }
 SIGPAK_INLINE single<float> fma(single<float> a, single<float> b, single<float> c) {
-  return {__builtin_fmaf(a.v, b.v, c.v)};
+  return {fused(a.v, b.v, c.v)};
 }
 
 }  // namespace

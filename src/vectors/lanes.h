@@ -37,11 +37,9 @@ template <class P> SIGPAK_INLINE void transpose(P (&r)[P::width]) {
     }
   });
   unroll<per_block>([&](auto c) SIGPAK_LAMBDA {
-    if constexpr (blocks == 1) {
-      transpose_blocks(r[c]);
-    } else if constexpr (blocks == 2) {
+    if constexpr (blocks == 2) {
       transpose_blocks(r[c], r[c + per_block]);
-    } else {
+    } else if constexpr (blocks == 4) {
       transpose_blocks(r[c], r[c + per_block], r[c + 2 * per_block], r[c + 3 * per_block]);
     }
   });

@@ -12,15 +12,21 @@ namespace {
 #if defined(__FP_FAST_FMA)
 constexpr bool has_fused_products = true;
 SIGPAK_INLINE double fused(double a, double b, double c) { return __builtin_fma(a, b, c); }
+SIGPAK_INLINE float fused(float a, float b, float c) { return __builtin_fmaf(a, b, c); }
 #else
 constexpr bool has_fused_products = false;
 SIGPAK_INLINE double fused(double a, double b, double c) { return a * b + c; }
+SIGPAK_INLINE float fused(float a, float b, float c) { return a * b + c; }
 #endif
 
 template <class F> SIGPAK_INLINE real made_of(F at) { return {real::vector{at(0), at(1)}}; }
 
-SIGPAK_INLINE real fma(real a, real b, real c) {
+SIGPAK_INLINE d2 fma(d2 a, d2 b, d2 c) {
   return made_of([=](int i) SIGPAK_LAMBDA { return fused(a.v[i], b.v[i], c.v[i]); });
+}
+SIGPAK_INLINE f4 fma(f4 a, f4 b, f4 c) {
+  const auto at = [=](int i) SIGPAK_LAMBDA { return fused(a.v[i], b.v[i], c.v[i]); };
+  return {f4::vector{at(0), at(1), at(2), at(3)}};
 }
 SIGPAK_INLINE real fms(real a, real b, real c) { return fma(a, b, -c); }
 SIGPAK_INLINE real fnma(real a, real b, real c) { return fma(-a, b, c); }
@@ -52,6 +58,47 @@ SIGPAK_INLINE real look_up(const double* table, words position) {
   return {real::vector{table[place[low]], table[place[2 + low]]}};
 }
 
+// The low (high) parts of a and b, scalar by scalar.
+SIGPAK_INLINE d2 low_parts(d2 a, d2 b) { return {__builtin_shufflevector(a.v, b.v, 0, 2)}; }
+SIGPAK_INLINE f4 low_parts(f4 a, f4 b) { return {__builtin_shufflevector(a.v, b.v, 0, 4, 1, 5)}; }
+SIGPAK_INLINE d2 high_parts(d2 a, d2 b) { return {__builtin_shufflevector(a.v, b.v, 1, 3)}; }
+SIGPAK_INLINE f4 high_parts(f4 a, f4 b) { return {__builtin_shufflevector(a.v, b.v, 2, 6, 3, 7)}; }
+
+// Real and imaginary parts of interleaved points exchanged.
+SIGPAK_INLINE d2 exchanged(d2 a) { return {__builtin_shufflevector(a.v, a.v, 1, 0)}; }
+SIGPAK_INLINE f4 exchanged(f4 a) { return {__builtin_shufflevector(a.v, a.v, 1, 0, 3, 2)}; }
+
+// The scalars of a, then of b, in even (odd) places.
+SIGPAK_INLINE d2 evens(d2 a, d2 b) { return low_parts(a, b); }
+SIGPAK_INLINE f4 evens(f4 a, f4 b) { return {__builtin_shufflevector(a.v, b.v, 0, 2, 4, 6)}; }
+SIGPAK_INLINE d2 odds(d2 a, d2 b) { return high_parts(a, b); }
+SIGPAK_INLINE f4 odds(f4 a, f4 b) { return {__builtin_shufflevector(a.v, b.v, 1, 3, 5, 7)}; }
+SIGPAK_INLINE d2 evens_first(d2 a) { return a; }
+SIGPAK_INLINE f4 evens_first(f4 a) { return a; }
+
+// Every scalar in an even (odd) place also in the odd (even) one beside it.
+SIGPAK_INLINE d2 evens_twice(d2 a) { return {__builtin_shufflevector(a.v, a.v, 0, 0)}; }
+SIGPAK_INLINE f4 evens_twice(f4 a) { return {__builtin_shufflevector(a.v, a.v, 0, 0, 2, 2)}; }
+SIGPAK_INLINE d2 odds_twice(d2 a) { return {__builtin_shufflevector(a.v, a.v, 1, 1)}; }
+SIGPAK_INLINE f4 odds_twice(f4 a) { return {__builtin_shufflevector(a.v, a.v, 1, 1, 3, 3)}; }
+
+// a - b in the even places, a + b in the odd ones: a difference is the sum with the sign of b changed.
+SIGPAK_INLINE d2 turned_sum(d2 a, d2 b) { return a + from_bits(bits(b) ^ words{sign_bit, 0}); }
+SIGPAK_INLINE f4 turned_sum(f4 a, f4 b) {
+  typedef unsigned word_of_float __attribute__((vector_size(16)));
+  constexpr unsigned sign = 1U << 31;
+  const word_of_float turned = reinterpret_cast<word_of_float>(b.v) ^ word_of_float { sign, 0, sign, 0 };
+  return a + f4{reinterpret_cast<f4::vector>(turned)};
+}
+
+SIGPAK_INLINE bool any_bit(words a) { return ((a | __builtin_shufflevector(a, a, 1, 0))[0]) != 0; }
+template <class P> SIGPAK_INLINE bool any_zero(P a) {
+  return any_bit(reinterpret_cast<words>(a.v == typename P::vector{}));
+}
+template <class P> SIGPAK_INLINE bool all_below(P a, P b) {
+  return !any_bit(~reinterpret_cast<words>(a.v < b.v));
+}
+
 SIGPAK_INLINE bool any_sign(words a) {
   const words either = a | __builtin_shufflevector(a, a, 1, 0);
   return static_cast<long long>(either[0]) < 0;
@@ -67,8 +114,8 @@ SIGPAK_INLINE real widened(pack<float, 2> a) {
 }
 
 SIGPAK_INLINE void split_pairs(real a, real b, real& even, real& odd) {
-  even = {__builtin_shufflevector(a.v, b.v, 0, 2)};
-  odd = {__builtin_shufflevector(a.v, b.v, 1, 3)};
+  even = low_parts(a, b);
+  odd = high_parts(a, b);
 }
 SIGPAK_INLINE void join_pairs(real even, real odd, real& a, real& b) { split_pairs(even, odd, a, b); }
 

@@ -16,6 +16,8 @@ SIGPAK_INLINE void finish_streams() { _mm_sfence(); }
 
 // a * b + c, a * b - c and c - a * b, rounded once.
 constexpr bool has_fused_products = true;
+SIGPAK_INLINE double fused(double a, double b, double c) { return __builtin_fma(a, b, c); }
+SIGPAK_INLINE float fused(float a, float b, float c) { return __builtin_fmaf(a, b, c); }
 SIGPAK_INLINE d2 fma(d2 a, d2 b, d2 c) { return {_mm_fmadd_pd(a.v, b.v, c.v)}; }
 SIGPAK_INLINE d4 fma(d4 a, d4 b, d4 c) { return {_mm256_fmadd_pd(a.v, b.v, c.v)}; }
 SIGPAK_INLINE f4 fma(f4 a, f4 b, f4 c) { return {_mm_fmadd_ps(a.v, b.v, c.v)}; }
@@ -106,8 +108,6 @@ SIGPAK_INLINE f8 joined(f4 low, f4 high) {
 }
 
 // Blocks of 128 bits as a square: block j of row i goes to block i of row j.
-SIGPAK_INLINE void transpose_blocks(d2&) {}
-SIGPAK_INLINE void transpose_blocks(f4&) {}
 SIGPAK_INLINE void transpose_blocks(d4& a, d4& b) {
   const d4 low = {_mm256_permute2f128_pd(a.v, b.v, 0x20)};
   b = {_mm256_permute2f128_pd(a.v, b.v, 0x31)};

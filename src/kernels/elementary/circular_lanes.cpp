@@ -54,18 +54,18 @@ SIGPAK_INLINE real sine_quotient(real x) {
   return choose(small, all(1), q);
 }
 
-// With the terms of double precision, which leave no float on the wrong side of the middle of two.
-SIGPAK_INLINE real tangent_short(real x) {
+// With the sine's terms of double precision: with its own, 14 floats are on the wrong side of the middle of
+// two.
+SIGPAK_INLINE real tangent_single(real x) {
   const angle a = reduce_single(x);
   const real z = a.hi * a.hi;
-  const real s = fma(a.hi * z, polynomial(sine_terms, z), a.hi);
-  const real c = fma(z * z, polynomial(cosine_terms, z), fnma(all(0.5), z, all(1)));
+  const real s = take_sign(fma(a.hi * z, polynomial(sine_terms, z), a.hi), a.hi);
+  const real c = fma(z * z, polynomial(cosine_quarter_single_terms, z), fnma(all(0.5), z, all(1)));
   const mask odd = has_bit(a.quarter, 1);
-  const real q = flip_sign(choose(odd, c, s) / choose(odd, s, c), a.quarter << 63);
-  return choose(x == all(0), x, q);
+  return flip_sign(choose(odd, c, s) / choose(odd, s, c), a.quarter << 63);
 }
 
-SIGPAK_INLINE real sine_quotient_short(real x) {
+SIGPAK_INLINE real sine_quotient_single(real x) {
   const mask zero = x == all(0);
   return choose(zero, all(1), sine_single(x) / choose(zero, all(1), x));
 }
@@ -80,12 +80,12 @@ void sines(float* x, index n) { walk(x, n, circular_single<sine_single, careful_
 void cosines(double* x, index n) { walk(x, n, circular<cosine, careful_cosine<double>>{}); }
 void cosines(float* x, index n) { walk(x, n, circular_single<cosine_single, careful_cosine<float>>{}); }
 void tangents(double* x, index n) { walk(x, n, circular<tangent, careful_tangent<double>>{}); }
-void tangents(float* x, index n) { walk(x, n, circular_single<tangent_short, careful_tangent<float>>{}); }
+void tangents(float* x, index n) { walk(x, n, circular_single<tangent_single, careful_tangent<float>>{}); }
 void sine_quotients(double* x, index n) {
   walk(x, n, circular<sine_quotient, careful_sine_quotient<double>>{});
 }
 void sine_quotients(float* x, index n) {
-  walk(x, n, circular_single<sine_quotient_short, careful_sine_quotient<float>>{});
+  walk(x, n, circular_single<sine_quotient_single, careful_sine_quotient<float>>{});
 }
 
 // size * part, rounded once, with the sign of the product of the leading parts where it vanishes.

@@ -10,9 +10,9 @@ namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
 // The limits of a precision, in every lane.
-template <class T> SIGPAK_INLINE real huge() { return all(static_cast<double>(guard<T>::huge)); }
-template <class T> SIGPAK_INLINE real log_huge() { return all(static_cast<double>(guard<T>::log_huge)); }
-template <class T> SIGPAK_INLINE real log10_huge() { return all(static_cast<double>(guard<T>::log10_huge)); }
+template <class T> SIGPAK_INLINE real huge() { return all(wide_guard<T>::huge); }
+template <class T> SIGPAK_INLINE real log_huge() { return all(wide_guard<T>::log_huge); }
+template <class T> SIGPAK_INLINE real log10_huge() { return all(wide_guard<T>::log10_huge); }
 
 template <class T> SIGPAK_INLINE real guarded_exp(real x) {
   real y;
@@ -130,7 +130,7 @@ template <class T> struct natural_size {
 
 template <class T> struct decimal_size {
   SIGPAK_INLINE static real angle(real b) {
-    return b * all(is_single<T> ? static_cast<double>(2.3025851F) : 2.302585092994046);
+    return b * all(is_single<T> ? static_cast<double>(2.3025851F) : ln10_hi);
   }
   SIGPAK_INLINE static scaled_size of(real a) {
     const scaled_size e = size_of<T>(reduce_decimal_power(at_least(a, vanishing_decimal_exponent)));
@@ -162,7 +162,7 @@ SIGPAK_INLINE exponential_pair half_exponentials(real a) {
 }
 
 // Up to 1/2 a polynomial: the difference of the exponentials would lose digits.
-SIGPAK_INLINE real sinh_in_full(real x) {
+SIGPAK_INLINE real sinh_double(real x) {
   const real a = absolute(x);
   const real z = x * x;
   const real near = fma(x * z, polynomial(sinh_terms, z), x);
@@ -173,7 +173,7 @@ SIGPAK_INLINE real sinh_in_full(real x) {
   return take_sign(choose(a <= all(0.5), near, limited), x);
 }
 
-SIGPAK_INLINE real cosh_in_full(real x) {
+SIGPAK_INLINE real cosh_double(real x) {
   const real a = absolute(x);
   const exponential_pair e = half_exponentials(at_most(a, guard<double>::log_huge));
   const parts top = fast_sum(e.up.hi, e.down.hi);
@@ -181,7 +181,7 @@ SIGPAK_INLINE real cosh_in_full(real x) {
 }
 
 // Up to 0.55 a polynomial, then 1 - 2 / (e^2x + 1), which is 1 from 20 on.
-SIGPAK_INLINE real tanh_in_full(real x) {
+SIGPAK_INLINE real tanh_double(real x) {
   const real a = absolute(x);
   const real z = x * x;
   const real near = fma(x * z, polynomial(tanh_terms, z), x);
@@ -204,7 +204,7 @@ SIGPAK_INLINE real near_or(real x, real near, real far, double end) {
 constexpr double closest_sinh = 0x1.250bfep-11;
 
 // For single precision, from one exponential and its reciprocal.
-SIGPAK_INLINE real sinh_short(real x) {
+SIGPAK_INLINE real sinh_single(real x) {
   const real a = absolute(x);
   const real z = x * x;
   const real series = fma(x * z, polynomial(sinh_single_terms, z), x);
@@ -214,25 +214,25 @@ SIGPAK_INLINE real sinh_short(real x) {
   return near_or(x, near, choose(a > log_huge<float>(), huge<float>(), far), 0.5);
 }
 
-SIGPAK_INLINE real cosh_short(real x) {
+SIGPAK_INLINE real cosh_single(real x) {
   const real a = absolute(x);
   const real e = exponential_single(at_most(a, guard<double>::log_huge));
   return choose(a > log_huge<float>(), huge<float>(), all(0.5) * (e + all(1) / e));
 }
 
-SIGPAK_INLINE real tanh_short(real x) {
+SIGPAK_INLINE real tanh_single(real x) {
   const real z = x * x;
   const real near = fma(x * z, polynomial(tanh_single_terms, z), x);
   const real e = exponential_single(all(2) * at_most(absolute(x), 22));
   return near_or(x, near, all(1) - all(2) / (e + all(1)), 0.55);
 }
 
-void hyperbolic_sines(double* x, index n) { walk(x, n, everywhere<sinh_in_full>{}); }
-void hyperbolic_sines(float* x, index n) { walk(x, n, everywhere_single<sinh_short, precise_sinh>{}); }
-void hyperbolic_cosines(double* x, index n) { walk(x, n, everywhere<cosh_in_full>{}); }
-void hyperbolic_cosines(float* x, index n) { walk(x, n, everywhere_single<cosh_short, precise_cosh>{}); }
-void hyperbolic_tangents(double* x, index n) { walk(x, n, everywhere<tanh_in_full>{}); }
-void hyperbolic_tangents(float* x, index n) { walk(x, n, everywhere_single<tanh_short, precise_tanh>{}); }
+void hyperbolic_sines(double* x, index n) { walk(x, n, everywhere<sinh_double>{}); }
+void hyperbolic_sines(float* x, index n) { walk(x, n, everywhere_single<sinh_single, precise_sinh>{}); }
+void hyperbolic_cosines(double* x, index n) { walk(x, n, everywhere<cosh_double>{}); }
+void hyperbolic_cosines(float* x, index n) { walk(x, n, everywhere_single<cosh_single, precise_cosh>{}); }
+void hyperbolic_tangents(double* x, index n) { walk(x, n, everywhere<tanh_double>{}); }
+void hyperbolic_tangents(float* x, index n) { walk(x, n, everywhere_single<tanh_single, precise_tanh>{}); }
 
 template <class T>
 constexpr kernels::exponential_functions<T> functions = {where_faster<T>(exponentials),

@@ -10,7 +10,7 @@
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
-template <class T> SIGPAK_INLINE real huge() { return all(static_cast<double>(guard<T>::huge)); }
+template <class T> SIGPAK_INLINE real huge() { return all(wide_guard<T>::huge); }
 template <class T> SIGPAK_INLINE real tiny() { return all(static_cast<double>(guard<T>::tiny)); }
 constexpr double most_finite = 0x1.fffffffffffffp+1023;
 
@@ -77,8 +77,7 @@ template <class T, bool scales_angle> struct logarithm_of_point {
   kernels::plain_logarithm plain;
 
   SIGPAK_INLINE mask is_wild(real a, real b) const {
-    return is_outside(absolute(a) + absolute(b), least_logarithm_argument<T>,
-                      static_cast<double>(guard<T>::huge));
+    return is_outside(absolute(a) + absolute(b), least_logarithm_argument<T>, wide_guard<T>::huge);
   }
   SIGPAK_INLINE void operator()(real& a, real& b) const {
     const ordered_point z = in_order(a, b);

@@ -49,29 +49,34 @@ constexpr double vanishing_decimal_exponent_single = -46;
 constexpr double ln10_hi = 0x1.26bb1bbb55516p+1;
 constexpr double ln10_lo = -0x1.f48ad494ea3e9p-53;
 
+// Eighths of a factor of two in e and in ten, and such an eighth as a power of either.
+constexpr double eighths_in_e = 0x1.71547652b82fep+3;    // 8 / ln 2
+constexpr double eighths_in_ten = 0x1.a934f0979a371p+4;  // 8 / log10 2
+constexpr double eighth = 0x1.62e42fefa39efp-4;
+constexpr double decimal_eighth = 0x1.34413509f79ffp-5;
+
 // x = n eighths of ln 2 and r, |r| <= ln 2 / 16; n is in the low bits of shifted.
 struct eighths {
   real shifted;
   real r;
 };
 
-// An eighth of a factor of two, as a sum whose first part gives exact products with n: where products are not
-// fused, by its 38 bits.
-constexpr double eighth_hi = has_fused_products ? 0x1.62e42fefa39efp-4 : 0x1.62e42fefap-4;  // ln 2 / 8
+// Such eighths as sums whose first part gives exact products with n: where products are not fused, by its 38
+// bits.
+constexpr double eighth_hi = has_fused_products ? eighth : 0x1.62e42fefap-4;
 constexpr double eighth_lo = has_fused_products ? 0x1.abc9e3b39803fp-59 : 0x1.cf79abc9e3b3ap-43;
-constexpr double decimal_eighth_hi =
-    has_fused_products ? 0x1.34413509f79ffp-5 : 0x1.34413509fp-5;  // log10(2) / 8
+constexpr double decimal_eighth_hi = has_fused_products ? decimal_eighth : 0x1.34413509fp-5;
 constexpr double decimal_eighth_lo = has_fused_products ? -0x1.9dc1da994fd21p-62 : 0x1.e7fbcc47c4acdp-43;
 
 // What the first product leaves of x has at most 53 bits.
 SIGPAK_INLINE eighths reduce_power(real x) {
-  const real shifted = fma(x, all(0x1.71547652b82fep+3), all(to_integer));
+  const real shifted = fma(x, all(eighths_in_e), all(to_integer));
   const real n = shifted - all(to_integer);
   return {shifted, fnma(n, all(eighth_lo), fnma(n, all(eighth_hi), x))};
 }
 
 SIGPAK_INLINE eighths reduce_decimal_power(real x) {
-  const real shifted = fma(x, all(0x1.a934f0979a371p+4), all(to_integer));
+  const real shifted = fma(x, all(eighths_in_ten), all(to_integer));
   const real n = shifted - all(to_integer);
   const real t = fnma(n, all(decimal_eighth_lo), fnma(n, all(decimal_eighth_hi), x));
   return {shifted, fma(t, all(ln10_hi), t * all(ln10_lo))};
@@ -97,13 +102,13 @@ SIGPAK_INLINE real power(eighths x) {
 // For single precision: one product reduces, and no exponent leaves the range of a double, so it joins the
 // root.
 SIGPAK_INLINE eighths reduce_power_single(real x) {
-  const real shifted = fma(x, all(0x1.71547652b82fep+3), all(to_integer));
-  return {shifted, fnma(shifted - all(to_integer), all(0x1.62e42fefa39efp-4), x)};
+  const real shifted = fma(x, all(eighths_in_e), all(to_integer));
+  return {shifted, fnma(shifted - all(to_integer), all(eighth), x)};
 }
 
 SIGPAK_INLINE eighths reduce_decimal_power_single(real x) {
-  const real shifted = fma(x, all(0x1.a934f0979a371p+4), all(to_integer));
-  return {shifted, fnma(shifted - all(to_integer), all(0x1.34413509f79ffp-5), x) * all(ln10_hi)};
+  const real shifted = fma(x, all(eighths_in_ten), all(to_integer));
+  return {shifted, fnma(shifted - all(to_integer), all(decimal_eighth), x) * all(ln10_hi)};
 }
 
 SIGPAK_INLINE real power_single(eighths x) {

@@ -46,7 +46,7 @@ template <class T> struct root_of_point {
 
   // Zero and subnormal parts count as wild only where they meet no part of ordinary size.
   SIGPAK_INLINE mask is_wild(real a, real b) const {
-    return is_outside(absolute(a) + absolute(b), least_plain, static_cast<double>(guard<T>::huge));
+    return is_outside(absolute(a) + absolute(b), least_plain, wide_guard<T>::huge);
   }
   SIGPAK_INLINE void operator()(real& a, real& b) const {
     root_parts root;

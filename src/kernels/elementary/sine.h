@@ -12,9 +12,10 @@ namespace {
 // Beyond this the functions of single numbers take over.
 constexpr double reduction_end = has_fused_products ? 0x1p30 : 0x1p20;
 
-constexpr double quarter_pi_hi = 0x1.921fb54442d18p+0;  // pi / 2 in three doubles
-constexpr double quarter_pi_mid = 0x1.1a62633145c07p-54;
-constexpr double quarter_pi_lo = -0x1.f1976b7ed8fbcp-110;
+constexpr double two_over_pi = 0x1.45f306dc9c883p-1;
+constexpr double half_pi_hi = 0x1.921fb54442d18p+0;  // pi / 2 in three doubles
+constexpr double half_pi_mid = 0x1.1a62633145c07p-54;
+constexpr double half_pi_lo = -0x1.f1976b7ed8fbcp-110;
 
 // x = quarter * pi / 2 + hi + lo, |hi| <= pi / 4; the quarter is in the low bits.
 struct angle {
@@ -25,14 +26,14 @@ struct angle {
 
 // pi / 2 in pieces of 33 bits, the last one full: where products are not fused, those of the first three with
 // multiples up to 2^20 are exact.
-constexpr double quarter_pi_pieces[] = {0x1.921fb544p+0, 0x1.0b4611a6p-34, 0x1.3198a2ep-69,
-                                        0x1.b839a252049c1p-104};
+constexpr double half_pi_pieces[] = {0x1.921fb544p+0, 0x1.0b4611a6p-34, 0x1.3198a2ep-69,
+                                     0x1.b839a252049c1p-104};
 
 SIGPAK_INLINE parts take_quarters(real x, real n) {
-  const real first = x - n * all(quarter_pi_pieces[0]);
-  const parts second = exact_sum(first, -(n * all(quarter_pi_pieces[1])));
-  const parts third = exact_sum(second.hi, -(n * all(quarter_pi_pieces[2])));
-  const real step = (n * all(quarter_pi_pieces[3]) - second.lo) - third.lo;
+  const real first = x - n * all(half_pi_pieces[0]);
+  const parts second = exact_sum(first, -(n * all(half_pi_pieces[1])));
+  const parts third = exact_sum(second.hi, -(n * all(half_pi_pieces[2])));
+  const real step = (n * all(half_pi_pieces[3]) - second.lo) - third.lo;
   const real hi = third.hi - step;  // with the sign of a zero
   return {hi, (third.hi - hi) - step};
 }
@@ -40,33 +41,33 @@ SIGPAK_INLINE parts take_quarters(real x, real n) {
 // x - n * quarters * pi / 2 for single precision, which needs no more than the double.
 SIGPAK_INLINE real take_quarters_single(real x, real n, double quarters) {
   if constexpr (has_fused_products) {
-    return fnma(n, all(quarters * quarter_pi_mid), fnma(n, all(quarters * quarter_pi_hi), x));
+    return fnma(n, all(quarters * half_pi_mid), fnma(n, all(quarters * half_pi_hi), x));
   }
   real rest = x;
-  unroll<3>([&](auto i) SIGPAK_LAMBDA { rest = rest - n * all(quarters * quarter_pi_pieces[i]); });
+  unroll<3>([&](auto i) SIGPAK_LAMBDA { rest = rest - n * all(quarters * half_pi_pieces[i]); });
   return rest;
 }
 
 // The first product is exact for |x| <= 2^38: the multiple of pi / 2 that it takes away has at most 53 bits
 // left.
 SIGPAK_INLINE angle reduce(real x) {
-  const real shifted = fma(x, all(0x1.45f306dc9c883p-1), all(to_integer));  // 2 / pi
+  const real shifted = fma(x, all(two_over_pi), all(to_integer));
   const real n = shifted - all(to_integer);
   if constexpr (!has_fused_products) {
     const parts rest = take_quarters(x, n);
     return {rest.hi, rest.lo, bits(shifted)};
   }
-  const real first = fnma(n, all(quarter_pi_hi), x);
-  const real step = n * all(quarter_pi_mid);
-  const real step_rest = fms(n, all(quarter_pi_mid), step);
+  const real first = fnma(n, all(half_pi_hi), x);
+  const real step = n * all(half_pi_mid);
+  const real step_rest = fms(n, all(half_pi_mid), step);
   const real hi = first - step;
-  const real lo = ((first - hi) - step) - fma(n, all(quarter_pi_lo), step_rest);
+  const real lo = ((first - hi) - step) - fma(n, all(half_pi_lo), step_rest);
   return {hi, lo, bits(shifted)};
 }
 
 // For single precision, whose results need no rest of the angle.
 SIGPAK_INLINE angle reduce_single(real x) {
-  const real shifted = fma(x, all(0x1.45f306dc9c883p-1), all(to_integer));
+  const real shifted = fma(x, all(two_over_pi), all(to_integer));
   const real n = shifted - all(to_integer);
   return {take_quarters_single(x, n, 1), all(0), bits(shifted)};
 }
@@ -113,24 +114,24 @@ SIGPAK_INLINE sine_cosine both_parts(angle a, double of_rest = 0.5) {
 }
 
 // For single precision: x = n pi + r, |r| <= pi / 2, and one polynomial.
-SIGPAK_INLINE real short_sine(real r, words turns, const double (&terms)[7]) {
+SIGPAK_INLINE real half_turn_sine(real r, words turns, const double (&terms)[7]) {
   const real z = r * r;
   const real y = fma(r * z, polynomial(terms, z), r);
   return flip_sign(take_sign(y, r), turns << 63);
 }
 
 SIGPAK_INLINE real sine_single(real x) {
-  const real shifted = fma(x, all(0x1.45f306dc9c883p-2), all(to_integer));  // 1 / pi
+  const real shifted = fma(x, all(two_over_pi / 2), all(to_integer));
   const real n = shifted - all(to_integer);
-  return short_sine(take_quarters_single(x, n, 2), bits(shifted), sine_single_terms);
+  return half_turn_sine(take_quarters_single(x, n, 2), bits(shifted), sine_single_terms);
 }
 
 // cos x = -sin(x - pi / 2): the nearest odd multiple of pi / 2 takes the place of the multiple of pi, and one
 // more turns the sign.
 SIGPAK_INLINE real cosine_single(real x) {
-  const real shifted = fma(x, all(0x1.45f306dc9c883p-2), all(-0.5)) + all(to_integer + 1);
+  const real shifted = fma(x, all(two_over_pi / 2), all(-0.5)) + all(to_integer + 1);
   const real n = (shifted - all(to_integer + 1)) + all(0.5);
-  return short_sine(take_quarters_single(x, n, 2), bits(shifted), cosine_single_terms);
+  return half_turn_sine(take_quarters_single(x, n, 2), bits(shifted), cosine_single_terms);
 }
 
 SIGPAK_INLINE mask is_far(real x) { return not_at_most(absolute(x), reduction_end); }

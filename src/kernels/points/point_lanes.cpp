@@ -110,7 +110,7 @@ template <class Step, class T> SIGPAK_INLINE void run_rest(const T* a, const T* 
   move(x, out, 2 * points);
 }
 
-// From a line on, where the points can lie on one.
+// From a line on, where the points can lie on one. The way there may be longer than a step.
 template <class T> SIGPAK_INLINE index points_to_line(const T* out, index points, index scalars) {
   const index head = machine::bytes_to_line(out) / (scalars * index{sizeof(T)});
   return points >= 128 ? head : 0;
@@ -118,9 +118,13 @@ template <class T> SIGPAK_INLINE index points_to_line(const T* out, index points
 
 template <class Step, class T> void run_pairs(const T* a, const T* b, T* out, index points) noexcept {
   using P = widest<T>;
-  const index head = points_to_line(out, points, 2);
-  if (head > 0) run_rest<Step>(a, b, out, head);
-  index i = head;
+  constexpr index most = P::width;
+  index i = 0;
+  for (const index head = points_to_line(out, points, 2); i < head;) {
+    const index count = head - i < most ? head - i : most;
+    run_rest<Step>(a + 2 * i, b + 2 * i, out + 2 * i, count);
+    i += count;
+  }
   for (; i + P::width <= points; i += P::width) Step::template run<P>(a + 2 * i, b + 2 * i, out + 2 * i);
   if (i < points) run_rest<Step>(a + 2 * i, b + 2 * i, out + 2 * i, points - i);
 }
@@ -135,7 +139,6 @@ template <class T> SIGPAK_INLINE void magnitudes_of_rest(const T* z, T* out, ind
   move(x, out, points);
 }
 
-// The way to a line may be longer than a vector of 32 bytes.
 template <class T> void square_magnitudes(const T* z, T* out, index points) noexcept {
   using P = widest<T>;
   constexpr index most = P::width;
@@ -151,7 +154,7 @@ template <class T> void square_magnitudes(const T* z, T* out, index points) noex
 
 // What the limits leave of 1 / z, or of z / H.
 template <class T> [[gnu::noinline]] void reciprocate_guarded(T* z, index points) {
-  constexpr double huge = double(guard<T>::huge);
+  constexpr double huge = wide_guard<T>::huge;
   for (index i = 0; i < 2 * points; i += 2) {
     const double a = double(z[i]);
     const double b = double(z[i + 1]);
@@ -164,7 +167,7 @@ template <class T> [[gnu::noinline]] void reciprocate_guarded(T* z, index points
 }
 
 template <class T> SIGPAK_INLINE void reciprocal_step(T* z) {
-  constexpr double huge = double(guard<T>::huge);
+  constexpr double huge = wide_guard<T>::huge;
   const real z0 = read(z);
   const real z1 = read(z + real::width);
   const real size = evens(z0 * z0, z1 * z1) + odds(z0 * z0, z1 * z1);
@@ -182,10 +185,15 @@ template <class T> void reciprocate(T* z, index points) noexcept {
   if (i < points) reciprocate_guarded(z + 2 * i, points - i);
 }
 
+// Of a product in 128 bits the shuffles take as long as the plain loop's.
+template <bool conjugate, class T> constexpr kernels::point_function<T> multiplication() {
+  return lane_count == 2 ? nullptr : run_pairs<product_step<conjugate>, T>;
+}
+
 template <class T>
-constexpr kernels::point_functions<T> table = {run_pairs<product_step<false>, T>,
-                                               run_pairs<product_step<true>, T>, run_pairs<quotient_step, T>,
-                                               square_magnitudes<T>, reciprocate<T>};
+constexpr kernels::point_functions<T> table = {multiplication<false, T>(), multiplication<true, T>(),
+                                               run_pairs<quotient_step, T>, square_magnitudes<T>,
+                                               reciprocate<T>};
 
 }  // namespace
 

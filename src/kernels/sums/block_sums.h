@@ -53,8 +53,8 @@ void add_in_turn(index begin, index points, Term term, sums<count>& total) noexc
   }
 }
 
-// All points where there are no wide vectors: what one record gives to one sum is worth lanes even so.
-template <class Term, class T> auto sum_without_vectors(index points, Term term, const T* y) noexcept {
+// All points without a kernel: what one record gives to one sum is worth lanes even so.
+template <class Term, class T> auto sum_plainly(index points, Term term, const T* y) noexcept {
   decltype(term(index())) total{};
   index i = 0;
   if (total.size() == 1 && y == nullptr) {
@@ -65,7 +65,7 @@ template <class Term, class T> auto sum_without_vectors(index points, Term term,
   return total;
 }
 
-// The same sums by a kernel of the wide levels: which one, and what it reads.
+// The same sums by a kernel: which one, and what it reads.
 template <class T> struct lane_terms {
   kernels::lane_sums<T> kernels::lane_sum_table<T>::*kernel;
   const T* x;
@@ -77,8 +77,8 @@ template <class T> struct lane_terms {
   bool streaming = true;  // worth more than the plain loop where memory is the limit
 };
 
-// Blocks from `begin` on, at most eight, one lane each. The kernel takes the points in eights; what is left
-// over at the ends of a block is added here, as is the end of a last block that is cut short.
+// Blocks from `begin` on, no more than there are lanes, one lane each. The kernel takes the points in eights;
+// what is left over at the ends of a block is added here, as is the end of a last block that is cut short.
 template <class Term, class T> class lane_pass {
  public:
   lane_pass(Term term, const lane_terms<T>& terms, kernels::lane_sums<T> kernel, index begin,
@@ -90,7 +90,7 @@ template <class Term, class T> class lane_pass {
         blocks_(blocks),
         head_(points_to_line(terms.x + begin * terms.width, terms.width)),
         stagger_(terms.y != nullptr ? eight : 0) {
-    for (index lane = 0; lane < kernels::sum_lanes; ++lane) {
+    for (index lane = 0; lane < kernels::most_lanes; ++lane) {
       const index at = begin + (lane < blocks ? lane : 0) * sum_block + lead(lane);
       from_.x[lane] = terms.x + at * terms.width;
       from_.y[lane] = terms.y + at * terms.y_width;
@@ -174,11 +174,12 @@ template <class Term, class T> class lane_pass {
 
 template <class Term, class T>
 auto sum_in_lanes(index points, Term term, const lane_terms<T>& terms,
-                  kernels::lane_sums<T> kernel) noexcept {
+                  const kernels::lane_sum_table<T>& table) noexcept {
   static_assert(kernels::lane_points == sum_block);
-  constexpr index most = kernels::sum_lanes * sum_block;
+  const index most = table.lanes * sum_block;
   constexpr index widening = sizeof(T) < sizeof(double) ? 1 : 0;  // takes a pass a block more
-  const index worth_a_pass = (terms.blocks + widening) * sum_block;
+  const index blocks_worth = std::max<index>(table.least_blocks, terms.blocks) + widening;
+  const index worth_a_pass = std::min<index>(table.lanes, blocks_worth) * sum_block;
   const auto bytes = static_cast<index>(sizeof(T)) * points * (terms.width + terms.y_width);
   decltype(term(index())) total{};
   index i = 0;
@@ -187,7 +188,7 @@ auto sum_in_lanes(index points, Term term, const lane_terms<T>& terms,
   while (!waits_for_memory && points - i >= worth_a_pass) {
     const index here = std::min(most, points - i);
     const index blocks = (here + sum_block - 1) / sum_block;
-    lane_pass<Term, T> pass(term, terms, kernel, i, blocks);
+    lane_pass<Term, T> pass(term, terms, table.*terms.kernel, i, blocks);
     pass.add(here - (blocks - 1) * sum_block, beyond_the_cache && points - i >= 2 * most, total);
     i += here;
   }
@@ -198,9 +199,9 @@ auto sum_in_lanes(index points, Term term, const lane_terms<T>& terms,
 // Out of line: a short record is done inline.
 template <class Term, class T>
 [[gnu::noinline]] auto sum_many_blocks(index points, Term term, const lane_terms<T>& terms) noexcept {
-  const auto* const table = at_level<kernels::lane_sum_table<T>>();
-  return table != nullptr ? sum_in_lanes(points, term, terms, table->*terms.kernel)
-                          : sum_without_vectors(points, term, terms.y);
+  const auto& table = *at_level<kernels::lane_sum_table<T>>();
+  return table.*terms.kernel != nullptr ? sum_in_lanes(points, term, terms, table)
+                                        : sum_plainly(points, term, terms.y);
 }
 
 // Sum by sum, and not by a loop, which is a copy of the whole to the compiler: sums copied as a whole would

@@ -1,23 +1,23 @@
 // SPDX-License-Identifier: MIT
-// Sums of eight blocks side by side at the wide levels, one lane each.
+// Sums of blocks side by side, one lane each: eight at the wide levels, four in vectors of 128 bits.
 #pragma once
 
 #include <cstdint>
 
 namespace sigpak::kernels {
 
-inline constexpr int sum_lanes = 8;
+inline constexpr int most_lanes = 8;
 inline constexpr int most_sums = 5;
 inline constexpr std::int64_t lane_points = 2048;  // from the block of a lane to that of the next
 
 // Where the points of every lane stand, and which of them to add: `begin` .. `end` - 1 of its block, a
 // multiple of 8. Lanes may read the same points.
 template <class T> struct lane_points_of {
-  const T* x[sum_lanes];
-  const T* y[sum_lanes];  // for terms of two records
+  const T* x[most_lanes];
+  const T* y[most_lanes];  // for terms of two records
   std::int64_t begin;
   std::int64_t end;
-  bool fetch_next;  // the eight blocks behind those of x and y come next, and come from memory
+  bool fetch_next;  // as many blocks behind those of x and y come next, and come from memory
 };
 
 // What the terms are made with.
@@ -30,11 +30,15 @@ struct term_constants {
 };
 
 // sums[k][lane], as they were, go on in the order of the points: the k-th sum of each lane.
-using lane_totals = double[most_sums][sum_lanes];
+using lane_totals = double[most_sums][most_lanes];
 template <class T>
 using lane_sums = void (*)(const lane_points_of<T>&, const term_constants&, lane_totals& sums);
 
+// Functions are null where one block after the other is faster.
 template <class T> struct lane_sum_table {
+  static constexpr bool at_baseline = true;
+  int lanes;
+  int least_blocks;                // from so many on, a pass takes less time than one block after the other
   lane_sums<T> samples;            // x
   lane_sums<T> points;             // re, im
   lane_sums<T> squares;            // x^2, x within the limits

@@ -11,8 +11,10 @@
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
+// Two vectors of 128 bits, whose sums fit into sixteen registers.
 constexpr int width = lane_count;
-constexpr int vectors = kernels::sum_lanes / width;
+constexpr int side_by_side = width == 2 ? 4 : kernels::most_lanes;
+constexpr int vectors = side_by_side / width;
 
 // Consecutive samples of `width` lanes from x[lane] + at on, one row for each of the `steps` next.
 template <int W>
@@ -36,8 +38,17 @@ requires(W == 8) SIGPAK_INLINE void read_rows(pack<double, W>* r, const double* 
 }
 template <int W>
 requires(W == 4) SIGPAK_INLINE void read_rows(pack<double, W>* r, const double* const* x, index at) {
-  const auto a = joined(load<d2>(x[0] + at), load<d2>(x[2] + at));
-  const auto b = joined(load<d2>(x[1] + at), load<d2>(x[3] + at));
+  using half = pack<double, W / 2>;
+  const auto a = joined(load<half>(x[0] + at), load<half>(x[2] + at));
+  const auto b = joined(load<half>(x[1] + at), load<half>(x[3] + at));
+  r[0] = low_parts(a, b);
+  r[1] = high_parts(a, b);
+}
+
+template <int W, class T>
+requires(W == 2) SIGPAK_INLINE void read_rows(pack<double, W>* r, const T* const* x, index at) {
+  const auto a = read(x[0] + at);
+  const auto b = read(x[1] + at);
   r[0] = low_parts(a, b);
   r[1] = high_parts(a, b);
 }
@@ -45,20 +56,22 @@ requires(W == 4) SIGPAK_INLINE void read_rows(pack<double, W>* r, const double* 
 // Four floats of a lane, beside them those of the fourth lane from it where there are eight.
 template <int W> SIGPAK_INLINE pack<float, W> load_lanes(const float* const* x, int lane, index at) {
   if constexpr (W == 8) {
-    return joined(load<f4>(x[lane] + at), load<f4>(x[lane + 4] + at));
+    using half = pack<float, W / 2>;
+    return joined(load<half>(x[lane] + at), load<half>(x[lane + 4] + at));
   } else {
     return load<f4>(x[lane] + at);
   }
 }
 
-template <class T> constexpr int steps = sizeof(T) == 8 ? width / 2 : 4;
+template <class T> constexpr int steps = width == 2 ? 2 : is_single<T> ? 4 : width / 2;
 
 // Floats are transposed as they are: half the work.
-SIGPAK_INLINE void read_rows(real* r, const float* const* x, index at) {
-  const auto a = load_lanes<width>(x, 0, at);
-  const auto b = load_lanes<width>(x, 1, at);
-  const auto c = load_lanes<width>(x, 2, at);
-  const auto d = load_lanes<width>(x, 3, at);
+template <int W>
+requires(W > 2) SIGPAK_INLINE void read_rows(pack<double, W>* r, const float* const* x, index at) {
+  const auto a = load_lanes<W>(x, 0, at);
+  const auto b = load_lanes<W>(x, 1, at);
+  const auto c = load_lanes<W>(x, 2, at);
+  const auto d = load_lanes<W>(x, 3, at);
   const auto ab_first = low_parts(a, b);
   const auto ab_last = high_parts(a, b);
   const auto cd_first = low_parts(c, d);
@@ -76,8 +89,8 @@ template <int rows, class T> SIGPAK_INLINE void read_points(real* r, const T* co
 // The share of so many points of a stretch in what the next stretch reads, line after line.
 template <int rows, class T> SIGPAK_INLINE void fetch(const T* x, index at, index points) {
   constexpr index line = machine::line_bytes / sizeof(T);
-  const T* const next = x + (kernels::lane_points + at) * rows * kernels::sum_lanes;
-  for (index i = 0; i < points * rows * kernels::sum_lanes; i += line) {
+  const T* const next = x + (kernels::lane_points + at) * rows * side_by_side;
+  for (index i = 0; i < points * rows * side_by_side; i += line) {
     prefetch(next + i);
   }
 }
@@ -119,8 +132,9 @@ void sum_lanes(const kernels::lane_points_of<T>& from, const kernels::term_const
 }
 
 // Products of doubles are transposed instead of the factors.
-void sum_products(const kernels::lane_points_of<double>& from, const kernels::term_constants&,
+void sum_products(const kernels::lane_points_of<double>& from, const kernels::term_constants& given,
                   kernels::lane_totals& sums) {
+  if constexpr (width == 2) return sum_lanes<product>(from, given, sums);
   unroll<vectors>([&](auto v) SIGPAK_LAMBDA {
     constexpr int first = v * width;
     real total = load<real>(&sums[0][first]);
@@ -160,23 +174,33 @@ void sum_deviations(const kernels::lane_points_of<T>& from, const kernels::term_
   sum_lanes<Term<true>>(from, given, sums);
 }
 
+// Two doubles side by side gain on one sum of one record no more than it costs to put them so, and neither do
+// floats, which are converted for it, on their sums and products. A division is worth more.
+constexpr bool wide = width > 2;
+template <class T> constexpr bool wide_or_double = wide || !is_single<T>;
+template <class T> constexpr kernels::lane_sums<T> where(bool worth, kernels::lane_sums<T> kernel) {
+  return worth ? kernel : nullptr;
+}
+
 template <class T>
 constexpr kernels::lane_sum_table<T> table = {
-    .samples = sum_lanes<sample, T>,
-    .points = sum_lanes<point, T>,
-    .squares = sum_deviations<square, T>,
-    .point_squares = sum_deviations<point_square, T>,
+    .lanes = side_by_side,
+    .least_blocks = wide ? 2 : 3,
+    .samples = where<T>(wide, sum_lanes<sample, T>),
+    .points = where<T>(wide_or_double<T>, sum_lanes<point, T>),
+    .squares = where<T>(wide, sum_deviations<square, T>),
+    .point_squares = where<T>(wide, sum_deviations<point_square, T>),
     .deviations = sum_deviations<deviation, T>,
     .point_deviations = sum_deviations<point_deviation, T>,
     .cubed_deviations = sum_deviations<cubed_deviation, T>,
     .fourth_deviations = sum_deviations<fourth_deviation, T>,
     .line = sum_deviations<line, T>,
     .point_line = sum_deviations<point_line, T>,
-    .reciprocals = sum_lanes<reciprocal, T>,
+    .reciprocals = where<T>(wide || is_single<T>, sum_lanes<reciprocal, T>),
     .point_reciprocals = sum_deviations<point_reciprocal, T>,
-    .products = sum_products,
-    .point_products = sum_lanes<point_product, T>,
-    .mixed_products = sum_lanes<mixed_product, T>,
+    .products = where<T>(wide_or_double<T>, sum_products),
+    .point_products = where<T>(wide_or_double<T>, sum_lanes<point_product, T>),
+    .mixed_products = where<T>(wide_or_double<T>, sum_lanes<mixed_product, T>),
 };
 
 }  // namespace
