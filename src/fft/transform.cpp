@@ -62,8 +62,13 @@ status transform_lanes(const fft_kernels<T>& level, T* x, index points, bool inv
   const auto* plan = kernels::find_lane_plan<T>(points, lanes);
   if (plan == nullptr) {
     own_plans<T>();
-    plan = kernels::make_lane_plan<T>(points, lanes);
+    const auto choice = kernels::choose_lanes<T>(points, lanes);
+    plan = kernels::make_lane_plan<T>(points, lanes, choice);
     if (plan == nullptr) return failed;
+  }
+  if (kernels::course_of(*plan, x) == kernels::course::in_place) {
+    level.run(*plan, x, nullptr, inverse);
+    return ok;
   }
   const index count = 2 * plan->lanes * plan->stride * plan->radix[0];
   return with_scratch(workshops<T>, count, x, [=, &level](T* scratch) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The table of transforms of one level.
+#include "fft/wide/columns.h"
 #include "fft/wide/kernels.h"
 #include "fft/wide/long.h"
 #include "fft/wide/mixed.h"
@@ -11,11 +12,20 @@
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
+using kernels::course;
+
+template <class P, bool inverse>
+void run(const lane_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
+  const course chosen = course_of(plan, x);
+  if (chosen == course::in_place) return run_in_place<P, inverse>(plan, x);
+  transform_lanes<P, inverse>(plan, x, s);
+  chosen == course::collected ? collecting_last_pass<P, inverse>(plan, s, x)
+                              : last_pass<P, inverse>(plan, s, x);
+}
+
 template <class P>
 void run_either(const lane_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* scratch,
                 bool inverse) {
-  if (plan.collected)
-    return inverse ? run_collected<P, true>(plan, x, scratch) : run_collected<P, false>(plan, x, scratch);
   inverse ? run<P, true>(plan, x, scratch) : run<P, false>(plan, x, scratch);
 }
 template <class P>
