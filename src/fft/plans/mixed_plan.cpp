@@ -2,9 +2,9 @@
 // The plans of the wide transforms of lengths without large prime factors.
 #include "fft/plans/mixed_plan.h"
 
-#include <bit>
 #include <cmath>
 #include <initializer_list>
+#include <numeric>
 
 #include "core/recent_list.h"
 #include "fft/plans/pass_tables.h"
@@ -17,34 +17,40 @@ namespace {
 constexpr int short_keys = static_cast<int>(most_short_mixed + 1) * lane_numbers;
 template <class T> constinit published<std::byte, short_keys> short_plans;
 
-struct radix_cost {
-  int radix;
-  double cost;  // of a pass, per vector, relative to the others
-};
-constexpr radix_cost odd_radices[] = {{13, 3.2}, {11, 2.6}, {7, 1.7}, {5, 1.3}, {3, 1.0}};
-constexpr index largest_factor = odd_radices[0].radix;
-constexpr double even_cost = 1.2;
-constexpr double transposition_cost = 1.5;
+constexpr int odd_radices[] = {13, 11, 7, 5, 3};
+constexpr index largest_factor = odd_radices[0];
+
+// Beside the passes, per vector: of a column, and of output whose vectors are split between lines.
+constexpr double transposition_cost = 7.5;
+constexpr double split_output_cost = 2;
+
+template <class T> void append(pass_plan<T>& plan, const radix_list& list) noexcept {
+  for (int i = 0; i < list.passes && plan.passes < most_passes; ++i)
+    plan.radix[plan.passes++] = list.radix[i];
+}
+
+// The even radices of the least work; a two alone is one too.
+radix_list even_radices(index n, const pass_costs& costs) noexcept {
+  if (n == 2) return {1, {2}};
+  const auto work = [&costs](const radix_list& list) {
+    return std::accumulate(list.radix, list.radix + list.passes, 0.0,
+                           [&costs](double sum, int radix) { return sum + costs.work(radix); });
+  };
+  return radix_search(costs, work).run(n);
+}
 
 // Odd factors first, then powers of two. Passes stay 0 where a larger prime is left; the cost comes back.
-template <class T> double choose_radices(pass_plan<T>& plan) noexcept {
+template <class T> double choose_radices(pass_plan<T>& plan, const pass_costs& costs) noexcept {
   index rest = plan.vectors;
-  double cost = 0;
+  index product = 1;
   plan.passes = 0;
-  for (const radix_cost& odd : odd_radices) {
-    for (; rest % odd.radix == 0 && plan.passes < most_passes; rest /= odd.radix, cost += odd.cost) {
-      plan.radix[plan.passes++] = odd.radix;
-    }
+  for (const int odd : odd_radices) {
+    for (; rest % odd == 0 && plan.passes < most_passes; rest /= odd) append(plan, {1, {odd}});
   }
-  const int bits = std::countr_zero(static_cast<std::uint64_t>(rest));
-  const int odd_passes = plan.passes;
-  const int even_passes = rest == index{1} << bits ? take_power_of_two(plan, bits) : 0;
-  for (int pass = 0; pass < even_passes; ++pass) {
-    rest /= plan.radix[odd_passes + pass];
-    cost += even_cost;
-  }
-  if (rest != 1) plan.passes = 0;
-  return cost;
+  if (is_power_of_two(rest)) append(plan, even_radices(rest, costs));
+  for (int pass = 0; pass < plan.passes; ++pass) product *= plan.radix[pass];
+  if (product != plan.vectors) plan.passes = 0;
+  return costs.passes(plan, plan.vectors);
 }
 
 struct split {
@@ -60,10 +66,13 @@ template <class T> void consider(split& best, index points, index a, int lanes) 
   pass_plan<T> rows = {};
   columns.vectors = a;
   rows.vectors = b;
+  const pass_costs costs = costs_of<T>(lanes);
+  constexpr index points_of_line = index{machine::line_bytes} / (2 * static_cast<index>(sizeof(T)));
   const auto column_vectors = static_cast<double>((b + lanes - 1) / lanes * a);
   const auto row_vectors = static_cast<double>((a + lanes - 1) / lanes * b);
-  const double cost =
-      column_vectors * (choose_radices(columns) + transposition_cost) + row_vectors * choose_radices(rows);
+  const double output = a % points_of_line != 0 ? split_output_cost : 0;
+  const double cost = column_vectors * (choose_radices(columns, costs) + transposition_cost) +
+                      row_vectors * (choose_radices(rows, costs) + output);
   if (columns.passes == 0 || rows.passes == 0) return;
   if (best.columns == 0 || cost < best.cost) best = {a, lanes, cost};
 }
@@ -93,7 +102,7 @@ template <class T> pass_plan<T> lay_out_passes(index vectors, int lanes) noexcep
   pass_plan<T> plan = {};
   plan.vectors = vectors;
   plan.lanes = lanes;
-  choose_radices(plan);
+  choose_radices(plan, costs_of<T>(lanes));
   lay_out_blocks(plan);
   plan.stride = vectors / plan.radix[0];
   return plan;
