@@ -64,26 +64,30 @@ template <record V> samples<V> wide_real(const samples<V>& in, index n, bool inv
   return out;
 }
 
+// To the half spectrum and back, with the same bits at any place.
+template <record V> void expect_real_transforms(index n) {
+  const auto in = noise<V>(n, static_cast<unsigned>(n));
+  auto wanted = exact_transform(exact_points<V>(signal<V>(in)), false);
+  wanted.resize(static_cast<std::size_t>(n / 2 + 1));
+  auto half = wide_real<V>(in, n, false, 0);
+  EXPECT_LT(transform_error<V>(signal<V>(half, true), wanted, n), error_limit) << n;
+  EXPECT_EQ(half[1], 0);
+  EXPECT_EQ(half.back(), 0);
+  half[1] = half.back() = 7;  // which the way back ignores
+  const auto back = wide_real<V>(half, n, true, 0);
+  EXPECT_LT(relative_l2(back, in), 8 * unit_roundoff<V>) << n;
+  for (const index offset : {1, 2, 3, 5}) {
+    EXPECT_EQ(wide_real<V>(half, n, true, offset), back) << n;
+    ASSERT_EQ(TWIN(_free_internal)(), 0);
+    half[1] = half.back() = 0;
+    EXPECT_EQ(wide_real<V>(in, n, false, offset), half) << n;
+  }
+}
+
 TYPED_TEST(WideFft, RealDataGiveTheirHalfSpectrumAndComeBack) {
   using V = TypeParam;
   for (index n = 2; n <= longest; n *= 2) {
-    if (!is_wide<scalar<V>>(n)) continue;
-    const auto in = noise<V>(n, static_cast<unsigned>(n));
-    auto wanted = exact_transform(exact_points<V>(signal<V>(in)), false);
-    wanted.resize(static_cast<std::size_t>(n / 2 + 1));
-    auto half = wide_real<V>(in, n, false, 0);
-    EXPECT_LT(transform_error<V>(signal<V>(half, true), wanted, n), error_limit) << n;
-    EXPECT_EQ(half[1], 0);
-    EXPECT_EQ(half.back(), 0);
-    half[1] = half.back() = 7;  // which the way back ignores
-    const auto back = wide_real<V>(half, n, true, 0);
-    EXPECT_LT(relative_l2(back, in), 8 * unit_roundoff<V>) << n;
-    for (const index offset : {1, 2, 3, 5}) {
-      EXPECT_EQ(wide_real<V>(half, n, true, offset), back) << n;
-      ASSERT_EQ(TWIN(_free_internal)(), 0);
-      half[1] = half.back() = 0;
-      EXPECT_EQ(wide_real<V>(in, n, false, offset), half) << n;
-    }
+    if (is_wide<scalar<V>>(n)) expect_real_transforms<V>(n);
   }
 }
 
@@ -118,6 +122,8 @@ template <class V> class on_machine {
  private:
   machine::cache_sizes usual_ = machine::caches();
 };
+
+template <record V> int widest_lanes() { return at_level<kernels::fft_kernels<scalar<V>>>()->widest_lanes; }
 
 // In kilobytes: as small as may be, a laptop, one of few ways, larger than all data here.
 constexpr machine::cache_sizes in_kilobytes(index first, index ways, index second) {
@@ -162,7 +168,7 @@ TYPED_TEST(WideFft, EveryMachineTransformsRightAtAnyPlace) {
         for (index offset = 1; offset < 64 / static_cast<index>(sizeof(T)); ++offset) {
           EXPECT_EQ(wide<V>(in, inverse, offset), got) << n << " at " << offset;
         }
-        const auto choice = kernels::choose_lanes<T>(n, at_level<kernels::fft_kernels<T>>()->widest_lanes);
+        const auto choice = kernels::choose_lanes<T>(n, widest_lanes<V>());
         met.insert({choice.at_line, choice.elsewhere});
       }
     }
@@ -173,19 +179,21 @@ TYPED_TEST(WideFft, EveryMachineTransformsRightAtAnyPlace) {
 TYPED_TEST(WideFft, EveryMachineTransformsRealDataAndSmoothLengths) {
   using V = TypeParam;
   if (!is_wide<scalar<V>>(2048)) GTEST_SKIP();
+  int by_half = 0;
   for (const auto& caches : machines) {
     const on_machine<V> forced(caches);
-    for (const index n : {256, 2048, 8192, 65536, 1000, 1440, 6006, 10000, 20000}) {
-      const auto in = noise<V>(n, static_cast<unsigned>(n));
-      auto wanted = exact_transform(exact_points<V>(signal<V>(in)), false);
-      signal<V> half(in);
-      ASSERT_EQ(TWIN(i_rdft)(&half), 0);
-      wanted.resize(static_cast<std::size_t>(n / 2 + 1));
-      EXPECT_LT(transform_error<V>(half, wanted, n), error_limit) << n;
-      ASSERT_EQ(TWIN(i_irdft)(&half, 0), 0);
-      EXPECT_LT(relative_l2(half.values(), in), 8 * unit_roundoff<V>) << n;
+    for (const index n : {2048, 8192, 32768}) {
+      expect_real_transforms<V>(n);
+      by_half += kernels::suits_half<scalar<V>>(n, widest_lanes<V>()) ? 1 : 0;
+    }
+    for (const index n : {1000, 1440, 6006, 10000}) {
+      const auto in = noise<V>(2 * n, static_cast<unsigned>(n));
+      const auto wanted = exact_transform(exact_points<V>(signal<V>(in, true)), false);
+      EXPECT_LT(transform_error<V>(signal<V>(wide<V>(in, false, 1), true), wanted, n), error_limit) << n;
     }
   }
+  EXPECT_GT(by_half, 0);
+  EXPECT_LT(by_half, 3 * std::ssize(machines));
 }
 
 // Every length up to two groups of rows and columns, then products that need each radix and several passes.
