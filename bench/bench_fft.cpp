@@ -4,7 +4,7 @@
 // transform here.
 //
 // bench_fft [--level baseline|avx2|avx512] [--class pair|real|real-pair|any] [--precision double|single]
-//           [--least N] [--most N] [--rounds N]
+//           [--least N] [--most N] [--rounds N] [--offset BYTES]
 #include <bit>
 #include <cmath>
 #include <cstdio>
@@ -109,7 +109,9 @@ template <class T> void print_rows(const options& o) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const options o(argc, argv, {"--level", "--class", "--precision", "--least", "--most", "--rounds"});
+  const options o(argc, argv,
+                  {"--level", "--class", "--precision", "--least", "--most", "--rounds", "--offset"});
+  bench::lent_offset = static_cast<std::size_t>(o.number("--offset", 0));
   std::printf("level %s\n", o.level());
   std::vector<std::string> columns = {"transform", "precision", "N", "FFTW GFLOP/s", "sigpak"};
   double room[8] = {};

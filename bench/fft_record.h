@@ -5,34 +5,37 @@
 #include <algorithm>
 #include <bit>
 #include <cstdlib>
-#include <memory>
 #include <random>
 #include <type_traits>
 #include <vector>
 
-#include "core/record.h"
+#include "core/storage.h"
 #include "sigpak.h"
 
 namespace bench {
 
-// A record on storage that starts 16 bytes behind a cache line, as malloc gives large blocks, with the
-// samples that every batch starts from.
+// A record on storage of the library, or so many bytes behind its start, as data are that others lend, with
+// the samples that every batch starts from.
+inline std::size_t lent_offset = 0;
+
 template <class T> class record {
  public:
   using V = std::conditional_t<sizeof(T) == sizeof(double), dsp_vec, dspf_vec>;
 
-  explicit record(std::size_t n)
-      : random_(2 * n),
-        capacity_(std::has_single_bit(n) ? 2 * n + 4 : 8 * n),
-        block_(std::aligned_alloc(line, capacity_ * sizeof(T) / line * line + 2 * line), std::free) {
+  explicit record(std::size_t n) : random_(2 * n), capacity_(std::has_single_bit(n) ? 2 * n + 4 : 8 * n) {
     std::mt19937_64 engine(n);
     std::uniform_real_distribution<T> uniform(-1, 1);
     for (T& x : random_) x = uniform(engine);
+    storage_.points = static_cast<uint32_t>(capacity_ + lent_offset / sizeof(T));
+    if (sigpak::allocate<V>(&storage_) != 0) std::abort();
     vector_.data = data();
     vector_.alloc = static_cast<int32_t>(capacity_);
     vector_.delta = 1;
   }
-  T* data() const { return reinterpret_cast<T*>(static_cast<char*>(block_.get()) + 16); }
+  record(const record&) = delete;
+  record& operator=(const record&) = delete;
+  ~record() { sigpak::destroy<V>(&storage_); }
+  T* data() const { return storage_.data + lent_offset / sizeof(T); }
   V* shaped(std::size_t points, bool complex) {
     vector_.points = static_cast<uint32_t>(points);
     vector_.complex = complex ? 1 : 0;
@@ -43,10 +46,9 @@ template <class T> class record {
   }
 
  private:
-  static constexpr std::size_t line = 64;
   std::vector<T> random_;
   std::size_t capacity_;  // enough that the library never needs storage of its own
-  std::unique_ptr<void, decltype(&std::free)> block_;
+  V storage_{};
   V vector_{};
 };
 

@@ -219,7 +219,7 @@ SIGPAK_API int32_t dspf_destroy(dspf_vec *v);
 
 /* Makes the capacity at least what points and complex ask for; contents are kept only when it already was.
    On failure -1, alloc 0 and data null; points and complex stay as set. A lent buffer is replaced, not
-   freed. */
+   freed. From 1 KiB on data begins at a multiple of 64 bytes, which transforms are fastest on. */
 SIGPAK_API int32_t dsp_alloc (dsp_vec  *v);
 SIGPAK_API int32_t dspf_alloc(dspf_vec *v);
 

@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
 
 #include "core/machine.h"
 
@@ -19,6 +20,24 @@ void* resize_on_heap(void* block, std::size_t bytes) {
   void* const resized = std::realloc(block, bytes != 0 ? bytes : 1);
   advise_large_pages(resized, bytes);
   return resized;
+}
+
+void* fresh_block(std::size_t bytes) noexcept {
+  void* block = nullptr;
+  if (bytes < worth_a_line) return std::malloc(bytes);
+  return posix_memalign(&block, machine::line_bytes, bytes) == 0 ? block : nullptr;
+}
+
+// Growth where the block lies, and that of a mapping by new pages, keeps its place in the line; a block that
+// the heap has moved is copied once more.
+void* grown_block(void* block, std::size_t kept, std::size_t bytes) noexcept {
+  void* const grown = std::realloc(block, bytes);
+  if (grown == nullptr || bytes < worth_a_line || machine::begins_line(grown)) return grown;
+  void* const moved = fresh_block(bytes);
+  if (moved == nullptr) return grown;
+  std::memcpy(moved, grown, kept);
+  std::free(grown);
+  return moved;
 }
 
 }  // namespace
@@ -35,6 +54,12 @@ void advise_large_pages([[maybe_unused]] void* block, [[maybe_unused]] std::size
   madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
   errno = error;
 #endif
+}
+
+void* resize_on_lines(void* block, std::size_t kept, std::size_t bytes) noexcept {
+  void* const resized = block != nullptr ? grown_block(block, kept, bytes) : fresh_block(bytes);
+  advise_large_pages(resized, bytes);
+  return resized;
 }
 
 void free_table(void* table) noexcept { std::free(table); }

@@ -20,6 +20,13 @@ void free_table(void* table) noexcept;
 // mapping advised in part is two to the kernel, which then cannot grow it without a copy.
 void advise_large_pages(void* block, std::size_t bytes) noexcept;
 
+// A block that free and realloc of the C library accept, `block` grown to `bytes` with its first `kept` of
+// them or a fresh one; null on failure, `block` then being as it was. From `worth_a_line` on it begins at a
+// line of the caches, so that no vector is split between two of them; below, asking for that takes longer
+// than it saves.
+inline constexpr std::size_t worth_a_line = 1024;
+void* resize_on_lines(void* block, std::size_t kept, std::size_t bytes) noexcept;
+
 template <class T> T* resize_table(T* table, index count) noexcept {
   if (count < 0 || static_cast<std::uint64_t>(count) > PTRDIFF_MAX / sizeof(T)) return nullptr;
   return static_cast<T*>(resize_table_bytes(table, static_cast<std::size_t>(count) * sizeof(T)));

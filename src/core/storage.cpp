@@ -40,11 +40,9 @@ template <record V> status refuse(V* v) noexcept {
   return without_storage(v);
 }
 
-template <record V> scalar<V>* heap_block(scalar<V>* old, index need) noexcept {
-  const std::size_t bytes = static_cast<std::size_t>(need) * sizeof(scalar<V>);
-  void* const block = std::realloc(old, bytes);
-  advise_large_pages(block, bytes);
-  return static_cast<scalar<V>*>(block);
+template <class T> T* heap_block(T* old, index kept, index need) noexcept {
+  const auto bytes = [](index count) { return static_cast<std::size_t>(count) * sizeof(T); };
+  return static_cast<T*>(resize_on_lines(old, bytes(kept), bytes(need)));
 }
 
 template <record V> status owning(V* v, index need) noexcept {
@@ -73,7 +71,7 @@ template <record V> status replace_storage(V* v) noexcept {
     hook(v);
   } else {
     if (v->alloc > 0) std::free(v->data);
-    v->data = heap_block<V>(nullptr, need);
+    v->data = heap_block<scalar<V>>(nullptr, 0, need);
   }
   return owning(v, need);
 }
@@ -86,7 +84,7 @@ template <record V> status extend_storage(V* v, std::uint32_t old_points, std::i
   if (const auto hook = current_hooks<V>().reallocate; hook != nullptr) {
     hook(v, old_points, old_complex);
   } else {
-    scalar<V>* grown = heap_block<V>(v->data, need);
+    scalar<V>* grown = heap_block(v->data, v->alloc, need);
     if (grown == nullptr) std::free(v->data);
     v->data = grown;
   }

@@ -43,6 +43,7 @@ template <class T> void own_plans() noexcept {
   register_cache<record_of<T>>(cache::plans, []() noexcept {
     kernels::release_lane_plans<T>();
     kernels::release_real_plans<T>();
+    kernels::release_half_plans<T>();
     kernels::release_short_mixed_plans<T>();
     kernels::release_direct_tables<T>();
     return workshops<T>.release();
@@ -56,43 +57,82 @@ int lanes_for(index points, int widest) noexcept {
   return lanes;
 }
 
-template <class T>
-status transform_lanes(const fft_kernels<T>& level, T* x, index points, bool inverse) noexcept {
-  const int lanes = lanes_for(points, level.widest_lanes);
-  const auto* plan = kernels::find_lane_plan<T>(points, lanes);
-  if (plan == nullptr) {
-    own_plans<T>();
-    plan = kernels::make_lane_plan<T>(points, lanes);
-    if (plan == nullptr) return failed;
+template <class T> const kernels::lane_plan<T>* lane_plan_of(index points, int widest) noexcept {
+  const int lanes = lanes_for(points, widest);
+  if (const auto* const plan = kernels::find_lane_plan<T>(points, lanes); plan != nullptr) return plan;
+  own_plans<T>();
+  return kernels::make_lane_plan<T>(points, lanes, kernels::choose_lanes<T>(points, lanes));
+}
+
+// Calls body(scratch), with null where the plan needs none for these data.
+template <class T, class Body>
+status with_scratch_of(const kernels::lane_plan<T>& plan, T* x, const Body& body) noexcept {
+  if (kernels::course_of(plan, x) == kernels::course::in_place) {
+    body(nullptr);
+    return ok;
   }
-  const index count = 2 * plan->lanes * plan->stride * plan->radix[0];
-  return with_scratch(workshops<T>, count, x, [=, &level](T* scratch) {
-    level.run(*plan, x, scratch, inverse);
+  return with_scratch(workshops<T>, 2 * plan.lanes * plan.stride * plan.radix[0], x, [&body](T* scratch) {
+    body(scratch);
     return ok;
   });
 }
 
 template <class T>
-status transform_real_lanes(const fft_kernels<T>& level, T* x, index points, bool inverse) noexcept {
-  const int lanes = lanes_for(points / 2, level.widest_lanes);
-  const auto* plan = kernels::find_real_plan<T>(points, lanes);
-  if (plan == nullptr) {
-    own_plans<T>();
-    plan = kernels::make_real_plan<T>(points, lanes);
-    if (plan == nullptr) return failed;
-  }
-  const index spectrum = inverse ? plan->vectors + 1 : 0;
-  const index count = 2 * plan->lanes * (plan->stride * plan->radix[0] + spectrum);
-  return with_scratch(workshops<T>, count, x, [=, &level](T* scratch) {
-    level.run_real(*plan, x, scratch, inverse);
+status transform_lanes(const fft_kernels<T>& level, T* x, index points, bool inverse) noexcept {
+  const auto* const plan = lane_plan_of<T>(points, level.widest_lanes);
+  if (plan == nullptr) return failed;
+  return with_scratch_of(*plan, x, [=, &level](T* scratch) { level.run(*plan, x, scratch, inverse); });
+}
+
+// The scale of the forward transform waits for the last sums.
+template <class T>
+status transform_by_half(const fft_kernels<T>& level, const kernels::half_plan<T>& half, T* x,
+                         bool inverse) noexcept {
+  const auto* const plan = lane_plan_of<T>(half.points / 2, level.widest_lanes);
+  if (plan == nullptr) return failed;
+  auto unscaled = *plan;
+  unscaled.scale = 1;
+  return with_scratch_of(unscaled, x, [&](T* scratch) {
+    if (inverse) level.change_bins(half, x, true);
+    level.run(unscaled, x, scratch, inverse);
+    if (!inverse) level.change_bins(half, x, false);
+  });
+}
+
+template <class T>
+status transform_real_lanes(const fft_kernels<T>& level, const kernels::real_plan<T>& plan, T* x,
+                            bool inverse) noexcept {
+  const index spectrum = inverse ? plan.vectors + 1 : 0;
+  const index count = 2 * plan.lanes * (plan.stride * plan.radix[0] + spectrum);
+  return with_scratch(workshops<T>, count, x, [&, x, inverse](T* scratch) {
+    level.run_real(plan, x, scratch, inverse);
     return ok;
   });
+}
+
+// By whichever of the two plans there is; both are null where none could be made.
+template <class T>
+status transform_real(const fft_kernels<T>& level, T* x, index points, bool inverse) noexcept {
+  const int widest = level.widest_lanes;
+  const int lanes = lanes_for(points / 2, widest);
+  const auto* half = kernels::find_half_plan<T>(points, widest);
+  const auto* plan = half == nullptr ? kernels::find_real_plan<T>(points, lanes) : nullptr;
+  if (half == nullptr && plan == nullptr) {
+    own_plans<T>();
+    if (kernels::suits_half<T>(points, widest)) {
+      half = kernels::make_half_plan<T>(points, widest);
+    } else {
+      plan = kernels::make_real_plan<T>(points, lanes);
+    }
+  }
+  if (half != nullptr) return transform_by_half(level, *half, x, inverse);
+  return plan != nullptr ? transform_real_lanes(level, *plan, x, inverse) : failed;
 }
 
 // A power of two, at least 4.
 template <class T>
 status transform_packed(const fft_kernels<T>& level, T* x, index points, bool inverse) noexcept {
-  if (points >= index{1} << kernels::small_real_sizes) return transform_real_lanes(level, x, points, inverse);
+  if (points >= index{1} << kernels::small_real_sizes) return transform_real(level, x, points, inverse);
   level.small_real[address_bits(points)].run[inverse](x);
   return ok;
 }

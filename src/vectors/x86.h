@@ -9,11 +9,6 @@
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
-// Stores past the caches, in memory that is not read soon; `to` on a boundary of the vector.
-SIGPAK_INLINE void stream(double* to, d4 a) { _mm256_stream_pd(to, a.v); }
-SIGPAK_INLINE void stream(float* to, f8 a) { _mm256_stream_ps(to, a.v); }
-SIGPAK_INLINE void finish_streams() { _mm_sfence(); }
-
 // a * b + c, a * b - c and c - a * b, rounded once.
 constexpr bool has_fused_products = true;
 SIGPAK_INLINE double fused(double a, double b, double c) { return __builtin_fma(a, b, c); }

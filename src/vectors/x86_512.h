@@ -10,8 +10,6 @@ namespace {
 using d8 = pack<double, 8>;
 using f16 = pack<float, 16>;
 
-SIGPAK_INLINE void stream(double* to, d8 a) { _mm512_stream_pd(to, a.v); }
-SIGPAK_INLINE void stream(float* to, f16 a) { _mm512_stream_ps(to, a.v); }
 SIGPAK_INLINE d8 fma(d8 a, d8 b, d8 c) { return {_mm512_fmadd_pd(a.v, b.v, c.v)}; }
 SIGPAK_INLINE f16 fma(f16 a, f16 b, f16 c) { return {_mm512_fmadd_ps(a.v, b.v, c.v)}; }
 SIGPAK_INLINE d8 fms(d8 a, d8 b, d8 c) { return {_mm512_fmsub_pd(a.v, b.v, c.v)}; }

@@ -48,9 +48,13 @@ TEST(Lender, EveryCallHasAStateForItselfAndLaterOnesFindItAgain) {
 TEST(Machine, CachesAreAskedOnceOrForced) {
   const machine::cache_sizes asked = machine::caches();
   EXPECT_GE(asked.first, index{machine::page_bytes});
+  EXPECT_GT(asked.first_ways, 0);
+  EXPECT_GE(asked.second, asked.first);
   EXPECT_TRUE(asked.last > 0 && asked.last <= machine::usual_caches.last);
-  machine::force({.first = 5000, .last = 6000});
-  EXPECT_TRUE(machine::caches().first == 5000 && machine::caches().last == 6000);
+  machine::force({.first = 5000, .first_ways = 3, .second = 6000, .last = 7000});
+  const machine::cache_sizes forced = machine::caches();
+  EXPECT_EQ((std::vector{forced.first, forced.first_ways, forced.second, forced.last}),
+            (std::vector<index>{5000, 3, 6000, 7000}));
   machine::force(asked);
 }
 

@@ -50,6 +50,23 @@ TYPED_TEST(Storage, CapacityGrowsToTheExactNeedAndNeverShrinks) {
   EXPECT_EQ(v.data[3], 42);
 }
 
+// Records that grow in turn drive each other about the heap; the largest are mappings.
+TYPED_TEST(Storage, LargeBlocksBeginAtALineHoweverTheyGrow) {
+  using V = TypeParam;
+  constexpr std::uint32_t first = worth_a_line / sizeof(scalar<V>);
+  signal<V> both[2];
+  for (std::uint32_t points = first; points < 8U << 20; points += points / 3) {
+    for (signal<V>& v : both) {
+      const std::uint32_t old = v.points;
+      v.points = points;
+      ASSERT_EQ(TWIN(_realloc)(&v, old, 0), 0);
+      EXPECT_EQ(reinterpret_cast<std::uintptr_t>(v.data) % 64, 0U) << points;
+      for (std::uint32_t i = 0; i < old; i += 37) ASSERT_EQ(v.data[i], static_cast<scalar<V>>(i)) << points;
+      for (std::uint32_t i = 0; i < points; ++i) v.data[i] = static_cast<scalar<V>>(i);
+    }
+  }
+}
+
 TYPED_TEST(Storage, LentStorageIsCopiedOutWhenItMustGrow) {
   using V = TypeParam;
   struct {

@@ -236,7 +236,9 @@ TYPED_TEST(Binary, EveryLevelAndCacheGivesTheSameBits) {
       std::vector<samples<V>> bits;
       for (int i = 0; i < 2 * std::ssize(isa::levels); ++i) {
         isa::force(isa::levels[i / 2]);
-        machine::force({caches.first, i % 2 == 0 ? caches.last : machine::way_bytes + 1});
+        machine::cache_sizes forced = caches;
+        if (i % 2 != 0) forced.last = machine::way_bytes + 1;
+        machine::force(forced);
         signal<V> out;
         const signal<V> a(x, k % 2 != 0);
         const signal<V> b(y, k > 1);

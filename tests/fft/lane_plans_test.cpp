@@ -3,11 +3,18 @@
 #include <gtest/gtest.h>
 #include <malloc.h>
 
+#include <functional>
+#include <numeric>
+#include <set>
+
+#include "core/machine.h"
 #include "fft/plans/lane_plan.h"
 #include "fft/transform.h"
+#include "fft/wide/kernels.h"
 #include "spectral/reference.h"
 #include "support/failing.h"
 #include "support/fence.h"
+#include "vectors/levels.h"
 
 namespace sigpak::test {
 namespace {
@@ -57,26 +64,30 @@ template <record V> samples<V> wide_real(const samples<V>& in, index n, bool inv
   return out;
 }
 
+// To the half spectrum and back, with the same bits at any place.
+template <record V> void expect_real_transforms(index n) {
+  const auto in = noise<V>(n, static_cast<unsigned>(n));
+  auto wanted = exact_transform(exact_points<V>(signal<V>(in)), false);
+  wanted.resize(static_cast<std::size_t>(n / 2 + 1));
+  auto half = wide_real<V>(in, n, false, 0);
+  EXPECT_LT(transform_error<V>(signal<V>(half, true), wanted, n), error_limit) << n;
+  EXPECT_EQ(half[1], 0);
+  EXPECT_EQ(half.back(), 0);
+  half[1] = half.back() = 7;  // which the way back ignores
+  const auto back = wide_real<V>(half, n, true, 0);
+  EXPECT_LT(relative_l2(back, in), 8 * unit_roundoff<V>) << n;
+  for (const index offset : {1, 2, 3, 5}) {
+    EXPECT_EQ(wide_real<V>(half, n, true, offset), back) << n;
+    ASSERT_EQ(TWIN(_free_internal)(), 0);
+    half[1] = half.back() = 0;
+    EXPECT_EQ(wide_real<V>(in, n, false, offset), half) << n;
+  }
+}
+
 TYPED_TEST(WideFft, RealDataGiveTheirHalfSpectrumAndComeBack) {
   using V = TypeParam;
   for (index n = 2; n <= longest; n *= 2) {
-    if (!is_wide<scalar<V>>(n)) continue;
-    const auto in = noise<V>(n, static_cast<unsigned>(n));
-    auto wanted = exact_transform(exact_points<V>(signal<V>(in)), false);
-    wanted.resize(static_cast<std::size_t>(n / 2 + 1));
-    auto half = wide_real<V>(in, n, false, 0);
-    EXPECT_LT(transform_error<V>(signal<V>(half, true), wanted, n), error_limit) << n;
-    EXPECT_EQ(half[1], 0);
-    EXPECT_EQ(half.back(), 0);
-    half[1] = half.back() = 7;  // which the way back ignores
-    const auto back = wide_real<V>(half, n, true, 0);
-    EXPECT_LT(relative_l2(back, in), 8 * unit_roundoff<V>) << n;
-    for (const index offset : {1, 2, 3, 5}) {
-      EXPECT_EQ(wide_real<V>(half, n, true, offset), back) << n;
-      ASSERT_EQ(TWIN(_free_internal)(), 0);
-      half[1] = half.back() = 0;
-      EXPECT_EQ(wide_real<V>(in, n, false, offset), half) << n;
-    }
+    if (is_wide<scalar<V>>(n)) expect_real_transforms<V>(n);
   }
 }
 
@@ -94,38 +105,95 @@ TYPED_TEST(WideFft, BitsDependNeitherOnThePlaceNorOnRebuiltTables) {
   }
 }
 
-// What the longest data take, on lengths of one run of outputs and of several.
-class as_if_long {
+// Plans made for a machine with these caches, until the end of its scope.
+template <class V> class on_machine {
  public:
-  explicit as_if_long(bool streamed) { kernels::long_from = {0, 0, streamed ? 0 : PTRDIFF_MAX}; }
-  ~as_if_long() { kernels::long_from = usual_; }
-  as_if_long(const as_if_long&) = delete;
-  as_if_long& operator=(const as_if_long&) = delete;
+  explicit on_machine(const machine::cache_sizes& caches) {
+    TWIN(_free_internal)();
+    machine::force(caches);
+  }
+  ~on_machine() {
+    TWIN(_free_internal)();
+    machine::force(usual_);
+  }
+  on_machine(const on_machine&) = delete;
+  on_machine& operator=(const on_machine&) = delete;
 
  private:
-  kernels::long_lengths usual_ = kernels::long_from;
+  machine::cache_sizes usual_ = machine::caches();
 };
 
-TYPED_TEST(WideFft, LongTransformsFollowTheDefinitionAtAnyPlace) {
+template <record V> int widest_lanes() { return at_level<kernels::fft_kernels<scalar<V>>>()->widest_lanes; }
+
+// In kilobytes: as small as may be, a laptop, one of few ways, larger than all data here.
+constexpr machine::cache_sizes in_kilobytes(index first, index ways, index second) {
+  return {.first = first << 10, .first_ways = ways, .second = second << 10, .last = second << 12};
+}
+constexpr machine::cache_sizes machines[] = {in_kilobytes(5, 1, 6), in_kilobytes(32, 8, 256),
+                                             in_kilobytes(64, 2, 4096),
+                                             in_kilobytes(index{1} << 20, 64, index{1} << 21)};
+
+TYPED_TEST(WideFft, EveryMachineChoosesRadicesOfTheLength) {
+  using V = TypeParam;
+  for (const auto& caches : machines) {
+    const on_machine<V> forced(caches);
+    for (const int lanes : {4, 8, 16}) {
+      for (index n = index{lanes} * lanes; n <= index{1} << 28; n *= 2) {
+        const auto choice = kernels::choose_lanes<scalar<V>>(n, lanes);
+        const auto& list = choice.radices;
+        EXPECT_EQ(n / lanes,
+                  std::accumulate(list.radix, list.radix + list.passes, index{1}, std::multiplies()));
+        EXPECT_GT(list.radix[list.passes - 1], 2) << n;
+        for (const kernels::course way : {choice.at_line, choice.elsewhere}) {
+          EXPECT_TRUE(way != kernels::course::in_place || kernels::pairs_columns(list, lanes)) << n;
+        }
+      }
+    }
+  }
+}
+
+TYPED_TEST(WideFft, EveryMachineTransformsRightAtAnyPlace) {
   using V = TypeParam;
   using T = scalar<V>;
-  for (const bool streamed : {false, true}) {
-    const as_if_long sizes(streamed);
-    ASSERT_EQ(TWIN(_free_internal)(), 0);
-    for (index n = 2048; n <= 1 << 15; n *= 2) {
-      if (!is_wide<T>(n)) continue;
-      for (const bool inverse : {false, true}) {
-        const auto in = noise<V>(2 * n, static_cast<unsigned>(n));
-        const auto wanted = exact_transform(exact_points<V>(signal<V>(in, true)), inverse);
+  if (!is_wide<T>(2048)) GTEST_SKIP();
+  std::set<kernels::course> met;
+  for (index n = 1024; n <= 1 << 15; n *= 2) {
+    for (const bool inverse : {false, true}) {
+      const auto in = noise<V>(2 * n, static_cast<unsigned>(n));
+      const auto wanted = exact_transform(exact_points<V>(signal<V>(in, true)), inverse);
+      for (const auto& caches : machines) {
+        const on_machine<V> forced(caches);
         const auto got = wide<V>(in, inverse, 0);
         EXPECT_LT(transform_error<V>(signal<V>(got, true), wanted, n), error_limit) << n << " " << inverse;
         for (index offset = 1; offset < 64 / static_cast<index>(sizeof(T)); ++offset) {
           EXPECT_EQ(wide<V>(in, inverse, offset), got) << n << " at " << offset;
         }
+        const auto choice = kernels::choose_lanes<T>(n, widest_lanes<V>());
+        met.insert({choice.at_line, choice.elsewhere});
       }
     }
   }
-  ASSERT_EQ(TWIN(_free_internal)(), 0);
+  EXPECT_EQ(met.size(), 3U) << "every course is tested";
+}
+
+TYPED_TEST(WideFft, EveryMachineTransformsRealDataAndSmoothLengths) {
+  using V = TypeParam;
+  if (!is_wide<scalar<V>>(2048)) GTEST_SKIP();
+  int by_half = 0;
+  for (const auto& caches : machines) {
+    const on_machine<V> forced(caches);
+    for (const index n : {2048, 8192, 32768}) {
+      expect_real_transforms<V>(n);
+      by_half += kernels::suits_half<scalar<V>>(n, widest_lanes<V>()) ? 1 : 0;
+    }
+    for (const index n : {1000, 1440, 6006, 10000}) {
+      const auto in = noise<V>(2 * n, static_cast<unsigned>(n));
+      const auto wanted = exact_transform(exact_points<V>(signal<V>(in, true)), false);
+      EXPECT_LT(transform_error<V>(signal<V>(wide<V>(in, false, 1), true), wanted, n), error_limit) << n;
+    }
+  }
+  EXPECT_GT(by_half, 0);
+  EXPECT_LT(by_half, 3 * std::ssize(machines));
 }
 
 // Every length up to two groups of rows and columns, then products that need each radix and several passes.
@@ -160,10 +228,12 @@ TYPED_TEST(WideFft, LengthsWithSmallPrimeFactors) {
   EXPECT_EQ(covered > 100, is_wide<T>(1024));
 }
 
-// Every plan of a sweep is noted, and afterwards those are counted that need no memory any more.
+// Every plan of a sweep is noted, and afterwards those are counted that need no memory any more. Large caches
+// make large plans.
 TYPED_TEST(WideFft, PlansOfTheLastLengthsStay) {
   using T = scalar<TypeParam>;
   if (algorithm_for<T>(1000) != algorithm::mixed) GTEST_SKIP();
+  const on_machine<TypeParam> forced(machines[3]);
   samples<TypeParam> x(2 * 1152000);
   const std::vector<index> lengths = {1152000, 480,     1125000, 1093500, 1080000,
                                       1048320, 1036800, 1024000, 1000000, 984150};

@@ -57,7 +57,9 @@ template <record V> samples<V> at_level(isa::level wanted, index last_cache, sta
   const isa::level before = isa::current();
   const machine::cache_sizes caches = machine::caches();
   isa::force(wanted);
-  machine::force({caches.first, last_cache});
+  machine::cache_sizes forced = caches;
+  forced.last = last_cache;
+  machine::force(forced);
   signal<V> out;
   const status outcome = run(&v, &out);
   isa::force(before);

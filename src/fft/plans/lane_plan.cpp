@@ -2,16 +2,10 @@
 // The plans of the wide transforms of powers of two, one per length and number of lanes.
 #include "fft/plans/lane_plan.h"
 
-#include <bit>
-
 #include "core/published.h"
 #include "fft/plans/pass_tables.h"
-#include "fft/plans/radices.h"
 
 namespace sigpak::kernels {
-
-constinit long_lengths long_from = {index{1} << 13, index{1} << 22, index{1} << 24};
-
 namespace {
 
 template <class T> constinit published<std::byte, plan_keys> plans;
@@ -35,8 +29,7 @@ template <class T> void fill_steps(T* out, const lane_plan<T>& plan, const roots
 
 // Places from one vector of twiddles of the last transform to the next.
 template <class T> index last_step(const lane_plan<T>& plan) noexcept {
-  constexpr index stepped_from = index{1} << 16;
-  return plan.points >= stepped_from ? plan.radix[plan.passes - 1] : 1;
+  return plan.is_stepped ? plan.radix[plan.passes - 1] : 1;
 }
 
 template <class T> void carve(lane_plan<T>& plan, carver& memory) noexcept {
@@ -45,6 +38,19 @@ template <class T> void carve(lane_plan<T>& plan, carver& memory) noexcept {
   plan.last = memory.take<T>(2 * plan.lanes * (plan.vectors / step));
   plan.steps = step > 1 ? memory.take<T>(2 * plan.lanes * (step - 1)) : nullptr;
   plan.start = memory.take<std::uint32_t>(2 * plan.vectors / plan.lanes);
+  plan.mirror = plan.middle > 0 ? memory.take<std::uint32_t>(plan.middle) : nullptr;
+}
+
+// The places of the middle digits of a column.
+template <class T> void fill_mirror(const lane_plan<T>& plan) noexcept {
+  for (index m = 0; m < plan.middle; ++m) {
+    index reversed = 0;
+    index rest = m;
+    for (int pass = 2; pass < plan.passes - 1; rest /= plan.radix[pass++]) {
+      reversed = reversed * plan.radix[pass] + rest % plan.radix[pass];
+    }
+    plan.mirror[m] = static_cast<std::uint32_t>(reversed);
+  }
 }
 
 template <class T> void fill(lane_plan<T>& plan) noexcept {
@@ -53,25 +59,24 @@ template <class T> void fill(lane_plan<T>& plan) noexcept {
   fill_by_place(plan.last, plan, last_step(plan), w);
   if (plan.steps != nullptr) fill_steps(plan.steps, plan, w);
   fill_places(plan, plan.lanes / 2);
+  fill_mirror(plan);
 }
 
-constexpr int first_cache_ways = 8;
-
-// The blocks of long transforms are put apart by a vector, away from the strides of powers of two.
-constexpr index padded_from = 4096;
-
-template <class T> lane_plan<T> lay_out(index points, int lanes) noexcept {
+template <class T> lane_plan<T> lay_out(index points, int lanes, const lane_choice& choice) noexcept {
   lane_plan<T> plan = {};
   plan.points = points;
   plan.lanes = lanes;
   plan.vectors = points / lanes;
   plan.scale = T(1) / static_cast<T>(points);
-  choose_power_of_two(plan, std::countr_zero(static_cast<std::uint64_t>(plan.vectors)));
-  lay_out_blocks(plan);
-  const index bytes = 2 * points * static_cast<index>(sizeof(T));
-  plan.collected = bytes >= long_from.collected || (lanes > first_cache_ways && points >= long_from.crowded);
-  plan.streamed = plan.collected && bytes >= long_from.streamed;
-  plan.stride = plan.vectors / plan.radix[0] + (points >= padded_from ? 1 : 0);
+  lay_out_blocks(plan, choice.radices);
+  plan.at_line = choice.at_line;
+  plan.elsewhere = choice.elsewhere;
+  const pass_costs costs = costs_of<T>(lanes);
+  plan.is_stepped = costs.missing(2 * plan.vectors, costs.caches().second) > 0;
+  if (pairs_columns(choice.radices, lanes)) {
+    plan.square = plan.radix[1];
+    plan.middle = plan.vectors / lanes / plan.square / plan.square;
+  }
   return plan;
 }
 
@@ -81,16 +86,18 @@ template <class T> const lane_plan<T>* find_lane_plan(index points, int lanes) n
   return kept_plan<lane_plan<T>>(plans<T>.find(plan_key(points, lanes)));
 }
 
-template <class T> const lane_plan<T>* make_lane_plan(index points, int lanes) noexcept {
-  return publish_plan(plans<T>, plan_key(points, lanes), lay_out<T>(points, lanes), carve<T>, fill<T>);
+template <class T>
+const lane_plan<T>* make_lane_plan(index points, int lanes, const lane_choice& choice) noexcept {
+  return publish_plan(plans<T>, plan_key(points, lanes), lay_out<T>(points, lanes, choice), carve<T>,
+                      fill<T>);
 }
 
 template <class T> void release_lane_plans() noexcept { plans<T>.release(); }
 
 template const lane_plan<double>* find_lane_plan(index, int) noexcept;
 template const lane_plan<float>* find_lane_plan(index, int) noexcept;
-template const lane_plan<double>* make_lane_plan(index, int) noexcept;
-template const lane_plan<float>* make_lane_plan(index, int) noexcept;
+template const lane_plan<double>* make_lane_plan(index, int, const lane_choice&) noexcept;
+template const lane_plan<float>* make_lane_plan(index, int, const lane_choice&) noexcept;
 template void release_lane_plans<double>() noexcept;
 template void release_lane_plans<float>() noexcept;
 

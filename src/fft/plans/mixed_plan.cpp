@@ -2,9 +2,10 @@
 // The plans of the wide transforms of lengths without large prime factors.
 #include "fft/plans/mixed_plan.h"
 
-#include <bit>
+#include <algorithm>
 #include <cmath>
 #include <initializer_list>
+#include <numeric>
 
 #include "core/recent_list.h"
 #include "fft/plans/pass_tables.h"
@@ -17,34 +18,42 @@ namespace {
 constexpr int short_keys = static_cast<int>(most_short_mixed + 1) * lane_numbers;
 template <class T> constinit published<std::byte, short_keys> short_plans;
 
-struct radix_cost {
-  int radix;
-  double cost;  // of a pass, per vector, relative to the others
-};
-constexpr radix_cost odd_radices[] = {{13, 3.2}, {11, 2.6}, {7, 1.7}, {5, 1.3}, {3, 1.0}};
-constexpr index largest_factor = odd_radices[0].radix;
-constexpr double even_cost = 1.2;
-constexpr double transposition_cost = 1.5;
+constexpr int odd_radices[] = {13, 11, 7, 5, 3};
+constexpr index largest_factor = odd_radices[0];
+
+// Beside the passes, per vector: of a column, and of output whose vectors are split between lines.
+constexpr double transposition_cost = 7.5;
+constexpr double split_output_cost = 2;
+// Per group of columns or rows: the latency of its last results.
+constexpr double group_cost = 100;
+
+template <class T> void append(pass_plan<T>& plan, const radix_list& list) noexcept {
+  for (int i = 0; i < list.passes && plan.passes < most_passes; ++i)
+    plan.radix[plan.passes++] = list.radix[i];
+}
+
+// The even radices of the least work; a two alone is one too.
+radix_list even_radices(index n, const pass_costs& costs) noexcept {
+  if (n == 2) return {1, {2}};
+  const auto work = [&costs](const radix_list& list) {
+    return std::accumulate(list.radix, list.radix + list.passes, 0.0,
+                           [&costs](double sum, int radix) { return sum + costs.work(radix); });
+  };
+  return radix_search(costs, work).run(n);
+}
 
 // Odd factors first, then powers of two. Passes stay 0 where a larger prime is left; the cost comes back.
-template <class T> double choose_radices(pass_plan<T>& plan) noexcept {
+template <class T> double choose_radices(pass_plan<T>& plan, const pass_costs& costs) noexcept {
   index rest = plan.vectors;
-  double cost = 0;
+  index product = 1;
   plan.passes = 0;
-  for (const radix_cost& odd : odd_radices) {
-    for (; rest % odd.radix == 0 && plan.passes < most_passes; rest /= odd.radix, cost += odd.cost) {
-      plan.radix[plan.passes++] = odd.radix;
-    }
+  for (const int odd : odd_radices) {
+    for (; rest % odd == 0 && plan.passes < most_passes; rest /= odd) append(plan, {1, {odd}});
   }
-  const int bits = std::countr_zero(static_cast<std::uint64_t>(rest));
-  const int odd_passes = plan.passes;
-  const int even_passes = rest == index{1} << bits ? take_power_of_two(plan, bits) : 0;
-  for (int pass = 0; pass < even_passes; ++pass) {
-    rest /= plan.radix[odd_passes + pass];
-    cost += even_cost;
-  }
-  if (rest != 1) plan.passes = 0;
-  return cost;
+  if (is_power_of_two(rest)) append(plan, even_radices(rest, costs));
+  for (int pass = 0; pass < plan.passes; ++pass) product *= plan.radix[pass];
+  if (product != plan.vectors) plan.passes = 0;
+  return costs.passes(plan, plan.vectors);
 }
 
 struct split {
@@ -60,10 +69,15 @@ template <class T> void consider(split& best, index points, index a, int lanes) 
   pass_plan<T> rows = {};
   columns.vectors = a;
   rows.vectors = b;
-  const auto column_vectors = static_cast<double>((b + lanes - 1) / lanes * a);
-  const auto row_vectors = static_cast<double>((a + lanes - 1) / lanes * b);
-  const double cost =
-      column_vectors * (choose_radices(columns) + transposition_cost) + row_vectors * choose_radices(rows);
+  const pass_costs costs = costs_of<T>(lanes);
+  constexpr index points_of_line = index{machine::line_bytes} / (2 * static_cast<index>(sizeof(T)));
+  const auto column_groups = static_cast<double>((b + lanes - 1) / lanes);
+  const auto row_groups = static_cast<double>((a + lanes - 1) / lanes);
+  const double output = a % points_of_line != 0 ? split_output_cost : 0;
+  const double of_columns = choose_radices(columns, costs) + transposition_cost;
+  const double of_rows = choose_radices(rows, costs) + output;
+  const double cost = column_groups * (group_cost + static_cast<double>(a) * of_columns) +
+                      row_groups * (group_cost + static_cast<double>(b) * of_rows);
   if (columns.passes == 0 || rows.passes == 0) return;
   if (best.columns == 0 || cost < best.cost) best = {a, lanes, cost};
 }
@@ -93,7 +107,7 @@ template <class T> pass_plan<T> lay_out_passes(index vectors, int lanes) noexcep
   pass_plan<T> plan = {};
   plan.vectors = vectors;
   plan.lanes = lanes;
-  choose_radices(plan);
+  choose_radices(plan, costs_of<T>(lanes));
   lay_out_blocks(plan);
   plan.stride = vectors / plan.radix[0];
   return plan;
@@ -106,15 +120,26 @@ template <class T> mixed_plan<T> lay_out(index points, const split& chosen) noex
   plan.scale = T(1) / static_cast<T>(points);
   plan.columns = lay_out_passes<T>(chosen.columns, chosen.lanes);
   plan.rows = lay_out_passes<T>(points / chosen.columns, chosen.lanes);
+  const pass_costs costs = costs_of<T>(chosen.lanes);
+  plan.is_stepped = costs.missing(3 * points / chosen.lanes, costs.caches().second) > 0;
   return plan;
 }
 
-// w_N^(n2 k1) for groups of n2, the last of which overlaps the one before.
-template <class T> void fill_twiddles(T* out, const mixed_plan<T>& plan, const roots& w) noexcept {
+template <class T> index column_groups(const mixed_plan<T>& plan) noexcept {
+  return (plan.rows.vectors + plan.lanes - 1) / plan.lanes;
+}
+
+// The first column of a group, the last of which overlaps the one before.
+template <class T> index first_column(const mixed_plan<T>& plan, index group) noexcept {
+  return std::min(group * plan.lanes, plan.rows.vectors - plan.lanes);
+}
+
+// w_N^(n2 k1) for so many groups of n2.
+template <class T>
+void fill_twiddles(T* out, const mixed_plan<T>& plan, index groups, const roots& w) noexcept {
   const int lanes = plan.lanes;
-  const index columns = plan.rows.vectors;
-  for (index group = 0; group * lanes < columns; ++group) {
-    const index n2 = group * lanes < columns - lanes ? group * lanes : columns - lanes;
+  for (index group = 0; group < groups; ++group) {
+    const index n2 = first_column(plan, group);
     for (index k1 = 0; k1 < plan.columns.vectors; ++k1, out += 2 * lanes) {
       for (int p = 0; p < lanes; ++p) {
         put_root(out + p, lanes, w[(n2 + point_at<T>(p, lanes)) * k1]);
@@ -123,13 +148,26 @@ template <class T> void fill_twiddles(T* out, const mixed_plan<T>& plan, const r
   }
 }
 
+// w_N^(n2 k1), n2 the first of its group.
+template <class T> void fill_steps(T* out, const mixed_plan<T>& plan, const roots& w) noexcept {
+  for (index group = 0; group < column_groups(plan); ++group) {
+    for (index k1 = 0; k1 < plan.columns.vectors; ++k1, out += 2) {
+      put_root(out, 1, w[first_column(plan, group) * k1]);
+    }
+  }
+}
+
+template <class T> index twiddle_groups(const mixed_plan<T>& plan) noexcept {
+  return plan.is_stepped ? 1 : column_groups(plan);
+}
+
 template <class T> void carve(mixed_plan<T>& plan, carver& memory) noexcept {
   carve_passes(plan.columns, memory);
   carve_passes(plan.rows, memory);
   plan.place = memory.take<std::uint32_t>(plan.columns.vectors);
   plan.result = memory.take<std::uint32_t>(plan.rows.vectors / plan.rows.radix[plan.rows.passes - 1]);
-  const index groups = (plan.rows.vectors + plan.lanes - 1) / plan.lanes;
-  plan.twiddles = memory.take<T>(2 * plan.lanes * groups * plan.columns.vectors);
+  plan.twiddles = memory.take<T>(2 * plan.lanes * twiddle_groups(plan) * plan.columns.vectors);
+  plan.steps = plan.is_stepped ? memory.take<T>(2 * column_groups(plan) * plan.columns.vectors) : nullptr;
 }
 
 template <class T> void fill(mixed_plan<T>& plan) noexcept {
@@ -140,7 +178,8 @@ template <class T> void fill(mixed_plan<T>& plan) noexcept {
     plan.place[k] = static_cast<std::uint32_t>(place(plan.columns, k));
   }
   fill_results(plan.result, plan.rows);
-  fill_twiddles(plan.twiddles, plan, w);
+  fill_twiddles(plan.twiddles, plan, twiddle_groups(plan), w);
+  if (plan.is_stepped) fill_steps(plan.steps, plan, w);
 }
 
 constexpr index key_of(index points, int widest) noexcept { return points * most_lanes + widest - 1; }

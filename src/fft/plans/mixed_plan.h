@@ -19,8 +19,10 @@ template <class T> struct mixed_plan {
   pass_plan<T> rows;     // B vectors
   std::uint32_t* place;  // of every output of the transform of a column
   std::uint32_t*
-      result;   // by place of a butterfly of the last pass over a row: the number of its first output
-  T* twiddles;  // vectors of w_N^(n2 k1), k1 within groups of n2
+      result;       // by place of a butterfly of the last pass over a row: the number of its first output
+  T* twiddles;      // vectors of w_N^(n2 k1), k1 within groups of n2
+  bool is_stepped;  // data, scratch memory and twiddles would leave the second cache:
+  T* steps;         // `twiddles` has the first group alone, and these are the steps from it, k1 within groups
 };
 
 // Whether there is a plan for the length, with `widest` lanes or half of them.

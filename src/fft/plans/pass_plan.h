@@ -11,14 +11,20 @@ namespace sigpak::kernels {
 inline constexpr int most_passes = 16;
 inline constexpr int most_lanes = 16;
 
+struct radix_list {
+  int passes;
+  int radix[most_passes];
+};
+
 // Transforms of M = `vectors` points by decimation in frequency, one in each of the lanes.
 template <class T> struct pass_plan {
   std::int64_t vectors;
   int lanes;
-  int passes;                         // the first reads the data
-  int radix[most_passes];             // their product is M
+  int passes;                       // the first reads the data
+  int radix[most_passes];           // their product is M
   std::int64_t block[most_passes];  // vectors in one block of the pass
-  std::int64_t stride;     // vectors from one block of the second pass to the next, padding included
+  std::int64_t stride;              // vectors from one block of the second pass to the next, padding included
+  std::int64_t resident;     // vectors that the first cache holds: larger blocks are finished one by one
   T* twiddles[most_passes];  // of the passes, broadcast; the last of several passes has none
 };
 

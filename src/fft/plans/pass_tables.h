@@ -2,11 +2,12 @@
 // The parts that the plans of all wide transforms are made of.
 #pragma once
 
+#include <algorithm>
 #include <memory>
 
 #include "core/power_of_two.h"
 #include "core/published.h"
-#include "fft/plans/pass_plan.h"
+#include "fft/plans/pass_costs.h"
 #include "fft/plans/roots_of_unity.h"
 
 namespace sigpak::kernels {
@@ -77,6 +78,17 @@ template <class T> void lay_out_blocks(pass_plan<T>& plan) noexcept {
     plan.block[pass] = block;
     block /= plan.radix[pass];
   }
+  plan.resident = costs_of<T>(plan.lanes).resident();
+}
+
+// The same with these radices. Blocks that would crowd into a few sets of the first cache are put apart by a
+// vector.
+template <class T> void lay_out_blocks(pass_plan<T>& plan, const radix_list& list) noexcept {
+  plan.passes = list.passes;
+  std::copy_n(list.radix, list.passes, plan.radix);
+  lay_out_blocks(plan);
+  const index block = plan.vectors / plan.radix[0];
+  plan.stride = block + (costs_of<T>(plan.lanes).is_crowded(plan.radix[0], block) ? 1 : 0);
 }
 
 template <class T> index place(const pass_plan<T>& plan, index kb) noexcept {

@@ -2,11 +2,8 @@
 // The plans of the wide transforms of real data, one per length and number of lanes.
 #include "fft/plans/real_plan.h"
 
-#include <bit>
-
 #include "core/published.h"
 #include "fft/plans/pass_tables.h"
-#include "fft/plans/radices.h"
 
 namespace sigpak::kernels {
 namespace {
@@ -42,18 +39,16 @@ template <class T> void fill(real_plan<T>& plan) noexcept {
   fill_results(plan.result, plan);
 }
 
-// The blocks of long transforms are put apart by a vector, away from the strides of powers of two.
-constexpr index padded_from = 4096;
-
 template <class T> real_plan<T> lay_out(index points, int lanes) noexcept {
   real_plan<T> plan = {};
   plan.points = points;
   plan.lanes = lanes;
   plan.vectors = points / lanes / 2;
   plan.scale = T(0.5) / static_cast<T>(points);
-  choose_power_of_two(plan, std::countr_zero(static_cast<std::uint64_t>(plan.vectors)));
-  lay_out_blocks(plan);
-  plan.stride = plan.vectors / plan.radix[0] + (points >= padded_from ? 1 : 0);
+  const pass_costs costs = costs_of<T>(lanes);
+  const index vectors = plan.vectors;
+  const auto cost = [&](const radix_list& list) { return costs.passes(list, vectors); };
+  lay_out_blocks(plan, radix_search(costs, cost).run(vectors));
   return plan;
 }
 

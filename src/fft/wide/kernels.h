@@ -3,6 +3,7 @@
 #pragma once
 
 #include "fft/plans/chirp_plan.h"
+#include "fft/plans/half_plan.h"
 #include "fft/plans/lane_plan.h"
 #include "fft/plans/mixed_plan.h"
 #include "fft/plans/real_plan.h"
@@ -22,6 +23,8 @@ template <class T> struct fft_kernels {
   small_fft<T> small_real[small_real_sizes];
   void (*run)(const lane_plan<T>& plan, T* x, T* scratch, bool inverse);
   void (*run_real)(const real_plan<T>& plan, T* x, T* scratch, bool inverse);
+  // The sweep after the forward transform of half the length, and before the inverse one.
+  void (*change_bins)(const half_plan<T>& plan, T* x, bool inverse);
   void (*run_mixed)(const mixed_plan<T>& plan, T* x, T* scratch, bool inverse);
 };
 

@@ -12,11 +12,11 @@
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
-inline constexpr index line_bytes = 64;
+inline constexpr index line_bytes = index{machine::line_bytes};
 inline constexpr index run_bytes = 1024;
 
 // One run of every output, each behind the last line of the run before.
-template <class P, bool streamed> class collected_runs {
+template <class P> class collected_runs {
  public:
   using T = typename P::scalar;
   static constexpr int W = P::width;
@@ -40,12 +40,7 @@ template <class P, bool streamed> class collected_runs {
       for (i = shift_; i < line; ++i) to[i] = in[i];
     }
     for (; i < run; i += W) {
-      const P a = load<P>(in + i);
-      if constexpr (streamed) {
-        stream(to + i, a);
-      } else {
-        store(to + i, a);
-      }
+      store(to + i, load<P>(in + i));
     }
     for (i = 0; i < line; i += W) store(row + i, load<P>(row + run + i));
   }
@@ -71,10 +66,10 @@ SIGPAK_INLINE void fetch_group(const lane_plan<typename P::scalar>& plan, const 
   });
 }
 
-template <class P, bool inverse, bool streamed>
+template <class P, bool inverse>
 void collecting_last_pass(const lane_plan<typename P::scalar>& plan, const typename P::scalar* s,
                           typename P::scalar* x) {
-  using runs = collected_runs<P, streamed>;
+  using runs = collected_runs<P>;
   constexpr int W = P::width;
   constexpr index points = runs::run / 2;
   constexpr index groups = points / (W / 2);
@@ -91,14 +86,6 @@ void collecting_last_pass(const lane_plan<typename P::scalar>& plan, const typen
     for (index k = 0; k < W; ++k) collected.flush(k, x + 2 * (kb + k * vectors), kb == 0);
   }
   for (index k = 0; k < W; ++k) collected.finish(k, x + 2 * (k + 1) * vectors);
-  if constexpr (streamed) finish_streams();
-}
-
-template <class P, bool inverse>
-void run_collected(const lane_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
-  transform_lanes<P, inverse>(plan, x, s);
-  plan.streamed ? collecting_last_pass<P, inverse, true>(plan, s, x)
-                : collecting_last_pass<P, inverse, false>(plan, s, x);
 }
 
 }  // namespace

@@ -16,8 +16,17 @@ using kernels::mixed_plan;
 
 SIGPAK_INLINE index least(index a, index b) { return a < b ? a : b; }
 
+// The twiddles of one group of columns.
+template <class P, bool stepped>
+SIGPAK_INLINE cplx<P> column_twiddle(const mixed_plan<typename P::scalar>& plan, index group, index k) {
+  const index at = group * plan.columns.vectors + k;
+  if constexpr (!stepped) return load_pair<P>(plan.twiddles, at);
+  const auto* const step = plan.steps + 2 * at;
+  return joined(cplx<P>{splat<P>(step[0]), splat<P>(step[1])}, load_pair<P>(plan.twiddles, k));
+}
+
 // One group of columns: their transforms, twiddles, transposition.
-template <class P, bool inverse>
+template <class P, bool inverse, bool stepped>
 void columns_pass(const mixed_plan<typename P::scalar>& plan, index group, const typename P::scalar* x,
                   typename P::scalar* rows, typename P::scalar* s) {
   using T = typename P::scalar;
@@ -30,13 +39,12 @@ void columns_pass(const mixed_plan<typename P::scalar>& plan, index group, const
       [=](index i) SIGPAK_LAMBDA { return load_points<P, inverse>(x + 2 * (i * b_points + n2)); }, s);
   all_middle_passes<P>(plan.columns, s);
   const std::uint32_t* const place = plan.place;
-  const T* const w = plan.twiddles + 2 * W * a_points * group;
   for (index block = 0; block * W < a_points; ++block) {
     const index k1 = least(block * W, a_points - W);
     cplx<P> y[W];
     unroll<W>([&](auto p) SIGPAK_LAMBDA {
       const index k = k1 + point_at<T>(p, W);
-      const cplx<P> t = load_pair<P>(w, k);
+      const cplx<P> t = column_twiddle<P, stepped>(plan, group, k);
       y[p] = turned(load_pair<P>(s, place[k]), t.re, t.im);
     });
     transpose(y);
@@ -88,7 +96,8 @@ void run_mixed(const mixed_plan<typename P::scalar>& plan, typename P::scalar* x
   const index b_points = plan.rows.vectors;
   const index row_groups = (a_points + W - 1) / W;
   auto* const s = scratch + 2 * W * b_points * row_groups;
-  for (index group = 0; group * W < b_points; ++group) columns_pass<P, inverse>(plan, group, x, scratch, s);
+  const auto pass = plan.is_stepped ? columns_pass<P, inverse, true> : columns_pass<P, inverse, false>;
+  for (index group = 0; group * W < b_points; ++group) pass(plan, group, x, scratch, s);
   for (index group = 0; group < row_groups; ++group) rows_pass<P, inverse>(plan, group, scratch, x, s);
 }
 

@@ -213,19 +213,13 @@ template <class P> void leaf_pass(int radix, typename P::scalar* s, index length
   with_radix(radix, [=](auto r) { leaf_pass<P, r>(s, length); });
 }
 
-// Blocks that fit the first cache are finished level by level, larger ones block by block.
-inline constexpr index cached_bytes = 24 * 1024;
-
-template <class P> constexpr bool is_cached(index vectors) {
-  return vectors * 2 * P::width * static_cast<index>(sizeof(typename P::scalar)) <= cached_bytes;
-}
-
+// Blocks that the first cache holds are finished level by level, larger ones block by block.
 template <class P, class Leaf>
 void middle_passes(const pass_plan<typename P::scalar>& plan, int pass, typename P::scalar* s, index length,
                    const Leaf& leaf) {
   const index block = plan.block[pass];
   if (pass == plan.passes - 1) return leaf(s, length);
-  if (is_cached<P>(block)) {
+  if (block <= plan.resident) {
     middle_pass<P>(plan.radix[pass], s, length, block, plan.twiddles[pass]);
     return middle_passes<P>(plan, pass + 1, s, length, leaf);
   }
@@ -240,7 +234,7 @@ void middle_passes(const pass_plan<typename P::scalar>& plan, int pass, typename
 template <class P, class Leaf>
 void all_middle_passes(const pass_plan<typename P::scalar>& plan, typename P::scalar* s, const Leaf& leaf) {
   if (plan.passes == 1) return;
-  if (is_cached<P>(plan.vectors) && plan.stride == plan.block[1]) {
+  if (plan.vectors <= plan.resident && plan.stride == plan.block[1]) {
     return middle_passes<P>(plan, 1, s, plan.vectors, leaf);
   }
   for (int block = 0; block < plan.radix[0]; ++block) {
@@ -274,18 +268,12 @@ void transform_lanes(const lane_plan<typename P::scalar>& plan, const typename P
     const index place = (at - s) / pair;
     const int last_radix = plan.radix[plan.passes - 1];
     const index unpadded = place - place / plan.stride * padding;
-    const T* const w = plan.last + pair * (plan.steps != nullptr ? unpadded / last_radix : unpadded);
-    with_even_radix(last_radix, [=, steps = plan.steps](auto radix) {
-      steps != nullptr ? turning_leaf_pass<P, radix, inverse, true>(at, length, w, steps)
-                       : turning_leaf_pass<P, radix, inverse, false>(at, length, w, nullptr);
+    const T* const w = plan.last + pair * (plan.is_stepped ? unpadded / last_radix : unpadded);
+    with_even_radix(last_radix, [=, stepped = plan.is_stepped, steps = plan.steps](auto radix) {
+      stepped ? turning_leaf_pass<P, radix, inverse, true>(at, length, w, steps)
+              : turning_leaf_pass<P, radix, inverse, false>(at, length, w, nullptr);
     });
   });
-}
-
-template <class P, bool inverse>
-void run(const lane_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
-  transform_lanes<P, inverse>(plan, x, s);
-  last_pass<P, inverse>(plan, s, x);
 }
 
 }  // namespace

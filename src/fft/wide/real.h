@@ -201,8 +201,7 @@ void run_real_inverse(const real_plan<typename P::scalar>& plan, typename P::sca
     const index vector = (at - blocks) / (2 * P::width);
     const index padding = vector / plan.stride * (plan.stride - plan.block[1]);
     const std::uint32_t* const result = plan.result + (vector - padding) / radix;
-    radix == 8 ? result_pass<P, 8>(at, length, result, step, x)
-               : result_pass<P, 4>(at, length, result, step, x);
+    with_even_radix(radix, [=](auto r) { result_pass<P, r>(at, length, result, step, x); });
   });
 }
 

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The table of transforms of one level.
+#include "fft/wide/columns.h"
+#include "fft/wide/half.h"
 #include "fft/wide/kernels.h"
 #include "fft/wide/long.h"
 #include "fft/wide/mixed.h"
@@ -11,17 +13,31 @@
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
+using kernels::course;
+
+template <class P, bool inverse>
+void run(const lane_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
+  const course chosen = course_of(plan, x);
+  if (chosen == course::in_place) return run_in_place<P, inverse>(plan, x);
+  transform_lanes<P, inverse>(plan, x, s);
+  chosen == course::collected ? collecting_last_pass<P, inverse>(plan, s, x)
+                              : last_pass<P, inverse>(plan, s, x);
+}
+
 template <class P>
 void run_either(const lane_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* scratch,
                 bool inverse) {
-  if (plan.collected)
-    return inverse ? run_collected<P, true>(plan, x, scratch) : run_collected<P, false>(plan, x, scratch);
   inverse ? run<P, true>(plan, x, scratch) : run<P, false>(plan, x, scratch);
 }
 template <class P>
 void run_either_real(const real_plan<typename P::scalar>& plan, typename P::scalar* x,
                      typename P::scalar* scratch, bool inverse) {
   inverse ? run_real_inverse<P>(plan, x, scratch) : run_real<P>(plan, x, scratch);
+}
+
+template <class P>
+void change_bins_either(const half_plan<typename P::scalar>& plan, typename P::scalar* x, bool inverse) {
+  inverse ? change_bins<P, true>(plan, x) : change_bins<P, false>(plan, x);
 }
 
 template <class P>
@@ -75,6 +91,7 @@ constexpr kernels::fft_kernels<double> double_fft = {
     {{}, {}, small_real<double, 2>, small_real<double, 4>, small_real<double, 8>, small_real<double, 16>},
     run_lanes<widest_d, widest_d>,
     run_real_lanes<widest_d, d4, d4>,
+    change_bins_either<widest_d>,
     run_mixed_lanes<widest_d, narrow_d>};
 
 constexpr kernels::fft_kernels<float> float_fft = {
@@ -83,6 +100,7 @@ constexpr kernels::fft_kernels<float> float_fft = {
     {{}, {}, small_real<float, 2>, small_real<float, 4>, small_real<float, 8>, small_real<float, 16>},
     run_lanes<widest_f, f8>,
     run_real_lanes<widest_f, f8, f4>,
+    change_bins_either<widest_f>,
     run_mixed_lanes<widest_f, narrow_f>};
 
 }  // namespace
