@@ -2,6 +2,7 @@
 // Arithmetic, movement, sums, sorting and small calls against the plain loop, the peers that are installed,
 // and the limit of the machine: Markdown tables of ratios. bench_vector [--level baseline|avx2|avx512]
 // [--table stream|order|small] [--only NAME] [--rounds N]
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -10,10 +11,14 @@
 #include <numbers>
 #include <random>
 #include <string_view>
+#include <type_traits>
 
 #ifdef BENCH_GSL
 #include <gsl/gsl_sort.h>
-#include <gsl/gsl_statistics.h>
+#include <gsl/gsl_sort_float.h>
+#endif
+#ifdef BENCH_HWY
+#include <hwy/contrib/sort/vqsort.h>
 #endif
 
 #include "buffer.h"
@@ -249,74 +254,119 @@ void stream_table(const options& o) {
   }
 }
 
-// Order statistics on fresh random data every time: repeated data flatter branches.
+template <class T> using record = std::conditional_t<sizeof(T) == 8, dsp_vec, dspf_vec>;
+template <class T> record<T> record_over(T* data, index n) {
+  record<T> v{};
+  v.data = data;
+  v.alloc = static_cast<std::int32_t>(n);
+  v.points = static_cast<std::uint32_t>(n);
+  return v;
+}
+void sort(dsp_vec& v) { dspi_sort(&v); }
+void sort(dspf_vec& v) { dspfi_sort(&v); }
+void median(const dsp_vec& v, dsp_vec& result) { dsps_median(&v, &result); }
+void median(const dspf_vec& v, dspf_vec& result) { dspfs_median(&v, &result); }
+#ifdef BENCH_GSL
+void sort_by_gsl(double* x, std::size_t n) { gsl_sort(x, 1, n); }
+void sort_by_gsl(float* x, std::size_t n) { gsl_sort_float(x, 1, n); }
+#endif
+
+enum class order { random, few, ascending, descending };
+constexpr const char* order_names[] = {"random", "few distinct", "ascending", "descending"};
+
+// Runs of n numbers: repeated data flatter branches.
+template <class T> std::vector<T> numbers_in(order kind, index n) {
+  constexpr index enough = index{1} << 18;
+  std::vector<T> x(static_cast<std::size_t>(std::max(n * 4, enough / n * n)));
+  std::mt19937_64 engine(5);
+  std::normal_distribution<double> normal;
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    const auto place = static_cast<T>(i % static_cast<std::size_t>(n));
+    const double drawn = normal(engine);
+    if (kind == order::random) x[i] = static_cast<T>(drawn);
+    if (kind == order::few) x[i] = static_cast<T>(std::floor(4 * drawn));
+    if (kind == order::ascending) x[i] = place;
+    if (kind == order::descending) x[i] = -place;
+  }
+  return x;
+}
+
+// Sorting and the median of n numbers.
+template <class T> void order_rows(const options& o, order kind, index n) {
+  const std::vector<T> source = numbers_in<T>(kind, n);
+  const index places = static_cast<index>(source.size()) / n;
+  const auto size = static_cast<std::size_t>(n);
+  std::vector<T> work(size);
+  std::vector<T> copy(size);
+  T result[2] = {};
+  index at = 0;
+  const auto refill = [&] {
+    at = (at + 1) % places;
+    std::copy_n(source.begin() + at * n, n, work.begin());
+  };
+  const auto sigpak_sort = [&] {
+    auto v = record_over(work.data(), n);
+    sort(v);
+  };
+  const auto sigpak_median = [&] {
+    const auto v = record_over(work.data(), n);
+    auto r = record_over(result, 2);
+    median(v, r);
+  };
+  const auto std_median = [&] {
+    copy = work;  // the median leaves its input alone
+    std::nth_element(copy.begin(), copy.begin() + n / 2, copy.end());
+    result[0] = copy[size / 2];
+  };
+  contender gsl_sorts{"GSL", refill, {}};
+  contender gsl_medians{"GSL", refill, {}};
+#ifdef BENCH_GSL
+  gsl_sorts.once = [&] { sort_by_gsl(work.data(), size); };
+  gsl_medians.once = [&] {
+    copy = work;
+    sort_by_gsl(copy.data(), size);
+    result[0] = copy[size / 2];
+  };
+#endif
+  contender hwy_sorts{"Highway", refill, {}};
+  contender hwy_medians{"Highway", refill, {}};
+#ifdef BENCH_HWY
+  hwy::Sorter sorter;
+  hwy_sorts.once = [&] { sorter(work.data(), size, hwy::SortAscending()); };
+  hwy_medians.once = [&] {
+    copy = work;
+    sorter(copy.data(), size, hwy::SortAscending());
+    result[0] = copy[size / 2];
+  };
+#endif
+  const auto std_sort = [&] { std::sort(work.begin(), work.end()); };
+  const std::vector<contender> sorts = {
+      {"sigpak", refill, sigpak_sort}, {"std", refill, std_sort}, gsl_sorts, hwy_sorts};
+  const std::vector<contender> medians = {
+      {"sigpak", refill, sigpak_median}, {"std", refill, std_median}, gsl_medians, hwy_medians};
+  const int rounds = n > 500000 ? std::min(rounds_of(o), 7) : rounds_of(o);
+  for (const auto* list : {&sorts, &medians}) {
+    const auto t = bench::compare(*list, rounds, n < 1000 ? 3e-4 : 1e-3);
+    std::printf("| %s | %s | %s | %td | %.2f |", list == &sorts ? "sort" : "median",
+                sizeof(T) == 8 ? "double" : "single", order_names[static_cast<int>(kind)], n,
+                t[0].seconds * 1e9 / static_cast<double>(n));
+    for (std::size_t i = 1; i < list->size(); ++i) {
+      if ((*list)[i].once) std::printf(" %.2f |", 1 / t[i].ratio);
+      if (!(*list)[i].once) std::printf(" |");
+    }
+    std::printf("\n");
+    std::fflush(stdout);
+  }
+}
+
 void order_table(const options& o) {
-  constexpr index copies = 4;
-#ifdef BENCH_GSL
-  bench::print_head({"operation", "points", "ns / point", "to std", "to GSL"});
-#else
-  bench::print_head({"operation", "points", "ns / point", "to std"});
-#endif
-  for (const index n : {16, 100, 300, 1000, 10000, 100000, 1000000, 4000000}) {
-    std::vector<double> source(static_cast<std::size_t>(std::max(n * copies, index{1} << 18)));
-    std::mt19937_64 engine(5);
-    std::normal_distribution<double> normal;
-    for (double& x : source) x = normal(engine);
-    std::vector<double> work(static_cast<std::size_t>(n));
-    std::vector<double> extra(static_cast<std::size_t>(n));
-    double result[2] = {};
-    const index places = static_cast<index>(source.size()) / n;
-    index at = 0;
-    const auto refill = [&] {
-      at = (at + 1) % places;
-      std::memcpy(work.data(), source.data() + at * n, static_cast<std::size_t>(n * scalar_bytes));
-    };
-    const auto over = [n](double* data) {
-      dsp_vec v{};
-      v.data = data;
-      v.alloc = static_cast<std::int32_t>(n);
-      v.points = static_cast<std::uint32_t>(n);
-      return v;
-    };
-    const std::vector<contender> sorts = {
-        {"sigpak", refill,
-         [&] {
-           dsp_vec v = over(work.data());
-           dspi_sort(&v);
-         }},
-        {"std", refill, [&] { std::sort(work.begin(), work.end()); }},
-#ifdef BENCH_GSL
-        {"GSL", refill, [&] { gsl_sort(work.data(), 1, static_cast<std::size_t>(n)); }},
-#endif
-    };
-    const std::vector<contender> medians = {
-        {"sigpak", refill,
-         [&] {
-           const dsp_vec v = over(work.data());
-           dsp_vec r = over(result);
-           dsps_median(&v, &r);
-         }},
-        {"std", refill,
-         [&] {
-           std::vector<double> copy(work);  // the median leaves its input alone
-           std::nth_element(copy.begin(), copy.begin() + n / 2, copy.end());
-           result[0] = copy[static_cast<std::size_t>(n / 2)];
-         }},
-#ifdef BENCH_GSL
-        {"GSL", refill,
-         [&] {
-           std::memcpy(extra.data(), work.data(), static_cast<std::size_t>(n * scalar_bytes));
-           result[0] = gsl_stats_median(extra.data(), 1, static_cast<std::size_t>(n));
-         }},
-#endif
-    };
-    const int rounds = n > 500000 ? std::min(rounds_of(o), 7) : rounds_of(o);
-    for (const auto* list : {&sorts, &medians}) {
-      const auto t = bench::compare(*list, rounds, n < 1000 ? 3e-4 : 1e-3);
-      std::printf("| %s | %td | %.1f |", list == &sorts ? "sort" : "median", n,
-                  t[0].seconds * 1e9 / static_cast<double>(n));
-      for (std::size_t i = 1; i < list->size(); ++i) std::printf(" %.2f |", 1 / t[i].ratio);
-      std::printf("\n");
+  bench::print_head(
+      {"operation", "precision", "values", "points", "ns / point", "to std", "to GSL", "to Highway"});
+  for (const order kind : {order::random, order::few, order::ascending, order::descending}) {
+    if (!o.wants("--only", order_names[static_cast<int>(kind)])) continue;
+    for (const index n : {10, 30, 100, 300, 1000, 10000, 100000, 1000000, 10000000}) {
+      order_rows<double>(o, kind, n);
+      order_rows<float>(o, kind, n);
     }
   }
 }

@@ -14,6 +14,13 @@ template <record V> status reverse(V* v) noexcept;
 // Ascending; complex points by squared magnitude, then real part, then imaginary part.
 template <record V> status sort(V* v) noexcept;
 
+// Real numbers in that order: -0 before 0, NaN last.
+template <class T> void sort_numbers(T* x, index n) noexcept;
+
+// Puts the numbers of the ranks from `first` to before `end` in their places, those that are less before them
+// and those that are greater behind. None is NaN, and the zeros are equal.
+template <class T> void sort_ranks(T* x, index n, index first, index end) noexcept;
+
 // Moves NaN to the end, whatever their sign; the count of the numbers before them.
 template <class T> index put_numbers_first(T* x, index n) noexcept;
 

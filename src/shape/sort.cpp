@@ -1,87 +1,18 @@
 // SPDX-License-Identifier: MIT
-// Ascending order of real and complex points. Every order here is total enough for NaN: a comparison that
-// calls NaN equal to everything is no weak order, and sorting by it may run out of the record.
+// Ascending order of complex points, by keys of their magnitudes where that pays. The order is total enough
+// for NaN: a comparison that calls NaN equal to everything is no weak order, and sorting by it may run out of
+// the record.
 #include <algorithm>
 #include <bit>
-#include <cmath>
 #include <cstdint>
-#include <numeric>
 
 #include "core/guard.h"
 #include "core/memory.h"
+#include "shape/digits.h"
 #include "shape/shape.h"
 
 namespace sigpak {
 namespace {
-
-// Keys of the width of T, in digits.
-template <class T> struct digits {
-  using word = std::conditional_t<sizeof(T) == 8, std::uint64_t, std::uint32_t>;
-  static constexpr int bits = 11;
-  static constexpr int count = (8 * sizeof(T) + bits - 1) / bits;
-  static constexpr std::size_t values = std::size_t{1} << bits;
-
-  static std::size_t at(word key, int digit) noexcept { return (key >> (digit * bits)) & (values - 1); }
-};
-
-// A key that orders numbers as unsigned integers do: negative ones complemented, the sign of the others set,
-// so that -0 comes before 0.
-template <class T> auto key_of(T x) noexcept {
-  using word = typename digits<T>::word;
-  constexpr int sign = 8 * sizeof(T) - 1;
-  const auto word_of = std::bit_cast<word>(x);
-  return word_of ^ ((word(0) - (word_of >> sign)) | (word(1) << sign));
-}
-
-// One stable pass: `places` counts the values of the digit, and becomes where the next of each goes.
-template <class T, class Item>
-void distribute(const Item* from, Item* to, index n, int digit, std::uint32_t* places) noexcept {
-  using d = digits<T>;
-  std::exclusive_scan(places, places + d::values, places, std::uint32_t{0});
-  for (index i = 0; i < n; ++i) to[places[d::at(key_of(from[i]), digit)]++] = from[i];
-}
-
-// Radix sort of items with keys of the width of T from the lowest digit up, in x and a scratch of the same
-// size; where they end up. A digit that all share is passed over.
-template <class T, class Item> Item* sort_by_digits(Item* x, Item* scratch, index n) noexcept {
-  using d = digits<T>;
-  std::uint32_t places[d::count][d::values] = {};
-  for (index i = 0; i < n; ++i) {
-    const auto key = key_of(x[i]);
-    for (int digit = 0; digit < d::count; ++digit) ++places[digit][d::at(key, digit)];
-  }
-  Item* from = x;
-  Item* to = scratch;
-  for (int digit = 0; digit < d::count; ++digit) {
-    if (places[digit][d::at(key_of(x[0]), digit)] == static_cast<std::uint32_t>(n)) continue;
-    distribute<T>(from, to, n, digit, places[digit]);
-    std::swap(from, to);
-  }
-  return from;
-}
-
-// False, and nothing done, without memory.
-template <class T> bool sort_numbers_by_digits(T* x, index n) noexcept {
-  T* const scratch = allocate_table<T>(n);
-  if (scratch == nullptr) return false;
-  const T* const sorted = sort_by_digits<T>(x, scratch, n);
-  if (sorted != x) std::copy_n(sorted, n, x);
-  free_table(scratch);
-  return true;
-}
-
-// The rest compares as numbers do, and the zeros, equal so far, are put in order where they lie.
-template <class T> void sort_by_comparison(T* x, index n) noexcept {
-  std::sort(x, x + n);
-  const auto [zeros, zeros_end] = std::equal_range(x, x + n, T(0));
-  std::partition(zeros, zeros_end, [](T a) { return std::signbit(a); });
-}
-
-template <class T> void sort_real(T* x, index n) noexcept {
-  constexpr index worth_counting = 300;
-  const index numbers = put_numbers_first(x, n);
-  if (numbers < worth_counting || !sort_numbers_by_digits(x, numbers)) sort_by_comparison(x, numbers);
-}
 
 template <class T> struct point {
   T re;
@@ -177,23 +108,15 @@ template <class T> void sort_complex(T* data, index n) noexcept {
 
 }  // namespace
 
-template <class T> index put_numbers_first(T* x, index n) noexcept {
-  bool all = true;
-  for (index i = 0; i < n; ++i) all &= x[i] == x[i];
-  return all ? n : std::partition(x, x + n, [](T a) { return a == a; }) - x;
-}
-
 template <record V> status sort(V* v) noexcept {
   if (is_complex(v)) {
     sort_complex(v->data, length(v));
   } else {
-    sort_real(v->data, length(v));
+    sort_numbers(v->data, length(v));
   }
   return ok;
 }
 
-template index put_numbers_first(double*, index) noexcept;
-template index put_numbers_first(float*, index) noexcept;
 template status sort(dsp_vec*) noexcept;
 template status sort(dspf_vec*) noexcept;
 

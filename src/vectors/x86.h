@@ -94,6 +94,14 @@ SIGPAK_INLINE f8 evens_first(f8 a) { return as_floats(evens_first(as_doubles(a))
 SIGPAK_INLINE d4 turned_sum(d4 a, d4 b) { return {_mm256_addsub_pd(a.v, b.v)}; }
 SIGPAK_INLINE f8 turned_sum(f8 a, f8 b) { return {_mm256_addsub_ps(a.v, b.v)}; }
 
+// Of equal ones, which may be zeros of both signs, lesser(a, b) and greater(b, a) are one each.
+SIGPAK_INLINE d4 lesser(d4 a, d4 b) { return {_mm256_min_pd(a.v, b.v)}; }
+SIGPAK_INLINE f4 lesser(f4 a, f4 b) { return {_mm_min_ps(a.v, b.v)}; }
+SIGPAK_INLINE f8 lesser(f8 a, f8 b) { return {_mm256_min_ps(a.v, b.v)}; }
+SIGPAK_INLINE d4 greater(d4 a, d4 b) { return {_mm256_max_pd(a.v, b.v)}; }
+SIGPAK_INLINE f4 greater(f4 a, f4 b) { return {_mm_max_ps(a.v, b.v)}; }
+SIGPAK_INLINE f8 greater(f8 a, f8 b) { return {_mm256_max_ps(a.v, b.v)}; }
+
 // One vector of two.
 SIGPAK_INLINE d4 joined(d2 low, d2 high) {
   return {_mm256_insertf128_pd(_mm256_castpd128_pd256(low.v), high.v, 1)};
@@ -132,6 +140,27 @@ SIGPAK_INLINE d2 load_point(const float* x) {
 SIGPAK_INLINE void store_point(double* x, d2 a) { store(x, a); }
 SIGPAK_INLINE void store_point(float* x, d2 a) {
   _mm_storel_epi64(reinterpret_cast<__m128i_u*>(x), _mm_castps_si128(_mm_cvtpd_ps(a.v)));
+}
+
+// For every mask of `lanes` lanes the lanes in it, then the others, each kept in order: eight places of the
+// parts, 8 / lanes to a lane, that a permutation takes.
+template <int lanes> struct orders_of_masks { unsigned char places[1 << lanes][8]; };
+template <int lanes> constexpr orders_of_masks<lanes> make_orders_of_masks() {
+  constexpr int parts = 8 / lanes;
+  orders_of_masks<lanes> orders{};
+  for (int m = 0; m < 1 << lanes; ++m) {
+    int place = 0;
+    for (int side = 1; side >= 0; --side) {
+      for (int part = 0; part < 8; ++part) {
+        if ((m >> part / parts & 1) == side) orders.places[m][place++] = static_cast<unsigned char>(part);
+      }
+    }
+  }
+  return orders;
+}
+template <int lanes> constexpr orders_of_masks<lanes> orders = make_orders_of_masks<lanes>();
+template <int lanes> SIGPAK_INLINE __m128i order_of(unsigned m) {
+  return _mm_loadl_epi64(reinterpret_cast<const __m128i_u*>(orders<lanes>.places[m]));
 }
 
 // The first `count` < 4 of a vector, in the largest pieces.

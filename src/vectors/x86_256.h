@@ -22,8 +22,6 @@ SIGPAK_INLINE mask is_outside(real a, double low, double high) {
   const auto range = __builtin_bit_cast(unsigned long long, high) - from;
   return {words(_mm256_cmpgt_epi64(__m256i(bits(a) - all_bits(from)), __m256i(all_bits(range))))};
 }
-SIGPAK_INLINE real lesser(real a, real b) { return {_mm256_min_pd(a.v, b.v)}; }
-SIGPAK_INLINE real greater(real a, real b) { return {_mm256_max_pd(a.v, b.v)}; }
 SIGPAK_INLINE real sqrt(real a) { return {_mm256_sqrt_pd(a.v)}; }
 SIGPAK_INLINE real at_least(real x, double limit) { return {_mm256_max_pd(all(limit).v, x.v)}; }
 SIGPAK_INLINE real at_most(real x, double limit) { return {_mm256_min_pd(all(limit).v, x.v)}; }
@@ -76,14 +74,85 @@ SIGPAK_INLINE void write_some(float* to, real a, index count) {
   store_some(to, floats, count);
 }
 
-// The first n scalars, n less than the width, and zeros behind them; nothing beyond is read.
-SIGPAK_INLINE d4 load_first(const double* from, index n, d4) {
-  const __m256i places = _mm256_setr_epi64x(0, 1, 2, 3);
-  return {_mm256_maskload_pd(from, _mm256_cmpgt_epi64(_mm256_set1_epi64x(n), places))};
+// The lanes from `first` to `end`.
+SIGPAK_INLINE __m256i lanes_between(index first, index end, d4) {
+  const __m256i lane = _mm256_setr_epi64x(0, 1, 2, 3);
+  return _mm256_andnot_si256(_mm256_cmpgt_epi64(_mm256_set1_epi64x(first), lane),
+                             _mm256_cmpgt_epi64(_mm256_set1_epi64x(end), lane));
 }
-SIGPAK_INLINE f8 load_first(const float* from, index n, f8) {
-  const __m256i places = _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7);
-  return {_mm256_maskload_ps(from, _mm256_cmpgt_epi32(_mm256_set1_epi32(static_cast<int>(n)), places))};
+SIGPAK_INLINE __m256i lanes_between(index first, index end, f8) {
+  const __m256i lane = _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7);
+  return _mm256_andnot_si256(_mm256_cmpgt_epi32(_mm256_set1_epi32(static_cast<int>(first)), lane),
+                             _mm256_cmpgt_epi32(_mm256_set1_epi32(static_cast<int>(end)), lane));
+}
+SIGPAK_INLINE __m128i lanes_between(index first, index end, f4) {
+  const __m128i lane = _mm_setr_epi32(0, 1, 2, 3);
+  return _mm_andnot_si128(_mm_cmpgt_epi32(_mm_set1_epi32(static_cast<int>(first)), lane),
+                          _mm_cmpgt_epi32(_mm_set1_epi32(static_cast<int>(end)), lane));
+}
+
+// The first n scalars, at most the width, and behind them those of `rest`; nothing beyond is read.
+SIGPAK_INLINE d4 load_first(const double* from, index n, d4 rest) {
+  const __m256i first = lanes_between(0, n, rest);
+  return {_mm256_blendv_pd(rest.v, _mm256_maskload_pd(from, first), _mm256_castsi256_pd(first))};
+}
+SIGPAK_INLINE f8 load_first(const float* from, index n, f8 rest) {
+  const __m256i first = lanes_between(0, n, rest);
+  return {_mm256_blendv_ps(rest.v, _mm256_maskload_ps(from, first), _mm256_castsi256_ps(first))};
+}
+SIGPAK_INLINE f4 load_first(const float* from, index n, f4 rest) {
+  const __m128i first = lanes_between(0, n, rest);
+  return {_mm_blendv_ps(rest.v, _mm_maskload_ps(from, first), _mm_castsi128_ps(first))};
+}
+
+// The lanes from `first` to `end` of a vector that would go to `to`; nothing else is written.
+SIGPAK_INLINE void store_lanes(double* to, d4 a, index first, index end) {
+  _mm256_maskstore_pd(to, lanes_between(first, end, a), a.v);
+}
+SIGPAK_INLINE void store_lanes(float* to, f8 a, index first, index end) {
+  _mm256_maskstore_ps(to, lanes_between(first, end, a), a.v);
+}
+SIGPAK_INLINE void store_first(double* to, d4 a, index n) { store_lanes(to, a, 0, n); }
+SIGPAK_INLINE void store_first(float* to, f8 a, index n) { store_lanes(to, a, 0, n); }
+SIGPAK_INLINE void store_first(float* to, f4 a, index n) {
+  _mm_maskstore_ps(to, lanes_between(0, n, a), a.v);
+}
+
+// The lanes that a comparison holds for, as bits.
+SIGPAK_INLINE unsigned lanes_below(d4 a, d4 b) {
+  return static_cast<unsigned>(_mm256_movemask_pd(_mm256_cmp_pd(a.v, b.v, _CMP_LT_OQ)));
+}
+SIGPAK_INLINE unsigned lanes_below(f8 a, f8 b) {
+  return static_cast<unsigned>(_mm256_movemask_ps(_mm256_cmp_ps(a.v, b.v, _CMP_LT_OQ)));
+}
+SIGPAK_INLINE unsigned lanes_at_most(d4 a, d4 b) {
+  return static_cast<unsigned>(_mm256_movemask_pd(_mm256_cmp_pd(a.v, b.v, _CMP_LE_OQ)));
+}
+SIGPAK_INLINE unsigned lanes_at_most(f8 a, f8 b) {
+  return static_cast<unsigned>(_mm256_movemask_ps(_mm256_cmp_ps(a.v, b.v, _CMP_LE_OQ)));
+}
+
+// greater(a, b) (lesser) in the lanes of `m`, a constant, and those of `rest` in the others.
+template <unsigned m> SIGPAK_INLINE d4 greater_in(d4 rest, d4 a, d4 b) {
+  return {_mm256_blend_pd(rest.v, greater(a, b).v, m)};
+}
+template <unsigned m> SIGPAK_INLINE f4 greater_in(f4 rest, f4 a, f4 b) {
+  return {_mm_blend_ps(rest.v, greater(a, b).v, m)};
+}
+template <unsigned m> SIGPAK_INLINE f8 greater_in(f8 rest, f8 a, f8 b) {
+  return {_mm256_blend_ps(rest.v, greater(a, b).v, m)};
+}
+template <unsigned m, class P> SIGPAK_INLINE P lesser_in(P rest, P a, P b) {
+  return greater_in<~m&((1U << P::width) - 1)>(lesser(a, b), rest, rest);
+}
+
+// The lanes of `m`, then the others, each in order.
+SIGPAK_INLINE d4 left_first(d4 a, unsigned m) {
+  return {_mm256_castps_pd(
+      _mm256_permutevar8x32_ps(_mm256_castpd_ps(a.v), _mm256_cvtepu8_epi32(order_of<4>(m))))};
+}
+SIGPAK_INLINE f8 left_first(f8 a, unsigned m) {
+  return {_mm256_permutevar8x32_ps(a.v, _mm256_cvtepu8_epi32(order_of<8>(m)))};
 }
 
 }  // namespace

@@ -110,6 +110,8 @@ SIGPAK_INLINE mask is_outside(real a, double low, double high) {
 }
 SIGPAK_INLINE real lesser(real a, real b) { return {_mm512_min_pd(a.v, b.v)}; }
 SIGPAK_INLINE real greater(real a, real b) { return {_mm512_max_pd(a.v, b.v)}; }
+SIGPAK_INLINE f16 lesser(f16 a, f16 b) { return {_mm512_min_ps(a.v, b.v)}; }
+SIGPAK_INLINE f16 greater(f16 a, f16 b) { return {_mm512_max_ps(a.v, b.v)}; }
 SIGPAK_INLINE words only(mask m, unsigned long long x) {
   return words(_mm512_maskz_mov_epi64(m, __m512i(all_bits(x))));
 }
@@ -172,12 +174,95 @@ SIGPAK_INLINE void write_some(float* to, real a, index count) {
   store_some(to, rest, count);
 }
 
-// The first n scalars, n less than the width, and zeros behind them; nothing beyond is read.
-SIGPAK_INLINE d8 load_first(const double* from, index n, d8) {
-  return {_mm512_maskz_loadu_pd(static_cast<__mmask8>((1U << n) - 1), from)};
+// The lanes below n, as bits.
+SIGPAK_INLINE unsigned first_lanes(index n) { return (1U << n) - 1; }
+
+// The first n scalars, at most the width, and behind them those of `rest`; nothing beyond is read.
+SIGPAK_INLINE d8 load_first(const double* from, index n, d8 rest) {
+  return {_mm512_mask_loadu_pd(rest.v, static_cast<__mmask8>(first_lanes(n)), from)};
 }
-SIGPAK_INLINE f16 load_first(const float* from, index n, f16) {
-  return {_mm512_maskz_loadu_ps(static_cast<__mmask16>((1U << n) - 1), from)};
+SIGPAK_INLINE f16 load_first(const float* from, index n, f16 rest) {
+  return {_mm512_mask_loadu_ps(rest.v, static_cast<__mmask16>(first_lanes(n)), from)};
+}
+SIGPAK_INLINE d4 load_first(const double* from, index n, d4 rest) {
+  return {_mm256_mask_loadu_pd(rest.v, static_cast<__mmask8>(first_lanes(n)), from)};
+}
+SIGPAK_INLINE f8 load_first(const float* from, index n, f8 rest) {
+  return {_mm256_mask_loadu_ps(rest.v, static_cast<__mmask8>(first_lanes(n)), from)};
+}
+SIGPAK_INLINE f4 load_first(const float* from, index n, f4 rest) {
+  return {_mm_mask_loadu_ps(rest.v, static_cast<__mmask8>(first_lanes(n)), from)};
+}
+
+// The lanes from `first` to `end` of a vector that would go to `to`; nothing else is written.
+SIGPAK_INLINE void store_lanes(double* to, d8 a, index first, index end) {
+  _mm512_mask_storeu_pd(to, static_cast<__mmask8>(first_lanes(end) & ~first_lanes(first)), a.v);
+}
+SIGPAK_INLINE void store_lanes(float* to, f16 a, index first, index end) {
+  _mm512_mask_storeu_ps(to, static_cast<__mmask16>(first_lanes(end) & ~first_lanes(first)), a.v);
+}
+SIGPAK_INLINE void store_first(double* to, d8 a, index n) { store_lanes(to, a, 0, n); }
+SIGPAK_INLINE void store_first(float* to, f16 a, index n) { store_lanes(to, a, 0, n); }
+SIGPAK_INLINE void store_first(double* to, d4 a, index n) {
+  _mm256_mask_storeu_pd(to, static_cast<__mmask8>(first_lanes(n)), a.v);
+}
+SIGPAK_INLINE void store_first(float* to, f8 a, index n) {
+  _mm256_mask_storeu_ps(to, static_cast<__mmask8>(first_lanes(n)), a.v);
+}
+SIGPAK_INLINE void store_first(float* to, f4 a, index n) {
+  _mm_mask_storeu_ps(to, static_cast<__mmask8>(first_lanes(n)), a.v);
+}
+
+// The lanes that a comparison holds for, as bits.
+SIGPAK_INLINE unsigned lanes_below(d8 a, d8 b) { return _mm512_cmp_pd_mask(a.v, b.v, _CMP_LT_OQ); }
+SIGPAK_INLINE unsigned lanes_below(f16 a, f16 b) { return _mm512_cmp_ps_mask(a.v, b.v, _CMP_LT_OQ); }
+SIGPAK_INLINE unsigned lanes_at_most(d8 a, d8 b) { return _mm512_cmp_pd_mask(a.v, b.v, _CMP_LE_OQ); }
+SIGPAK_INLINE unsigned lanes_at_most(f16 a, f16 b) { return _mm512_cmp_ps_mask(a.v, b.v, _CMP_LE_OQ); }
+
+// greater(a, b) (lesser) in the lanes of `m`, a constant, and those of `rest` in the others.
+template <unsigned m> SIGPAK_INLINE d4 greater_in(d4 rest, d4 a, d4 b) {
+  return {_mm256_mask_max_pd(rest.v, m, a.v, b.v)};
+}
+template <unsigned m> SIGPAK_INLINE d4 lesser_in(d4 rest, d4 a, d4 b) {
+  return {_mm256_mask_min_pd(rest.v, m, a.v, b.v)};
+}
+template <unsigned m> SIGPAK_INLINE f4 greater_in(f4 rest, f4 a, f4 b) {
+  return {_mm_mask_max_ps(rest.v, m, a.v, b.v)};
+}
+template <unsigned m> SIGPAK_INLINE f4 lesser_in(f4 rest, f4 a, f4 b) {
+  return {_mm_mask_min_ps(rest.v, m, a.v, b.v)};
+}
+template <unsigned m> SIGPAK_INLINE f8 greater_in(f8 rest, f8 a, f8 b) {
+  return {_mm256_mask_max_ps(rest.v, m, a.v, b.v)};
+}
+template <unsigned m> SIGPAK_INLINE f8 lesser_in(f8 rest, f8 a, f8 b) {
+  return {_mm256_mask_min_ps(rest.v, m, a.v, b.v)};
+}
+template <unsigned m> SIGPAK_INLINE d8 greater_in(d8 rest, d8 a, d8 b) {
+  return {_mm512_mask_max_pd(rest.v, m, a.v, b.v)};
+}
+template <unsigned m> SIGPAK_INLINE d8 lesser_in(d8 rest, d8 a, d8 b) {
+  return {_mm512_mask_min_pd(rest.v, m, a.v, b.v)};
+}
+template <unsigned m> SIGPAK_INLINE f16 greater_in(f16 rest, f16 a, f16 b) {
+  return {_mm512_mask_max_ps(rest.v, m, a.v, b.v)};
+}
+template <unsigned m> SIGPAK_INLINE f16 lesser_in(f16 rest, f16 a, f16 b) {
+  return {_mm512_mask_min_ps(rest.v, m, a.v, b.v)};
+}
+
+// The lanes of `m`, then the others, each in order. Of sixteen lanes the others are compressed and turned
+// to the upper end, and the lanes of `m` put before them.
+SIGPAK_INLINE d8 left_first(d8 a, unsigned m) {
+  return {_mm512_permutexvar_pd(_mm512_cvtepu8_epi64(order_of<8>(m)), a.v)};
+}
+alignas(64) constexpr int turned_lanes[32] = {0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13, 14, 15,
+                                              16, 17, 18, 19, 20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31};
+SIGPAK_INLINE f16 left_first(f16 a, unsigned m) {
+  const auto left = static_cast<__mmask16>(m);
+  const __m512i turn = _mm512_loadu_si512(turned_lanes + 16 - __builtin_popcount(left));
+  const __m512 others = _mm512_permutexvar_ps(turn, _mm512_maskz_compress_ps(_knot_mask16(left), a.v));
+  return {_mm512_mask_compress_ps(others, left, a.v)};
 }
 
 }  // namespace

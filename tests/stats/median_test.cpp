@@ -2,6 +2,8 @@
 // The median against the middle of the sorted points, to the bit.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstring>
 
 #include "support/failing.h"
@@ -32,7 +34,7 @@ template <record V> samples<V> shaped(index n, int kind) {
 TYPED_TEST(Median, IsTheMiddleOfTheSortedPoints) {
   using V = TypeParam;
   using T = scalar<V>;
-  for (const index n : {1, 2, 3, 4, 5, 64, 299, 300, 511, 512, 513, 1024, 4097, 70000, 200001}) {
+  for (const index n : {1, 2, 3, 4, 5, 64, 299, 300, 511, 512, 513, 4097, 8191, 8192, 70000, 200001}) {
     for (int kind = 0; kind <= 6; ++kind) {
       signal<V> v(shaped<V>(n, kind));
       const samples<V> before = v.values();
@@ -47,6 +49,23 @@ TYPED_TEST(Median, IsTheMiddleOfTheSortedPoints) {
       EXPECT_TRUE(std::memcmp(&expected, out.data, sizeof(T)) == 0 ||
                   (expected != expected && out.data[0] != out.data[0]))
           << n << ' ' << kind << ' ' << expected << ' ' << out.data[0];
+    }
+  }
+}
+
+TYPED_TEST(Median, OfManyPointsIsFoundWithoutACopyOfThem) {
+  using V = TypeParam;
+  using T = scalar<V>;
+  for (const bool ties : {false, true}) {
+    for (unsigned seed = 1; seed <= 8; ++seed) {
+      samples<V> x = noise<V>(70000, seed);
+      if (ties) std::ranges::for_each(x, [](T& a) { a = std::floor(4 * a); });
+      const signal<V> v(x);
+      signal<V> out{9};
+      const failing_records<V> only_the_bracket(1);
+      EXPECT_EQ(TWIN(s_median)(&v, &out), 0) << seed;
+      std::ranges::sort(x);
+      EXPECT_EQ(out.data[0], (x[34999] + x[35000]) * T(0.5)) << seed;
     }
   }
 }

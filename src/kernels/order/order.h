@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+// Sorting and selection of numbers at the wide levels. The zeros are equal, and no number is NaN where
+// nothing else is said.
+#pragma once
+
+#include <cstdint>
+
+namespace sigpak::kernels {
+
+// From `first` to before `end`.
+struct ranks {
+  std::int64_t first;
+  std::int64_t end;
+};
+
+// Two numbers that others are between.
+template <class T> struct bracket {
+  T low;
+  T high;
+};
+
+struct collected {
+  std::int64_t count;   // of the numbers between; -1 when there is no room for them
+  std::int64_t before;  // them: `low` and what is less
+};
+
+template <class T> struct order_table {
+  // Puts the numbers of the wanted ranks in their places, those that are less before them and those that are
+  // greater behind. After so many levels of partitions it goes on in a way that takes n log n at the worst.
+  void (*sort)(T* x, std::int64_t n, ranks wanted, int levels);
+
+  // False when a NaN is met.
+  bool (*is_ascending)(const T* x, std::int64_t n);
+
+  // Moves NaN to the end; the count of the others.
+  std::int64_t (*put_numbers_first)(T* x, std::int64_t n);
+
+  // Copies the numbers between, and NaN, to where there is room for so many.
+  collected (*collect)(const T* x, std::int64_t n, bracket<T> range, T* found, std::int64_t room);
+};
+
+}  // namespace sigpak::kernels

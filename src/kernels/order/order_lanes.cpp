@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: MIT
+// Quicksort by vectors: partitions down to what a network sorts in registers.
+#include "kernels/order/order.h"
+
+#include "kernels/order/networks.h"
+#include "kernels/order/partition.h"
+#include "vectors/levels.h"
+
+namespace sigpak::SIGPAK_LEVEL {
+namespace {
+
+// As many rows as registers hold.
+constexpr int most_rows = 16;
+template <class T> constexpr index most_in_registers = index{most_rows} * widest<T>::width;
+
+// At least `least` vectors of numbers, in the smallest block that holds them. Squares of rows and lanes take
+// turns with blocks of two squares.
+template <class T, int W, int rows, int least> SIGPAK_INLINE void sort_in_block(T* x, index n) {
+  if (n <= rows * W) return sort_block<pack<T, W>, rows, least>(x, n);
+  if constexpr (rows < most_rows && (rows == W || W == widest<T>::width)) {
+    return sort_in_block<T, W, 2 * rows, rows>(x, n);
+  } else if constexpr (W < widest<T>::width) {
+    return sort_in_block<T, 2 * W, rows, rows / 2>(x, n);
+  }
+}
+
+// At most most_in_registers.
+template <class T> void sort_few(T* x, index n) { sort_in_block<T, 4, 4, 0>(x, n); }
+
+template <class P> SIGPAK_INLINE P middle(P a, P b, P c) {
+  return greater(lesser(a, b), lesser(greater(a, b), c));
+}
+
+// The middles, lane by lane, of vectors that are evenly spread, in order: of three, or where that pays of
+// three times three (J. W. Tukey, The ninther, 1978).
+template <class T> SIGPAK_INLINE pack<T, 4> sorted_middles(const T* x, index n) {
+  using P = pack<T, 4>;
+  constexpr index worth_nine = 512;
+  const auto middle_of_three = [x](index from, index step) SIGPAK_LAMBDA {
+    return middle(load<P>(x + from), load<P>(x + from + step), load<P>(x + from + 2 * step));
+  };
+  P a;
+  if (n < worth_nine) {
+    a = middle_of_three(0, (n - 4) / 2);
+  } else {
+    const index step = (n - 4) / 8;
+    a = middle(middle_of_three(0, step), middle_of_three(3 * step, step), middle_of_three(6 * step, step));
+  }
+  return paired<1, 1>(paired<3, 2>(paired<1, 1>(a)));
+}
+
+// The place of the first number that is not equal to this one; n where all are.
+template <class T> index find_other(const T* x, index n, T value) {
+  using P = widest<T>;
+  const P wanted = splat<P>(value);
+  for (index i = 0; i < n; i += P::width) {
+    const index at = i < n - P::width ? i : n - P::width;
+    const P a = load<P>(x + at);
+    const unsigned others = lanes_below(a, wanted) | lanes_below(wanted, a);
+    if (others != 0) return at + __builtin_ctz(others);
+  }
+  return n;
+}
+
+template <class T> void sift(T* heap, index n, index at) {
+  const T moved = heap[at];
+  for (index child = 2 * at + 1; child < n; child = 2 * at + 1) {
+    if (child + 1 < n && heap[child] < heap[child + 1]) ++child;
+    if (!(moved < heap[child])) break;
+    heap[at] = heap[child];
+    at = child;
+  }
+  heap[at] = moved;
+}
+
+template <class T> void sort_as_heap(T* x, index n) {
+  for (index i = n / 2; i > 0; --i) sift(x, n, i - 1);
+  for (index i = n; i > 1; --i) {
+    const T last = x[i - 1];
+    x[i - 1] = x[0];
+    x[0] = last;
+    sift(x, i - 1, 0);
+  }
+}
+
+// Either side of the pivot has a number: the pivot itself goes to the left where the sample has none that is
+// less.
+template <class T> index split_at_pivot(T* x, index n) {
+  using P = widest<T>;
+  const pack<T, 4> sample = sorted_middles(x, n);
+  const T pivot = sample.v[2];
+  T last = sample.v[3];
+  if (sample.v[0] == last) {
+    const index other = find_other(x, n, pivot);
+    if (other == n) return n;
+    last = x[other];
+  }
+  if (sample.v[0] == pivot && last > pivot) return partition(x, n, at_most_as<P>{splat<P>(pivot)});
+  return partition(x, n, less_than<P>{splat<P>(pivot)});
+}
+
+template <class T> void sort(T* x, index n, kernels::ranks wanted, int levels) {
+  while (n > most_in_registers<T>) {
+    if (levels-- == 0) return sort_as_heap(x, n);
+    const index split = split_at_pivot(x, n);
+    if (split == n) return;
+    if (wanted.first < split) sort(x, split, {wanted.first, wanted.end < split ? wanted.end : split}, levels);
+    if (wanted.end <= split) return;
+    wanted = {wanted.first > split ? wanted.first - split : 0, wanted.end - split};
+    x += split;
+    n -= split;
+  }
+  sort_few(x, n);
+}
+
+template <class P> constexpr unsigned every_lane = static_cast<unsigned>((1ULL << P::width) - 1);
+
+template <class T> bool is_ascending(const T* x, index n) {
+  using P = widest<T>;
+  index i = 0;
+  for (; i + P::width < n; i += P::width) {
+    if (lanes_at_most(load<P>(x + i), load<P>(x + i + 1)) != every_lane<P>) return false;
+  }
+  for (; i + 1 < n; ++i) {
+    if (!(x[i] <= x[i + 1])) return false;
+  }
+  return true;
+}
+
+// From where a NaN may be.
+template <class T> index skip_numbers(const T* x, index n) {
+  using P = widest<T>;
+  constexpr int vectors = 4;
+  index i = 0;
+  for (; i + vectors * P::width <= n; i += vectors * P::width) {
+    unsigned numbers = every_lane<P>;
+    unroll<vectors>([&](auto k) SIGPAK_LAMBDA {
+      const P a = load<P>(x + i + k * P::width);
+      numbers &= lanes_at_most(a, a);
+    });
+    if (numbers != every_lane<P>) return i;
+  }
+  return i;
+}
+
+template <class T> index put_numbers_first(T* x, index n) {
+  const index at_least = skip_numbers(x, n);
+  if (n - at_least > most_in_registers<T>) {
+    return at_least + partition(x + at_least, n - at_least, is_number<widest<T>>{});
+  }
+  index end = n;
+  for (index i = at_least; i < end;) {
+    if (x[i] == x[i]) {
+      ++i;
+      continue;
+    }
+    const T nan = x[i];
+    x[i] = x[--end];
+    x[end] = nan;
+  }
+  return end;
+}
+
+// NaN are neither before nor behind, and found.
+template <class T>
+kernels::collected collect(const T* x, index n, kernels::bracket<T> range, T* found, index room) {
+  using P = widest<T>;
+  const P low = splat<P>(range.low);
+  const P high = splat<P>(range.high);
+  kernels::collected all = {0, 0};
+  for (index i = 0; i < n; i += P::width) {
+    if (all.count + P::width > room) return {-1, 0};
+    const index count = n - i < P::width ? n - i : P::width;
+    const P a = count == P::width ? load<P>(x + i) : load_first(x + i, count, splat<P>(0));
+    const unsigned given = every_lane<P> >> (P::width - count);
+    const unsigned before = lanes_at_most(a, low) & given;
+    const unsigned between = ~(before | lanes_at_most(high, a)) & given;
+    store(found + all.count, left_first(a, between));
+    all.count += __builtin_popcount(between);
+    all.before += __builtin_popcount(before);
+  }
+  return all;
+}
+
+template <class T>
+constexpr kernels::order_table<T> table = {sort<T>, is_ascending<T>, put_numbers_first<T>, collect<T>};
+
+}  // namespace
+}  // namespace sigpak::SIGPAK_LEVEL
+
+namespace sigpak {
+
+SIGPAK_LEVEL_TABLE(kernels::order_table<double>) = SIGPAK_LEVEL::table<double>;
+SIGPAK_LEVEL_TABLE(kernels::order_table<float>) = SIGPAK_LEVEL::table<float>;
+
+}  // namespace sigpak
