@@ -8,7 +8,6 @@
 #include <concepts>
 
 #include "core/blocks.h"
-#include "core/kept_errno.h"
 #include "core/machine.h"
 #include "kernels/sweep.h"
 #include "vectors/levels.h"
@@ -32,8 +31,7 @@ struct phasor {
 
 // Out of line: side by side, and wanted both, sine and cosine share their work.
 [[gnu::noinline]] inline phasor phasor_at(double angle) noexcept {
-  const kept_errno kept;
-  return {kept.computed(std::cos(angle)), kept.computed(std::sin(angle))};
+  return {std::cos(angle), std::sin(angle)};
 }
 
 // put(i, cos, sin) for the points of one block from `first` on: z' = z * exp(i step).
