@@ -187,7 +187,7 @@ def _argument(operation: str, parameter: header.Parameter, owner: str | None) ->
     if name == "window":
         return Argument(name, "window", "window_number(window)", "Window | int | str")
     if name in ("odd", "antisymmetric"):
-        return Argument(name, "integer", name, "bool")
+        return Argument(name, "integer", f"int32({name})", "bool")
     check = "unsigned" if parameter.type == "uint32_t" else "int32"
     return Argument(name, "integer", f"{check}({name})", "int")
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Where raw tables come from.
 #include "core/memory.h"
+#include "core/kept_errno.h"
 
 #ifdef __linux__
 #include <sys/mman.h>
 #endif
 
-#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 
@@ -50,9 +50,8 @@ void advise_large_pages([[maybe_unused]] void* block, [[maybe_unused]] std::size
   if (block == nullptr || bytes < machine::worth_large_pages) return;
   const std::uintptr_t begin = reinterpret_cast<std::uintptr_t>(block) / page * page;
   const std::uintptr_t end = (reinterpret_cast<std::uintptr_t>(block) + bytes + page - 1) / page * page;
-  const int error = errno;
+  const kept_errno kept;
   madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE);
-  errno = error;
 #endif
 }
 

@@ -2,6 +2,7 @@
 // The common shape of the in-place functions: a form check, then one pass over the samples.
 #pragma once
 
+#include "core/kept_errno.h"
 #include "core/product.h"
 #include "core/record.h"
 
@@ -9,6 +10,7 @@ namespace sigpak {
 
 // Replaces every x by f(x), computed in double and rounded once.
 template <class T, class F> void map(T* x, index n, F f) noexcept {
+  const kept_errno kept;
   for (index i = 0; i < n; ++i) x[i] = static_cast<T>(f(static_cast<double>(x[i])));
 }
 

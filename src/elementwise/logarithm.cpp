@@ -5,6 +5,7 @@
 
 #include "core/double_double.h"
 #include "core/guard.h"
+#include "core/kept_errno.h"
 #include "elementwise/elementwise.h"
 #include "elementwise/in_place.h"
 #include "kernels/elementary/functions.h"
@@ -49,6 +50,7 @@ template <class T> constexpr bool is_floored(double sum) noexcept { return sum <
 
 // A point beyond H keeps its direction and counts as |z|^2 = H.
 template <class T> void natural_point(double* z, const logarithm_constants& c) noexcept {
+  const kept_errno kept;
   const double a = wide_guard<T>::clamp(z[0]);
   const double b = wide_guard<T>::clamp(z[1]);
   const bool beyond = wide_guard<T>::excludes(z[0], z[1]);
@@ -83,6 +85,7 @@ template <class T> void decimal_scaled(T* x, index n, double factor) noexcept {
 
 // The products rounded once.
 template <class T> void decimal_point(double* z, const logarithm_constants& c) noexcept {
+  const kept_errno kept;
   const double a = wide_guard<T>::clamp(z[0]);
   const double b = wide_guard<T>::clamp(z[1]);
   const double sum = a * a + b * b;

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "core/guard.h"
+#include "core/kept_errno.h"
 #include "core/product.h"
 #include "kernels/elementary/functions.h"
 #include "vectors/levels.h"
@@ -43,7 +44,10 @@ template <class T> point<T> square_root(point<T> z) noexcept {
 
 // The roots of the points of z; out may be z.
 template <class T> void square_root_points(const T* z, T* out, index points) noexcept {
-  const auto root = [](T* at) { put_point(at, 0, square_root(point_at(at, 0))); };
+  const auto root = [](T* at) {
+    const kept_errno kept;
+    put_point(at, 0, square_root(point_at(at, 0)));
+  };
   run_at_level(&kernels::root_functions<T>::root_points, z, out, points, root);
 }
 

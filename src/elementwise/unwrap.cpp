@@ -3,6 +3,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "core/kept_errno.h"
 #include "elementwise/elementwise.h"
 
 namespace sigpak {
@@ -11,6 +12,7 @@ namespace {
 // Every output follows its predecessor, 0 before the first, by the step to the input reduced into [-pi, pi];
 // a step of exactly pi keeps its sign. In the record's own precision, so that its pi is exactly half a turn.
 template <class T> void unwrap_phases(T* phase, index points) noexcept {
+  const kept_errno kept;
   constexpr T half_turn = std::numbers::pi_v<T>;
   constexpr T turn = 2 * half_turn;
   T previous = 0;

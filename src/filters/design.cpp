@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Design of linear-phase filters from the band-limited impulse response.
 #include "filters/design.h"
+#include "core/kept_errno.h"
 
 #include <algorithm>
 
@@ -136,6 +137,7 @@ template <record V> bool finite(const V* v) noexcept {
 
 template <record V> status design(V* v, std::int32_t kind, scalar<V> p1, scalar<V> p2) noexcept {
   if (allocate(v) != ok) return failed;
+  const kept_errno kept;
   const bool complex = is_complex(v);
   v->complex = 0;
   if (kind < DSP_FIR_BAND_PASS || kind > DSP_FIR_RAMP) return failed;

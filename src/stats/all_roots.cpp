@@ -2,6 +2,7 @@
 // All roots of a real polynomial.
 #include <algorithm>
 
+#include "core/kept_errno.h"
 #include "core/memory.h"
 #include "shape/shape.h"
 #include "stats/factors.h"
@@ -90,6 +91,7 @@ template <class T> status list_roots(const T* a, index count, T* list) noexcept 
 
 template <record V> status replace_by_roots(V* v) noexcept {
   using T = scalar<V>;
+  const kept_errno kept;
   if (is_complex(v)) return failed;
   index count = length(v);
   while (count > 0 && v->data[count - 1] == 0) --count;

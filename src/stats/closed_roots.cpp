@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/kept_errno.h"
 #include "shape/shape.h"
 #include "stats/factors.h"
 #include "stats/result.h"
@@ -139,6 +140,7 @@ status closed_roots(const double* a, const search_limits& limits, root_list& out
 
 template <record V> status solve_closed(const V* v, V* result) noexcept {
   if (is_complex(v) || length(v) > most_coefficients) return failed;
+  const kept_errno kept;
   return run_apart(v, result, [](const V* in, V* out) {
     double a[most_coefficients] = {};
     std::transform(in->data, in->data + length(in), a, [](scalar<V> x) { return wide(x); });

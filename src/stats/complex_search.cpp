@@ -2,6 +2,7 @@
 // One complex root of a real polynomial: Laguerre's and Newton's iterations from several starts.
 #include <algorithm>
 
+#include "core/kept_errno.h"
 #include "stats/polynomial.h"
 #include "stats/result.h"
 
@@ -147,6 +148,7 @@ namespace {
 
 template <record V> status solve_complex(const V* v, V* result, complex_number guess) noexcept {
   using T = scalar<V>;
+  const kept_errno kept;
   if (is_complex(v)) return failed;
   return run_apart(v, result, [guess](const V* in, V* out) {
     const polynomial<T> p{in->data, length(in)};

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "core/guard.h"
+#include "core/kept_errno.h"
 #include "kernels/sums/block_sums.h"
 #include "stats/result.h"
 
@@ -34,6 +35,7 @@ template <record V> std::complex<double> product_of_complex(const V* v) noexcept
 
 // The principal n-th root of the product; 0 where the squared magnitude of the product is below T.
 template <record V> status geometric_mean(const V* v, V* result) noexcept {
+  const kept_errno kept;
   const auto n = static_cast<double>(length(v));
   constexpr double tiny = wide_guard<scalar<V>>::tiny;
   if (!is_complex(v)) {

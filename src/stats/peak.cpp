@@ -2,6 +2,7 @@
 // The place and the height of a peak, between the samples where asked for.
 #include <cmath>
 
+#include "core/kept_errno.h"
 #include "stats/extremes.h"
 #include "stats/result.h"
 
@@ -76,6 +77,7 @@ template <record V>
 status find_peak(const V* v, V* result, std::int32_t flags, std::int32_t wanted) noexcept {
   const std::int32_t method = flags & interpolation_field;
   if (method > DSP_PEAK_SHAPED_LOG_RATIO) return failed;
+  const kept_errno kept;
   return run_apart(v, result, [=](const V* in, V* out) {
     peak found{0, 0};
     if (length(in) > 0) {

@@ -2,6 +2,7 @@
 // One real root of a real polynomial: Laguerre's and Newton's iterations between bounds of the roots.
 #include <algorithm>
 
+#include "core/kept_errno.h"
 #include "stats/polynomial.h"
 #include "stats/result.h"
 
@@ -103,6 +104,7 @@ namespace {
 
 template <record V> status solve_real(const V* v, V* result, scalar<V> guess) noexcept {
   using T = scalar<V>;
+  const kept_errno kept;
   if (is_complex(v)) return failed;
   return run_apart(v, result, [guess](const V* in, V* out) {
     const polynomial<T> p{in->data, length(in)};

@@ -5,6 +5,7 @@
 #include <iterator>
 #include <numbers>
 
+#include "core/kept_errno.h"
 #include "windows/catalogue.h"
 #include "windows/normalise.h"
 #include "windows/shapes.h"
@@ -75,6 +76,7 @@ status generate_periodic(V* v, const catalogued_window& window, int flags, doubl
 }  // namespace
 
 template <record V> status generate_window(V* v, int window, int flags, double width) noexcept {
+  const kept_errno kept;
   const catalogued_window* const row = find_window(window);
   if (row == nullptr || is_complex(v) || mode_of(flags) == refused_mode) return failed;
   switch (row->kind) {

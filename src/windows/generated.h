@@ -2,6 +2,7 @@
 // Windows that are generated for the call and applied to a record.
 #pragma once
 
+#include "core/kept_errno.h"
 #include "core/storage.h"
 #include "elementwise/elementwise.h"
 #include "shape/shape.h"
@@ -11,6 +12,7 @@ namespace sigpak {
 
 // v * w, for the window w that generate(&w) fills, rotated unless the flags keep it from that.
 template <record V, class Generate> status apply_generated(V* v, int flags, Generate generate) noexcept {
+  const kept_errno kept;
   temporary<V> w;
   w.points = static_cast<std::uint32_t>(length(v));
   if (allocate<V>(&w) != ok || generate(&w) != ok) return failed;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Inverse circular functions, and the polar form of points.
+#include "core/kept_errno.h"
 #include "kernels/elementary/arctangent.h"
 #include "kernels/elementary/functions.h"
 #include "kernels/elementary/walk.h"
@@ -109,7 +110,9 @@ void arccosines(float* x, index n) {
 // The polar form of a point that is not for vectors. The zero point has phase 0 whatever the signs of its
 // zeros.
 point plain_polar(double a, double b) {
-  return {__builtin_hypot(a, b), a == 0 && b == 0 ? 0 : __builtin_atan2(b, a)};
+  const kept_errno kept;
+  const double phase = a == 0 && b == 0 ? 0 : __builtin_atan2(b, a);
+  return {kept.computed(__builtin_hypot(a, b)), kept.computed(phase)};
 }
 
 template <class T> struct polar_form {

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+// What a caller has set stays as it is: errno, and how the processor rounds, traps and treats the smallest
+// numbers.
+#include <dlfcn.h>
+
+#include <cerrno>
+#include <cfenv>
+#include <set>
+
+#include "trust/digests.h"
+
+namespace sigpak::test {
+namespace {
+
+// The control bits of the processor's arithmetic, without the flags of what has happened.
+std::vector<unsigned long> control_state() {
+  std::vector<unsigned long> state{static_cast<unsigned long>(std::fegetround())};
+#if defined(__x86_64__)
+  constexpr unsigned happened = 0x3f;
+  unsigned short x87 = 0;
+  asm volatile("fnstcw %0" : "=m"(x87));
+  state.push_back(x87);
+  state.push_back(__builtin_ia32_stmxcsr() & ~happened);
+#elif defined(__aarch64__)
+  unsigned long control = 0;
+  asm volatile("mrs %0, fpcr" : "=r"(control));
+  state.push_back(control);
+#endif
+  return state;
+}
+
+TEST(Caller, KeepsErrnoAndTheControlOfItsArithmetic) {
+  const small_machine limited;
+  const auto before = control_state();
+  std::set<std::string> disturbers;
+  const auto run_all = [&]<record V>(const V*) {
+    each_operation<V>([&](const char* name, auto operation) {
+      drawn_call<V> call(2, short_lengths);
+      for (int i = 0; i < 100; ++i) {
+        call.run(
+            operation, [] { errno = EXDEV; },
+            [&] {
+              if (errno != EXDEV || control_state() != before) disturbers.insert(name);
+            });
+      }
+    });
+  };
+  run_all(static_cast<dsp_vec*>(nullptr));
+  run_all(static_cast<dspf_vec*>(nullptr));
+  EXPECT_EQ(disturbers, std::set<std::string>{});
+}
+
+TEST(Caller, KeepsThemWhenTheLibraryIsLoaded) {
+  const auto before = control_state();
+  void* const library = dlopen(SIGPAK_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+  ASSERT_NE(library, nullptr) << dlerror();
+  EXPECT_EQ(control_state(), before);
+  EXPECT_EQ(dlclose(library), 0);
+  EXPECT_EQ(control_state(), before);
+}
+
+}  // namespace
+}  // namespace sigpak::test
