@@ -34,7 +34,7 @@
                 (dspi_rtoc and such), and as the input of dspd_fir and dspd_hwfilt. Where points must agree,
                 it does not agree with 0.
    Results      Operations size their results themselves. The result of a statistic is a record of one point.
-   Aliasing     A result may be one of the operands.
+   Aliasing     A result may be one of the operands. A history or a state is a record of its own.
    Complex      Complex samples are interleaved: re, im, re, im. A polar record is a complex record that holds
                 (magnitude, phase); nothing marks it.
    H            The huge value that stands for infinity: 1e100, in single precision 1e15. Division by zero
@@ -1152,7 +1152,7 @@ enum { DSP_CORR_RAW = 0, DSP_CORR_BIASED = 1, DSP_CORR_UNBIASED = 2, DSP_CORR_CO
    history  the stream: out covers all its samples. Then a and b have the same points, and the lags and the form of
             the sums, real or complex, stay; otherwise -1. An empty record starts a stream; its contents are not
             specified. Any split of a stream into blocks gives the same bits
-   out      may be a or b; null with a history: nothing is formed now
+   out      may be a or b; null with a history: nothing is formed now; otherwise -1
    lags     L; negative, not with a history: all, the greater of the points less 1, with _CIRCULAR N / 2 rounded down
    flags    a scale, plus _CIRCULAR: indices modulo N, a and b of the same points, no history; every other bit -1
    delta becomes the mean of theirs. Take means out first (dspi_offset): a common offset buries the correlation.

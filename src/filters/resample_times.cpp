@@ -47,6 +47,15 @@ status make_rows(V* state, times_head& head, const times_layout<scalar<V>>& befo
   return failed;
 }
 
+// The k-th regular time behind `next`; one beyond all samples is that far away.
+sample_time regular_time(sample_time next, sample_time step, index k) noexcept {
+  __extension__ using wide = __int128;
+  constexpr wide most = std::int64_t{1} << 62;
+  const wide parts = static_cast<wide>(step.part) * k + next.part;
+  const wide whole = static_cast<wide>(step.whole) * k + next.whole + (parts >> 64);
+  return {static_cast<std::int64_t>(std::min(whole, most)), static_cast<std::uint64_t>(parts)};
+}
+
 // A regular time so little before the end of the samples that their number may be rounded is beyond it.
 bool lies_before(sample_time t, std::int64_t samples) noexcept {
   const double left = static_cast<double>(samples - t.whole) - static_cast<double>(t.part) / unit_part;
@@ -54,17 +63,28 @@ bool lies_before(sample_time t, std::int64_t samples) noexcept {
 }
 
 // How many of the wanted times can be served with so many samples, at the end of a stream without waiting.
+// The last regular one is found by halving; more than can be counted are as good as one more than that.
 index servable(const times_head& h, const spline_filter& f, const wanted_times& w, std::int64_t samples,
                bool ending) noexcept {
   if (ending && w.list != nullptr) return w.count;
-  sample_time next = h.next;
-  index k = 0;
-  for (; w.list == nullptr || k < w.count; ++k, next = next + w.step) {
-    const sample_time t = target(w, k, next);
-    const bool there = ending ? lies_before(t, samples) : end_of(f, t) <= samples;
-    if (!there || k * h.parts > most_scalars) break;
+  const auto there = [&](sample_time t) {
+    return ending ? lies_before(t, samples) : end_of(f, t) <= samples;
+  };
+  index served = 0;
+  if (w.list != nullptr) {
+    while (served < w.count && there(target(w, served, h.next))) ++served;
+    return served;
   }
-  return k;
+  index beyond = most_scalars / h.parts + 1;
+  while (served < beyond) {
+    const index k = served + (beyond - served) / 2;
+    if (there(regular_time(h.next, w.step, k))) {
+      served = k + 1;
+    } else {
+      beyond = k;
+    }
+  }
+  return served;
 }
 
 template <record V> bool is_spline_filter(const V* taps) noexcept {

@@ -163,7 +163,7 @@ status correlate_circularly(const V* a, const V* b, V* out, index lags, std::int
 
 template <record V>
 status correlate(const V* a, const V* b, V* out, std::int32_t lags, std::int32_t flags) noexcept {
-  if ((flags & ~(scale_bits | DSP_CORR_CIRCULAR)) != 0) return failed;
+  if (out == nullptr || (flags & ~(scale_bits | DSP_CORR_CIRCULAR)) != 0) return failed;
   if ((flags & DSP_CORR_CIRCULAR) != 0) return correlate_circularly(a, b, out, lags, flags);
   return correlate_whole(a, b, out, lags, flags);
 }

@@ -58,16 +58,5 @@ TYPED_TEST(Decimate, AnySplitGivesTheWhole) {
   }
 }
 
-TYPED_TEST(Decimate, FailsWithoutStorage) {
-  using V = TypeParam;
-  const signal<V> in{1, 2, 3};
-  signal<V> state;
-  signal<V> out;
-  const failing_records<V> none(0);
-  EXPECT_EQ(TWIN(d_deci)(&in, &out, 2, &state), -1);
-  EXPECT_EQ(TWIN(d_deci)(&in, &out, 2, nullptr), -1);
-  out.points = 0;
-}
-
 }  // namespace
 }  // namespace sigpak::test

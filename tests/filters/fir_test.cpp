@@ -249,32 +249,6 @@ TYPED_TEST(Fir, TapsThatDifferByLittleDoNotShareASpectrum) {
   }
 }
 
-TYPED_TEST(Fir, ACallAfterAFailedAllocationIsRight) {
-  using V = TypeParam;
-  const signal<V> in(noise<V>(500, 59));
-  for (const index count : {5, 130}) {
-    const signal<V> taps(noise<V>(count, 61));
-    signal<V> wanted;
-    ASSERT_EQ(TWIN(d_fir)(&in, &wanted, &taps, nullptr), 0);
-    const auto run = [&] {
-      TWIN(_free_internal)();
-      signal<V> out;
-      signal<V> history;
-      const status s = TWIN(d_fir)(&in, &out, &taps, &history);
-      if (s == failed) {
-        const failing_records<V> records(1000);
-        const failing_tables tables(1000);
-        history.points = 0;
-        EXPECT_EQ(TWIN(d_fir)(&in, &out, &taps, &history), 0);
-        EXPECT_EQ(out.values(), wanted.values());
-      }
-      return s;
-    };
-    EXPECT_GE(failures_before_success<failing_tables>(run), count > 100 ? 1 : 0);
-    EXPECT_GE(failures_before_success<failing_records<V>>(run), 2);
-  }
-}
-
 TYPED_TEST(Fir, HalfOfTheTapsStandsForTheWholeFilter) {
   using V = TypeParam;
   for (const int form : {0, 1, 2, 3}) {
@@ -303,13 +277,6 @@ TYPED_TEST(Fir, HalfOfTheTapsStandsForTheWholeFilter) {
       }
     }
   }
-  const signal<V> half(noise<V>(40));
-  EXPECT_EQ(failures_before_success<failing_records<V>>([&half] {
-              TWIN(_free_internal)();
-              signal<V> out;
-              return TWIN(d_sfir)(&half, &out, &half, 0, 0, nullptr);
-            }) > 1,
-            true);
 }
 
 }  // namespace

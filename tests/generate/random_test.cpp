@@ -6,7 +6,6 @@
 #include <random>
 
 #include "generate/generate.h"
-#include "support/failing.h"
 #include "support/signal.h"
 
 namespace {
@@ -193,11 +192,6 @@ TYPED_TEST(Random, RefusalsComeAfterSizing) {
     v.complex = 0;
     EXPECT_EQ(TWIN(c_rand)(&v, code), code == 2 || code == 3 ? 0 : -1);
   }
-  const failing_records<V> none(0);
-  signal<V> v;
-  v.points = 3;
-  EXPECT_EQ(TWIN(c_rand)(&v, 0), -1);
-  EXPECT_EQ(v.data, nullptr);
 }
 
 TYPED_TEST(Random, MomentsAreThoseOfTheDistributions) {

@@ -2,7 +2,6 @@
 // Sinusoids and straight lines.
 #include <numbers>
 
-#include "support/failing.h"
 #include "support/forms.h"
 
 namespace sigpak::test {
@@ -103,18 +102,6 @@ TYPED_TEST(Waveforms, LinesAddTheStepAgainAndAgain) {
     };
     expect_in_place<V>([step = step, start = start](V* v) { return TWIN(c_line)(v, step, start); }, model,
                        sizes);
-  }
-}
-
-TYPED_TEST(Waveforms, FailWithoutStorage) {
-  using V = TypeParam;
-  const failing_records<V> none(0);
-  for (const int complex : {0, 1}) {
-    V v{.delta = 1, .data = nullptr, .alloc = 0, .points = 10, .complex = complex, .reserved = 0};
-    EXPECT_EQ(TWIN(c_cos)(&v, 1, 0), -1);
-    EXPECT_EQ(TWIN(c_cexp)(&v, 1, 0), -1);
-    EXPECT_EQ(TWIN(c_line)(&v, 1, 0), -1);
-    EXPECT_EQ(v.data, nullptr);
   }
 }
 

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 // Splines against a dense solution in long double, and what they say between, at and beyond their knots.
-#include "support/failing.h"
 #include "support/forms.h"
 
 namespace sigpak::test {
@@ -431,28 +430,6 @@ TYPED_TEST(Splines, RefuseWhatHasNoOrder) {
     EXPECT_EQ(TWIN(_interp)(nullptr, &spaced, &y, &out, 0), -1);
   }
   EXPECT_EQ(out.values(), (samples<V>{5}));
-}
-
-TYPED_TEST(Splines, SurviveFailedAllocations) {
-  using V = TypeParam;
-  const signal<V> x{0, 1, 3, 4};
-  signal<V> y{1, 2, 0, 1};
-  y.lend();
-  const auto spline = [&] {
-    V both = y;
-    const status done = TWIN(_cspline)(&x, &both, &both, 0, 0, 0);
-    EXPECT_EQ(y.values(), y.lent());
-    if (both.data != y.data) TWIN(_destroy)(&both);
-    return done;
-  };
-  const auto integral = [&] {
-    signal<V> out;
-    return TWIN(_interp)(&x, &x, &x, &out, DSP_INTERP_INTEGRAL);
-  };
-  EXPECT_EQ(failures_before_success<failing_tables>(spline), 1);
-  EXPECT_EQ(failures_before_success<failing_tables>(integral), 1);
-  EXPECT_EQ(failures_before_success<failing_records<V>>(spline), 2) << "the spline made, and its copy";
-  EXPECT_EQ(failures_before_success<failing_records<V>>(integral), 1);
 }
 
 }  // namespace

@@ -155,11 +155,21 @@ template <record V> std::vector<operation<V>> operations() {
   constexpr auto rsmp = [](W& w) { return TWIN(d_rsmp)(&w.a, &w.out, &w.taps, 3, 2, nullptr); };
   constexpr auto rsmp_in_place = [](W& w) { return TWIN(d_rsmp)(&w.a, &w.a, &w.taps, 2, 3, &w.state); };
   constexpr auto rsmp2 = [](W& w) { return TWIN(d_rsmp2)(&w.a, &w.a, &w.taps, nullptr, 1.5, nullptr); };
+  constexpr auto rsmp2_stream = [](W& w) {
+    if (TWIN(d_rsmp2)(&w.a, &w.out, &w.taps, nullptr, 0.7, &w.state) != ok) return failed;
+    if (TWIN(d_rsmp2)(&w.b, &w.out, &w.taps, nullptr, 1.7, &w.state) != ok) return failed;
+    return TWIN(d_rsmp2)(nullptr, &w.out, &w.taps, nullptr, 0.7, &w.state);
+  };
   constexpr auto corr = [](W& w) { return TWIN(b_corr)(&w.a, &w.b, &w.out, -1, 0); };
   constexpr auto circular = [](W& w) { return TWIN(b_corr)(&w.a, &w.b, &w.out, -1, DSP_CORR_CIRCULAR); };
   constexpr auto corr_stream = [](W& w) { return TWIN(h_corr)(&w.a, &w.b, &w.out, &w.state, 70, 0); };
   constexpr auto spectra = [](W& w) {
     return TWIN(h_dft)(&w.a, nullptr, &w.out, &w.state, &w.window, 1, 0, nullptr, 0);
+  };
+  constexpr auto surface = [](W& w) {
+    w.b.points = 16;
+    TWIN(c_line)(&w.b, 1, 0);
+    return TWIN(b_cspline_2d)(&w.b, &w.b, &w.out, &w.b, &w.b, &w.a, 0);
   };
   constexpr auto sort = [](W& w) { return TWIN(i_sort)(&w.a); };
   constexpr auto rand = [](W& w) { return TWIN(c_rand)(&w.a, DSP_RAND_NORMAL); };
@@ -196,12 +206,14 @@ template <record V> std::vector<operation<V>> operations() {
           {"dspd_rsmp", kept::nothing, 500, false, 61, rsmp},
           {"dspd_rsmp, a stream in place", tables, 500, false, 61, rsmp_in_place},
           {"dspd_rsmp2 in place", kept::nothing, 500, false, 61, rsmp2},
+          {"dspd_rsmp2, a stream of two steps", kept::nothing, 500, false, 61, rsmp2_stream},
           {"dspb_corr of 1000", tables, 1000, false, 0, corr},
           {"dspb_corr of 900, complex", tables, 900, true, 0, corr},
           {"dspb_corr of 600, circular", kept::nothing, 600, false, 0, circular},
           {"dsph_corr, 70 lags", tables, 800, false, 0, corr_stream},
           {"dsph_dft, segments of 256", tables, 1024, false, 0, spectra},
           {"dsph_dft, segments of 250", kept::nothing, 1000, false, 0, spectra},
+          {"dspb_cspline_2d, 16 by 16", kept::nothing, 256, false, 0, surface},
           {"dspi_sort", kept::nothing, 1000, false, 0, sort},
           {"dspc_rand", kept::one_stream, 100, false, 0, rand}};
 }
