@@ -15,6 +15,7 @@ from typing import Any, Iterator, Sequence
 
 import formula
 import header
+import header_comments
 import mathml
 from docutils import nodes
 from docutils.parsers.rst import Directive
@@ -123,7 +124,7 @@ def table(lines: Sequence[str], names: frozenset[str]) -> nodes.table:
 def cell(lines: list[str], names: frozenset[str]) -> list[nodes.Node]:
     first = lines[0].strip()
     if any(line.strip() for line in lines[1:]):
-        return list(pieces(header._pieces([first, *lines[1:]]), names))
+        return list(pieces(header_comments.pieces_of([first, *lines[1:]]), names))
     text = re.sub(r"\s+", " ", first)
     found = formula.find(text, 0, names)
     if found and found[1] == len(text):
