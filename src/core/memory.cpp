@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: MIT
 // Where raw tables come from.
 #include "core/memory.h"
-#include "core/kept_errno.h"
 
 #ifdef __linux__
 #include <sys/mman.h>
 #endif
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
+#include "core/kept_errno.h"
 #include "core/machine.h"
 
 namespace sigpak {
@@ -35,7 +36,7 @@ void* grown_block(void* block, std::size_t kept, std::size_t bytes) noexcept {
   if (grown == nullptr || bytes < worth_a_line || machine::begins_line(grown)) return grown;
   void* const moved = fresh_block(bytes);
   if (moved == nullptr) return grown;
-  std::memcpy(moved, grown, kept);
+  std::memcpy(moved, grown, std::min(kept, bytes));
   std::free(grown);
   return moved;
 }
