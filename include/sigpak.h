@@ -1117,7 +1117,8 @@ enum {
              is 0. With count above 0 it must have that form; otherwise -1
    history   the samples that wait for the next segment; a stays real or complex while some do, otherwise -1. An empty
              record starts a stream; its storage beyond points is working memory, and its contents are not specified.
-             Null: the block is all there is, what is left over at its end is dropped
+             The same record as another argument: -1. Null: the block is all there is, what is left over at its end
+             is dropped
    window    real, N >= 1 points, 1 / mean(w), with _DENSITY 1 / rms(w), finite; otherwise -1. Null: every block is one
              segment of its own length under a uniform window; hop and history are not used
    flags     bits 0 to 3 the mode: 0 the last segment, 1 mean, 2 maximum, 3 minimum, 4 harmonic, 5 geometric mean, as
@@ -1151,7 +1152,7 @@ enum { DSP_CORR_RAW = 0, DSP_CORR_BIASED = 1, DSP_CORR_UNBIASED = 2, DSP_CORR_CO
    a, b     real or complex; a may be b. dspb_corr and a null history: the shorter one counts as padded with zeros
    history  the stream: out covers all its samples. Then a and b have the same points, and the lags and the form of
             the sums, real or complex, stay; otherwise -1. An empty record starts a stream; its contents are not
-            specified. Any split of a stream into blocks gives the same bits
+            specified. Any split of a stream into blocks gives the same bits. The same record as another argument: -1
    out      may be a or b; null with a history: nothing is formed now; otherwise -1
    lags     L; negative, not with a history: all, the greater of the points less 1, with _CIRCULAR N / 2 rounded down
    flags    a scale, plus _CIRCULAR: indices modulo N, a and b of the same points, no history; every other bit -1

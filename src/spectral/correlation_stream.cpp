@@ -20,6 +20,7 @@ template <record V>
 status correlate_stream(const V* a, const V* b, V* out, V* history, std::int32_t lags,
                         std::int32_t flags) noexcept {
   using T = scalar<V>;
+  if (history == a || history == b || history == out) return failed;
   if ((flags & ~scale_bits) != 0 || lags < 0 || length(a) != length(b)) return failed;
   const shape<V> of = shape_of(a, b);
   if (history->data == nullptr) history->points = 0;

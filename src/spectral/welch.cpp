@@ -263,6 +263,8 @@ template <record V> const V* apart(const V* v, const V* from, V* own, bool* copi
 template <record V>
 status average_spectra(const V* a, const V* b, V* avg, V* history, const V* window, std::int32_t flags,
                        std::int32_t hop, std::int32_t* count, scalar<V> most, bool powers_of_two) noexcept {
+  if (history != nullptr && (history == a || history == b || history == avg || history == window))
+    return failed;
   request<V> r = {};
   if (read_request(a, b, window, flags, hop, most, &r) != ok) return failed;
   if (length(a) == 0) return ok;

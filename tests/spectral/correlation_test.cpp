@@ -220,6 +220,9 @@ TYPED_TEST(Correlation, RefusesAndSurvives) {
   EXPECT_EQ(TWIN(h_corr)(&a, &z, &out, &history, 100, 0), -1) << "another form";
   EXPECT_EQ(out.values(), (samples<V>{7}));
   EXPECT_EQ(TWIN(h_corr)(&a, &a, nullptr, &history, 100, 0), 0);
+  EXPECT_EQ(TWIN(h_corr)(&history, &history, nullptr, &history, 100, 0), -1) << "a state of its own";
+  signal<V> fresh;
+  EXPECT_EQ(TWIN(h_corr)(&a, &a, &fresh, &fresh, 3, 0), -1) << "a state of its own";
 }
 
 }  // namespace

@@ -339,7 +339,7 @@ TYPED_TEST(Welch, RefusesAndSurvives) {
   signal<V> a(noise<V>(32));
   const signal<V> z(noise<V>(64), true);
   const signal<V> shorter(noise<V>(31));
-  const signal<V> window{1, 2, 1};
+  signal<V> window{1, 2, 1};
   const signal<V> balanced{1, -1};
   const signal<V> dark{0, 0};
   const signal<V> none;
@@ -376,6 +376,10 @@ TYPED_TEST(Welch, RefusesAndSurvives) {
   ASSERT_EQ(spectra<V>(&some, nullptr, &avg, &history, &window, mean, 0, &count), 0);
   EXPECT_EQ(spectra<V>(&pairs, nullptr, &avg, &history, &window, mean, 0, &count), -1) << "real ones wait";
   EXPECT_EQ(history.points, 2U);
+  signal<V> other(noise<V>(32));
+  for (V* const own :
+       {static_cast<V*>(&a), static_cast<V*>(&other), static_cast<V*>(&avg), static_cast<V*>(&window)})
+    EXPECT_EQ(spectra<V>(&a, &other, &avg, own, &window, mean, 0, nullptr), -1) << "a state of its own";
   signal<V> in_place(a.values());
   signal<V> apart;
   ASSERT_EQ(spectra<V>(&a, nullptr, &apart, nullptr, nullptr, square, 0, nullptr), 0);
