@@ -4,6 +4,7 @@
 from __future__ import annotations
 
 import inspect
+import os
 import random
 from typing import Any, Callable
 
@@ -11,6 +12,8 @@ import numpy as np
 import pytest
 
 import sigpak as sp
+
+ROUNDS = int(os.environ.get("SIGPAK_MISUSES", "40"))
 
 WRONG: list[Any] = [
     None,
@@ -50,7 +53,7 @@ def test_wrong_arguments_are_refused(name: str, function: Callable[..., Any], tm
     wanted = [p for p in parameters if p.kind in (p.POSITIONAL_ONLY, p.POSITIONAL_OR_KEYWORD)]
     untouched = np.arange(1.0, 9.0)
     refused = 0
-    for _ in range(40):
+    for _ in range(ROUNDS):
         signal = untouched.copy()
         right = [sp.Vec(signal.copy()), signal, 2, 0.5]
         given = [rng.choice(WRONG) if rng.random() < 0.6 else rng.choice(right) for _ in wanted]
