@@ -44,7 +44,8 @@ void force(level wanted) noexcept;
 // The same by its name; whether that level runs now.
 bool force_named(const char* name) noexcept;
 
-#if SIGPAK_WIDE_LEVELS
+// Sanitizers see in a loop of any level what they see in that of the baseline, and take their time for each.
+#if SIGPAK_WIDE_LEVELS && !defined(SIGPAK_LOOPS_ONCE)
 
 namespace detail {
 

@@ -8,6 +8,7 @@
 #include <concepts>
 
 #include "core/blocks.h"
+#include "core/kept_errno.h"
 #include "core/machine.h"
 #include "kernels/sweep.h"
 #include "vectors/levels.h"
@@ -93,6 +94,7 @@ template <class T> index points_of_pass(index points, index width) noexcept {
 // put(i, cos, sin) for every point, or what does the same at the wide levels.
 template <class T, class Put>
 void sweep_points(sweep angle, index points, const swept<T>& to, Put put) noexcept {
+  const kept_errno kept;  // an angle may be infinite
   const auto* const table = points > rotation_block ? at_level<kernels::sweep_table<T>>() : nullptr;
   const phasor turn = phasor_at(angle.step);
   index first = 0;

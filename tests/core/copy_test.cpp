@@ -81,12 +81,12 @@ TYPED_TEST(Copy, AppendJoinsEveryPairOfForms) {
 TYPED_TEST(Copy, FailsWithoutStorage) {
   using V = TypeParam;
   const signal<V> src({1, 2}, true);
-  EXPECT_EQ(failures_before_success<failing_records<V>>([&src] {
+  EXPECT_EQ(failures_before_success<failing_records>([&src] {
               signal<V> dst;
               return TWIN(_copy)(&dst, &src);
             }),
             1);
-  EXPECT_EQ(failures_before_success<failing_records<V>>([&src] {
+  EXPECT_EQ(failures_before_success<failing_records>([&src] {
               signal<V> dst;
               const auto status = TWIN(_append)(&dst, &src);
               dst.points = 0;

@@ -95,7 +95,7 @@ TYPED_TEST(Storage, AFailedOrUncountableSizingLeavesNoStorage) {
   for (const std::uint32_t points : {4U, 0x40000000U, 0x7fffffffU, 0x80000000U, 0xffffffffU}) {
     for (const bool keep : {false, true}) {
       signal<V> v{1, 2, 3};
-      const failing_records<V> rest(points == 4 ? 0 : 1);
+      const failing_records rest(points == 4 ? 0 : 1);
       v.points = points;
       v.complex = 1;
       EXPECT_EQ(keep ? TWIN(_realloc)(&v, 3, 0) : TWIN(_alloc)(&v), -1) << points;

@@ -202,7 +202,7 @@ TYPED_TEST(ComplexForms, RecordsThatCannotGrowStayComplexWithoutStorage) {
   using V = TypeParam;
   for (const auto run : {TWIN(i_rtoc), TWIN(i_timesi), TWIN(i_rtop)}) {
     signal<V> v{1, 2, 3};
-    const failing_records<V> none(0);
+    const failing_records none(0);
     EXPECT_EQ(run(&v), -1);
     EXPECT_EQ(v.complex, 1);
     EXPECT_EQ(v.alloc, 0);
@@ -210,7 +210,7 @@ TYPED_TEST(ComplexForms, RecordsThatCannotGrowStayComplexWithoutStorage) {
   }
   const signal<V> in({1, 2, 3, 4}, true);
   for (const auto run : {TWIN(u_mag), TWIN(u_magsq), TWIN(u_sqrt)}) {
-    EXPECT_EQ(failures_before_success<failing_records<V>>([&] {
+    EXPECT_EQ(failures_before_success<failing_records>([&] {
                 signal<V> out;
                 return run(&in, &out);
               }),

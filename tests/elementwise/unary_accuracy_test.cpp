@@ -19,7 +19,7 @@ TYPED_TEST(UnaryAccuracy, RealFunctionsStayWithinTheirBound) {
   using V = TypeParam;
   for (const unary_function& f : unary_functions()) {
     SCOPED_TRACE(f.name);
-    const samples<V> x = arguments<V>(f, 6000, 7);
+    const samples<V> x = arguments<V>(f, watched() ? 600 : 6000, 7);
     signal<V> v(x);
     ASSERT_EQ(call(f, static_cast<V*>(&v)), 0);
     for (std::size_t i = 0; i < x.size(); ++i) {
@@ -33,7 +33,7 @@ TYPED_TEST(UnaryAccuracy, RealFunctionsStayWithinTheirBound) {
 
 TYPED_TEST(UnaryAccuracy, ComplexFunctionsStayWithinTheirBounds) {
   using V = TypeParam;
-  const samples<V> z = points<V>(4000);
+  const samples<V> z = points<V>(watched() ? 400 : 4000);
   for (const complex_function& f : complex_functions()) {
     SCOPED_TRACE(f.name);
     signal<V> v(z, true);
@@ -98,7 +98,7 @@ TYPED_TEST(UnaryAccuracy, ProductsOfPointsStayWithinTheirBounds) {
   using wide = long double;
   const T p = T(1.25L / 3);
   const T q = T(-0.7L / 3);
-  const samples<V> z = points<V>(4000, 5);
+  const samples<V> z = points<V>(watched() ? 400 : 4000, 5);
   signal<V> square(z, true);
   signal<V> scaled(z, true);
   signal<V> inverse(z, true);

@@ -411,7 +411,7 @@ TYPED_TEST(UnaryGuard, SimpleMembersGiveTheirFormulaAtEveryLength) {
                        v.complex = v.complex || !v.points.empty();
                      });
   signal<V> v{1, 2};
-  const failing_records<V> none(0);
+  const failing_records none(0);
   EXPECT_EQ(TWIN(i_cscale)(&v, T(0), T(1)), -1);
   EXPECT_TRUE(v.complex == 1 && v.alloc == 0 && v.data == nullptr);
   v.points = 0;

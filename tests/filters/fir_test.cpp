@@ -51,10 +51,6 @@ template <class V> class Fir : public testing::Test {
 };
 TYPED_TEST_SUITE(Fir, records, record_names);
 
-template <record V> signal<V> noisy(index points, bool pairs, unsigned seed) {
-  return signal<V>(noise<V>(pairs ? 2 * points : points, seed), pairs);
-}
-
 // Sums of few taps are direct; many real ones are transformed. In place and into the taps the same comes out.
 TYPED_TEST(Fir, OutputsAreTheDefiningSumsInEveryForm) {
   using V = TypeParam;

@@ -85,7 +85,7 @@ TYPED_TEST(Hwfilt, RefusesTheReservedArgumentAndRecoversFromFailure) {
   ASSERT_EQ(TWIN(d_hwfilt)(&v, &wanted, 0, nullptr), 0);
   TWIN(_free_internal)();
   {
-    const failing_records<V> none(0);
+    const failing_records none(0);
     EXPECT_EQ(TWIN(i_hwfilt)(&v, 0), -1);
   }
   EXPECT_EQ(v.values(), (samples<V>{1, 2, 3}));

@@ -2,8 +2,7 @@
 // Samples at any times, against the definition with a spline solved in long double.
 #include <numbers>
 
-#include "support/forms.h"
-#include "support/split.h"
+#include "filters/streamed.h"
 
 namespace sigpak::test {
 namespace {
@@ -132,15 +131,6 @@ TYPED_TEST(ResampleTimes, RegularAndListedTimesFollowTheDefinition) {
   EXPECT_EQ(times.values(), out.values());
 }
 
-template <record V> signal<V> tone(index n, double f) {
-  samples<V> x;
-  for (index i = 0; i < n; ++i) {
-    x.push_back(static_cast<scalar<V>>(
-        std::sin(std::numbers::pi_v<real> * static_cast<real>(f) * static_cast<real>(i))));
-  }
-  return signal<V>(x);
-}
-
 // The table of the manual, and a stretched filter beside the same change of rate by whole numbers.
 TYPED_TEST(ResampleTimes, TonesKeepTheirLevelAtAnyTime) {
   using V = TypeParam;
@@ -181,62 +171,42 @@ TYPED_TEST(ResampleTimes, TonesKeepTheirLevelAtAnyTime) {
   for (index k = 180; k < 540; ++k) ASSERT_NEAR(a.data[k], b.data[k], 2e-5);
 }
 
-template <record V, class Call>
-samples<V> streamed(const V& in, const std::vector<index>& blocks, Call call) {
-  samples<V> all;
-  signal<V> state;
-  signal<V> out;
-  index begin = 0;
-  index served = 0;
-  const auto collect = [&](const V* block, index end) {
-    EXPECT_EQ(call(block, &out, &state, served, end), 0);
-    served += length<V>(&out);
-    all.insert(all.end(), out.data, out.data + scalars<V>(&out));
-  };
-  for (const index points : blocks) {
-    const V block = part_of<V>(in, begin, points);
-    begin += points;
-    collect(&block, begin);
-  }
-  collect(nullptr, begin);
-  EXPECT_EQ(state.points, 0U);
-  return all;
-}
-
 TYPED_TEST(ResampleTimes, AnySplitGivesTheSameBits) {
   using V = TypeParam;
   constexpr index n = 4000;
   const filter<V> f(801, 32, 11);
+  samples<dsp_vec> times;
+  double t = 0;
+  for (const double u : noise<dsp_vec>(5000, 17)) times.push_back(t += 0.4 * (1 + u) * 2);
+  const signal<dsp_vec> at(times);
   for (const bool pairs : {false, true}) {
-    const signal<V> in(noise<V>(pairs ? 2 * n : n, 13), pairs);
-    for (const double step : {1.0, 0.918273645, 0.4, 2.75, 17.1}) {
-      const auto run = [&](const std::vector<index>& blocks) {
-        return streamed<V>(in, blocks, [&](const V* block, V* out, V* state, index, index) {
-          return TWIN(d_rsmp2)(block, out, &f.taps, nullptr, step, state);
-        });
-      };
+    const auto in = noisy<V>(n, pairs, 13);
+    for (const double step : {0.0, 1.0, 0.918273645, 0.4, 2.75, 17.1}) {  // none where times are listed
       SCOPED_TRACE(step);
-      expect_splits_alike(n, {1, 7, 2048, 3000}, run);
+      const auto run = [&](const std::vector<index>& blocks) {
+        signal<V> state;
+        index served = 0;
+        index end = 0;
+        const auto call = [&](const V* block, V* out) {
+          if (step != 0) return TWIN(d_rsmp2)(block, out, &f.taps, nullptr, step, &state);
+          if (block != nullptr) end += length(block);
+          index due = served;
+          while (due < 5000 && (block == nullptr || at.data[due] < static_cast<double>(end))) ++due;
+          const dsp_vec now = part_of<dsp_vec>(at, served, due - served);
+          const auto status = TWIN(d_rsmp2)(block, out, &f.taps, &now, 1, &state);
+          served += length(out);
+          return status;
+        };
+        const auto all = in_blocks<V>(in, blocks, call, true);
+        EXPECT_EQ(state.points, 0U);
+        return all;
+      };
+      expect_splits_alike(n, {1, 7, 50, 2048, 3000}, run);
       signal<V> whole;
-      ASSERT_EQ(TWIN(d_rsmp2)(&in, &whole, &f.taps, nullptr, step, nullptr), 0);
+      ASSERT_EQ(TWIN(d_rsmp2)(&in, &whole, &f.taps, step != 0 ? nullptr : &at, step != 0 ? step : 1, nullptr),
+                0);
       ASSERT_TRUE(same_bits(run({n}), whole.values()));
     }
-    samples<dsp_vec> times;
-    double t = 0;
-    for (const double u : noise<dsp_vec>(5000, 17)) times.push_back(t += 0.4 * (1 + u) * 2);
-    signal<dsp_vec> at(times);
-    const auto run = [&](const std::vector<index>& blocks) {
-      return streamed<V>(in, blocks, [&](const V* block, V* out, V* state, index served, index end) {
-        index due = served;
-        while (due < 5000 && (block == nullptr || at.data[due] < static_cast<double>(end))) ++due;
-        const dsp_vec now = part_of<dsp_vec>(at, served, due - served);
-        return TWIN(d_rsmp2)(block, out, &f.taps, &now, 1, state);
-      });
-    };
-    expect_splits_alike(n, {1, 50, 2048}, run);
-    signal<V> whole;
-    ASSERT_EQ(TWIN(d_rsmp2)(&in, &whole, &f.taps, &at, 1, nullptr), 0);
-    ASSERT_TRUE(same_bits(run({n}), whole.values()));
   }
 }
 

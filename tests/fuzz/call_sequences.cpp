@@ -2,8 +2,9 @@
 // Any bytes as calls of any operations, one after the other, on a few records: in any order, with records
 // that are each other's operands, lent or odd, and memory that is refused. Both precisions agree in status
 // and shape.
-#include "fuzz/calls.h"
 #include "fuzz/target.h"
+#include "support/calls.h"
+#include "support/failing.h"
 
 namespace {
 
@@ -27,7 +28,7 @@ bool depends_on_values(const exported& op) {
 }
 
 struct scene {
-  rationed_memory memory{most_bytes};
+  failing_memory memory;
   place<dsp_vec> doubles;
   place<dspf_vec> floats;
 
@@ -64,14 +65,14 @@ struct scene {
     const arguments a = chosen_arguments(op, from);
     if (traced) tell(op, a);
     const bool both = alike(op, a, true);
-    const long refused = rationed_memory::refused();
+    const long refused = failing_memory::refused();
     if (!prepare(op, a, doubles) || !prepare(op, a, floats)) return settle();
     const status first = op.call(doubles, a);
     const status second = op.call(floats, a);
     if (traced)
-      std::fprintf(stderr, "    %d %d, %ld refused\n", first, second, rationed_memory::refused() - refused);
+      std::fprintf(stderr, "    %d %d, %ld refused\n", first, second, failing_memory::refused() - refused);
     settle();
-    if (!both || refused != rationed_memory::refused() || depends_on_values(op)) return;
+    if (!both || refused != failing_memory::refused() || depends_on_values(op)) return;
     require(first == second && alike(op, a, false), op.name);
   }
 
@@ -94,7 +95,7 @@ struct scene {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static scene s;
   choices from(data, size);
-  s.memory.refuse_none();
+  s.memory.refuse({.most_bytes = most_bytes});
   for (int calls = 0; from.any() && calls < most_calls;) {
     const std::uint8_t what = from.byte();
     if (what < 96) {
@@ -102,12 +103,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     } else if (what < 100) {
       s.resize(from);
     } else if (what < 104) {
-      s.memory.refuse(from.byte(), what % 2 != 0);
+      const long first = from.byte();
+      s.memory.refuse({.first = first, .last = what % 2 != 0 ? first : LONG_MAX, .most_bytes = most_bytes});
     } else {
       s.call(export_at(from.below(256) % export_count()), from), ++calls;
     }
   }
-  s.memory.refuse_none();
+  s.memory.refuse({.most_bytes = most_bytes});
   s.doubles.clear();
   s.floats.clear();
   return 0;

@@ -4,8 +4,8 @@
 #include <fstream>
 #include <iterator>
 
-#include "fuzz/calls.h"
 #include "io/streams.h"
+#include "support/calls.h"
 
 namespace sigpak::test {
 namespace {
@@ -29,7 +29,7 @@ template <record V> std::vector<std::string> failing_files() {
 
 TYPED_TEST(HostileFiles, LeaveRecordsThatEveryOperationTakes) {
   using V = TypeParam;
-  rationed_memory memory(std::size_t{1} << 22);
+  const failing_memory limited({.most_bytes = std::size_t{1} << 22});
   place<V> at;
   std::mt19937 engine(1);
   const auto files = failing_files<V>();

@@ -10,40 +10,15 @@
 #include <utility>
 
 #include "fuzz/target.h"
+#include "support/twins.h"
 
 namespace {
 
-using sigpak::test::require;
+using namespace sigpak;
+using test::require;
 
 constexpr std::int64_t most_bytes = std::int64_t{64} << 20;
 constexpr std::size_t most_written = 1 << 18;
-
-struct twin_double {
-  using record = dsp_vec;
-  static constexpr auto init = dsp_init;
-  static constexpr auto destroy = dsp_destroy;
-  static constexpr auto read = dspf_fread;
-  static constexpr auto write = dspf_fwrite;
-  static constexpr auto write_ascii = dspf_fwrite_ascii;
-  static constexpr auto write_as = dspf_fwrite2;
-  static constexpr auto append = dsp_append;
-  static constexpr auto copy = dsp_copy;
-  static constexpr auto hook_alloc = dsp_lib_alloc;
-  static constexpr auto hook_free = dsp_lib_free;
-};
-struct twin_float {
-  using record = dspf_vec;
-  static constexpr auto init = dspf_init;
-  static constexpr auto destroy = dspf_destroy;
-  static constexpr auto read = dspff_fread;
-  static constexpr auto write = dspff_fwrite;
-  static constexpr auto write_ascii = dspff_fwrite_ascii;
-  static constexpr auto write_as = dspff_fwrite2;
-  static constexpr auto append = dspf_append;
-  static constexpr auto copy = dspf_copy;
-  static constexpr auto hook_alloc = dspf_lib_alloc;
-  static constexpr auto hook_free = dspf_lib_free;
-};
 
 // A stream over bytes in memory that serves any number of inputs, in pieces of a given length.
 class source {
@@ -111,20 +86,19 @@ class sink {
   std::FILE* file_;
 };
 
-template <class Twin> struct holder : Twin::record {
-  holder() { Twin::init(this); }
-  ~holder() { Twin::destroy(this); }
+template <record V> struct holder : V {
+  holder() { TWIN(_init)(this); }
+  ~holder() { TWIN(_destroy)(this); }
   holder(const holder&) = delete;
   holder& operator=(const holder&) = delete;
 };
 
 // The block that a header asks for is always the same, and costs more than all the rest: it is used again.
-template <class Twin> class kept_block {
+template <record V> class kept_block {
  public:
-  using record = typename Twin::record;
   static void install() {
-    Twin::hook_alloc(take, nullptr);
-    Twin::hook_free(put_back, nullptr);
+    TWIN(_lib_alloc)(take, nullptr);
+    TWIN(_lib_free)(put_back, nullptr);
   }
 
  private:
@@ -132,14 +106,14 @@ template <class Twin> class kept_block {
   static inline void* block = nullptr;
   static inline std::size_t size = 0;
 
-  static std::int32_t take(record* v) {
+  static std::int32_t take(V* v) {
     if (v->alloc > 0) put_back(v);
     const std::size_t need = std::size_t{v->points} * (v->complex != 0 ? 2 : 1) * sizeof v->data[0];
     void* const got = need == size ? std::exchange(block, nullptr) : nullptr;
     v->data = static_cast<decltype(v->data)>(got != nullptr ? got : std::malloc(need));
     return 0;
   }
-  static std::int32_t put_back(record* v) {
+  static std::int32_t put_back(V* v) {
     const std::size_t bytes = static_cast<std::size_t>(v->alloc) * sizeof v->data[0];
     std::free(bytes < worth_keeping ? v->data : std::exchange(block, v->data));
     if (bytes >= worth_keeping) size = bytes;
@@ -147,69 +121,70 @@ template <class Twin> class kept_block {
   }
 };
 
-template <class Record> std::size_t scalars(const Record& v) {
+// As it stands, so that counts that read as negative are too many.
+template <record V> std::size_t size_of(const V& v) {
   return std::size_t{v.points} * (v.complex != 0 ? 2 : 1);
 }
 
-template <class Record> bool same(const Record& a, const Record& b) {
+template <record V> bool same(const V& a, const V& b) {
   return a.points == b.points && (a.complex != 0) == (b.complex != 0) &&
          std::memcmp(&a.delta, &b.delta, sizeof a.delta) == 0 &&
-         (scalars(a) == 0 || std::memcmp(a.data, b.data, scalars(a) * sizeof a.data[0]) == 0);
+         (size_of(a) == 0 || std::memcmp(a.data, b.data, size_of(a) * sizeof a.data[0]) == 0);
 }
 
 // The points are there, each of them can be read, and no header has made the storage large.
-template <class Twin> void require_sound(const typename Twin::record& v, std::size_t input) {
-  require(scalars(v) <= static_cast<std::size_t>(std::max(v.alloc, 0)), "the points lie within the storage");
-  require(scalars(v) <= input + 1, "no more points than bytes");
+template <record V> void require_sound(const V& v, std::size_t input) {
+  require(size_of(v) <= static_cast<std::size_t>(std::max(v.alloc, 0)), "the points lie within the storage");
+  require(size_of(v) <= input + 1, "no more points than bytes");
   require(std::int64_t{v.alloc} * std::int64_t{sizeof v.data[0]} <= most_bytes,
           "a header asks for no memory");
-  for (std::size_t i = 0; i < scalars(v); ++i) {
+  for (std::size_t i = 0; i < size_of(v); ++i) {
     volatile auto touched = v.data[i];
     static_cast<void>(touched);
   }
 }
 
 // What was read, written in binary form, reads back bit for bit; and the text forms can be written, and read.
-template <class Twin> void write_and_compare(const typename Twin::record& v, source& again, sink& out) {
-  holder<Twin> back;
+template <record V> void write_and_compare(const V& v, source& again, sink& out) {
+  holder<V> back;
   out.clear();
-  require(Twin::write(&v, out.file()) == 0, "binary vectors can be written");
-  require(Twin::read(&back, again.over(out.data(), out.size(), out.size())) == 1 &&
-              same<typename Twin::record>(v, back),
+  require(TWIN(f_fwrite)(&v, out.file()) == 0, "binary vectors can be written");
+  require(TWIN(f_fread)(&back, again.over(out.data(), out.size(), out.size())) == 1 && same<V>(v, back),
           "what is written in binary form reads back");
   out.clear();
-  require(Twin::write_as(&v, out.file(), DSP_WRITE_SUMMARY) == 0, "a summary can be written");
+  require(TWIN(f_fwrite2)(&v, out.file(), DSP_WRITE_SUMMARY) == 0, "a summary can be written");
   out.clear();
-  require(Twin::write_ascii(&v, out.file()) == 0, "text can be written");
-  require(Twin::read(&back, again.over(out.data(), out.size(), 7)) == 1 && back.points == v.points &&
+  require(TWIN(f_fwrite_ascii)(&v, out.file()) == 0, "text can be written");
+  require(TWIN(f_fread)(&back, again.over(out.data(), out.size(), 7)) == 1 && back.points == v.points &&
               (back.complex != 0) == (v.complex != 0),
           "what is written as text reads back");
 }
 
 // The records that a reading leaves are like any others.
-template <class Twin> void work_with(typename Twin::record& v) {
-  holder<Twin> copy;
-  require(Twin::copy(&copy, &v) == 0 && same<typename Twin::record>(copy, v), "what was read can be copied");
-  require(Twin::append(&copy, &v) == 0 && copy.points == 2 * v.points, "and appended");
+template <record V> void work_with(V& v) {
+  holder<V> copy;
+  require(TWIN(_copy)(&copy, &v) == 0 && same<V>(copy, v), "what was read can be copied");
+  require(TWIN(_append)(&copy, &v) == 0 && copy.points == 2 * v.points, "and appended");
 }
 
 // Reads to the end. What comes back tells the shapes of all vectors and the last status from others.
-template <class Twin> std::uint64_t read_all(const std::uint8_t* data, std::size_t size, std::size_t piece) {
+template <record V> std::uint64_t read_all(const std::uint8_t* data, std::size_t size, std::size_t piece) {
   static source in, again;
   static sink out;
   std::FILE* const f = in.over(data, size, piece);
-  holder<Twin> v;
+  holder<V> h;
+  V& v = h;
   std::uint64_t told = 0;
   std::int32_t status = 1;
   while (status == 1) {
-    status = Twin::read(&v, f);
+    status = TWIN(f_fread)(&v, f);
     require(status >= -1 && status <= 1, "the status is one of three");
-    require_sound<Twin>(v, size);
-    if (status == 1) write_and_compare<Twin>(v, again, out);
-    told = told * 0x9E3779B97F4A7C15U + scalars(v) * 8 + (v.complex != 0 ? 4 : 0) +
+    require_sound<V>(v, size);
+    if (status == 1) write_and_compare<V>(v, again, out);
+    told = told * 0x9E3779B97F4A7C15U + size_of(v) * 8 + (v.complex != 0 ? 4 : 0) +
            static_cast<std::uint64_t>(status + 1);
   }
-  work_with<Twin>(v);
+  work_with<V>(v);
   return told;
 }
 
@@ -217,11 +192,11 @@ template <class Twin> std::uint64_t read_all(const std::uint8_t* data, std::size
 
 // A number that underflows in single precision alone may begin a hexadecimal one there, as every zero may.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const bool once = (kept_block<twin_double>::install(), kept_block<twin_float>::install(), true);
+  static const bool once = (kept_block<dsp_vec>::install(), kept_block<dspf_vec>::install(), true);
   static_cast<void>(once);
   const bool swapped = size % 2 != 0;
-  const bool alike = read_all<twin_double>(data, size, swapped ? 1 : size) ==
-                     read_all<twin_float>(data, size, swapped ? size : 1);
+  const bool alike =
+      read_all<dsp_vec>(data, size, swapped ? 1 : size) == read_all<dspf_vec>(data, size, swapped ? size : 1);
   require(alike || std::memchr(data, 'x', size) != nullptr, "neither pieces nor precision matter");
   return 0;
 }

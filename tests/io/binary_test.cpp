@@ -112,7 +112,7 @@ TYPED_TEST(Binary, EveryGenerationInBothByteOrders) {
 
 TYPED_TEST(Binary, AHeaderAloneCannotAskForMemory) {
   using V = TypeParam;
-  const failing_records<V> watch(INT_MAX);
+  const failing_records watch(LONG_MAX);
   for (const std::uint32_t points : {0x10000000U, 0x3fffffffU, 0x7fffffffU, 0x80000000U, 0xffffffffU}) {
     for (const std::uint32_t complex : {0U, 1U}) {
       for (const std::uint32_t type : {0x408U, 0x404U}) {
@@ -127,7 +127,7 @@ TYPED_TEST(Binary, AHeaderAloneCannotAskForMemory) {
       }
     }
   }
-  EXPECT_LE(watch.largest(), modest);
+  EXPECT_LE(watch.largest<V>(), modest);
 }
 
 TYPED_TEST(Binary, AnUnknownMagicOrWidthIsRefused) {
@@ -158,7 +158,7 @@ TYPED_TEST(Binary, StorageIsReusedLentStorageLeftAloneAndAFailedAllocationReport
     EXPECT_EQ(v.lent(), lent ? samples<V>(4, 9) : samples<V>());
   }
   const auto large = written<V>(signal<V>(noise<V>(400'000)), 0);
-  EXPECT_GT(failures_before_success<failing_records<V>>([&large] {
+  EXPECT_GT(failures_before_success<failing_records>([&large] {
               signal<V> v;
               const auto status = TWIN(f_fread)(&v, reading(large).get());
               EXPECT_EQ(v.data == nullptr, status == -1);

@@ -60,7 +60,7 @@ template <record V> std::pair<std::vector<samples<V>>, std::int32_t> all_vectors
 // Cut at every byte or with any byte changed to any other, a file reads as a few short vectors or fails, and
 // makes no record ask for more than `most` scalars.
 template <record V> void expect_harmless(const std::string& bytes, index most) {
-  const failing_records<V> watch(INT_MAX);
+  const failing_records watch(LONG_MAX);
   const auto check = [](const std::string& damaged) {
     const auto [vectors, status] = all_vectors<V>(damaged);
     EXPECT_TRUE(status == 0 || status == -1);
@@ -75,7 +75,7 @@ template <record V> void expect_harmless(const std::string& bytes, index most) {
       check(damaged);
     }
   }
-  EXPECT_LE(watch.largest(), most);
+  EXPECT_LE(watch.largest<V>(), most);
 }
 
 // A locale of the program with a decimal comma, where one is installed: it has no say in files.

@@ -12,6 +12,7 @@ are kept in DIRECTORY. SIGPAK_BUILD is the build tree, SIGPAK_PYTHON where the p
 
 from __future__ import annotations
 
+import functools
 import os
 import re
 import shutil
@@ -153,15 +154,20 @@ def has_program() -> bool:
     return set(re.findall(r"^ {2}(\w+) ", said, re.MULTILINE)) >= COMMANDS
 
 
+@functools.cache
+def can_import(module: str) -> bool:
+    tried = subprocess.run([sys.executable, "-c", f"import {module}"], env=environment(TREE), capture_output=True)
+    return tried.returncode == 0
+
+
 def wanting(block: Block, can_draw: bool) -> str | None:
     """What a block needs and this system does not have."""
     if block.language == "sh" and "sigpak " in block.code and not can_draw:
         return "the program with its ten commands"
     tools = re.findall(rf"(?:^|[|] *)({'|'.join(TOOLS)}) ", block.code, re.MULTILINE) if block.language == "sh" else []
     modules = re.findall(r"^(?:import|from) (\w+)", block.code, re.MULTILINE) if block.language == "python" else []
-    for module in dict.fromkeys(modules):
-        found = subprocess.run([sys.executable, "-c", f"import {module}"], env=environment(TREE), capture_output=True)
-        if found.returncode:
+    for module in modules:
+        if not can_import(module):
             return f"Python's {module}"
     for path in re.findall(r"/usr/[\w./-]+", block.code):
         if not Path(path).exists():

@@ -27,7 +27,7 @@ TYPED_TEST(Order, ShiftDropsLeadingPointsWithoutAllocating) {
   using V = TypeParam;
   for (const std::uint32_t n : {0U, 1U, 5U, 9U, 10U, 11U, 0x7fffffffU, 0x80000000U, 0xffffffffU}) {
     const auto run = [n](V* v) {
-      const failing_records<V> none(0);
+      const failing_records none(0);
       return TWIN(i_shift)(v, n);
     };
     expect_in_place<V>(

@@ -52,9 +52,8 @@ TYPED_TEST(Padding, InterleavedZerosFollowEveryPoint) {
   using V = TypeParam;
   expect_in_place<V>(TWIN(i_zinter), [](contents<V>& c) {
     c.delta /= 2;
-    for (std::size_t i = c.points.size(); i > 0; --i) {
-      c.points.insert(c.points.begin() + static_cast<index>(i), 0);
-    }
+    const auto before = std::exchange(c.points, {});
+    for (const auto& z : before) c.points.insert(c.points.end(), {z, 0});
   });
 }
 
@@ -87,7 +86,7 @@ TYPED_TEST(Padding, FailedGrowthLeavesTheNewShape) {
   using V = TypeParam;
   for (const int operation : {0, 1, 2}) {
     signal<V> v{1, 2};
-    const failing_records<V> none(0);
+    const failing_records none(0);
     EXPECT_EQ(operation == 0   ? TWIN(i_zpad)(&v, 4)
               : operation == 1 ? TWIN(i_zpad2)(&v, 4, 0)
                                : TWIN(i_zinter)(&v),

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The sort: a permutation, and in order.
 #include <bit>
-#include <set>
 
 #include "kernels/order/order.h"
 #include "shape/shape.h"
@@ -18,8 +17,9 @@ TYPED_TEST_SUITE(Sort, records, record_names);
 // The points as words, so that NaN and the signs of zeros count.
 template <record V> auto bag_of(const contents<V>& c) {
   using B = std::conditional_t<is_double<V>, std::uint64_t, std::uint32_t>;
-  std::multiset<std::pair<B, B>> bag;
-  for (const auto& z : c.points) bag.emplace(std::bit_cast<B>(z.real()), std::bit_cast<B>(z.imag()));
+  std::vector<std::pair<B, B>> bag;
+  for (const auto& z : c.points) bag.emplace_back(std::bit_cast<B>(z.real()), std::bit_cast<B>(z.imag()));
+  std::sort(bag.begin(), bag.end());
   return bag;
 }
 

@@ -321,7 +321,7 @@ TYPED_TEST(Transforms, RecoverFromEveryFailedAllocation) {
     SCOPED_TRACE(op.name);
     for (const index n : {typical_sizes(op)[0], typical_sizes(op)[2]}) {
       EXPECT_GT(refusals<failing_tables>(op, n), n > 100 ? 0 : -1);
-      EXPECT_GE(refusals<failing_records<V>>(op, n), op.result == after::complex ? 1 : 0);
+      EXPECT_GE(refusals<failing_records>(op, n), op.result == after::complex ? 1 : 0);
     }
   }
   ASSERT_EQ(TWIN(_free_internal)(), 0);

@@ -400,7 +400,7 @@ TYPED_TEST(Welch, RefusesAndSurvives) {
         TWIN(_destroy)(&state);
         return done;
       };
-      EXPECT_GE(failures_before_success<failing_records<V>>(run), 2);
+      EXPECT_GE(failures_before_success<failing_records>(run), 2);
       failures_before_success<failing_tables>(run);
     }
   }

@@ -110,7 +110,7 @@ TYPED_TEST(Average, StepsWithoutStorageAreLeftOut) {
         signal<V> avg(noise<V>(complex ? 6 : 3), complex);
         const bool grows = !complex && (flags & squared) == 0;
         {
-          const failing_records<V> records(allowed);
+          const failing_records records(allowed);
           EXPECT_EQ(fold<V>(in, &avg, nullptr, flags, 2), allowed < (grows ? 2 : 1) ? -1 : 0)
               << flags << ' ' << allowed;
         }
@@ -119,7 +119,7 @@ TYPED_TEST(Average, StepsWithoutStorageAreLeftOut) {
     }
   }
   signal<V> self;
-  const failing_records<V> none(0);
+  const failing_records none(0);
   EXPECT_EQ(fold<V>(in, &self, nullptr, 7 | squared, 2), -1) << "the squares have no place";
 }
 

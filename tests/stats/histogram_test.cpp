@@ -52,7 +52,7 @@ TYPED_TEST(Histogram, MayReplaceItsInput) {
   EXPECT_EQ(v.delta, 3);
   EXPECT_EQ(v.complex, 0);
   signal<V> kept{1, 2};
-  const failing_records<V> none(0);
+  const failing_records none(0);
   EXPECT_EQ(TWIN(s_hist)(&kept, &kept, 0, 1, 5), -1);
   EXPECT_EQ(kept.values(), (samples<V>{1, 2}));
 }

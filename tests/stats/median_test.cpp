@@ -62,7 +62,7 @@ TYPED_TEST(Median, OfManyPointsIsFoundWithoutACopyOfThem) {
       if (ties) std::ranges::for_each(x, [](T& a) { a = std::floor(4 * a); });
       const signal<V> v(x);
       signal<V> out{9};
-      const failing_records<V> only_the_bracket(1);
+      const failing_records only_the_bracket(1);
       EXPECT_EQ(TWIN(s_median)(&v, &out), 0) << seed;
       std::ranges::sort(x);
       EXPECT_EQ(out.data[0], (x[34999] + x[35000]) * T(0.5)) << seed;
@@ -75,7 +75,7 @@ TYPED_TEST(Median, OfComplexPointsIsByMagnitudeAndNeedsMemory) {
   const signal<V> pairs({3, 0, 0, -3, 1, 1, 0, 9}, true);
   signal<V> out{9};
   {
-    const failing_records<V> none(0);
+    const failing_records none(0);
     EXPECT_EQ(TWIN(s_median)(&pairs, &out), -1);
     EXPECT_EQ(out.values(), samples<V>{9}) << "without memory the result stays";
   }

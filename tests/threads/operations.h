@@ -3,10 +3,9 @@
 // allocate.
 #pragma once
 
-#include <atomic>
 #include <cstdlib>
 
-#include "core/memory.h"
+#include "support/failing.h"
 #include "support/signal.h"
 
 namespace sigpak::test {
@@ -55,52 +54,6 @@ template <record V> class workplace {
     v->complex = complex ? 1 : 0;
     std::copy_n(source.begin() + from, scalars(v), v->data);
   }
-};
-
-// Counts all allocations, of tables and of records, until the end of its scope; every n-th of them fails,
-// unless n is 0.
-class failing_some {
- public:
-  explicit failing_some(int n) : previous_(resize_table_bytes) {
-    each = n;
-    resize_table_bytes = [](void* block, std::size_t bytes) { return resized(block, bytes); };
-    install<dsp_vec>(allocate<dsp_vec>, reallocate<dsp_vec>);
-    install<dspf_vec>(allocate<dspf_vec>, reallocate<dspf_vec>);
-  }
-  ~failing_some() {
-    resize_table_bytes = previous_;
-    install<dsp_vec>(nullptr, nullptr);
-    install<dspf_vec>(nullptr, nullptr);
-  }
-  failing_some(const failing_some&) = delete;
-  failing_some& operator=(const failing_some&) = delete;
-  static long calls() { return count; }
-
- private:
-  static inline int each = 0;
-  static inline std::atomic<long> count = 0;
-
-  static void* resized(void* block, std::size_t bytes) {
-    const long call = ++count;
-    return each != 0 && call % each == 0 ? nullptr : std::realloc(block, bytes != 0 ? bytes : 1);
-  }
-  template <record V> static std::int32_t allocate(V* v) {
-    if (v->alloc > 0) std::free(v->data);
-    v->data = nullptr;
-    return reallocate(v, 0, 0);
-  }
-  template <record V> static std::int32_t reallocate(V* v, std::uint32_t, std::int32_t) {
-    const auto need = static_cast<std::size_t>(v->points) * (v->complex != 0 ? 2 : 1);
-    void* const grown = resized(v->data, need * sizeof(scalar<V>));
-    if (grown == nullptr) std::free(v->data);
-    v->data = static_cast<scalar<V>*>(grown);
-    return 0;
-  }
-  template <record V> static void install(std::int32_t (*a)(V*), decltype(&reallocate<V>) r) {
-    TWIN(_lib_alloc)(a, nullptr);
-    TWIN(_lib_realloc)(r, nullptr);
-  }
-  table_source previous_;
 };
 
 enum class kept { nothing, tables, one_stream };

@@ -95,11 +95,11 @@ TEST_F(Threads, GiveTheBitsOfOneWithColdAndWarmCaches) {
 }
 
 TEST_F(Threads, SurviveTheFailedAllocationsOfOthers) {
-  for (const int each : {1, 2, 3, 7}) {
+  for (const long each : {1, 2, 3, 7}) {
     SCOPED_TRACE(each);
     release_all();
     {
-      const failing_some scope(each);
+      const failing_memory scope({.each = each});
       run_all(true, true);
     }
     run_all(true, false);
@@ -140,10 +140,9 @@ TYPED_TEST(Warm, OperationsOnLargeEnoughRecordsAllocateNothing) {
   workplace<TypeParam> w;
   for (const auto& op : operations<TypeParam>()) {
     EXPECT_EQ(op.call(w), ok) << op.name;
-    const failing_some counted(0);
-    const long before = counted.calls();
+    const failing_memory counted;
     EXPECT_EQ(op.call(w), ok) << op.name;
-    EXPECT_TRUE(counted.calls() == before || op.keeps == kept::nothing) << op.name;
+    EXPECT_TRUE(counted.calls() == 0 || op.keeps == kept::nothing) << op.name;
   }
   release_all();
 }

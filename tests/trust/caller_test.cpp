@@ -6,8 +6,10 @@
 #include <cerrno>
 #include <cfenv>
 #include <set>
+#include <vector>
 
-#include "trust/digests.h"
+#include "support/calls.h"
+#include "support/failing.h"
 
 namespace sigpak::test {
 namespace {
@@ -33,20 +35,13 @@ TEST(Caller, KeepsErrnoAndTheControlOfItsArithmetic) {
   const small_machine limited;
   const auto before = control_state();
   std::set<std::string> disturbers;
-  const auto run_all = [&]<record V>(const V*) {
-    each_operation<V>([&](const char* name, auto operation) {
-      drawn_call<V> call(2, short_lengths);
-      for (int i = 0; i < 100; ++i) {
-        call.run(
-            operation, [] { errno = EXDEV; },
-            [&] {
-              if (errno != EXDEV || control_state() != before) disturbers.insert(name);
-            });
-      }
-    });
+  const auto watch = [&](const exported& op, auto& at, const arguments& given) {
+    errno = EXDEV;
+    op.call(at, given);
+    if (errno != EXDEV || control_state() != before) disturbers.insert(op.name);
   };
-  run_all(static_cast<dsp_vec*>(nullptr));
-  run_all(static_cast<dspf_vec*>(nullptr));
+  each_fitting_call<dsp_vec>(100, 2, watch);
+  each_fitting_call<dspf_vec>(100, 2, watch);
   EXPECT_EQ(disturbers, std::set<std::string>{});
 }
 

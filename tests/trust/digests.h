@@ -3,11 +3,13 @@
 // number.
 #pragma once
 
+#include <cstring>
 #include <map>
 #include <sstream>
 #include <string>
 
-#include "trust/drawn.h"
+#include "support/calls.h"
+#include "support/failing.h"
 
 namespace sigpak::test {
 
@@ -29,26 +31,19 @@ class digest {
   std::uint64_t hash_ = 0xcbf29ce484222325U;
 };
 
-// Short records mostly, where every tail of a vector is met.
-inline index short_lengths(draws& d) {
-  return d.one_in(40) ? d.below(1200) : d.below(d.of<index>({4, 20, 70, 200}));
-}
-
 template <record V> std::map<std::string, std::string> digests() {
-  constexpr int calls = 300;
   const small_machine limited;
-  std::map<std::string, std::string> all;
-  each_operation<V>([&](const char* name, auto operation) {
-    EXPECT_EQ(TWIN(_free_internal)(), 0);
-    drawn_call<V> call(1, short_lengths);
-    digest one;
-    for (int i = 0; i < calls; ++i) {
-      call.run(operation);
-      call.leaves([&](auto value) { one.take(value); });
-    }
-    all[name] = one.text();
+  std::map<std::string, digest> all;
+  each_fitting_call<V>(300, 1, [&](const exported& op, place<V>& at, const arguments& given) {
+    if (!all.contains(op.name)) TWIN(_free_internal)();
+    digest& one = all[op.name];
+    const status returned = op.call(at, given);
+    one.take(returned);
+    if (returned == ok) at.leaves([&](auto value) { one.take(value); });  // else they may hold anything
   });
-  return all;
+  std::map<std::string, std::string> texts;
+  for (const auto& [name, one] : all) texts[name] = one.text();
+  return texts;
 }
 
 }  // namespace sigpak::test

@@ -2,8 +2,8 @@
 // Records at the end of what a count can say: what would need more ends in -1, and nothing is touched.
 #include <sys/mman.h>
 
+#include "support/calls.h"
 #include "support/failing.h"
-#include "trust/drawn.h"
 
 namespace sigpak::test {
 namespace {
@@ -117,10 +117,9 @@ TYPED_TEST(Sizes, BeyondWhatCanBeHadAreRefusedBeforeAnythingIsTouched) {
     V v = room.template lent<V>(c.points, c.complex);
     V out{};
     {
-      const failing_records<V> refusing(0);
-      const failing_tables without(0);
+      const failing_memory refusing({.first = 0});
       EXPECT_EQ(c.run(&v, &out), -1);
-      EXPECT_LE(refusing.largest(), index{most}) << "asked for";
+      EXPECT_LE(refusing.largest<V>(), index{most}) << "asked for";
     }
     EXPECT_TRUE(v.alloc == 0 && out.alloc == 0 && out.data == nullptr);
     EXPECT_EQ(TWIN(_destroy)(&v), 0);
@@ -131,14 +130,11 @@ TYPED_TEST(Sizes, BeyondWhatCanBeHadAreRefusedBeforeAnythingIsTouched) {
 TYPED_TEST(Sizes, ThatReadAsNegativeAreNoPoints) {
   using V = TypeParam;
   const small_machine limited;
-  each_operation<V>([](const char* name, auto operation) {
-    for (const index points : {0x80000000, 0xffffffff}) {
-      SCOPED_TRACE(testing::Message() << name << ' ' << points);
-      drawn_call<V> call(
-          3, points == 0x80000000 ? [](draws&) -> index { return 0x80000000; } : [](draws&) -> index {
-            return 0xffffffff;
-          });
-      for (int i = 0; i < 20; ++i) call.run(operation);
+  each_fitting_call<V>(20, 3, [](const exported& op, place<V>& at, const arguments& given) {
+    for (const std::uint32_t points : {0x80000000U, 0xffffffffU}) {
+      for (std::size_t i = 0; i < place<V>::count; ++i) at.at(i)->points = points;
+      op.call(at, given);
+      EXPECT_EQ(at.settle(), nullptr) << op.name << ' ' << points;
     }
   });
 }

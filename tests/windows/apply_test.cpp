@@ -138,7 +138,7 @@ TYPED_TEST(Windowing, AFailedWindowIsNotFoundLater) {
     for (int i = 0; i < used; ++i) window_of<V>(8 + i, DSP_WINDOW_HANN, by_peak);
     signal<V> v(ones<V>(64));
     for (int time = 0; time < 2; ++time) {
-      const failing_records<V> scope(0);
+      const failing_records scope(0);
       EXPECT_EQ(apply<V>(&v, DSP_WINDOW_HANN, by_peak | stays), -1);
       EXPECT_EQ(v.values(), ones<V>(64));
     }
@@ -152,7 +152,7 @@ TYPED_TEST(Windowing, WithoutStorageNothingChanges) {
   using V = TypeParam;
   const std::pair<int, int> cases[] = {{DSP_WINDOW_HANN, 2}, {kaiser, 3}, {gaussian, 3}};
   for (const auto& [window, allocations] : cases) {
-    EXPECT_EQ(failures_before_success<failing_records<V>>([window = window] {
+    EXPECT_EQ(failures_before_success<failing_records>([window = window] {
                 TWIN(_free_internal)();
                 V lent = signal<V>();
                 auto buffer = samples<V>{1, 2, 3, 4};

@@ -235,7 +235,7 @@ TYPED_TEST(FreeShapes, RefusalsAndWantOfStorageLeaveTheRecord) {
        std::vector<std::function<status(V*)>>{[](V* x) { return TWIN(i_window_sinc)(x, 1, 1, 0); },
                                               [&terms](V* x) { return TWIN(i_window_cos)(x, &terms, 0); },
                                               [](V* x) { return TWIN(i_window_fir)(x, 60, 1); }}) {
-    EXPECT_GT(failures_before_success<failing_records<V>>([&run] {
+    EXPECT_GT(failures_before_success<failing_records>([&run] {
                 auto buffer = samples<V>{1, 2, 3, 4};
                 V lent = signal<V>();
                 lent.points = 4;

@@ -113,7 +113,7 @@ TYPED_TEST(WindowScale, RefusalsStoreNothing) {
   EXPECT_EQ(TWIN(_window2_scale)(&kept, DSP_WINDOW_HANN, by_width, 8, std::numeric_limits<T>::quiet_NaN()),
             -1);
   for (const int window : {DSP_WINDOW_KAISER70, DSP_WINDOW_RIEMANN}) {
-    EXPECT_GT(failures_before_success<failing_records<V>>([&kept, window] {
+    EXPECT_GT(failures_before_success<failing_records>([&kept, window] {
                 EXPECT_EQ(kept, 42);
                 return TWIN(_window_enbw)(&kept, window, 8);
               }),

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Records and arguments out of bytes, and the table of the operations.
-#include "fuzz/calls.h"
+#include "support/calls.h"
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
+#include <random>
 #include <utility>
 #include <vector>
 
@@ -20,6 +20,8 @@ constexpr double numbers[] = {0,      1,     -1,     0.5,      0.25,  0.125,    
                               1e16,   3e38f, -3e38f, INFINITY, NAN,   -0.5,     10,       120,    1.5,
                               0.0625, -2,    45,     1e4,      4e-45, 0.33333f, 2.71828f, 1024,   -INFINITY};
 constexpr std::uint8_t of_states = place<dsp_vec>::count - 1;  // the record that states have for themselves
+constexpr std::uint8_t rising = 3;                             // a way to fill
+constexpr std::uint8_t exact_fills = 10;                       // those below ask no library of mathematics
 constexpr const char* window_names[] = {"Hann", "DSP_WINDOW_KAISER80", "p310", "no such", "", "DSP_WINDOW_"};
 
 std::uint32_t mixed(std::uint32_t x) {
@@ -43,6 +45,31 @@ double special(const recipe& r, index i) {
   constexpr double values[] = {0,      -0.0,  1,        -1,        1e15, -1e15, 3e38f, -3e38f,
                                1e-38f, 4e-45, INFINITY, -INFINITY, NAN,  2,     1e16,  700};
   return values[mixed(static_cast<std::uint32_t>(i) + r.seed * 77U) % std::size(values)];
+}
+
+double sample(const recipe& r, index i) {
+  switch (r.fill % 12) {
+    case 0:
+    case 1:
+    case 2:
+      return noise(r, i);
+    case rising:
+      return static_cast<double>(i) - (r.seed & 3) + (r.seed < 128 ? 0 : noise(r, i) / 32);
+    case 4:
+      return static_cast<double>(mixed(static_cast<std::uint32_t>(i) + r.seed) % 5);
+    case 5:
+      return r.seed % 4;
+    case 6:
+      return special(r, i);
+    case 7:
+      return i == r.seed % 40 ? special(r, i) : noise(r, i);
+    case 8:
+      return 1.0 / 64 / static_cast<double>(1 + std::abs(i - r.points / 2) * (r.seed % 4));
+    case 9:
+      return noise(r, i) * 0x1p70;
+    default:
+      return cosines[static_cast<std::size_t>(r.seed * i) % cosines.size()];
+  }
 }
 
 // Small numbers, codes, flags of all the places where operations have them, lengths, and the ends of the
@@ -135,28 +162,8 @@ template <record V, auto Function> status call(place<V>& p, [[maybe_unused]] con
 }
 
 const exported table[] = {
-#include "fuzz/calls_made.h"
+#include "support/calls_made.h"
 };
-
-template <record V> std::int32_t hook_allocate(V* v) {
-  if (v->alloc > 0) std::free(v->data);
-  v->data = static_cast<scalar<V>*>(rationed_memory::resized(
-      nullptr, std::size_t{v->points} * static_cast<std::size_t>(width(v)) * sizeof(scalar<V>)));
-  return 0;
-}
-
-template <record V> std::int32_t hook_reallocate(V* v, std::uint32_t, std::int32_t) {
-  void* const grown = rationed_memory::resized(
-      v->data, std::size_t{v->points} * static_cast<std::size_t>(width(v)) * sizeof(scalar<V>));
-  if (grown == nullptr) std::free(v->data);
-  v->data = static_cast<scalar<V>*>(grown);
-  return 0;
-}
-
-template <record V> void hook(bool in) {
-  TWIN(_lib_alloc)(in ? hook_allocate<V> : nullptr, nullptr);
-  TWIN(_lib_realloc)(in ? hook_reallocate<V> : nullptr, nullptr);
-}
 
 }  // namespace
 
@@ -175,53 +182,6 @@ recipe chosen_recipe(choices& from) {
   r.fill = from.byte();
   r.seed = from.byte();
   return r;
-}
-
-double sample(const recipe& r, index i) {
-  switch (r.fill % 12) {
-    case 0:
-    case 1:
-    case 2:
-      return noise(r, i);
-    case 3:
-      return static_cast<double>(i) - (r.seed & 3);
-    case 4:
-      return static_cast<double>(mixed(static_cast<std::uint32_t>(i) + r.seed) % 5);
-    case 5:
-      return r.seed % 4;
-    case 6:
-      return special(r, i);
-    case 7:
-      return i == r.seed % 40 ? special(r, i) : noise(r, i);
-    case 8:
-      return 1.0 / 64 / static_cast<double>(1 + std::abs(i - r.points / 2) * (r.seed % 4));
-    case 9:
-      return noise(r, i) * 0x1p70;
-    default:
-      return cosines[static_cast<std::size_t>(r.seed * i) % cosines.size()];
-  }
-}
-
-rationed_memory::rationed_memory(std::size_t most_bytes) : previous_(resize_table_bytes) {
-  most = most_bytes;
-  refuse_none();
-  resize_table_bytes = resized;
-  hook<dsp_vec>(true);
-  hook<dspf_vec>(true);
-}
-
-rationed_memory::~rationed_memory() {
-  resize_table_bytes = previous_;
-  hook<dsp_vec>(false);
-  hook<dspf_vec>(false);
-}
-
-void* rationed_memory::resized(void* block, std::size_t bytes) {
-  const long call = count++;
-  const bool granted =
-      bytes <= most && (first_refused < 0 || call < first_refused || (one && call > first_refused));
-  if (!granted) ++refusals;
-  return granted ? std::realloc(block, bytes != 0 ? bytes : 1) : nullptr;
 }
 
 template <record V> place<V>::place() {
@@ -256,6 +216,11 @@ template <record V> void place<V>::make(std::size_t i, const recipe& r) {
   v.complex = r.complex ? r.seed % 3 - 3 : 0;
   v.delta = static_cast<scalar<V>>(r.delta);
   for (index k = 0; k < room; ++k) v.data[k] = static_cast<scalar<V>>(sample(r, k));
+}
+
+template <record V> bool place<V>::make(const exported& op, const chosen_call& c) {
+  for (std::size_t i = 0; i < count; ++i) make(i, c.records[i]);
+  return prepare(op, c.given, *this);
 }
 
 template <record V> status place<V>::resize(std::size_t i, index points, bool complex, bool keeping) {
@@ -320,6 +285,33 @@ template <record V> bool prepare(const exported& op, const arguments& a, place<V
   return length(first) <= (is_one_of(name, searches) ? most_coefficients
                            : op.is("dspi_pztoc")     ? most_roots
                                                      : INT32_MAX);
+}
+
+chosen_call any_call(const exported& op, choices& from) {
+  chosen_call c;
+  for (recipe& r : c.records) r = chosen_recipe(from);
+  c.given = chosen_arguments(op, from);
+  return c;
+}
+
+chosen_call fitting_call(const exported& op, std::uint64_t seed) {
+  std::mt19937_64 engine(seed);
+  std::array<std::uint8_t, 80> bytes;
+  for (auto& b : bytes) b = static_cast<std::uint8_t>(engine() >> 56);
+  choices from(bytes.data(), bytes.size());
+  chosen_call c = any_call(op, from);
+  constexpr index limits[] = {4, 20, 70, 200};
+  const auto drawn = static_cast<index>(engine() >> 32);
+  const index points = drawn % (from.below(40) == 0 ? 1200 : limits[from.below(std::size(limits))]);
+  const bool complex = from.below(2) == 0;
+  const bool knots = from.below(3) == 0;
+  for (recipe& r : c.records) {
+    if (from.below(5) != 0) r.points = points;
+    if (from.below(5) != 0) r.complex = complex;
+    r.fill = knots && from.below(4) != 0 ? rising : static_cast<std::uint8_t>(r.fill % exact_fills);
+  }
+  if (from.below(4) != 0) c.records.back().points = 0;
+  return c;
 }
 
 template bool prepare(const exported&, const arguments&, place<dsp_vec>&);

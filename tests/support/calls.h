@@ -5,10 +5,9 @@
 
 #include <array>
 #include <cstdlib>
-#include <cstring>
+#include <limits>
 #include <string_view>
 
-#include "core/memory.h"
 #include "core/record.h"
 #include "support/twins.h"
 
@@ -47,34 +46,25 @@ struct recipe {
   std::uint8_t seed = 0;
 };
 recipe chosen_recipe(choices& from);
-double sample(const recipe& r, index i);
 
-// Memory that grants no block beyond a limit, and from a given one on, or that one alone, none at all.
-class rationed_memory {
- public:
-  explicit rationed_memory(std::size_t most_bytes);
-  ~rationed_memory();
-  rationed_memory(const rationed_memory&) = delete;
-  rationed_memory& operator=(const rationed_memory&) = delete;
+struct exported;
 
-  void refuse(long first, bool only_that) { count = 0, first_refused = first, one = only_that; }
-  void refuse_none() { refuse(-1, false); }
-  static long asked() { return count; }
-  static long refused() { return refusals; }
-
-  static void* resized(void* block, std::size_t bytes);
-
- private:
-  static inline long count = 0, first_refused = -1, refusals = 0;
-  static inline bool one = false;
-  static inline std::size_t most = 0;
-  table_source previous_;
+// A call: what its records are made of, the last of them a state, and its arguments.
+struct chosen_call {
+  static constexpr std::size_t record_count = 6;
+  std::array<recipe, record_count> records;
+  arguments given;
 };
+chosen_call any_call(const exported& op, choices& from);
+
+// A call on records that mostly fit together: of one length and form, some rising, as knots are. The same for
+// the same seed on every machine.
+chosen_call fitting_call(const exported& op, std::uint64_t seed);
 
 // The records of a caller.
 template <record V> class place {
  public:
-  static constexpr std::size_t count = 6;
+  static constexpr std::size_t count = chosen_call::record_count;
 
   place();
   ~place();
@@ -82,6 +72,8 @@ template <record V> class place {
   place& operator=(const place&) = delete;
 
   void make(std::size_t i, const recipe& r);
+  // All records of a call, with points preset for a generator. False where the call would take minutes.
+  bool make(const exported& op, const chosen_call& c);
   status resize(std::size_t i, index points, bool complex, bool keeping);
   void clear();
 
@@ -89,6 +81,21 @@ template <record V> class place {
   const char* settle();
 
   V* at(std::size_t i) { return &records_[i % count]; }
+
+  // Calls visit(value) with all that a call leaves; any NaN is the same.
+  template <class Visit> void leaves(Visit visit) const {
+    const auto visit_number = [&](auto x) {
+      visit(x == x ? x : std::numeric_limits<decltype(x)>::quiet_NaN());
+    };
+    for (const V& v : records_) {
+      visit(v.points);
+      visit(v.complex);
+      visit_number(v.delta);
+      for (index i = 0; v.data != nullptr && i < scalars(&v); ++i) visit_number(v.data[i]);
+    }
+    for (const auto n : integers) visit(n);
+    for (const auto x : numbers) visit_number(x);
+  }
 
   // What the parameters of a call point to beside the records.
   std::int32_t integers[most_arguments] = {};
@@ -128,8 +135,17 @@ const exported& export_at(std::size_t i);
 // Arguments within what the header allows: history and state are records of their own, and so on.
 arguments chosen_arguments(const exported& op, choices& from);
 
-// What the call is made with, beside its arguments: points preset for a generator. False where a call would
-// take minutes.
 template <record V> bool prepare(const exported& op, const arguments& a, place<V>& p);
+
+// body(op, place, arguments) before so many fitting calls of every operation.
+template <record V, class Body> void each_fitting_call(int count, std::uint64_t seed, Body body) {
+  for (std::size_t k = 0; k < export_count(); ++k) {
+    place<V> at;
+    for (int i = 0; i < count; ++i) {
+      const chosen_call c = fitting_call(export_at(k), seed * 10007 + static_cast<std::uint64_t>(i));
+      if (at.make(export_at(k), c)) body(export_at(k), at, c.given);
+    }
+  }
+}
 
 }  // namespace sigpak::test
