@@ -252,6 +252,32 @@ TYPED_TEST(ResampleTimes, StepsMayChangeAndNothingIsLost) {
   }
 }
 
+// A list may ask for what an earlier block held, as far back as the filter is long.
+TYPED_TEST(ResampleTimes, ListsReachBack) {
+  using V = TypeParam;
+  const signal<V> in(noise<V>(300));
+  const V first = part_of<V>(in, 0, 200);
+  const V second = part_of<V>(in, 200, 100);
+  const filter<V> f(33, 4, 3);
+  const signal<dsp_vec> none;
+  index served = 0;
+  for (double t = 180; t <= 200; t += 0.125) {
+    const signal<dsp_vec> at{t};
+    signal<V> state;
+    signal<V> out;
+    signal<V> whole;
+    ASSERT_EQ(TWIN(d_rsmp2)(&in, &whole, &f.taps, &at, 1, nullptr), 0);
+    ASSERT_EQ(TWIN(d_rsmp2)(&first, &out, &f.taps, &none, 1, &state), 0);
+    if (TWIN(d_rsmp2)(&second, &out, &f.taps, &at, 1, &state) != 0) {
+      EXPECT_EQ(served, 0) << t;
+      continue;
+    }
+    ++served;
+    ASSERT_TRUE(same_bits(out.values(), whole.values())) << t;
+  }
+  EXPECT_GE(served, 8 * 4 + 1);
+}
+
 TYPED_TEST(ResampleTimes, Refusals) {
   using V = TypeParam;
   constexpr double nan = std::numeric_limits<double>::quiet_NaN();

@@ -33,6 +33,7 @@ samples<V> in_blocks(const V& in, const std::vector<index>& lengths, Run run, bo
   index begin = 0;
   const auto collect = [&](const V* block) {
     EXPECT_EQ(run(block, &out), 0);
+    EXPECT_TRUE(out.complex == 0 || out.complex == 1) << out.complex;
     joined.insert(joined.end(), out.data, out.data + scalars<V>(&out));
   };
   for (std::size_t b = 0; begin < length(&in); b = (b + 1) % lengths.size()) {

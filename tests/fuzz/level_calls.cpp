@@ -94,6 +94,13 @@ template <class T> reals difference(const std::vector<T>& a, const std::vector<T
   return all;
 }
 
+// What is not finite has made results that are not, which have no bound, or is not used.
+template <class T> reals finite(const std::vector<T>& a) {
+  reals all(a.begin(), a.end());
+  for (long double& x : all) x = std::isfinite(x) ? x : 0;
+  return all;
+}
+
 template <class T> long double norm(const std::vector<T>& a) {
   long double sum = 0;
   for (const long double x : a) sum += x * x;
@@ -184,19 +191,19 @@ template <record V> class scene {
     const held<V>&taps = o.before[call_.given[2].record], &history = o.before[place<V>::count - 1];
     const long double u = unit_roundoff<V>;
     const long double root = u * std::sqrt(steps(x.data.size()));
-    const long double sums =
-        u * std::max(largest(first.data), largest(history.data)) * sum_of_magnitudes(taps.data);
+    const long double sums = u * std::max(largest(finite(first.data)), largest(finite(history.data))) *
+                             sum_of_magnitudes(finite(taps.data));
     const auto terms = static_cast<long double>(taps.data.size() + 1);
     switch (of) {
       case measure::norm:
         return root * norm(x.data);
       case measure::inverse:
-        return root * std::sqrt(static_cast<long double>(x.data.size())) * norm(first.data);
+        return root * std::sqrt(static_cast<long double>(x.data.size())) * norm(finite(first.data));
       case measure::operand:
-        return root * norm(first.data);
+        return root * norm(finite(first.data));
       case measure::products:
         return u * steps(first.data.size() + second.data.size()) *
-               std::max(1.0L, norm(first.data) * norm(second.data));
+               std::max(1.0L, norm(finite(first.data)) * norm(finite(second.data)));
       case measure::long_sums:
         return sums * terms;
       default: {

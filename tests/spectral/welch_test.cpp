@@ -355,6 +355,7 @@ TYPED_TEST(Welch, RefusesAndSurvives) {
   for (const int mode : {2, 3, 4, 5}) refused(a, &a, &window, mode, 0);
   for (const int hop : {-1, 4}) refused(a, nullptr, &window, mean, hop);
   for (const signal<V>* w : {&none, &dark, &balanced, &nan, &z}) refused(a, nullptr, w, mean, 0);
+  for (const signal<V>* w : {&none, &dark, &nan, &z}) refused(a, nullptr, w, mean | square | density, 0);
   refused(a, &shorter, &window, mean, 0);
   refused(z, &a, &window, mean, 0);
   refused(a, &z, &window, mean, 0);
