@@ -22,6 +22,7 @@ SIGPAK_INLINE mask is_outside(real a, double low, double high) {
   const auto range = __builtin_bit_cast(unsigned long long, high) - from;
   return {words(_mm256_cmpgt_epi64(__m256i(bits(a) - all_bits(from)), __m256i(all_bits(range))))};
 }
+SIGPAK_INLINE real widened(f4 a) { return {_mm256_cvtps_pd(a.v)}; }  // by halves, where it is left to g++
 SIGPAK_INLINE real sqrt(real a) { return {_mm256_sqrt_pd(a.v)}; }
 SIGPAK_INLINE real at_least(real x, double limit) { return {_mm256_max_pd(all(limit).v, x.v)}; }
 SIGPAK_INLINE real at_most(real x, double limit) { return {_mm256_min_pd(all(limit).v, x.v)}; }

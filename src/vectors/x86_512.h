@@ -115,6 +115,7 @@ SIGPAK_INLINE f16 greater(f16 a, f16 b) { return {_mm512_max_ps(a.v, b.v)}; }
 SIGPAK_INLINE words only(mask m, unsigned long long x) {
   return words(_mm512_maskz_mov_epi64(m, __m512i(all_bits(x))));
 }
+SIGPAK_INLINE real widened(f8 a) { return {_mm512_cvtps_pd(a.v)}; }  // by halves, where it is left to g++
 SIGPAK_INLINE real sqrt(real a) { return {_mm512_sqrt_pd(a.v)}; }
 SIGPAK_INLINE real at_least(real x, double limit) { return {_mm512_max_pd(all(limit).v, x.v)}; }
 SIGPAK_INLINE real at_most(real x, double limit) { return {_mm512_min_pd(all(limit).v, x.v)}; }
