@@ -2,6 +2,7 @@
 // Sine, cosine, tangent, sin(x)/x, and points from polar form.
 #include "kernels/elementary/functions.h"
 #include "kernels/elementary/sine.h"
+#include "kernels/elementary/sine_quick.h"
 #include "vectors/levels.h"
 
 namespace sigpak::SIGPAK_LEVEL {
@@ -76,16 +77,22 @@ using kernels::careful_sine_quotient;
 using kernels::careful_tangent;
 
 void sines(double* x, index n) { walk(x, n, circular<sine, careful_sine<double>>{}); }
-void sines(float* x, index n) { walk(x, n, circular_single<sine_single, careful_sine<float>>{}); }
+void sines(float* x, index n) {
+  walk_quickly(x, n, quick_circular<quick_sine_of, circular_single<sine_single, careful_sine<float>>>{});
+}
 void cosines(double* x, index n) { walk(x, n, circular<cosine, careful_cosine<double>>{}); }
-void cosines(float* x, index n) { walk(x, n, circular_single<cosine_single, careful_cosine<float>>{}); }
+void cosines(float* x, index n) {
+  walk_quickly(x, n,
+               quick_circular<quick_cosine_of, circular_single<cosine_single, careful_cosine<float>>>{});
+}
 void tangents(double* x, index n) { walk(x, n, circular<tangent, careful_tangent<double>>{}); }
 void tangents(float* x, index n) { walk(x, n, circular_single<tangent_single, careful_tangent<float>>{}); }
 void sine_quotients(double* x, index n) {
   walk(x, n, circular<sine_quotient, careful_sine_quotient<double>>{});
 }
 void sine_quotients(float* x, index n) {
-  walk(x, n, circular_single<sine_quotient_single, careful_sine_quotient<float>>{});
+  walk_quickly(x, n,
+               quick_sine_quotient<circular_single<sine_quotient_single, careful_sine_quotient<float>>>{});
 }
 
 // size * part, rounded once, with the sign of the product of the leading parts where it vanishes.
