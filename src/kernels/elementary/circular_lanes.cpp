@@ -44,15 +44,13 @@ SIGPAK_INLINE real tangent(real x) {
   return choose(x == all(0), x, q);  // zero keeps its sign
 }
 
-// Below 2^-27 the quotient rounds to 1.
+// Even, and 1 to the last digit below 2^-27.
 SIGPAK_INLINE real sine_quotient(real x) {
-  const angle a = reduce(x);
-  const sine_cosine y = both_parts(a);
-  const parts turned = choose(has_bit(a.quarter, 1), y.cosine, y.sine);
-  const parts above = fast_sum(turned.hi, turned.lo);
-  const mask small = absolute(x) < all(0x1p-27);
-  const real q = flip_sign(quotient(above, {choose(small, all(1), x), all(0)}), a.quarter << 62);
-  return choose(small, all(1), q);
+  const real size = at_least(absolute(x), 0x1p-27);
+  const angle a = reduce(size);
+  const sine_cosine both = both_parts(a);
+  const parts y = choose(has_bit(a.quarter, 1), both.cosine, both.sine);
+  return flip_sign(quotient(fast_sum(y.hi, y.lo), size), a.quarter << 62);
 }
 
 // With the sine's terms of double precision: with its own, 14 floats are on the wrong side of the middle of

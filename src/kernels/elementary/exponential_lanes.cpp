@@ -162,10 +162,7 @@ struct exponential_pair {
 
 SIGPAK_INLINE exponential_pair half_exponentials(real a) {
   const eighths x = reduce_power(a);
-  parts up = power_parts(x);
-  parts down = power_parts({all(2 * to_integer) - x.shifted, -x.r});
-  const real half = all(0.5);
-  return {{up.hi * half, up.lo * half}, {down.hi * half, down.lo * half}};
+  return {power_parts<-1>(x), power_parts<-1>({all(2 * to_integer) - x.shifted, -x.r})};
 }
 
 // Up to 1/2 a polynomial: the difference of the exponentials would lose digits.
