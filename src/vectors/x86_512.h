@@ -152,15 +152,13 @@ SIGPAK_INLINE sixteenths split_sixteenths(real x) {
 // a 2^floor(x)
 SIGPAK_INLINE real scale_binades(real a, real x) { return {_mm512_scalef_pd(a.v, x.v)}; }
 
-// x = 2^k m, 3/4 <= m < 3/2, for normal floats x > 0: the factor takes those from 3/2 on to the next binade.
+// x = 2^k m, 1 <= m < 2, for normal floats x > 0.
 struct binade {
   real k;
   real m;
 };
 SIGPAK_INLINE binade split_binade(real x) {
-  constexpr double above_four_thirds = 0x1.5555556p+0;
-  return {{_mm512_getexp_pd((x * all(above_four_thirds)).v)},
-          {_mm512_getmant_pd(x.v, _MM_MANT_NORM_p75_1p5, _MM_MANT_SIGN_zero)}};
+  return {{_mm512_getexp_pd(x.v)}, {_mm512_getmant_pd(x.v, _MM_MANT_NORM_1_2, _MM_MANT_SIGN_zero)}};
 }
 
 // table[position mod entries] for a table of the size that is cheapest here.

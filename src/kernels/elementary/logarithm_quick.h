@@ -14,14 +14,14 @@ constexpr double ln2 = 0x1.62e42fefa39efp-1;
 
 #if defined(SIGPAK_HAS_BINADES)
 
-// For every sixteenth of a binade its reciprocal and what that takes away from the logarithm. Those on either
-// side of 1 keep 1: the logarithm is as good near 1 as elsewhere.
+// For every sixteenth of a binade its reciprocal and what that takes away from the logarithm. The first keeps
+// 1, and the last takes 1/2 and so all of k ln 2 below 1: the logarithm is as good near 1 as elsewhere.
 struct reciprocal_table {
   double reciprocals[table_entries];
   double logarithms[table_entries];
 };
 
-// 2 artanh((x - 1) / (x + 1)), 0.6 < x < 1.6
+// 2 artanh((x - 1) / (x + 1)), 1 <= x < 2
 constexpr double series_logarithm(double x) {
   const double s = (x - 1) / (x + 1);
   double sum = 0;
@@ -30,13 +30,15 @@ constexpr double series_logarithm(double x) {
 }
 
 constexpr reciprocal_table make_reciprocal_table() {
+  constexpr int last = table_entries - 1;
   reciprocal_table table{};
-  for (int j = 0; j < table_entries; ++j) {
-    const double middle = 1 + (j + 0.5) / table_entries;
-    const double scaled = middle < 1.5 ? middle : middle / 2;
-    table.reciprocals[j] = j == 0 || j == table_entries - 1 ? 1 : 1 / scaled;
-    table.logarithms[j] = -series_logarithm(table.reciprocals[j]);
+  for (int j = 0; j < last; ++j) {
+    const double middle = j == 0 ? 1 : 1 + (j + 0.5) / table_entries;
+    table.reciprocals[j] = 1 / middle;
+    table.logarithms[j] = series_logarithm(middle);
   }
+  table.reciprocals[last] = 0.5;
+  table.logarithms[last] = ln2;
   return table;
 }
 constexpr reciprocal_table reciprocals = make_reciprocal_table();
