@@ -51,7 +51,7 @@ SIGPAK_INLINE real quick_logarithm_of(real x) {
   const words position = bits(y.m) >> (52 - entry_bits);
   const real r = fms(y.m, pick(reciprocals.reciprocals, position), all(1));
   const real base = fma(y.k, all(ln2), pick(reciprocals.logarithms, position));
-  return base + fma(r * r, polynomial(logarithm_short_terms, r), r);
+  return base + fma(r * r, chain(logarithm_short_terms, r), r);
 }
 SIGPAK_INLINE halves quick_logarithms(const float* x) { return each_half(x, quick_logarithm_of); }
 
@@ -63,7 +63,7 @@ constexpr int logarithm_good_bits = 35;
 SIGPAK_INLINE real quick_logarithm_of(real k, real f) {
   const real s = f / (all(2) + f);
   const real z = s * s;
-  return fma(k, all(ln2), s * fma(z, polynomial(logarithm_quick_terms, z), all(2)));
+  return fma(k, all(ln2), s * fma(z, chain(logarithm_quick_terms, z), all(2)));
 }
 
 // ln x for normal floats x > 0, reduced as floats, which is exact.

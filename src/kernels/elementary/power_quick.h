@@ -44,7 +44,7 @@ template <const power_base& base> SIGPAK_INLINE real quick_power_of(real x) {
   const real z = x * all(base.log2);
   const sixteenths y = split_sixteenths(z);
   const real root = pick(powers.entries, y.shifted);
-  return scale_binades(root * polynomial(power_quick_terms, y.fraction), z);
+  return scale_binades(root * chain(power_quick_terms, y.fraction), z);
 }
 
 #else
@@ -81,8 +81,13 @@ template <const power_base& base> SIGPAK_INLINE real quick_power_of(real x) {
   const real shifted = fma(x, all(entries_in_unit), all(to_integer));
   const real r = fnma(shifted - all(to_integer), all(1 / entries_in_unit), x);
   const words exponent = bits(shifted) << (52 - entry_bits);
-  const real power = from_bits(bits(pick(powers.entries, bits(shifted))) + exponent);
-  return fma(power * r, polynomial(terms.at, r), power);
+  const real series = chain(terms.at, r);
+  if constexpr (table_entries == 1) {
+    return from_bits(bits(fma(r, series, all(1))) + exponent);
+  } else {
+    const real power = from_bits(bits(pick(powers.entries, bits(shifted))) + exponent);
+    return fma(power * r, series, power);
+  }
 }
 
 #endif

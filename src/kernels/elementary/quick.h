@@ -27,6 +27,14 @@ template <class F> SIGPAK_INLINE halves each_half(const float* x, F f) {
   return {f(read(x)), f(read(x + lane_count))};
 }
 
+// Highest coefficient first, in one chain: the halves fill each other's waits, and what counts is the number
+// of operations.
+template <int terms> SIGPAK_INLINE real chain(const double (&coefficients)[terms], real x) {
+  real sum = all(coefficients[0]);
+  unroll<terms - 1>([&](auto k) SIGPAK_LAMBDA { sum = fma(sum, x, all(coefficients[k + 1])); });
+  return sum;
+}
+
 // The lower words of the doubles, in any order.
 SIGPAK_INLINE float_words lower_words(halves a) {
   const widest<float> x = {reinterpret_cast<widest<float>::vector>(a.low.v)};
