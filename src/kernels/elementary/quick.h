@@ -65,14 +65,15 @@ template <class F> [[gnu::noinline]] index walk_quickly(float* x, index i, index
 }
 
 // The same to the end, where `otherwise(from, to)` serves the rest and returns whether to go on. What is left
-// open again and again goes there by longer and longer pieces.
+// open every few vectors goes there by longer and longer pieces.
 template <class F, class Otherwise>
 [[gnu::noinline]] void walk_in_pieces(float* x, index n, F f, Otherwise otherwise) {
+  constexpr index few = 4 * floats_at_once;
   index piece = floats_at_once;
   for (index i = 0; i < n;) {
     const index from = i;
     i = walk_quickly(x, i, n, f);
-    piece = i == from ? 2 * piece : floats_at_once;
+    piece = i - from < few ? 2 * piece : floats_at_once;
     const index to = n - i < piece ? n : i + piece;
     if (i < to && !otherwise(i, to)) return;
     i = to;
