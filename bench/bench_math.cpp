@@ -46,7 +46,9 @@ extern "C" __m512 _ZGVeN16vv_atan2f(__m512, __m512);
 #define MVEC(name) nullptr, nullptr
 #define MVEC_PAIR(name) nullptr, nullptr
 #endif
-#define SLEEF(name) one<Sleef_##name##d4_u10avx2>, one<Sleef_##name##d8_u10>, one<Sleef_##name##f16_u10>
+#define SLEEF(name)                                                                        \
+  one<Sleef_##name##d4_u10avx2>, one<Sleef_##name##d8_u10>, one<Sleef_##name##f8_u10avx2>, \
+      one<Sleef_##name##f16_u10>
 
 namespace {
 
@@ -66,6 +68,7 @@ using loop = void (*)();
 [[maybe_unused]] float element(float x) { return x; }
 [[maybe_unused]] double element(__m256d v) { return v[0]; }
 [[maybe_unused]] double element(__m512d v) { return v[0]; }
+[[maybe_unused]] float element(__m256 v) { return v[0]; }
 [[maybe_unused]] float element(__m512 v) { return v[0]; }
 
 template <class R, class W> W argument_of(R (*)(W));
@@ -79,6 +82,7 @@ template <auto f> void one() {
     *reinterpret_cast<W*>(data<T>::y + i) = f(*reinterpret_cast<const W*>(data<T>::x + i));
   }
 }
+template <auto f> auto over_argument(decltype(argument_of(f)) x) { return f(x) / x; }
 // One of two arguments, from the halves of the data: as many points as a complex record has.
 template <auto f, std::size_t to = 0> void pair() {
   using W = decltype(argument_of(f));
@@ -106,7 +110,7 @@ struct function {
   int32_t (*in_double)(dsp_vec*);
   int32_t (*in_single)(dspf_vec*);
   loop c_double, c_single;
-  loop sleef4, sleef8, sleef16;
+  loop sleef4, sleef8, single_sleef8, sleef16;
   loop mvec8, mvec16;
 };
 
@@ -121,7 +125,9 @@ constexpr function functions[] = {
     {"sin", false, -30, 30, dspi_sin, dspfi_sin, C(sin), SLEEF(sin), MVEC(sin)},
     {"cos", false, -30, 30, dspi_cos, dspfi_cos, C(cos), SLEEF(cos), MVEC(cos)},
     {"tan", false, -30, 30, dspi_tan, dspfi_tan, C(tan), SLEEF(tan), MVEC(tan)},
-    {"sinc", false, -30, 30, dspi_sinc, dspfi_sinc, C(sin), SLEEF(sin), MVEC(sin)},
+    {"sinc", false, -30, 30, dspi_sinc, dspfi_sinc, one<over_argument<static_cast<double (*)(double)>(sin)>>,
+     one<over_argument<sinf>>, one<over_argument<Sleef_sind4_u10avx2>>, one<over_argument<Sleef_sind8_u10>>,
+     one<over_argument<Sleef_sinf8_u10avx2>>, one<over_argument<Sleef_sinf16_u10>>, nullptr, nullptr},
     {"exp", false, -30, 30, dspi_exp, dspfi_exp, C(exp), SLEEF(exp), MVEC(exp)},
     {"exp10", false, -10, 10, dspi_exp10, dspfi_exp10, C(exp10), SLEEF(exp10), MVEC(exp10)},
     {"log", false, 1e-3, 1e3, dspi_log, dspfi_log, C(log), SLEEF(log), MVEC(log)},
@@ -134,21 +140,21 @@ constexpr function functions[] = {
     {"cosh", false, -10, 10, dspi_cosh, dspfi_cosh, C(cosh), SLEEF(cosh), MVEC(cosh)},
     {"tanh", false, -3, 3, dspi_tanh, dspfi_tanh, C(tanh), SLEEF(tanh), MVEC(tanh)},
     {"magnitude", true, -5, 5, dspi_mag, dspfi_mag, C_PAIR(hypot), pair<Sleef_hypotd4_u05avx2>,
-     pair<Sleef_hypotd8_u05>, pair<Sleef_hypotf16_u05>, MVEC_PAIR(hypot)},
+     pair<Sleef_hypotd8_u05>, pair<Sleef_hypotf8_u05avx2>, pair<Sleef_hypotf16_u05>, MVEC_PAIR(hypot)},
     {"phase", true, -5, 5, dspi_phase, dspfi_phase, C_PAIR(atan2), pair<Sleef_atan2d4_u10avx2>,
-     pair<Sleef_atan2d8_u10>, pair<Sleef_atan2f16_u10>, MVEC_PAIR(atan2)},
+     pair<Sleef_atan2d8_u10>, pair<Sleef_atan2f8_u10avx2>, pair<Sleef_atan2f16_u10>, MVEC_PAIR(atan2)},
     {"polar", true, -5, 5, dspi_rtop, dspfi_rtop,
      two_pairs<static_cast<double (*)(double, double)>(hypot),
                static_cast<double (*)(double, double)>(atan2)>,
      two_pairs<hypotf, atan2f>, two_pairs<Sleef_hypotd4_u05avx2, Sleef_atan2d4_u10avx2>,
-     two_pairs<Sleef_hypotd8_u05, Sleef_atan2d8_u10>, two_pairs<Sleef_hypotf16_u05, Sleef_atan2f16_u10>,
-     nullptr, nullptr},
+     two_pairs<Sleef_hypotd8_u05, Sleef_atan2d8_u10>, two_pairs<Sleef_hypotf8_u05avx2, Sleef_atan2f8_u10avx2>,
+     two_pairs<Sleef_hypotf16_u05, Sleef_atan2f16_u10>, nullptr, nullptr},
     {"complex sqrt", true, -5, 5, dspi_sqrt, dspfi_sqrt, C_COMPLEX(sqrt), nullptr, nullptr, nullptr, nullptr,
-     nullptr},
+     nullptr, nullptr},
     {"complex exp", true, -5, 5, dspi_exp, dspfi_exp, C_COMPLEX(exp), nullptr, nullptr, nullptr, nullptr,
-     nullptr},
+     nullptr, nullptr},
     {"complex log", true, -5, 5, dspi_log, dspfi_log, C_COMPLEX(log), nullptr, nullptr, nullptr, nullptr,
-     nullptr},
+     nullptr, nullptr},
 };
 
 // The level is part of the run, so that rounds may take turns; the copy of the samples counts as ours.
@@ -172,7 +178,22 @@ void print_row(const function& f, int rounds) {
     data<float>::x[i] = static_cast<float>(data<double>::x[i]);
   }
   using enum sigpak::isa::level;
-  enum { c, own0, sleef4, own4, sleef8, mvec8, own8, c_single, sleef16, mvec16, own16 };
+  enum {
+    c,
+    own0,
+    sleef4,
+    own4,
+    sleef8,
+    mvec8,
+    own8,
+    c_single,
+    single0,
+    single_sleef8,
+    single8,
+    sleef16,
+    mvec16,
+    own16
+  };
   std::vector<bench::contender> contenders;
   const auto add = [&](std::function<void()> run) { contenders.push_back({"", [] {}, std::move(run), 4}); };
   add(f.c_double);
@@ -183,6 +204,9 @@ void print_row(const function& f, int rounds) {
   add(f.mvec8);
   add(ours(f, f.in_double, avx512, double()));
   add(f.c_single);
+  add(ours(f, f.in_single, baseline, float()));
+  add(f.single_sleef8);
+  add(ours(f, f.in_single, avx2, float()));
   add(f.sleef16);
   add(f.mvec16);
   add(ours(f, f.in_single, avx512, float()));
@@ -205,6 +229,8 @@ void print_row(const function& f, int rounds) {
   faster(own8, sleef8);
   faster(own8, mvec8);
   faster(own8, c);
+  faster(single0, c_single);
+  faster(single8, single_sleef8);
   ns(own16);
   faster(own16, sleef16);
   faster(own16, mvec16);
@@ -222,7 +248,8 @@ int main(int argc, char** argv) {
     return 77;
   }
   bench::print_head({"function", "C ns", "baseline / C", "avx2 ns", "/ SLEEF", "avx512 ns", "/ SLEEF",
-                     "/ libmvec", "/ C", "single ns", "/ SLEEF", "/ libmvec", "/ C"});
+                     "/ libmvec", "/ C", "single baseline / C", "avx2 / SLEEF", "avx512 ns", "/ SLEEF",
+                     "/ libmvec", "/ C"});
   for (const function& f : functions) {
     if (o.wants("--only", f.name)) print_row(f, static_cast<int>(o.number("--rounds", 15)));
   }

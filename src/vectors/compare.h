@@ -13,9 +13,10 @@
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
-// 2^floor(n / 8), -8000 < n < 8000; shifted is n + to_integer.
-SIGPAK_INLINE real power_of_two_eighths(real shifted) {
-  return from_bits(((bits(shifted) & ~7ULL) << 49) + all_bits(1023ULL << 52));
+// 2^(floor(n / 8) + lift), -8000 < n < 8000; shifted is n + to_integer.
+template <int lift = 0> SIGPAK_INLINE real power_of_two_eighths(real shifted) {
+  return from_bits(((bits(shifted) & ~7ULL) << 49) +
+                   all_bits(static_cast<unsigned long long>(1023 + lift) << 52));
 }
 
 // Highest coefficient first. Long ones as an even and an odd half, side by side.
@@ -128,6 +129,13 @@ SIGPAK_INLINE real remainder_of_short(real c, real q, real b) {
   if constexpr (has_fused_products) return fnma(q, b, c);
   const real b_hi = upper_half(b);
   return (c - q * b_hi) - q * (b - b_hi);
+}
+
+// The same of a divisor without a rest.
+SIGPAK_INLINE real quotient(parts n, real d) {
+  const real inverse = all(1) / d;
+  const real q = shortened(n.hi * inverse);
+  return fma(remainder_of_short(n.hi, q, d) + n.lo, inverse, q);
 }
 
 // n / d with one division; the error beyond the final rounding is near 2^-100, or 2^-78 of a shortened

@@ -79,6 +79,14 @@ SIGPAK_INLINE real all(double x) {
 #endif
 }
 
+// The bits of the floats of a vector, and the same as numbers with a sign.
+typedef unsigned float_words __attribute__((vector_size(SIGPAK_VECTOR_BYTES)));
+typedef int signed_float_words __attribute__((vector_size(SIGPAK_VECTOR_BYTES)));
+SIGPAK_INLINE float_words bits(widest<float> a) { return reinterpret_cast<float_words>(a.v); }
+SIGPAK_INLINE widest<float> absolute(widest<float> a) {
+  return {reinterpret_cast<widest<float>::vector>(bits(a) & ~0U >> 1)};
+}
+
 // Added to x, leaves x rounded to an integer in the low bits, and itself as it was when subtracted again.
 constexpr double to_integer = 0x1.8p52;
 

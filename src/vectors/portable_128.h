@@ -49,13 +49,19 @@ SIGPAK_INLINE real greater(real a, real b) { return {a.v > b.v ? a.v : b.v}; }
 SIGPAK_INLINE real at_least(real x, double limit) { return greater(all(limit), x); }
 SIGPAK_INLINE real at_most(real x, double limit) { return lesser(all(limit), x); }
 
-// table[position & 7] for eight entries. By words of 32 bits, because compilers for x86 move one of 64 into a
+// table[position mod entries]. By words of 32 bits, because compilers for x86 move one of 64 into a
 // register whose upper half is left to wait for.
-SIGPAK_INLINE real look_up(const double* table, words position) {
+template <int entries = 8> SIGPAK_INLINE real look_up(const double* table, words position) {
   typedef int halves __attribute__((vector_size(16)));
   constexpr int low = __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__ ? 0 : 1;
-  const auto place = reinterpret_cast<halves>(position & 7);
+  const auto place = reinterpret_cast<halves>(position & (entries - 1));
   return {real::vector{table[place[low]], table[place[2 + low]]}};
+}
+
+// table[position mod entries] for a table of the size that is cheapest here.
+constexpr int table_entries = 128;
+SIGPAK_INLINE real pick(const double (&table)[table_entries], words position) {
+  return look_up<table_entries>(table, position);
 }
 
 // The low (high) parts of a and b, scalar by scalar.
@@ -99,18 +105,35 @@ template <class P> SIGPAK_INLINE bool all_below(P a, P b) {
   return !any_bit(~reinterpret_cast<words>(a.v < b.v));
 }
 
+SIGPAK_INLINE bool all_of(float_mask m) {
+#if defined(__SSE2__)
+  return __builtin_ia32_movmskps(reinterpret_cast<f4::vector>(m.v)) == 0xf;  // compilers find no such thing
+#else
+  return !any_bit(~reinterpret_cast<words>(m.v));
+#endif
+}
+
 SIGPAK_INLINE bool any_sign(words a) {
   const words either = a | __builtin_shufflevector(a, a, 1, 0);
   return static_cast<long long>(either[0]) < 0;
 }
 SIGPAK_INLINE bool is_any(mask m) { return any_sign(m.v); }
 
+// The doubles of the lower and of the upper half.
+SIGPAK_INLINE void widen(f4 a, d2& low, d2& high) {
+  typedef double four __attribute__((vector_size(32)));
+  const four wide = __builtin_convertvector(a.v, four);
+  low = {__builtin_shufflevector(wide, wide, 0, 1)};
+  high = {__builtin_shufflevector(wide, wide, 2, 3)};
+}
+
 // As the lower half of four floats: compilers convert two alone one by one.
 SIGPAK_INLINE real widened(pack<float, 2> a) {
-  typedef double four __attribute__((vector_size(32)));
   const real::vector both = {__builtin_bit_cast(double, a), 0};
-  const four wide = __builtin_convertvector(reinterpret_cast<pack<float, 4>::vector>(both), four);
-  return {__builtin_shufflevector(wide, wide, 0, 1)};
+  real low;
+  real high;
+  widen({reinterpret_cast<f4::vector>(both)}, low, high);
+  return low;
 }
 
 SIGPAK_INLINE void split_pairs(real a, real b, real& even, real& odd) {

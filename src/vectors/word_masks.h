@@ -23,6 +23,20 @@ SIGPAK_INLINE words only(mask m, unsigned long long x) { return m.v & all_bits(x
 
 SIGPAK_INLINE real choose(mask m, real yes, real no);  // of the level
 
+// a / b; a level may be satisfied with 41 bits.
+SIGPAK_INLINE real near_quotient(real a, real b) { return a / b; }
+
+// low <= a <= high; and of those, where a has bits of m.
+struct float_mask {
+  float_words v;
+};
+SIGPAK_INLINE float_mask is_between(widest<float> a, float low, float high) {
+  return {float_words(a.v >= splat<widest<float>>(low).v) & float_words(a.v <= splat<widest<float>>(high).v)};
+}
+SIGPAK_INLINE float_mask with_bits(float_mask in, float_words a, unsigned m) {
+  return {in.v & ~float_words((a & (m - float_words{})) == 0)};
+}
+
 // a * 2^floor(n / 8 - lift) for -10400 < n - 8 lift < 8000, rounded once; shifted is n + to_integer. Small
 // powers take two steps: the first product is normal, and the second rounds.
 template <int lift = 0> SIGPAK_INLINE real scale_eighths(real a, real shifted) {

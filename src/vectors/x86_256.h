@@ -10,6 +10,7 @@ namespace {
 
 SIGPAK_INLINE int lanes_of(mask a) { return _mm256_movemask_pd(__m256d(a.v)); }
 SIGPAK_INLINE bool any_sign(words a) { return _mm256_movemask_pd(__m256d(a)) != 0; }
+SIGPAK_INLINE bool all_of(float_mask m) { return _mm256_movemask_ps(__m256(m.v)) == 0xff; }
 SIGPAK_INLINE bool is_any(mask m) { return lanes_of(m) != 0; }
 SIGPAK_INLINE mask has_bit(words a, unsigned long long bit) {
   const __m256i wanted = __m256i(all_bits(bit));
@@ -22,9 +23,18 @@ SIGPAK_INLINE mask is_outside(real a, double low, double high) {
   const auto range = __builtin_bit_cast(unsigned long long, high) - from;
   return {words(_mm256_cmpgt_epi64(__m256i(bits(a) - all_bits(from)), __m256i(all_bits(range))))};
 }
+SIGPAK_INLINE real widened(f4 a) { return {_mm256_cvtps_pd(a.v)}; }  // by halves, where it is left to g++
+SIGPAK_INLINE void widen(f8 a, d4& low, d4& high) {
+  low = widened(f4{_mm256_castps256_ps128(a.v)});
+  high = widened(f4{_mm256_extractf128_ps(a.v, 1)});
+}
 SIGPAK_INLINE real sqrt(real a) { return {_mm256_sqrt_pd(a.v)}; }
 SIGPAK_INLINE real at_least(real x, double limit) { return {_mm256_max_pd(all(limit).v, x.v)}; }
 SIGPAK_INLINE real at_most(real x, double limit) { return {_mm256_min_pd(all(limit).v, x.v)}; }
+
+// table[position mod entries] for a table of the size that is cheapest here.
+constexpr int table_entries = 1;
+SIGPAK_INLINE real pick(const double (&table)[table_entries], words) { return all(table[0]); }
 
 // Each half of the table is found as pairs of 32-bit words; bit 2 of the position chooses between them.
 SIGPAK_INLINE real look_up(const double* table, words position) {

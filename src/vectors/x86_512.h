@@ -108,6 +108,16 @@ SIGPAK_INLINE mask is_outside(real a, double low, double high) {
   const auto range = __builtin_bit_cast(unsigned long long, high) - from;
   return _mm512_cmpgt_epi64_mask(__m512i(bits(a) - all_bits(from)), __m512i(all_bits(range)));
 }
+// low <= a <= high; and of those, where a has bits of m.
+using float_mask = __mmask16;
+SIGPAK_INLINE float_mask is_between(widest<float> a, float low, float high) {
+  const float_mask above = _mm512_cmp_ps_mask(a.v, _mm512_set1_ps(low), _CMP_GE_OQ);
+  return _mm512_mask_cmp_ps_mask(above, a.v, _mm512_set1_ps(high), _CMP_LE_OQ);
+}
+SIGPAK_INLINE float_mask with_bits(float_mask in, float_words a, unsigned m) {
+  return _mm512_mask_test_epi32_mask(in, __m512i(a), _mm512_set1_epi32(static_cast<int>(m)));
+}
+SIGPAK_INLINE bool all_of(float_mask m) { return m == 0xffff; }
 SIGPAK_INLINE real lesser(real a, real b) { return {_mm512_min_pd(a.v, b.v)}; }
 SIGPAK_INLINE real greater(real a, real b) { return {_mm512_max_pd(a.v, b.v)}; }
 SIGPAK_INLINE f16 lesser(f16 a, f16 b) { return {_mm512_min_ps(a.v, b.v)}; }
@@ -115,9 +125,47 @@ SIGPAK_INLINE f16 greater(f16 a, f16 b) { return {_mm512_max_ps(a.v, b.v)}; }
 SIGPAK_INLINE words only(mask m, unsigned long long x) {
   return words(_mm512_maskz_mov_epi64(m, __m512i(all_bits(x))));
 }
+SIGPAK_INLINE real widened(f8 a) { return {_mm512_cvtps_pd(a.v)}; }  // by halves, where it is left to g++
 SIGPAK_INLINE real sqrt(real a) { return {_mm512_sqrt_pd(a.v)}; }
 SIGPAK_INLINE real at_least(real x, double limit) { return {_mm512_max_pd(all(limit).v, x.v)}; }
 SIGPAK_INLINE real at_most(real x, double limit) { return {_mm512_min_pd(all(limit).v, x.v)}; }
+
+// a / b within 2^-41: an estimate of 1 / b, good to 2^-14, and one step of the third order.
+SIGPAK_INLINE real near_quotient(real a, real b) {
+  const real estimate = {_mm512_rcp14_pd(b.v)};
+  const real left = fnma(b, estimate, all(1));
+  return a * fma(estimate, fma(left, left, left), estimate);
+}
+
+// x = n / 16 + fraction, n the integer below 16 x, in the low bits of shifted; x is not beyond 2^40.
+#define SIGPAK_HAS_BINADES
+struct sixteenths {
+  real fraction;
+  words shifted;
+};
+SIGPAK_INLINE sixteenths split_sixteenths(real x) {
+  constexpr int down = _MM_FROUND_TO_NEG_INF | _MM_FROUND_NO_EXC;
+  return {{_mm512_reduce_pd(x.v, 4 << 4 | _MM_FROUND_TO_NEG_INF)},
+          bits(real{_mm512_add_round_pd(x.v, all(0x1.8p48).v, down)})};
+}
+
+// a 2^floor(x)
+SIGPAK_INLINE real scale_binades(real a, real x) { return {_mm512_scalef_pd(a.v, x.v)}; }
+
+// x = 2^k m, 1 <= m < 2, for normal floats x > 0.
+struct binade {
+  real k;
+  real m;
+};
+SIGPAK_INLINE binade split_binade(real x) {
+  return {{_mm512_getexp_pd(x.v)}, {_mm512_getmant_pd(x.v, _MM_MANT_NORM_1_2, _MM_MANT_SIGN_zero)}};
+}
+
+// table[position mod entries] for a table of the size that is cheapest here.
+constexpr int table_entries = 16;
+SIGPAK_INLINE real pick(const double (&table)[table_entries], words position) {
+  return {_mm512_permutex2var_pd(_mm512_loadu_pd(table), __m512i(position), _mm512_loadu_pd(table + 8))};
+}
 
 // table[position & 7] for eight entries.
 SIGPAK_INLINE real look_up(const double* table, words position) {

@@ -54,19 +54,28 @@ TYPED_TEST(UnaryAccuracy, ComplexFunctionsStayWithinTheirBounds) {
 }
 
 // Arguments whose result lies so close to a boundary between two floats that a double of ordinary care misses
-// it: those that exhaustive_single has found for one or another way to compute.
+// it: those that exhaustive_single has found for one or another way to compute. Each fills whole vectors.
 TEST(UnarySingle, ClosestArgumentsAreCorrectlyRounded) {
   const struct {
     const char* name;
     std::vector<float> x;
   } closest[] = {
       {"exp",
-       {0x1.344e9cp-5F, 0x1.036492p+1F, -0x1.d2259ap+3F, -0x1.65cf3p+6F, 0x1.7396a6p+1F, -0x1.07babcp+5F}},
-      {"exp10", {-0x1.c303eep-5F, -0x1.94685ap-4F, 0x1.5d4344p-3F, -0x1.a4c2fep+3F}},
+       {0x1.344e9cp-5F, 0x1.036492p+1F, -0x1.d2259ap+3F, -0x1.65cf3p+6F, 0x1.7396a6p+1F, -0x1.07babcp+5F,
+        0x1.03e4f4p-7F, 0x1.90bf98p-7F, 0x1.f077cep-7F, 0x1.4e692cp-7F, 0x1.8b155p-7F}},
+      {"exp10",
+       {-0x1.c303eep-5F, -0x1.94685ap-4F, 0x1.5d4344p-3F, -0x1.a4c2fep+3F, 0x1.028914p-7F, 0x1.0548b2p-7F,
+        0x1.3152fcp-7F, 0x1.63b08p-7F, 0x1.54241ep-7F}},
       {"log",
-       {0x1.2f1fd6p+3F, 0x1.bacb4ap+25F, 0x1.b121a6p+76F, 0x1.6351d8p+95F, 0x1.d1309cp+62F, 0x1.827a74p-7F}},
-      {"log10", {0x1.9a99dp-107F, 0x1.fddcf4p-98F, 0x1.292424p-33F, 0x1.bfbc36p-1F, 0x1.0acfc8p+67F}},
+       {0x1.2f1fd6p+3F, 0x1.bacb4ap+25F, 0x1.b121a6p+76F, 0x1.6351d8p+95F, 0x1.d1309cp+62F, 0x1.827a74p-7F,
+        0x1.bd5c8ep-1F, 0x1.4cd816p+0F, 0x1.2793ecp-7F, 0x1.6eb94ap-7F, 0x1.63b08p-7F}},
+      {"log10",
+       {0x1.9a99dp-107F, 0x1.fddcf4p-98F, 0x1.292424p-33F, 0x1.bfbc36p-1F, 0x1.0acfc8p+67F, 0x1.d2b98p-7F,
+        0x1.305242p-1F, 0x1.2124fep-7F, 0x1.494912p-7F}},
       {"db, factor 20", {0x1.6da4dcp-74F}},
+      {"sin", {0x1.601ac4p-2F, 0x1.4fd68p-1F, 0x1.23beb6p+0F}},
+      {"cos", {0x1.43e0bap-7F, 0x1.0654b2p-6F, 0x1.2f6602p-6F}},
+      {"sinc", {0x1.f593cap-6F, 0x1.4a7becp-2F, 0x1.74a0d8p-1F, 0x1.0cb0cep+0F}},
       {"atan", {0x1.1ad646p-4F}},
       {"asin", {0x1.6fe272p-2F, 0x1.7136c8p-2F, 0x1.9b7b4p-2F, 0x1.e5af18p-2F, 0x1.107434p-1F}},
       {"acos", {0x1.110b46p-26F, 0x1.04c444p-12F}},
@@ -80,13 +89,15 @@ TEST(UnarySingle, ClosestArgumentsAreCorrectlyRounded) {
     const auto& all = unary_functions();
     const auto f = std::find_if(all.begin(), all.end(), [&](const auto& g) { return g.name == wanted_name; });
     ASSERT_NE(f, all.end());
-    signal<dspf_vec> v(x);
+    samples<dspf_vec> repeated;
+    for (const float a : x) repeated.insert(repeated.end(), 37, a);
+    signal<dspf_vec> v(repeated);
     ASSERT_EQ(f->in_single(&v), 0);
-    for (std::size_t i = 0; i < x.size(); ++i) {
-      const exact argument(static_cast<double>(x[i]));
+    for (std::size_t i = 0; i < repeated.size(); ++i) {
+      const exact argument(static_cast<double>(repeated[i]));
       exact wanted;
       f->definition(wanted.get(), argument.get(), MPFR_RNDN);
-      EXPECT_EQ(v.data[i], mpfr_get_flt(wanted.get(), MPFR_RNDN)) << "at " << x[i];
+      EXPECT_EQ(v.data[i], mpfr_get_flt(wanted.get(), MPFR_RNDN)) << "at " << repeated[i];
     }
   }
 }

@@ -272,11 +272,16 @@ TYPED_TEST(UnaryGuard, ExponentialOfTenStopsAtASampleBelowTheLimit) {
   constexpr T inf = edge<V>::inf;
   constexpr T nan = edge<V>::nan;
   constexpr T below = -10 * huge<V>;
+  samples<V> late(70, T(1));  // behind whole vectors
+  late[45] = below;
+  samples<V> ten_before = late;
+  std::fill_n(ten_before.begin(), 45, T(10));
   struct {
     bool pairs;
     samples<V> x, wanted;
   } const cases[] = {{false, {1, below, 2, nan}, {10, below, 2, nan}},
                      {false, {1, nan, 2, -inf, 1}, {10, nan, 100, -inf, 1}},
+                     {false, late, ten_before},
                      {true, {1, 0, below, 0, 2, 0}, {10, 0, -huge<V>, 0, 100, 0}}};
   for (const auto& c : cases) {
     signal<V> v(c.x, c.pairs);

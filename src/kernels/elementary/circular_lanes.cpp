@@ -2,6 +2,7 @@
 // Sine, cosine, tangent, sin(x)/x, and points from polar form.
 #include "kernels/elementary/functions.h"
 #include "kernels/elementary/sine.h"
+#include "kernels/elementary/sine_quick.h"
 #include "vectors/levels.h"
 
 namespace sigpak::SIGPAK_LEVEL {
@@ -43,15 +44,13 @@ SIGPAK_INLINE real tangent(real x) {
   return choose(x == all(0), x, q);  // zero keeps its sign
 }
 
-// Below 2^-27 the quotient rounds to 1.
+// Even, and 1 to the last digit below 2^-27.
 SIGPAK_INLINE real sine_quotient(real x) {
-  const angle a = reduce(x);
-  const sine_cosine y = both_parts(a);
-  const parts turned = choose(has_bit(a.quarter, 1), y.cosine, y.sine);
-  const parts above = fast_sum(turned.hi, turned.lo);
-  const mask small = absolute(x) < all(0x1p-27);
-  const real q = flip_sign(quotient(above, {choose(small, all(1), x), all(0)}), a.quarter << 62);
-  return choose(small, all(1), q);
+  const real size = at_least(absolute(x), 0x1p-27);
+  const angle a = reduce(size);
+  const sine_cosine both = both_parts(a);
+  const parts y = choose(has_bit(a.quarter, 1), both.cosine, both.sine);
+  return flip_sign(quotient(fast_sum(y.hi, y.lo), size), a.quarter << 62);
 }
 
 // With the sine's terms of double precision: with its own, 14 floats are on the wrong side of the middle of
@@ -76,16 +75,22 @@ using kernels::careful_sine_quotient;
 using kernels::careful_tangent;
 
 void sines(double* x, index n) { walk(x, n, circular<sine, careful_sine<double>>{}); }
-void sines(float* x, index n) { walk(x, n, circular_single<sine_single, careful_sine<float>>{}); }
+void sines(float* x, index n) {
+  walk_quickly(x, n, quick_circular<quick_sine_of, circular_single<sine_single, careful_sine<float>>>{});
+}
 void cosines(double* x, index n) { walk(x, n, circular<cosine, careful_cosine<double>>{}); }
-void cosines(float* x, index n) { walk(x, n, circular_single<cosine_single, careful_cosine<float>>{}); }
+void cosines(float* x, index n) {
+  walk_quickly(x, n,
+               quick_circular<quick_cosine_of, circular_single<cosine_single, careful_cosine<float>>>{});
+}
 void tangents(double* x, index n) { walk(x, n, circular<tangent, careful_tangent<double>>{}); }
 void tangents(float* x, index n) { walk(x, n, circular_single<tangent_single, careful_tangent<float>>{}); }
 void sine_quotients(double* x, index n) {
   walk(x, n, circular<sine_quotient, careful_sine_quotient<double>>{});
 }
 void sine_quotients(float* x, index n) {
-  walk(x, n, circular_single<sine_quotient_single, careful_sine_quotient<float>>{});
+  walk_quickly(x, n,
+               quick_sine_quotient<circular_single<sine_quotient_single, careful_sine_quotient<float>>>{});
 }
 
 // size * part, rounded once, with the sign of the product of the leading parts where it vanishes.

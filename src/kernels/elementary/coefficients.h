@@ -34,6 +34,10 @@ constexpr double cosine_single_terms[] = {
     -0x1.a0f3dd4ce1944p-41, 0x1.60f655251eda3p-33, -0x1.ae63baaa48569p-26, 0x1.71de3946090a8p-19,
     -0x1.a01a019e56806p-13, 0x1.111111110ff7cp-7,  -0x1.5555555555554p-3};
 
+// |x| <= pi/2: sin x = x (1 + z S(z)); 2^-42
+constexpr double sine_quick_terms[] = {0x1.54d28b72754d1p-33,  -0x1.ae1fca689b425p-26, 0x1.71dd89c48f7fbp-19,
+                                       -0x1.a01a000394555p-13, 0x1.1111110faf3a9p-7,   -0x1.55555555548f8p-3};
+
 // |x| <= pi/4; 2^-46
 constexpr double sine_quarter_single_terms[] = {-0x1.aa24b5f227855p-26, 0x1.71d9a1a010508p-19,
                                                 -0x1.a019fd8f563bep-13, 0x1.1111110fce70fp-7,
@@ -53,6 +57,20 @@ constexpr double exponential_single_terms[] = {0x1.6c44df93e563p-10, 0x1.1115336
                                                0x1.5555547290928p-5, 0x1.5555554b11e92p-3,
                                                0x1.0000000001cc4p-1};
 
+// |x| <= ln 2 / (2 entries): e^x = 1 + x E(x) for a table of one entry and of 128; 2^-39 and 2^-40
+template <int entries> constexpr double exponential_quick_terms[1] = {};
+template <>
+constexpr double exponential_quick_terms<1>[] = {
+    0x1.a019ecd9a0d66p-16, 0x1.a17e022568135p-13, 0x1.6c175baf95f8bp-10, 0x1.1110a62cb029fp-7,
+    0x1.555554f274adap-5,  0x1.5555557e5a19fp-3,  0x1.000000001ab67p-1,  0x1.fffffffff6304p-1};
+template <>
+constexpr double exponential_quick_terms<128>[] = {0x1.55555555d4d62p-3, 0x1.000007b3c7ee3p-1,
+                                                   0x1.00000000002f7p+0};
+
+// 0 <= x <= 1 / 16: 2^x; 2^-38.6
+constexpr double power_quick_terms[] = {0x1.420fd331a6e04p-7, 0x1.c69862de1cca6p-5, 0x1.ebfc027186651p-3,
+                                        0x1.62e42fde76b5p-1, 0x1.0000000002bb1p+0};
+
 // ln(1 + f) = 2 s + s z L(z), s = f / (2 + f), z = s^2, 1 + f in [sqrt(1/2), sqrt 2]; 2^-58
 constexpr double logarithm_terms[] = {0x1.2b5abd7efaac3p-3, 0x1.39fe311fa9809p-3, 0x1.7462b5e9116a8p-3,
                                       0x1.c71c62e251b08p-3, 0x1.2492492df1d4cp-2, 0x1.999999999530cp-2,
@@ -62,6 +80,15 @@ constexpr double logarithm_terms[] = {0x1.2b5abd7efaac3p-3, 0x1.39fe311fa9809p-3
 constexpr double logarithm_single_terms[] = {0x1.57717cbf5f9dbp-3, 0x1.734feb63ac1ebp-3,
                                              0x1.c720db4d79b01p-3, 0x1.2492457b7850ap-2,
                                              0x1.9999999a564b6p-2, 0x1.5555555555112p-1};
+
+// the same; 2^-35.8
+constexpr double logarithm_quick_terms[] = {0x1.ddd3b239f3763p-3, 0x1.245c29b3c75f6p-2, 0x1.9999eba2786c3p-2,
+                                            0x1.5555554ba41f4p-1};
+
+// -1/32 <= r <= 1/16: ln(1 + r) = r + r^2 L(r); 2^-39
+constexpr double logarithm_short_terms[] = {0x1.0e675365cd22ap-3, -0x1.55474fe9dceafp-3,
+                                            0x1.99a18716c0ae3p-3, -0x1.00000905b35a2p-2,
+                                            0x1.55555504f6f95p-2, -0x1.ffffffffb5586p-2};
 
 // |t| <= 1/2: atan t = t + t z A(z), z = t^2; 2^-55
 constexpr double arctangent_terms[] = {0x1.6e0c62b0be865p-7,  -0x1.dac75191c1949p-6, 0x1.5f07b93c5aa46p-5,

@@ -3,6 +3,7 @@
 #include "core/guard.h"
 #include "kernels/elementary/functions.h"
 #include "kernels/elementary/power.h"
+#include "kernels/elementary/power_quick.h"
 #include "kernels/elementary/sine.h"
 #include "vectors/levels.h"
 
@@ -41,7 +42,9 @@ using kernels::precise_sinh;
 using kernels::precise_tanh;
 
 void exponentials(double* x, index n) { walk(x, n, everywhere<guarded_exp<double>>{}); }
-void exponentials(float* x, index n) { walk(x, n, everywhere_single<guarded_exp<float>, precise_exp>{}); }
+void exponentials(float* x, index n) {
+  walk_quickly(x, n, quick_power<natural_base, everywhere_single<guarded_exp<float>, precise_exp>>{});
+}
 
 // A sample below -H stops the pass: it and everything after it stay as they are.
 template <class T, class F> struct stopped : F {
@@ -49,7 +52,7 @@ template <class T, class F> struct stopped : F {
   SIGPAK_INLINE real careful(real x) const { return (*this)(x); }
 };
 
-template <class T, class F> SIGPAK_INLINE void walk_to_stop(T* x, index n, F f) {
+template <class T, class F> SIGPAK_INLINE bool walk_to_stop(T* x, index n, F f) {
   index i = 0;
   for (index count = lane_count; count == lane_count; i += count) {
     i = walk_vectors(x, i, n, f);
@@ -57,13 +60,17 @@ template <class T, class F> SIGPAK_INLINE void walk_to_stop(T* x, index n, F f) 
     while (i + count < n && count < lane_count && !(x[i + count] < -guard<T>::huge)) ++count;
     if (count > 0) walk_some(x + i, count, f);
   }
+  return i == n;
 }
 
 void exponentials10(double* x, index n) {
   walk_to_stop(x, n, stopped<double, everywhere<guarded_exp10<double>>>{});
 }
 void exponentials10(float* x, index n) {
-  walk_to_stop(x, n, stopped<float, everywhere_single<guarded_exp10<float>, precise_exp10>>{});
+  const auto f =
+      quick_power<decimal_base, stopped<float, everywhere_single<guarded_exp10<float>, precise_exp10>>>{};
+  walk_quickly(x, n, f,
+               [=](index from, index to) SIGPAK_LAMBDA { return walk_to_stop(x + from, to - from, f); });
 }
 
 // Keeps the product with the sine of a subnormal angle normal.
@@ -155,10 +162,7 @@ struct exponential_pair {
 
 SIGPAK_INLINE exponential_pair half_exponentials(real a) {
   const eighths x = reduce_power(a);
-  parts up = power_parts(x);
-  parts down = power_parts({all(2 * to_integer) - x.shifted, -x.r});
-  const real half = all(0.5);
-  return {{up.hi * half, up.lo * half}, {down.hi * half, down.lo * half}};
+  return {power_parts<-1>(x), power_parts<-1>({all(2 * to_integer) - x.shifted, -x.r})};
 }
 
 // Up to 1/2 a polynomial: the difference of the exponentials would lose digits.

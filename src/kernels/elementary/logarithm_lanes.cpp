@@ -4,6 +4,7 @@
 #include "kernels/elementary/arctangent.h"
 #include "kernels/elementary/functions.h"
 #include "kernels/elementary/logarithm.h"
+#include "kernels/elementary/logarithm_quick.h"
 #include "kernels/elementary/walk.h"
 #include "vectors/levels.h"
 
@@ -61,11 +62,19 @@ template <class T> struct scaled_logarithm_of {
 };
 
 template <class T> void logarithms(T* x, index n, kernels::logarithm_constants c) {
-  walk(x, n, logarithm_of<T>{c});
+  if constexpr (is_single<T>) {
+    walk_quickly(x, n, quick_logarithm<logarithm_of<T>>{{c}});
+  } else {
+    walk(x, n, logarithm_of<T>{c});
+  }
 }
 
 template <class T> void scaled_logarithms(T* x, index n, kernels::logarithm_constants c) {
-  walk(x, n, scaled_logarithm_of<T>{c});
+  if constexpr (is_single<T>) {
+    walk_quickly(x, n, quick_scaled_logarithm<scaled_logarithm_of<T>>{{c}});
+  } else {
+    walk(x, n, scaled_logarithm_of<T>{c});
+  }
 }
 
 // The points whose squared magnitude is near T or below, or with a part beyond H, are left to a function of

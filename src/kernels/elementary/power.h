@@ -117,10 +117,10 @@ SIGPAK_INLINE real power_single(eighths x) {
   return fma(root, expm1_near_zero_single(x.r), root);
 }
 
-// e^x in two parts, for |x| <= 700: the first may be 2^5 of the second only.
-SIGPAK_INLINE parts power_parts(eighths x) {
+// 2^lift e^x in two parts, for |x| <= 700: the first may be 2^5 of the second only.
+template <int lift = 0> SIGPAK_INLINE parts power_parts(eighths x) {
   const parts m = mantissa(x);
-  const real exponent = power_of_two_eighths(x.shifted);
+  const real exponent = power_of_two_eighths<lift>(x.shifted);
   return {m.hi * exponent, m.lo * exponent};
 }
 

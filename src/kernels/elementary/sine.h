@@ -25,14 +25,15 @@ struct angle {
 };
 
 // pi / 2 in pieces of 33 bits, the last one full: where products are not fused, those of the first three with
-// multiples up to 2^20 are exact.
+// multiples up to 2^20 are exact. What each difference starts from is a multiple of the last place of the
+// product, so that a fast sum keeps all of it.
 constexpr double half_pi_pieces[] = {0x1.921fb544p+0, 0x1.0b4611a6p-34, 0x1.3198a2ep-69,
                                      0x1.b839a252049c1p-104};
 
 SIGPAK_INLINE parts take_quarters(real x, real n) {
   const real first = x - n * all(half_pi_pieces[0]);
-  const parts second = exact_sum(first, -(n * all(half_pi_pieces[1])));
-  const parts third = exact_sum(second.hi, -(n * all(half_pi_pieces[2])));
+  const parts second = fast_sum(first, -(n * all(half_pi_pieces[1])));
+  const parts third = fast_sum(second.hi, -(n * all(half_pi_pieces[2])));
   const real step = (n * all(half_pi_pieces[3]) - second.lo) - third.lo;
   const real hi = third.hi - step;  // with the sign of a zero
   return {hi, (third.hi - hi) - step};
