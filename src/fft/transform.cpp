@@ -132,7 +132,7 @@ status transform_real(const fft_kernels<T>& level, T* x, index points, bool inve
 // A power of two, at least 4.
 template <class T>
 status transform_packed(const fft_kernels<T>& level, T* x, index points, bool inverse) noexcept {
-  if (points >= index{1} << kernels::small_real_sizes) return transform_real(level, x, points, inverse);
+  if (points >= kernels::least_planned) return transform_real(level, x, points, inverse);
   level.small_real[address_bits(points)].run[inverse](x);
   return ok;
 }
@@ -241,7 +241,7 @@ template <class T> algorithm algorithm_for(index points) noexcept {
   const bool power = is_power_of_two(points);
   const auto* const level = at_level<fft_kernels<T>>();
   if (level == nullptr) return power ? algorithm::split_radix : algorithm::bluestein;
-  if (power) return points < index{1} << kernels::small_sizes ? algorithm::small : algorithm::lanes;
+  if (power) return points < kernels::least_planned ? algorithm::small : algorithm::lanes;
   if (suits_mixed(*level, points)) return algorithm::mixed;
   return points % 2 != 0 && points <= kernels::most_direct_points<T> ? algorithm::direct : algorithm::chirp;
 }

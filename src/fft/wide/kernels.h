@@ -10,8 +10,8 @@
 
 namespace sigpak::kernels {
 
-inline constexpr int small_sizes = 7;  // log2 N below this may have a transform without a plan
-inline constexpr int small_real_sizes = 6;
+inline constexpr int small_sizes = 7;  // log2 N below this needs no plan
+inline constexpr std::int64_t least_planned = std::int64_t{1} << small_sizes;
 
 template <class T> struct small_fft {
   void (*run[2])(T* x);  // forward, inverse; null where there is none
@@ -20,7 +20,7 @@ template <class T> struct small_fft {
 template <class T> struct fft_kernels {
   int widest_lanes;
   small_fft<T> small[small_sizes];  // by log2 N
-  small_fft<T> small_real[small_real_sizes];
+  small_fft<T> small_real[small_sizes];
   void (*run)(const lane_plan<T>& plan, T* x, T* scratch, bool inverse);
   void (*run_real)(const real_plan<T>& plan, T* x, T* scratch, bool inverse);
   // The sweep after the forward transform of half the length, and before the inverse one.
