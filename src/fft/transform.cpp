@@ -72,11 +72,12 @@ template <class T> const kernels::lane_plan<T>* lane_plan_of(index points, int w
 // Calls body(scratch), with null where the plan needs none for these data.
 template <class T, class Body>
 status with_scratch_of(const kernels::lane_plan<T>& plan, T* x, const Body& body) noexcept {
-  if (kernels::course_of(plan, x) == kernels::course::in_place) {
+  const index vectors = kernels::scratch_vectors(plan, kernels::course_of(plan, x));
+  if (vectors == 0) {
     body(nullptr);
     return ok;
   }
-  return with_scratch(workshops<T>, 2 * plan.lanes * plan.stride * plan.radix[0], x, [&body](T* scratch) {
+  return with_scratch(workshops<T>, 2 * plan.lanes * vectors, x, [&body](T* scratch) {
     body(scratch);
     return ok;
   });

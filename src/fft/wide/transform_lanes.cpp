@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The table of transforms of one level.
+#include "fft/wide/by_blocks.h"
 #include "fft/wide/columns.h"
 #include "fft/wide/half.h"
 #include "fft/wide/kernels.h"
@@ -20,6 +21,7 @@ template <class P, bool inverse>
 void run(const lane_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
   const course chosen = course_of(plan, x);
   if (chosen == course::in_place) return run_in_place<P, inverse>(plan, x);
+  if (chosen == course::by_blocks) return run_by_blocks<P, inverse>(plan, x, s);
   transform_lanes<P, inverse>(plan, x, s);
   chosen == course::collected ? collecting_last_pass<P, inverse>(plan, s, x)
                               : last_pass<P, inverse>(plan, s, x);
