@@ -211,6 +211,12 @@ template <class T> status transform_directly(T* x, index points, bool inverse) n
   return ok;
 }
 
+// Null where the length is none of those.
+template <class T> kernels::small_fft<T> short_transform(index points) noexcept {
+  if (points > kernels::most_short) return {};
+  return at_level<kernels::chirp_kernels<T>>()->in_registers.by_length[points];
+}
+
 template <class T> void transform_pair(T* x, bool inverse) noexcept {
   const T scale = inverse ? T(1) : T(0.5);
   for (index part = 0; part < 2; ++part) {
@@ -240,6 +246,7 @@ template <class T> algorithm algorithm_for(index points) noexcept {
   const auto* const level = at_level<fft_kernels<T>>();
   if (level == nullptr) return power ? algorithm::split_radix : algorithm::bluestein;
   if (power) return is_small(points) ? algorithm::small : algorithm::lanes;
+  if (short_transform<T>(points).run[0] != nullptr) return algorithm::coprime;
   if (suits_mixed(*level, points)) return algorithm::mixed;
   return points % 2 != 0 && points <= kernels::most_direct_points<T> ? algorithm::direct : algorithm::chirp;
 }
@@ -259,6 +266,9 @@ template <class T> [[gnu::noinline]] status transform_longer(T* data, index poin
       return ok;
     case algorithm::small:
       level->small[address_bits(points)].run[inverse](data);
+      return ok;
+    case algorithm::coprime:
+      short_transform<T>(points).run[inverse](data);
       return ok;
     case algorithm::lanes:
       return transform_lanes(*level, data, points, inverse);

@@ -28,6 +28,10 @@ template <class T> struct fft_kernels {
   void (*run_mixed)(const mixed_plan<T>& plan, T* x, T* scratch, bool inverse);
 };
 
+// Of lengths that are no powers of two; null where there is none.
+inline constexpr int most_short = 80;
+template <class T> struct short_ffts { small_fft<T> by_length[most_short + 1]; };
+
 template <class T> struct chirp_kernels {
   int widest_lanes;
   int narrowest_lanes;
@@ -37,6 +41,7 @@ template <class T> struct chirp_kernels {
   void (*spectrum)(const chirp_plan<T>& plan, T* scratch, T* out);
   // The table holds, by vectors of k from 1 on and then by j, the cosines and sines of 2 pi j k / N.
   void (*run_direct)(const T* table, std::int64_t points, T* x, bool inverse);
+  short_ffts<T> in_registers;
 };
 
 }  // namespace sigpak::kernels
