@@ -36,6 +36,8 @@ std::string name_of(const kernels::lane_choice& choice) {
       return name;
     case kernels::course::collected:
       return name + " collected";
+    case kernels::course::by_blocks:
+      return name + " by blocks";
     case kernels::course::in_place:
       return name + " in place";
   }

@@ -57,6 +57,11 @@ int lanes_for(index points, int widest) noexcept {
   return lanes;
 }
 
+// Powers of two that stay in registers.
+bool is_small(index points) noexcept {
+  return points >= least_packed && points < kernels::least_planned && is_power_of_two(points);
+}
+
 template <class T> const kernels::lane_plan<T>* lane_plan_of(index points, int widest) noexcept {
   const int lanes = lanes_for(points, widest);
   if (const auto* const plan = kernels::find_lane_plan<T>(points, lanes); plan != nullptr) return plan;
@@ -67,11 +72,12 @@ template <class T> const kernels::lane_plan<T>* lane_plan_of(index points, int w
 // Calls body(scratch), with null where the plan needs none for these data.
 template <class T, class Body>
 status with_scratch_of(const kernels::lane_plan<T>& plan, T* x, const Body& body) noexcept {
-  if (kernels::course_of(plan, x) == kernels::course::in_place) {
+  const index vectors = kernels::scratch_vectors(plan, kernels::course_of(plan, x));
+  if (vectors == 0) {
     body(nullptr);
     return ok;
   }
-  return with_scratch(workshops<T>, 2 * plan.lanes * plan.stride * plan.radix[0], x, [&body](T* scratch) {
+  return with_scratch(workshops<T>, 2 * plan.lanes * vectors, x, [&body](T* scratch) {
     body(scratch);
     return ok;
   });
@@ -127,14 +133,6 @@ status transform_real(const fft_kernels<T>& level, T* x, index points, bool inve
   }
   if (half != nullptr) return transform_by_half(level, *half, x, inverse);
   return plan != nullptr ? transform_real_lanes(level, *plan, x, inverse) : failed;
-}
-
-// A power of two, at least 4.
-template <class T>
-status transform_packed(const fft_kernels<T>& level, T* x, index points, bool inverse) noexcept {
-  if (points >= index{1} << kernels::small_real_sizes) return transform_real(level, x, points, inverse);
-  level.small_real[address_bits(points)].run[inverse](x);
-  return ok;
 }
 
 template <class T> bool suits_mixed(const fft_kernels<T>& level, index points) noexcept {
@@ -213,6 +211,12 @@ template <class T> status transform_directly(T* x, index points, bool inverse) n
   return ok;
 }
 
+// Null where the length is none of those.
+template <class T> kernels::small_fft<T> short_transform(index points) noexcept {
+  if (points > kernels::most_short) return {};
+  return at_level<kernels::chirp_kernels<T>>()->in_registers.by_length[points];
+}
+
 template <class T> void transform_pair(T* x, bool inverse) noexcept {
   const T scale = inverse ? T(1) : T(0.5);
   for (index part = 0; part < 2; ++part) {
@@ -241,16 +245,20 @@ template <class T> algorithm algorithm_for(index points) noexcept {
   const bool power = is_power_of_two(points);
   const auto* const level = at_level<fft_kernels<T>>();
   if (level == nullptr) return power ? algorithm::split_radix : algorithm::bluestein;
-  if (power) return points < index{1} << kernels::small_sizes ? algorithm::small : algorithm::lanes;
+  if (power) return is_small(points) ? algorithm::small : algorithm::lanes;
+  if (short_transform<T>(points).run[0] != nullptr) return algorithm::coprime;
   if (suits_mixed(*level, points)) return algorithm::mixed;
   return points % 2 != 0 && points <= kernels::most_direct_points<T> ? algorithm::direct : algorithm::chirp;
 }
 
 namespace {
 
-template <class T> status transform_by(algorithm chosen, T* data, index points, bool inverse) noexcept {
+// Long lengths of both kinds are looked up in one list, without finding out first which kind it is.
+template <class T> [[gnu::noinline]] status transform_longer(T* data, index points, bool inverse) noexcept {
   const auto* const level = at_level<fft_kernels<T>>();
-  switch (chosen) {
+  const bool listed = points > kernels::most_short_mixed && !is_power_of_two(points);
+  if (level != nullptr && listed) return transform_any(*level, data, points, inverse);
+  switch (algorithm_for<T>(points)) {
     case algorithm::identity:
       return ok;
     case algorithm::pair:
@@ -258,6 +266,9 @@ template <class T> status transform_by(algorithm chosen, T* data, index points, 
       return ok;
     case algorithm::small:
       level->small[address_bits(points)].run[inverse](data);
+      return ok;
+    case algorithm::coprime:
+      short_transform<T>(points).run[inverse](data);
       return ok;
     case algorithm::lanes:
       return transform_lanes(*level, data, points, inverse);
@@ -277,12 +288,12 @@ template <class T> status transform_by(algorithm chosen, T* data, index points, 
 
 }  // namespace
 
-// Long lengths of both kinds are looked up in one list, without finding out first which kind it is.
+// A short power of two is met first, as it takes no longer than finding out what it is.
 template <class T> status transform(T* data, index points, bool inverse) noexcept {
   const auto* const level = at_level<fft_kernels<T>>();
-  const bool listed = points > kernels::most_short_mixed && !is_power_of_two(points);
-  if (level != nullptr && listed) return transform_any(*level, data, points, inverse);
-  return transform_by(algorithm_for<T>(points), data, points, inverse);
+  if (level == nullptr || !is_small(points)) return transform_longer(data, points, inverse);
+  level->small[address_bits(points)].run[inverse](data);
+  return ok;
 }
 
 template <class T> status transform_reals(T* data, index points, bool inverse) noexcept {
@@ -297,13 +308,15 @@ template <class T> status transform_reals(T* data, index points, bool inverse) n
 
 index half_spectrum_room(index points) noexcept { return has_packed(points) ? points + 2 : 2 * points; }
 
-template <class T> status forward_real(T* data, index points) noexcept {
+namespace {
+
+template <class T> [[gnu::noinline]] status forward_longer(T* data, index points) noexcept {
   if (!has_packed(points)) return transform_reals(data, points, false);
   const auto* const level = at_level<fft_kernels<T>>();
-  return level != nullptr ? transform_packed(*level, data, points, false) : forward_packed(data, points);
+  return level != nullptr ? transform_real(*level, data, points, false) : forward_packed(data, points);
 }
 
-template <class T> status inverse_real(T* data, index points) noexcept {
+template <class T> [[gnu::noinline]] status inverse_longer(T* data, index points) noexcept {
   if (!has_packed(points)) {
     mirror(data, points);
     if (transform(data, points, true) != ok) return failed;
@@ -311,7 +324,25 @@ template <class T> status inverse_real(T* data, index points) noexcept {
     return ok;
   }
   const auto* const level = at_level<fft_kernels<T>>();
-  return level != nullptr ? transform_packed(*level, data, points, true) : inverse_packed(data, points);
+  return level != nullptr ? transform_real(*level, data, points, true) : inverse_packed(data, points);
+}
+
+// Whether the data were short enough to stay in registers.
+template <class T> bool transform_small_real(T* data, index points, bool inverse) noexcept {
+  const auto* const level = at_level<fft_kernels<T>>();
+  if (level == nullptr || !is_small(points)) return false;
+  level->small_real[address_bits(points)].run[inverse](data);
+  return true;
+}
+
+}  // namespace
+
+template <class T> status forward_real(T* data, index points) noexcept {
+  return transform_small_real(data, points, false) ? ok : forward_longer(data, points);
+}
+
+template <class T> status inverse_real(T* data, index points) noexcept {
+  return transform_small_real(data, points, true) ? ok : inverse_longer(data, points);
 }
 
 template algorithm algorithm_for<double>(index) noexcept;

@@ -26,6 +26,7 @@ enum class algorithm {
   identity,     // of at most one point
   pair,         // of two, scaled before the sum, which then cannot overflow
   small,        // in registers, without tables: short powers of two
+  coprime,      // the same of short lengths that are odd or products of coprime factors
   lanes,        // side by side in the lanes: powers of two
   mixed,        // by columns and rows: small prime factors
   direct,       // by the definition: short odd lengths

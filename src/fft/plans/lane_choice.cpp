@@ -36,6 +36,7 @@ class lane_costs {
   course_cost best(const radix_list& list, bool at_line) const noexcept {
     const double inner = passes_.passes(list, vectors_);
     const double by_scratch = inner + 2 * passes_.passage(vectors_);
+    const double splits = at_line ? 0 : split_pass_cost * passes_.width() * (list.passes + 1);
     course_cost best = {course::direct, by_scratch + (at_line ? 0 : split_output())};
     const auto consider = [&best](course way, double cost) {
       if (cost < best.cost) best = {way, cost};
@@ -43,15 +44,28 @@ class lane_costs {
     if (vectors_ > passes_.resident() && vectors_ >= least_collected) {
       consider(course::collected, by_scratch + collecting_cost);
     }
-    if (pairs_columns(list, lanes_)) {
-      const double splits = at_line ? 0 : split_pass_cost * passes_.width() * (list.passes + 1);
-      consider(course::in_place, inner + exchange(list) + splits);
-    }
+    if (has_blocks(list)) consider(course::by_blocks, inner + ordering() + splits);
+    if (pairs_columns(list, lanes_)) consider(course::in_place, inner + exchange(list) + splits);
     return best;
   }
 
  private:
   bool is_crowded() const noexcept { return lanes_ > passes_.caches().first_ways; }
+
+  index block() const noexcept { return vectors_ / lanes_; }
+
+  // Columns stand in order where the first pass has as many outputs as they have vectors. The first cache
+  // holds a block and its scratch memory.
+  bool has_blocks(const radix_list& list) const noexcept {
+    return list.passes > 1 && list.radix[0] == lanes_ && 2 * block() <= passes_.resident();
+  }
+
+  // The first pass and the last transform in place, and blocks by way of scratch memory.
+  double ordering() const noexcept {
+    double cost = 2 * passes_.sweep(vectors_) + passes_.passage(block());
+    if (is_crowded() && passes_.in_one_set(block())) cost += crowding_cost;
+    return cost;
+  }
 
   double split_output() const noexcept {
     return passes_.width() * (is_crowded() ? crowded_output_cost : split_output_cost);

@@ -32,6 +32,11 @@ template <class T> index last_step(const lane_plan<T>& plan) noexcept {
   return plan.is_stepped ? plan.radix[plan.passes - 1] : 1;
 }
 
+// Of the last pass, in one block of the first.
+template <class T> index butterflies_of_block(const lane_plan<T>& plan) noexcept {
+  return plan.block[1] / plan.radix[plan.passes - 1];
+}
+
 template <class T> void carve(lane_plan<T>& plan, carver& memory) noexcept {
   carve_passes(plan, memory);
   const index step = last_step(plan);
@@ -39,6 +44,7 @@ template <class T> void carve(lane_plan<T>& plan, carver& memory) noexcept {
   plan.steps = step > 1 ? memory.take<T>(2 * plan.lanes * (step - 1)) : nullptr;
   plan.start = memory.take<std::uint32_t>(2 * plan.vectors / plan.lanes);
   plan.mirror = plan.middle > 0 ? memory.take<std::uint32_t>(plan.middle) : nullptr;
+  plan.order = plan.passes > 1 ? memory.take<std::uint32_t>(butterflies_of_block(plan)) : nullptr;
 }
 
 // The places of the middle digits of a column.
@@ -53,6 +59,12 @@ template <class T> void fill_mirror(const lane_plan<T>& plan) noexcept {
   }
 }
 
+template <class T> void fill_order(const lane_plan<T>& plan) noexcept {
+  for (index i = 0; i < butterflies_of_block(plan); ++i) {
+    plan.order[i] = static_cast<std::uint32_t>(output(plan, i * plan.radix[plan.passes - 1]) / plan.radix[0]);
+  }
+}
+
 template <class T> void fill(lane_plan<T>& plan) noexcept {
   const roots w(plan.points);
   fill_passes(plan, plan.points, w);
@@ -60,6 +72,7 @@ template <class T> void fill(lane_plan<T>& plan) noexcept {
   if (plan.steps != nullptr) fill_steps(plan.steps, plan, w);
   fill_places(plan, plan.lanes / 2);
   fill_mirror(plan);
+  if (plan.order != nullptr) fill_order(plan);
 }
 
 template <class T> lane_plan<T> lay_out(index points, int lanes, const lane_choice& choice) noexcept {

@@ -15,6 +15,7 @@ namespace sigpak::kernels {
 enum class course {
   direct,     // in scratch memory, from there as the output comes
   collected,  // in scratch memory, from there by runs that the first cache collects
+  by_blocks,  // in the data, one block of the first pass at a time by way of scratch memory
   in_place    // in the data, where columns change places
 };
 
@@ -43,11 +44,20 @@ template <class T> struct lane_plan : pass_plan<T> {
   std::int64_t square;  // A
   std::int64_t middle;  // B; 0 where they do not
   std::uint32_t* mirror;
+  // Within a block of the first pass, by number of a butterfly of the last one, its first output; null of a
+  // single pass.
+  std::uint32_t* order;
 };
 
 template <class T>
 [[gnu::always_inline]] inline course course_of(const lane_plan<T>& plan, const T* x) noexcept {
   return machine::begins_line(x) ? plan.at_line : plan.elsewhere;
+}
+
+// Vectors of scratch memory for a course.
+template <class T> std::int64_t scratch_vectors(const lane_plan<T>& plan, course way) noexcept {
+  if (way == course::in_place) return 0;
+  return way == course::by_blocks ? plan.block[1] : plan.stride * plan.radix[0];
 }
 
 // What suits N = points, both powers of two, and the caches of the machine: with these radices, and with the

@@ -39,9 +39,10 @@ class pass_costs {
     return width() * (near * missing(vectors, caches_.first) + far * missing(vectors, caches_.second));
   }
 
-  // Of a pass from as many in one place to another, where a store fetches what it replaces.
+  // Of a pass from as many in one place to another, where a store fetches what it replaces; the twiddles of
+  // the transform over the lanes are as many again.
   double passage(index vectors) const noexcept {
-    return width() * (1.5 * near * missing(2 * vectors, caches_.first) +
+    return width() * (1.5 * near * missing(3 * vectors, caches_.first) +
                       2 * far * missing(2 * vectors, caches_.second));
   }
 
@@ -66,8 +67,9 @@ class pass_costs {
 
   // Whether so many streams to read and to write, this many vectors apart, meet in one set of it.
   bool is_crowded(int streams, index vectors) const noexcept {
-    return 2 * streams > caches_.first_ways && vectors * bytes_ % machine::way_bytes == 0;
+    return 2 * streams > caches_.first_ways && in_one_set(vectors);
   }
+  bool in_one_set(index vectors) const noexcept { return vectors * bytes_ % machine::way_bytes == 0; }
 
   // Vectors of so many bytes, relative to the widest.
   double width() const noexcept { return static_cast<double>(bytes_) / static_cast<double>(wide_bytes); }

@@ -9,18 +9,17 @@
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
-template <class P> SIGPAK_INLINE void transform(cplx<P> (&)[1]) {}
-
-template <int A, int B, class P> SIGPAK_INLINE void coprime_transform(cplx<P> (&x)[A * B]) {
-  cplx<P> y[B][A];
+template <int A, int B, class E, class S = unit>
+SIGPAK_INLINE void coprime_transform(E (&x)[A * B], S factor = {}) {
+  E y[B][A];
   unroll<B>([&](auto n2) SIGPAK_LAMBDA {
     unroll<A>([&](auto n1) SIGPAK_LAMBDA { y[n2][n1] = x[(B * n1 + A * n2) % (A * B)]; });
     transform(y[n2]);
   });
   unroll<A>([&](auto k1) SIGPAK_LAMBDA {
-    cplx<P> column[B];
+    E column[B];
     unroll<B>([&](auto n2) SIGPAK_LAMBDA { column[n2] = y[n2][k1]; });
-    transform(column);
+    transform(column, factor);
     // The k below A B with these remainders.
     unroll<A * B>([&](auto k) SIGPAK_LAMBDA {
       if constexpr (k % A == k1) x[k] = column[k % B];
@@ -28,9 +27,15 @@ template <int A, int B, class P> SIGPAK_INLINE void coprime_transform(cplx<P> (&
   });
 }
 
-template <class P> SIGPAK_INLINE void transform(cplx<P> (&x)[6]) { coprime_transform<2, 3>(x); }
-template <class P> SIGPAK_INLINE void transform(cplx<P> (&x)[10]) { coprime_transform<2, 5>(x); }
-template <class P> SIGPAK_INLINE void transform(cplx<P> (&x)[12]) { coprime_transform<4, 3>(x); }
+template <class E, class S = unit> SIGPAK_INLINE void transform(E (&x)[6], S factor = {}) {
+  coprime_transform<2, 3>(x, factor);
+}
+template <class E, class S = unit> SIGPAK_INLINE void transform(E (&x)[10], S factor = {}) {
+  coprime_transform<2, 5>(x, factor);
+}
+template <class E, class S = unit> SIGPAK_INLINE void transform(E (&x)[12], S factor = {}) {
+  coprime_transform<4, 3>(x, factor);
+}
 
 }  // namespace
 }  // namespace sigpak::SIGPAK_LEVEL

@@ -67,20 +67,26 @@ void first_pass(const pass_plan<typename P::scalar>& plan, const Source& source,
   }
 }
 
+// One block, in place or to another.
+template <class P, int R>
+SIGPAK_INLINE void block_pass(const typename P::scalar* from, typename P::scalar* to, index block,
+                              const typename P::scalar* w) {
+  const index count = block / R;
+  for (index i = 0; i < count; ++i, w += 2 * (R - 1)) {
+    cplx<P> a[R];
+    unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = load_pair<P>(from, i + j * count); });
+    transform(a);
+    store_pair(to, i, a[0]);
+    unroll<R - 1>([&](auto k)
+                      SIGPAK_LAMBDA { store_pair(to, i + (k + 1) * count, turned(a[k + 1], w + 2 * k)); });
+  }
+}
+
 // Blocks of `block` vectors, each in place.
 template <class P, int R>
 void middle_pass(typename P::scalar* s, index length, index block, const typename P::scalar* twiddles) {
-  const index count = block / R;
   for (const auto* const end = s + 2 * P::width * length; s != end; s += 2 * P::width * block) {
-    const auto* w = twiddles;
-    for (index i = 0; i < count; ++i, w += 2 * (R - 1)) {
-      cplx<P> a[R];
-      unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = load_pair<P>(s, i + j * count); });
-      transform(a);
-      store_pair(s, i, a[0]);
-      unroll<R - 1>([&](auto k)
-                        SIGPAK_LAMBDA { store_pair(s, i + (k + 1) * count, turned(a[k + 1], w + 2 * k)); });
-    }
+    block_pass<P, R>(s, s, block, twiddles);
   }
 }
 
@@ -101,20 +107,27 @@ template <class P> SIGPAK_INLINE cplx<P> joined(cplx<P> a, cplx<P> b) {
 
 // The same for complex data: with the twiddles of the transform over the lanes, and interleaved. Where the
 // twiddles of all outputs would be a stream as wide as the data they are joined from those of the first
-// output of the butterfly and the steps from it, at the price of a rounding.
+// output of the butterfly and the steps from it, at the price of a rounding. One butterfly, whose outputs go
+// to every `step`-th vector.
+template <class P, int R, bool inverse, bool stepped>
+SIGPAK_INLINE void turn_leaf(const typename P::scalar* s, const typename P::scalar* w,
+                             const typename P::scalar* steps, typename P::scalar* to, index step) {
+  cplx<P> a[R];
+  unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = load_pair<P>(s, j); });
+  transform(a);
+  const cplx<P> first = load_pair<P>(w, 0);
+  unroll<R>([&](auto k) SIGPAK_LAMBDA {
+    cplx<P> t = first;
+    if constexpr (k > 0) t = stepped ? joined(first, load_pair<P>(steps, k - 1)) : load_pair<P>(w, k);
+    store_points<P, inverse>(to + 2 * P::width * step * k, turned(a[k], t.re, t.im));
+  });
+}
+
 template <class P, int R, bool inverse, bool stepped>
 void turning_leaf_pass(typename P::scalar* s, index length, const typename P::scalar* w,
                        const typename P::scalar* steps) {
-  for (index i = 0; i < length; i += R, w += 2 * P::width * (stepped ? 1 : R)) {
-    cplx<P> a[R];
-    unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = load_pair<P>(s, i + j); });
-    transform(a);
-    const cplx<P> first = load_pair<P>(w, 0);
-    unroll<R>([&](auto k) SIGPAK_LAMBDA {
-      cplx<P> t = first;
-      if constexpr (k > 0) t = stepped ? joined(first, load_pair<P>(steps, k - 1)) : load_pair<P>(w, k);
-      store_points<P, inverse>(s + 2 * P::width * (i + k), turned(a[k], t.re, t.im));
-    });
+  for (index i = 0; i < length; i += R, s += 2 * P::width * R, w += 2 * P::width * (stepped ? 1 : R)) {
+    turn_leaf<P, R, inverse, stepped>(s, w, steps, s, 1);
   }
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The table of transforms of one level.
+#include "fft/wide/by_blocks.h"
 #include "fft/wide/columns.h"
 #include "fft/wide/half.h"
 #include "fft/wide/kernels.h"
@@ -8,6 +9,7 @@
 #include "fft/wide/passes.h"
 #include "fft/wide/real.h"
 #include "fft/wide/small.h"
+#include "fft/wide/small_real.h"
 #include "vectors/levels.h"
 
 namespace sigpak::SIGPAK_LEVEL {
@@ -19,6 +21,7 @@ template <class P, bool inverse>
 void run(const lane_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
   const course chosen = course_of(plan, x);
   if (chosen == course::in_place) return run_in_place<P, inverse>(plan, x);
+  if (chosen == course::by_blocks) return run_by_blocks<P, inverse>(plan, x, s);
   transform_lanes<P, inverse>(plan, x, s);
   chosen == course::collected ? collecting_last_pass<P, inverse>(plan, s, x)
                               : last_pass<P, inverse>(plan, s, x);
@@ -70,25 +73,27 @@ void run_mixed_lanes(const mixed_plan<T>& plan, T* x, T* scratch, bool inverse) 
   run_either_mixed<Narrow>(plan, x, scratch, inverse);
 }
 
-template <class T, int H>
-inline constexpr kernels::small_fft<T> small_real = {run_small_real<T, H>, run_small_real_inverse<T, H>};
-template <class P, int M>
-inline constexpr kernels::small_fft<typename P::scalar> small = {run_small<P, M, false>,
-                                                                 run_small<P, M, true>};
+template <class T, int N>
+inline constexpr kernels::small_fft<T> small_real = {run_small_real<T, N>, run_small_real_inverse<T, N>};
+template <class P, int A, int B>
+inline constexpr kernels::small_fft<typename P::scalar> small = {run_small<P, A, B, false>,
+                                                                 run_small<P, A, B, true>};
+template <int N>
+inline constexpr kernels::small_fft<double> small_alone = {run_points<N, false>, run_points<N, true>};
 
-// Sixteen vectors hold 64 points interleaved where eight doubles fit into one.
-template <class P> constexpr kernels::small_fft<double> small_of_64() {
-  if constexpr (P::width == 8) {
-    return small<P, 16>;
-  } else {
-    return {run_small_split<P, 16, false>, run_small_split<P, 16, true>};
-  }
-}
+// Eight rows of four where a vector holds four points, the other way round where it holds two.
+template <class P> inline constexpr kernels::small_fft<double> small_32 = small<P, P::width, 32 / P::width>;
 
 constexpr kernels::fft_kernels<double> double_fft = {
     widest_d::width,
-    {{}, {}, small<d2, 4>, small<d2, 8>, small<d2, 16>, small<d4, 16>, small_of_64<widest_d>()},
-    {{}, {}, small_real<double, 2>, small_real<double, 4>, small_real<double, 8>, small_real<double, 16>},
+    {{}, {}, small_alone<4>, small_alone<8>, small_alone<16>, small_32<widest_d>, small<widest_d, 8, 8>},
+    {{},
+     {},
+     small_real<double, 4>,
+     small_real<double, 8>,
+     small_real<double, 16>,
+     small_real<double, 32>,
+     small_real<double, 64>},
     run_lanes<widest_d, widest_d>,
     run_real_lanes<widest_d, d4, d4>,
     change_bins_either<widest_d>,
@@ -96,8 +101,14 @@ constexpr kernels::fft_kernels<double> double_fft = {
 
 constexpr kernels::fft_kernels<float> float_fft = {
     widest_f::width,
-    {{}, {}, small<f4, 2>, small<f4, 4>, small<f8, 4>, small<f8, 8>, small<f8, 16>},
-    {{}, {}, small_real<float, 2>, small_real<float, 4>, small_real<float, 8>, small_real<float, 16>},
+    {{}, {}, small<f4, 2, 2>, small<f4, 4, 2>, small<f8, 4, 4>, small<f8, 8, 4>, small<widest_f, 8, 8>},
+    {{},
+     {},
+     small_real<float, 4>,
+     small_real<float, 8>,
+     small_real<float, 16>,
+     small_real<float, 32>,
+     small_real<float, 64>},
     run_lanes<widest_f, f8>,
     run_real_lanes<widest_f, f8, f4>,
     change_bins_either<widest_f>,
