@@ -7,6 +7,7 @@
 
 #include "support/failing.h"
 #include "support/signal.h"
+#include "support/split.h"
 
 namespace sigpak::test {
 
@@ -120,9 +121,11 @@ template <record V> std::vector<operation<V>> operations() {
     return TWIN(h_dft)(&w.a, nullptr, &w.out, &w.state, &w.window, 1, 0, nullptr, 0);
   };
   constexpr auto surface = [](W& w) {
-    w.b.points = 16;
+    w.b.points = 32;
     TWIN(c_line)(&w.b, 1, 0);
-    return TWIN(b_cspline_2d)(&w.b, &w.b, &w.out, &w.b, &w.b, &w.a, 0);
+    const V knots = part_of<V>(w.b, 0, 16);
+    const V beyond = part_of<V>(w.b, 16, 16);
+    return TWIN(b_cspline_2d)(&beyond, &beyond, &w.out, &knots, &knots, &w.a, 0);
   };
   constexpr auto sort = [](W& w) { return TWIN(i_sort)(&w.a); };
   constexpr auto rand = [](W& w) { return TWIN(c_rand)(&w.a, DSP_RAND_NORMAL); };
