@@ -16,7 +16,50 @@ constexpr std::ptrdiff_t block = 16;  // scalars, one cache line or two
 
 template <class T> T* at_line(T* x) { return static_cast<T*>(__builtin_assume_aligned(x, line)); }
 
+constexpr int chains = 10;  // more than the adders have under way
+
+int vector_bytes() {
+  switch (sigpak::isa::current()) {
+    case sigpak::isa::level::avx512:
+      return 64;
+    case sigpak::isa::level::avx2:
+      return 32;
+    default:
+      return 16;
+  }
+}
+
+template <class T, int bytes> T add_in_registers_of(long times) {
+  typedef T wide __attribute__((vector_size(bytes)));
+  return run([=] {
+    wide sums[chains];
+    for (int i = 0; i < chains; ++i) sums[i] = wide{} + T(i);
+    for (long i = 0; i < times; ++i) {
+#pragma GCC unroll chains
+      for (wide& sum : sums) sum += T(1);
+    }
+    T total = 0;
+    for (const wide& sum : sums) total += sum[0];
+    return total;
+  });
+}
+
 }  // namespace
+
+template <class T> double registers_added(long times) {
+  return static_cast<double>(times) * chains * vector_bytes() / sizeof(T);
+}
+
+template <class T> T add_in_registers(long times) {
+  switch (vector_bytes()) {
+    case 64:
+      return add_in_registers_of<T, 64>(times);
+    case 32:
+      return add_in_registers_of<T, 32>(times);
+    default:
+      return add_in_registers_of<T, 16>(times);
+  }
+}
 
 template <class T> void copy_scale(T* x, std::ptrdiff_t n, T c) {
   run([=] {
@@ -103,6 +146,10 @@ template <class T> void root_one(T* x, std::ptrdiff_t n) {
   });
 }
 
+template double registers_added<double>(long);
+template double registers_added<float>(long);
+template double add_in_registers<double>(long);
+template float add_in_registers<float>(long);
 template void copy_scale(double*, std::ptrdiff_t, double);
 template void copy_scale(float*, std::ptrdiff_t, float);
 template void add_to(double*, const double*, std::ptrdiff_t);

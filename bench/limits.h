@@ -25,4 +25,8 @@ template <class T> void divide_one(T* x, std::ptrdiff_t n);
 // x[i] = sqrt(x[i]), nothing but the divider; x positive.
 template <class T> void root_one(T* x, std::ptrdiff_t n);
 
+// Adds so often to each of a number of registers, nothing but the adders; the scalars that were added.
+template <class T> T add_in_registers(long times);
+template <class T> double registers_added(long times);
+
 }  // namespace bench
