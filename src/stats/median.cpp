@@ -29,12 +29,7 @@ constexpr index first_of_middle(index points) noexcept { return (points - 1) / 2
 
 // The value of this rank among numbers, which is zero, with its sign: the order puts -0 before 0.
 template <class T> T zero_of_rank(const T* x, index count, index rank) noexcept {
-  using word = std::conditional_t<sizeof(T) == 8, std::int64_t, std::int32_t>;
-  const index negative = isa::run([=] {
-    index signs = 0;
-    for (index i = 0; i < count; ++i) signs += std::bit_cast<word>(x[i]) < 0 ? 1 : 0;
-    return signs;
-  });
+  const index negative = count_negative(x, count);
   return rank < negative ? -T(0) : T(0);
 }
 

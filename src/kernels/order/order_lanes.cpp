@@ -2,6 +2,7 @@
 // Quicksort by vectors: partitions down to what a network sorts in registers.
 #include "kernels/order/order.h"
 
+#include "kernels/order/few_values.h"
 #include "kernels/order/networks.h"
 #include "kernels/order/partition.h"
 #include "vectors/levels.h"
@@ -49,19 +50,6 @@ template <class T> SIGPAK_INLINE pack<T, 4> sorted_middles(const T* x, index n) 
   return paired<1, 1>(paired<3, 2>(paired<1, 1>(a)));
 }
 
-// The place of the first number that is not equal to this one; n where all are.
-template <class T> index find_other(const T* x, index n, T value) {
-  using P = widest<T>;
-  const P wanted = splat<P>(value);
-  for (index i = 0; i < n; i += P::width) {
-    const index at = i < n - P::width ? i : n - P::width;
-    const P a = load<P>(x + at);
-    const unsigned others = lanes_below(a, wanted) | lanes_below(wanted, a);
-    if (others != 0) return at + __builtin_ctz(others);
-  }
-  return n;
-}
-
 template <class T> void sift(T* heap, index n, index at) {
   const T moved = heap[at];
   for (index child = 2 * at + 1; child < n; child = 2 * at + 1) {
@@ -83,19 +71,21 @@ template <class T> void sort_as_heap(T* x, index n) {
   }
 }
 
-// Either side of the pivot has a number: the pivot itself goes to the left where the sample has none that is
-// less.
+// Either side of the pivot has a number: the pivot itself goes to the left where there is none that is less.
+// What repeats in the sample may be one of few values, which are sorted without a pivot.
+constexpr index worth_counting = 512;
 template <class T> index split_at_pivot(T* x, index n) {
   using P = widest<T>;
   const pack<T, 4> sample = sorted_middles(x, n);
   const T pivot = sample.v[2];
-  T last = sample.v[3];
-  if (sample.v[0] == last) {
-    const index other = find_other(x, n, pivot);
-    if (other == n) return n;
-    last = x[other];
+  T least = sample.v[0];
+  const bool repeats = least == sample.v[1] || sample.v[1] == pivot || pivot == sample.v[3];
+  if (least == sample.v[3] || (repeats && n >= worth_counting)) {
+    few_values<T> values;
+    if (values.sort(x, n)) return n;
+    least = values.least() < least ? values.least() : least;
   }
-  if (sample.v[0] == pivot && last > pivot) return partition(x, n, at_most_as<P>{splat<P>(pivot)});
+  if (least == pivot) return partition(x, n, at_most_as<P>{splat<P>(pivot)});
   return partition(x, n, less_than<P>{splat<P>(pivot)});
 }
 
@@ -111,6 +101,11 @@ template <class T> void sort(T* x, index n, kernels::ranks wanted, int levels) {
     n -= split;
   }
   sort_few(x, n);
+}
+
+template <class T> bool sort_few_values(T* x, index n) {
+  few_values<T> values;
+  return values.sort(x, n);
 }
 
 template <class P> constexpr unsigned every_lane = static_cast<unsigned>((1ULL << P::width) - 1);
@@ -183,7 +178,8 @@ kernels::collected collect(const T* x, index n, kernels::bracket<T> range, T* fo
 }
 
 template <class T>
-constexpr kernels::order_table<T> table = {sort<T>, is_ascending<T>, put_numbers_first<T>, collect<T>};
+constexpr kernels::order_table<T> table = {sort<T>, sort_few_values<T>, is_ascending<T>, put_numbers_first<T>,
+                                           collect<T>};
 
 }  // namespace
 }  // namespace sigpak::SIGPAK_LEVEL
