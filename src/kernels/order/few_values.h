@@ -12,8 +12,8 @@ namespace {
 // The values met so far, told apart by their bits, so that the zeros are two.
 template <class T> class few_values {
  public:
-  // False, and nothing written, where there are more of them, or NaN.
-  bool sort(T* x, index n) {
+  // False where there are more of them, or NaN.
+  bool count_all(const T* x, index n) {
     constexpr int vectors = 8;
     constexpr index ahead = 24 * width;
     index i = 0;
@@ -30,8 +30,19 @@ template <class T> class few_values {
       const P row[1] = {load_first(x + i, left, splat<P>(static_cast<T>(__builtin_nan(""))))};
       if (!count(row, left)) return false;
     }
-    if (known_ > 1) write(x);
+    put_in_order();
     return true;
+  }
+
+  // In place of all numbers that were counted.
+  void write(T* to) const {
+    for (int k = 0; known_ > 1 && k < known_; ++k) to = fill(to, count_[order_[k]], value_[order_[k]]);
+  }
+
+  T of_rank(index rank) const {
+    int k = 0;
+    for (; rank >= count_[order_[k]]; ++k) rank -= count_[order_[k]];
+    return value_[order_[k]];
   }
 
   T least() const {
@@ -43,7 +54,7 @@ template <class T> class few_values {
  private:
   using P = widest<T>;
   static constexpr int width = P::width;
-  static constexpr int most = 16;
+  static constexpr int most = 2 * lane_count;
 
   // n numbers, of which those that are new are met first.
   template <int vectors> SIGPAK_INLINE bool count(const P (&row)[vectors], index n) {
@@ -79,14 +90,12 @@ template <class T> class few_values {
     return true;
   }
 
-  void write(T* to) const {
-    int order[most];
+  void put_in_order() {
     for (int k = 0; k < known_; ++k) {
       int at = k;
-      for (; at > 0 && precedes(value_[k], value_[order[at - 1]]); --at) order[at] = order[at - 1];
-      order[at] = k;
+      for (; at > 0 && precedes(value_[k], value_[order_[at - 1]]); --at) order_[at] = order_[at - 1];
+      order_[at] = k;
     }
-    for (int k = 0; k < known_; ++k) to = fill(to, count_[order[k]], value_[order[k]]);
   }
 
   // The negative zero before the other.
@@ -111,6 +120,7 @@ template <class T> class few_values {
 
   int known_ = 0;
   T value_[most];
+  int order_[most];
   index count_[most] = {};
 };
 
