@@ -271,59 +271,72 @@ void sort_by_gsl(double* x, std::size_t n) { gsl_sort(x, 1, n); }
 void sort_by_gsl(float* x, std::size_t n) { gsl_sort_float(x, 1, n); }
 #endif
 
-enum class order { random, few, ascending, descending };
-constexpr const char* order_names[] = {"random", "few distinct", "ascending", "descending"};
+// The value at a place of n, made of it or of a number drawn from [0, 1).
+struct values {
+  const char* name;
+  double (*at)(double drawn, index place, index n);
+};
+template <int count> double one_of(double drawn, index, index) { return std::floor(count * drawn); }
+constexpr values value_kinds[] = {
+    {"random", [](double drawn, index, index) { return drawn - 0.5; }},
+    {"2 values", one_of<2>},
+    {"3 values", one_of<3>},
+    {"16 values", one_of<16>},
+    {"256 values", one_of<256>},
+    {"constant", [](double, index, index) { return 1.0; }},
+    {"ascending", [](double, index place, index) { return static_cast<double>(place); }},
+    {"descending", [](double, index place, index) { return -static_cast<double>(place); }},
+    {"organ pipe", [](double, index at, index n) { return static_cast<double>(std::min(at, n - 1 - at)); }},
+};
 
 // Runs of n numbers: repeated data flatter branches.
-template <class T> std::vector<T> numbers_in(order kind, index n) {
+template <class T> std::vector<T> numbers_in(const values& kind, index n) {
   constexpr index enough = index{1} << 18;
   std::vector<T> x(static_cast<std::size_t>(std::max(n * 4, enough / n * n)));
   std::mt19937_64 engine(5);
-  std::normal_distribution<double> normal;
+  std::uniform_real_distribution<double> uniform;
   for (std::size_t i = 0; i < x.size(); ++i) {
-    const auto place = static_cast<T>(i % static_cast<std::size_t>(n));
-    const double drawn = normal(engine);
-    if (kind == order::random) x[i] = static_cast<T>(drawn);
-    if (kind == order::few) x[i] = static_cast<T>(std::floor(4 * drawn));
-    if (kind == order::ascending) x[i] = place;
-    if (kind == order::descending) x[i] = -place;
+    x[i] = static_cast<T>(kind.at(uniform(engine), static_cast<index>(i) % n, n));
   }
   return x;
 }
 
-// Sorting and the median of n numbers.
-template <class T> void order_rows(const options& o, order kind, index n) {
+// Sorting and the median of n numbers. The clock would take as long as a few of them: it runs over several.
+template <class T> void order_rows(const options& o, const values& kind, index n) {
   const std::vector<T> source = numbers_in<T>(kind, n);
-  const index places = static_cast<index>(source.size()) / n;
+  const index at_once = std::clamp<index>(2048 / n, 1, 100);
+  const index places = static_cast<index>(source.size()) / n / at_once;
   const auto size = static_cast<std::size_t>(n);
-  std::vector<T> work(size);
+  std::vector<T> several(size * static_cast<std::size_t>(at_once));
   std::vector<T> copy(size);
   T result[2] = {};
+  T* work = nullptr;
   index at = 0;
   const auto refill = [&] {
     at = (at + 1) % places;
-    std::copy_n(source.begin() + at * n, n, work.begin());
+    std::copy_n(source.begin() + at * n * at_once, n * at_once, several.begin());
+    work = several.data() - n;
   };
   const auto sigpak_sort = [&] {
-    auto v = record_over(work.data(), n);
+    auto v = record_over(work += n, n);
     sort(v);
   };
   const auto sigpak_median = [&] {
-    const auto v = record_over(work.data(), n);
+    const auto v = record_over(work += n, n);
     auto r = record_over(result, 2);
     median(v, r);
   };
   const auto std_median = [&] {
-    copy = work;  // the median leaves its input alone
+    std::copy_n(work += n, n, copy.begin());  // the median leaves its input alone
     std::nth_element(copy.begin(), copy.begin() + n / 2, copy.end());
     result[0] = copy[size / 2];
   };
   contender gsl_sorts{"GSL", refill, {}};
   contender gsl_medians{"GSL", refill, {}};
 #ifdef BENCH_GSL
-  gsl_sorts.once = [&] { sort_by_gsl(work.data(), size); };
+  gsl_sorts.once = [&] { sort_by_gsl(work += n, size); };
   gsl_medians.once = [&] {
-    copy = work;
+    std::copy_n(work += n, n, copy.begin());
     sort_by_gsl(copy.data(), size);
     result[0] = copy[size / 2];
   };
@@ -332,23 +345,27 @@ template <class T> void order_rows(const options& o, order kind, index n) {
   contender hwy_medians{"Highway", refill, {}};
 #ifdef BENCH_HWY
   hwy::Sorter sorter;
-  hwy_sorts.once = [&] { sorter(work.data(), size, hwy::SortAscending()); };
+  hwy_sorts.once = [&] { sorter(work += n, size, hwy::SortAscending()); };
   hwy_medians.once = [&] {
-    copy = work;
+    std::copy_n(work += n, n, copy.begin());
     sorter(copy.data(), size, hwy::SortAscending());
     result[0] = copy[size / 2];
   };
 #endif
-  const auto std_sort = [&] { std::sort(work.begin(), work.end()); };
-  const std::vector<contender> sorts = {
+  const auto std_sort = [&] {
+    work += n;
+    std::sort(work, work + n);
+  };
+  std::vector<contender> sorts = {
       {"sigpak", refill, sigpak_sort}, {"std", refill, std_sort}, gsl_sorts, hwy_sorts};
-  const std::vector<contender> medians = {
+  std::vector<contender> medians = {
       {"sigpak", refill, sigpak_median}, {"std", refill, std_median}, gsl_medians, hwy_medians};
   const int rounds = n > 500000 ? std::min(rounds_of(o), 7) : rounds_of(o);
-  for (const auto* list : {&sorts, &medians}) {
+  for (auto* list : {&sorts, &medians}) {
+    for (contender& c : *list) c.repeats = static_cast<int>(at_once);
     const auto t = bench::compare(*list, rounds, n < 1000 ? 3e-4 : 1e-3);
     std::printf("| %s | %s | %s | %td | %.2f |", list == &sorts ? "sort" : "median",
-                sizeof(T) == 8 ? "double" : "single", order_names[static_cast<int>(kind)], n,
+                sizeof(T) == 8 ? "double" : "single", kind.name, n,
                 t[0].seconds * 1e9 / static_cast<double>(n));
     for (std::size_t i = 1; i < list->size(); ++i) {
       if ((*list)[i].once) std::printf(" %.2f |", 1 / t[i].ratio);
@@ -362,8 +379,8 @@ template <class T> void order_rows(const options& o, order kind, index n) {
 void order_table(const options& o) {
   bench::print_head(
       {"operation", "precision", "values", "points", "ns / point", "to std", "to GSL", "to Highway"});
-  for (const order kind : {order::random, order::few, order::ascending, order::descending}) {
-    if (!o.wants("--only", order_names[static_cast<int>(kind)])) continue;
+  for (const values& kind : value_kinds) {
+    if (!o.wants("--only", kind.name)) continue;
     for (const index n : {10, 30, 100, 300, 1000, 10000, 100000, 1000000, 10000000}) {
       order_rows<double>(o, kind, n);
       order_rows<float>(o, kind, n);

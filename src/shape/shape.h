@@ -21,6 +21,9 @@ template <class T> void sort_numbers(T* x, index n) noexcept;
 // and those that are greater behind. None is NaN, and the zeros are equal.
 template <class T> void sort_ranks(T* x, index n, index first, index end) noexcept;
 
+// Those whose sign is set, negative zeros among them.
+template <class T> index count_negative(const T* x, index n) noexcept;
+
 // Moves NaN to the end, whatever their sign; the count of the numbers before them.
 template <class T> index put_numbers_first(T* x, index n) noexcept;
 

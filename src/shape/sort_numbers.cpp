@@ -42,14 +42,21 @@ template <class T> void sort_zeros(T* x, index n) noexcept {
   T* const zeros = std::lower_bound(x, x + n, T(0));
   if (zeros == x + n || *zeros != 0) return;
   const index count = std::upper_bound(zeros, x + n, T(0)) - zeros;
-  isa::run(count, [=] {
-    index negative = 0;
-    for (index i = 0; i < count; ++i) negative += std::signbit(zeros[i]) ? 1 : 0;
-    for (index i = 0; i < count; ++i) zeros[i] = i < negative ? -T(0) : T(0);
-  });
+  const index negative = count_negative(zeros, count);
+  std::fill_n(zeros, negative, -T(0));
+  if (negative != 0) std::fill_n(zeros + negative, count - negative, T(0));
 }
 
 }  // namespace
+
+template <class T> index count_negative(const T* x, index n) noexcept {
+  using word = std::conditional_t<sizeof(T) == 8, std::int64_t, std::int32_t>;
+  return isa::run(n, [=] {
+    index negative = 0;
+    for (index i = 0; i < n; ++i) negative += std::bit_cast<word>(x[i]) < 0 ? 1 : 0;
+    return negative;
+  });
+}
 
 template <class T> index put_numbers_first(T* x, index n) noexcept {
   if (const auto* const wide = at_level<order_table<T>>()) return wide->put_numbers_first(x, n);
@@ -68,15 +75,19 @@ template <class T> void sort_ranks(T* x, index n, index first, index end) noexce
 }
 
 template <class T> void sort_numbers(T* x, index n) noexcept {
+  constexpr index worth_counting = 2048;
   const auto* const wide = at_level<order_table<T>>();
   index numbers = n;
   if (wide == nullptr || !wide->is_ascending(x, n)) {
+    if (wide != nullptr && n >= worth_counting && wide->sort_few_values(x, n)) return;
     numbers = put_numbers_first(x, n);
     sort_ranks(x, numbers, 0, numbers);
   }
   sort_zeros(x, numbers);
 }
 
+template index count_negative(const double*, index) noexcept;
+template index count_negative(const float*, index) noexcept;
 template index put_numbers_first(double*, index) noexcept;
 template index put_numbers_first(float*, index) noexcept;
 template void sort_ranks(double*, index, index, index) noexcept;

@@ -29,12 +29,7 @@ constexpr index first_of_middle(index points) noexcept { return (points - 1) / 2
 
 // The value of this rank among numbers, which is zero, with its sign: the order puts -0 before 0.
 template <class T> T zero_of_rank(const T* x, index count, index rank) noexcept {
-  using word = std::conditional_t<sizeof(T) == 8, std::int64_t, std::int32_t>;
-  const index negative = isa::run([=] {
-    index signs = 0;
-    for (index i = 0; i < count; ++i) signs += std::bit_cast<word>(x[i]) < 0 ? 1 : 0;
-    return signs;
-  });
+  const index negative = count_negative(x, count);
   return rank < negative ? -T(0) : T(0);
 }
 
@@ -64,6 +59,11 @@ index room_for(index points) noexcept {
   return static_cast<index>(4 * root * root) + 2 * block;
 }
 
+index sample_size(index points) noexcept {
+  const double root = std::cbrt(static_cast<double>(points));
+  return static_cast<index>(root * root);
+}
+
 template <class T> using bracket = kernels::bracket<T>;
 
 // Points drawn by the multiplicative generator of D. H. Lehmer, modulo 2^31 - 1. The bracket is 3.1 standard
@@ -71,7 +71,7 @@ template <class T> using bracket = kernels::bracket<T>;
 // met.
 template <class T> std::optional<bracket<T>> bracket_middle(const T* x, index points, T* sample) noexcept {
   const double root = std::cbrt(static_cast<double>(points));
-  const auto taken = static_cast<index>(root * root);
+  const index taken = sample_size(points);
   const auto half = static_cast<index>(1.55 * root);
   std::uint64_t drawn = 1;
   index numbers = 0;
@@ -146,10 +146,23 @@ template <class T> std::optional<T> value_of_rank(const sifted<T>& s, index rank
   return value != 0 ? value : zero_of_rank(s.x, s.points, rank);
 }
 
+// Nothing where NaN are met, or too many values to count each.
+template <class T> std::optional<double> middle_of_few_values(const T* x, index points) noexcept {
+  const auto find = at_level(&kernels::order_table<T>::find_among_few_values);
+  const kernels::ranks wanted = {first_of_middle(points), points / 2 + 1};
+  T found[2];
+  if (find == nullptr || !find(x, points, wanted, found)) return std::nullopt;
+  return mean_of_middle(found[0], found[wanted.end - wanted.first - 1], points);
+}
+
 // Nothing where NaN are met, the room ends or the bracket missed one of the middle points.
 template <class T> std::optional<double> middle_by_sample(const T* x, index points, T* room) noexcept {
   const auto range = bracket_middle(x, points, room);
   if (!range) return std::nullopt;
+  const T drawn = room[sample_size(points) / 2];
+  if (drawn == range->low || drawn == range->high) {
+    if (const auto found = middle_of_few_values(x, points)) return found;
+  }
   const kernels::collected counts = collect(x, points, *range, room, room_for(points));
   if (counts.count < 0 || put_numbers_first(room, counts.count) < counts.count) return std::nullopt;
   const index first = first_of_middle(points);

@@ -141,6 +141,15 @@ SIGPAK_INLINE unsigned lanes_at_most(d4 a, d4 b) {
 SIGPAK_INLINE unsigned lanes_at_most(f8 a, f8 b) {
   return static_cast<unsigned>(_mm256_movemask_ps(_mm256_cmp_ps(a.v, b.v, _CMP_LE_OQ)));
 }
+// The lanes of the same bits.
+SIGPAK_INLINE unsigned lanes_alike(d4 a, d4 b) {
+  const __m256i alike = _mm256_cmpeq_epi64(_mm256_castpd_si256(a.v), _mm256_castpd_si256(b.v));
+  return static_cast<unsigned>(_mm256_movemask_pd(_mm256_castsi256_pd(alike)));
+}
+SIGPAK_INLINE unsigned lanes_alike(f8 a, f8 b) {
+  const __m256i alike = _mm256_cmpeq_epi32(_mm256_castps_si256(a.v), _mm256_castps_si256(b.v));
+  return static_cast<unsigned>(_mm256_movemask_ps(_mm256_castsi256_ps(alike)));
+}
 
 // greater(a, b) (lesser) in the lanes of `m`, a constant, and those of `rest` in the others.
 template <unsigned m> SIGPAK_INLINE d4 greater_in(d4 rest, d4 a, d4 b) {

@@ -266,6 +266,13 @@ SIGPAK_INLINE unsigned lanes_below(d8 a, d8 b) { return _mm512_cmp_pd_mask(a.v, 
 SIGPAK_INLINE unsigned lanes_below(f16 a, f16 b) { return _mm512_cmp_ps_mask(a.v, b.v, _CMP_LT_OQ); }
 SIGPAK_INLINE unsigned lanes_at_most(d8 a, d8 b) { return _mm512_cmp_pd_mask(a.v, b.v, _CMP_LE_OQ); }
 SIGPAK_INLINE unsigned lanes_at_most(f16 a, f16 b) { return _mm512_cmp_ps_mask(a.v, b.v, _CMP_LE_OQ); }
+// The lanes of the same bits.
+SIGPAK_INLINE unsigned lanes_alike(d8 a, d8 b) {
+  return _mm512_cmpeq_epi64_mask(_mm512_castpd_si512(a.v), _mm512_castpd_si512(b.v));
+}
+SIGPAK_INLINE unsigned lanes_alike(f16 a, f16 b) {
+  return _mm512_cmpeq_epi32_mask(_mm512_castps_si512(a.v), _mm512_castps_si512(b.v));
+}
 
 // greater(a, b) (lesser) in the lanes of `m`, a constant, and those of `rest` in the others.
 template <unsigned m> SIGPAK_INLINE d4 greater_in(d4 rest, d4 a, d4 b) {

@@ -42,8 +42,21 @@ template <class T> bool complex_in_order(std::complex<T> a, std::complex<T> b) {
 }
 
 // Noise made into runs of equal values, values of every size, the awkward values, or half of it NaN; mostly
-// one value; a rise, a fall, both.
-enum class kind { noise, runs, sizes, awkward, mostly_one, rising, falling, pipe, half_nan };
+// one value; a rise, a fall, both; both zeros and a third value; sixteen values, or one more at the end.
+enum class kind {
+  noise,
+  runs,
+  sizes,
+  awkward,
+  mostly_one,
+  rising,
+  falling,
+  pipe,
+  zeros,
+  sixteen,
+  seventeen,
+  half_nan
+};
 template <class V> void become(kind k, V& v) {
   using T = scalar<V>;
   const auto special = awkward<V>();
@@ -55,6 +68,9 @@ template <class V> void become(kind k, V& v) {
     if (k == kind::awkward) x = special[static_cast<std::size_t>(drawn) % special.size()];
     if (k == kind::mostly_one && drawn % 64 != 0) x = 1;
     if (k == kind::pipe) x = static_cast<T>(std::min(i, scalars<V>(&v) - i));
+    if (k == kind::zeros) x = drawn % 3 == 0 ? T(-1) : std::copysign(T(0), x);
+    if (k == kind::sixteen || k == kind::seventeen) x = static_cast<T>(drawn % 16 - 8);
+    if (k == kind::seventeen && i + 1 == scalars<V>(&v)) x = T(-8.5);
     if (k == kind::rising) x = static_cast<T>(i);
     if (k == kind::falling) x = -static_cast<T>(i);
     if (k == kind::half_nan && drawn % 2 != 0) x = std::numeric_limits<T>::quiet_NaN();
@@ -90,7 +106,8 @@ TYPED_TEST(Sort, PutsTheWantedRanksInTheirPlacesAndWritesNothingBeside) {
   for (const index n : {1, 2, 17, 64, 129, 300, 515, 1100, 9999}) {
     for (const auto& [first, end] : {std::pair<index, index>{0, n}, {n / 2, n / 2 + 1}, {n / 3, n / 3 + 2}}) {
       if (end > n) continue;
-      for (const kind k : {kind::noise, kind::runs, kind::mostly_one, kind::pipe}) {
+      for (const kind k :
+           {kind::noise, kind::runs, kind::mostly_one, kind::sixteen, kind::seventeen, kind::pipe}) {
         signal<V> v(noise<V>(n));
         become<V>(k, v);
         samples<V> x(static_cast<std::size_t>(n + 2 * margin), untouched);

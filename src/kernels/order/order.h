@@ -29,6 +29,12 @@ template <class T> struct order_table {
   // greater behind. After so many levels of partitions it goes on in a way that takes n log n at the worst.
   void (*sort)(T* x, std::int64_t n, ranks wanted, int levels);
 
+  // The order of few values, -0 before 0; false, and nothing done, where NaN are met or more of them.
+  bool (*sort_few_values)(T* x, std::int64_t n);
+
+  // The numbers that have the wanted ranks in that order; false likewise.
+  bool (*find_among_few_values)(const T* x, std::int64_t n, ranks wanted, T* found);
+
   // False when a NaN is met.
   bool (*is_ascending)(const T* x, std::int64_t n);
 

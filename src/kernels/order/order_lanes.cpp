@@ -2,6 +2,7 @@
 // Quicksort by vectors: partitions down to what a network sorts in registers.
 #include "kernels/order/order.h"
 
+#include "kernels/order/few_values.h"
 #include "kernels/order/networks.h"
 #include "kernels/order/partition.h"
 #include "vectors/levels.h"
@@ -49,19 +50,6 @@ template <class T> SIGPAK_INLINE pack<T, 4> sorted_middles(const T* x, index n) 
   return paired<1, 1>(paired<3, 2>(paired<1, 1>(a)));
 }
 
-// The place of the first number that is not equal to this one; n where all are.
-template <class T> index find_other(const T* x, index n, T value) {
-  using P = widest<T>;
-  const P wanted = splat<P>(value);
-  for (index i = 0; i < n; i += P::width) {
-    const index at = i < n - P::width ? i : n - P::width;
-    const P a = load<P>(x + at);
-    const unsigned others = lanes_below(a, wanted) | lanes_below(wanted, a);
-    if (others != 0) return at + __builtin_ctz(others);
-  }
-  return n;
-}
-
 template <class T> void sift(T* heap, index n, index at) {
   const T moved = heap[at];
   for (index child = 2 * at + 1; child < n; child = 2 * at + 1) {
@@ -83,19 +71,24 @@ template <class T> void sort_as_heap(T* x, index n) {
   }
 }
 
-// Either side of the pivot has a number: the pivot itself goes to the left where the sample has none that is
-// less.
+// Either side of the pivot has a number: the pivot itself goes to the left where there is none that is less.
+// What repeats in the sample may be one of few values, which are sorted without a pivot.
+constexpr index worth_counting = 512;
 template <class T> index split_at_pivot(T* x, index n) {
   using P = widest<T>;
   const pack<T, 4> sample = sorted_middles(x, n);
   const T pivot = sample.v[2];
-  T last = sample.v[3];
-  if (sample.v[0] == last) {
-    const index other = find_other(x, n, pivot);
-    if (other == n) return n;
-    last = x[other];
+  T least = sample.v[0];
+  const bool repeats = least == sample.v[1] || sample.v[1] == pivot || pivot == sample.v[3];
+  if (least == sample.v[3] || (repeats && n >= worth_counting)) {
+    few_values<T> values;
+    if (values.count_all(x, n)) {
+      values.write(x);
+      return n;
+    }
+    least = values.least() < least ? values.least() : least;
   }
-  if (sample.v[0] == pivot && last > pivot) return partition(x, n, at_most_as<P>{splat<P>(pivot)});
+  if (least == pivot) return partition(x, n, at_most_as<P>{splat<P>(pivot)});
   return partition(x, n, less_than<P>{splat<P>(pivot)});
 }
 
@@ -113,13 +106,45 @@ template <class T> void sort(T* x, index n, kernels::ranks wanted, int levels) {
   sort_few(x, n);
 }
 
+template <class T> bool sort_few_values(T* x, index n) {
+  few_values<T> values;
+  if (!values.count_all(x, n)) return false;
+  values.write(x);
+  return true;
+}
+
+template <class T> bool find_among_few_values(const T* x, index n, kernels::ranks wanted, T* found) {
+  few_values<T> values;
+  if (!values.count_all(x, n)) return false;
+  for (index rank = wanted.first; rank < wanted.end; ++rank) *found++ = values.of_rank(rank);
+  return true;
+}
+
 template <class P> constexpr unsigned every_lane = static_cast<unsigned>((1ULL << P::width) - 1);
 
+template <class P, int... lanes> SIGPAK_INLINE P next_lanes(P a, P b, sequence<lanes...>) {
+  return {__builtin_shufflevector(a.v, b.v, (lanes + 1)...)};
+}
+
+// Each vector is loaded once: the one that begins a number later comes of two.
 template <class T> bool is_ascending(const T* x, index n) {
   using P = widest<T>;
+  constexpr int vectors = 4;
+  constexpr index block = vectors * P::width;
   index i = 0;
-  for (; i + P::width < n; i += P::width) {
-    if (lanes_at_most(load<P>(x + i), load<P>(x + i + 1)) != every_lane<P>) return false;
+  if (n > P::width) {
+    P row[vectors + 1];
+    row[vectors] = load<P>(x);
+    for (; i + block + P::width <= n; i += block) {
+      unsigned ascending = every_lane<P>;
+      row[0] = row[vectors];
+      unroll<vectors>([&](auto j) SIGPAK_LAMBDA {
+        row[j + 1] = load<P>(x + i + (j + 1) * P::width);
+        const P later = next_lanes(row[j], row[j + 1], typename counting<P::width>::type{});
+        ascending &= lanes_at_most(row[j], later);
+      });
+      if (ascending != every_lane<P>) return false;
+    }
   }
   for (; i + 1 < n; ++i) {
     if (!(x[i] <= x[i + 1])) return false;
@@ -165,25 +190,34 @@ template <class T> index put_numbers_first(T* x, index n) {
 template <class T>
 kernels::collected collect(const T* x, index n, kernels::bracket<T> range, T* found, index room) {
   using P = widest<T>;
+  constexpr int vectors = 4;
+  constexpr index block = vectors * P::width;
   const P low = splat<P>(range.low);
   const P high = splat<P>(range.high);
   kernels::collected all = {0, 0};
-  for (index i = 0; i < n; i += P::width) {
-    if (all.count + P::width > room) return {-1, 0};
-    const index count = n - i < P::width ? n - i : P::width;
-    const P a = count == P::width ? load<P>(x + i) : load_first(x + i, count, splat<P>(0));
-    const unsigned given = every_lane<P> >> (P::width - count);
+  const auto add = [&](P a, unsigned given) SIGPAK_LAMBDA {
     const unsigned before = lanes_at_most(a, low) & given;
     const unsigned between = ~(before | lanes_at_most(high, a)) & given;
     store(found + all.count, left_first(a, between));
     all.count += __builtin_popcount(between);
     all.before += __builtin_popcount(before);
+  };
+  index i = 0;
+  for (; i + block <= n; i += block) {
+    if (all.count + block > room) return {-1, 0};
+    unroll<vectors>([&](auto j) SIGPAK_LAMBDA { add(load<P>(x + i + j * P::width), every_lane<P>); });
+  }
+  for (; i < n; i += P::width) {
+    if (all.count + P::width > room) return {-1, 0};
+    const index count = n - i < P::width ? n - i : P::width;
+    add(load_first(x + i, count, splat<P>(0)), every_lane<P> >> (P::width - count));
   }
   return all;
 }
 
 template <class T>
-constexpr kernels::order_table<T> table = {sort<T>, is_ascending<T>, put_numbers_first<T>, collect<T>};
+constexpr kernels::order_table<T> table = {sort<T>,         sort_few_values<T>,   find_among_few_values<T>,
+                                           is_ascending<T>, put_numbers_first<T>, collect<T>};
 
 }  // namespace
 }  // namespace sigpak::SIGPAK_LEVEL
