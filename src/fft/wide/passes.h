@@ -18,7 +18,7 @@ using kernels::point_at;
 // One complex vector of scratch memory: the real parts, then the imaginary parts.
 template <class P> SIGPAK_INLINE cplx<P> load_pair(const typename P::scalar* s, index vector) {
   const auto* const at = s + 2 * P::width * vector;
-  return {load<P>(at), load<P>(at + P::width)};
+  return {load_once<P>(at), load_once<P>(at + P::width)};
 }
 template <class P> SIGPAK_INLINE void store_pair(typename P::scalar* s, index vector, cplx<P> a) {
   auto* const at = s + 2 * P::width * vector;
