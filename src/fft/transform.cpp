@@ -288,10 +288,13 @@ template <class T> [[gnu::noinline]] status transform_longer(T* data, index poin
 
 }  // namespace
 
-// A short power of two is met first, as it takes no longer than finding out what it is.
+// A power of two is met first: a short one takes no longer than finding out what it is.
 template <class T> status transform(T* data, index points, bool inverse) noexcept {
   const auto* const level = at_level<fft_kernels<T>>();
-  if (level == nullptr || !is_small(points)) return transform_longer(data, points, inverse);
+  if (level == nullptr || points < least_packed || !is_power_of_two(points)) {
+    return transform_longer(data, points, inverse);
+  }
+  if (points >= kernels::least_planned) return transform_lanes(*level, data, points, inverse);
   level->small[address_bits(points)].run[inverse](data);
   return ok;
 }

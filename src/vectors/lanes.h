@@ -61,5 +61,17 @@ template <class P> SIGPAK_INLINE void transpose_points(P (&r)[P::width / 2]) {
   }
 }
 
+// The same for eight rows of four points, rows 0 and 2, 1 and 3, 4 and 6, 5 and 7 side by side in a vector.
+template <class P> SIGPAK_INLINE void transpose_half_rows(P (&r)[4]) {
+  const auto even = even_blocks(as_doubles(r[0]), as_doubles(r[2]));
+  const auto even_next = even_blocks(as_doubles(r[1]), as_doubles(r[3]));
+  const auto odd = odd_blocks(as_doubles(r[0]), as_doubles(r[2]));
+  const auto odd_next = odd_blocks(as_doubles(r[1]), as_doubles(r[3]));
+  r[0] = as_floats(low_parts(even, even_next));
+  r[1] = as_floats(high_parts(even, even_next));
+  r[2] = as_floats(low_parts(odd, odd_next));
+  r[3] = as_floats(high_parts(odd, odd_next));
+}
+
 }  // namespace
 }  // namespace sigpak::SIGPAK_LEVEL

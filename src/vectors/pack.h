@@ -35,6 +35,14 @@ template <class T> using widest = pack<T, SIGPAK_VECTOR_BYTES / static_cast<int>
 template <class P> SIGPAK_INLINE P load(const typename P::scalar* from) {
   return {*reinterpret_cast<const typename P::loose*>(from)};
 }
+// The same, once for all uses: g++ thinks that even 32 registers are few, and reads memory again instead.
+template <class P> SIGPAK_INLINE P load_once(const typename P::scalar* from) {
+  P a = load<P>(from);
+#if SIGPAK_VECTOR_BYTES == 64
+  asm("" : "+v"(a.v));
+#endif
+  return a;
+}
 template <class P> SIGPAK_INLINE void store(typename P::scalar* to, P a) {
   *reinterpret_cast<typename P::loose*>(to) = a.v;
 }

@@ -68,6 +68,10 @@ SIGPAK_INLINE void transpose_blocks(f16& a, f16& b, f16& c, f16& d) {
   d = {_mm512_shuffle_f32x4(ab_high, cd_high, 0xdd)};
 }
 
+// The lower (upper) halves of both.
+SIGPAK_INLINE f16 lower_halves(f16 a, f16 b) { return {_mm512_shuffle_f32x4(a.v, b.v, 0x44)}; }
+SIGPAK_INLINE f16 upper_halves(f16 a, f16 b) { return {_mm512_shuffle_f32x4(a.v, b.v, 0xee)}; }
+
 SIGPAK_INLINE d8 evens_first(d8 a) {
   return {_mm512_permutexvar_pd(_mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7), a.v)};
 }

@@ -12,6 +12,7 @@ namespace {
 // Costs per vector beside those of the passes, measured with them. Of the last transform in place:
 constexpr double exchange_cost = 2;      // by way of the first cache
 constexpr double crowding_cost = 9;      // where one of its sets does not hold the vectors of a column
+constexpr double waiting_cost = 1;       // where it does, but half of so many wait there for the others
 constexpr double small_square_cost = 5;  // where runs of neighbouring columns are short
 constexpr int least_square = 8;
 // From scratch memory:
@@ -63,7 +64,7 @@ class lane_costs {
   // The first pass and the last transform in place, and blocks by way of scratch memory.
   double ordering() const noexcept {
     double cost = 2 * passes_.sweep(vectors_) + passes_.passage(block());
-    if (is_crowded() && passes_.in_one_set(block())) cost += crowding_cost;
+    if (is_crowded()) cost += passes_.in_one_set(block()) ? crowding_cost : waiting_cost;
     return cost;
   }
 

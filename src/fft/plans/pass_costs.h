@@ -28,7 +28,7 @@ class pass_costs {
       case 8:
         return few_registers_ ? 6.5 : 6;
       case 16:
-        return few_registers_ ? 11.5 : 8;
+        return few_registers_ ? 8.5 : 7.3;
       default:
         return radix == 3 ? 5 : 1.25 * radix;
     }
@@ -52,6 +52,7 @@ class pass_costs {
     for (int pass = 1; pass < list.passes; ++pass) {
       cost += work(list.radix[pass]) + sweep(vectors);
       vectors /= list.radix[pass - 1];
+      cost += scatter(list.radix[pass], vectors);
     }
     return cost;
   }
@@ -82,6 +83,11 @@ class pass_costs {
 
   // What the first pass costs on top: it reads streams a power of two apart.
   double streams(int radix) const noexcept { return radix == 16 || (radix == 8 && few_registers_) ? 1 : 0; }
+
+  // What a later one over blocks of so many vectors costs on top, for the same reason.
+  double scatter(int radix, index block) const noexcept {
+    return radix == 16 ? 2.2 * missing(block, caches_.first) : 0;
+  }
 
   index bytes_;
   bool few_registers_;

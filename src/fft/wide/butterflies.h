@@ -65,6 +65,15 @@ struct unit {};
 template <class E> SIGPAK_INLINE E scaled(unit, E a) { return a; }
 template <class E, class P> SIGPAK_INLINE E scaled(P s, E a) { return a * s; }
 
+// The factor of the results; an inverse transform has none.
+template <class P, bool inverse> SIGPAK_INLINE auto factor_of(typename P::scalar scale) {
+  if constexpr (inverse) {
+    return unit{};
+  } else {
+    return splat<P>(scale);
+  }
+}
+
 // s a + b, s a - b, s a + i b, s a - i b.
 template <class E> SIGPAK_INLINE E plus(unit, E a, E b) { return a + b; }
 template <class E> SIGPAK_INLINE E minus(unit, E a, E b) { return a - b; }
@@ -136,62 +145,123 @@ template <class E, class S> SIGPAK_INLINE void transform_turned(E (&x)[4], S s) 
   transform_turned4(x[0], x[1], x[2], x[3], s);
 }
 
-// Odd points times w_8^k join the even ones by fused products, which balances the adders.
-template <class E, class S = unit> SIGPAK_INLINE void transform(E (&x)[8], S s = {}) {
+// Of the sums and differences of points half of 8 apart: the transform of the even points; that of the odd
+// ones, whose results 1 and 3 still lack the root of one half; and both together. Odd points times w_8^k join
+// the even ones by fused products, which balances the adders.
+template <class E, class S>
+SIGPAK_INLINE void evens_of_8(S s, E sum0, E difference0, E sum2, E difference2, E (&e)[4]) {
+  const E turned = scaled(s, difference2);
+  e[0] = sum0 + sum2;
+  e[2] = sum0 - sum2;
+  e[1] = minus_i(s, difference0, turned);
+  e[3] = plus_i(s, difference0, turned);
+}
+template <class E, class S>
+SIGPAK_INLINE void odds_of_8(S s, E sum1, E difference1, E sum3, E difference3, E (&o)[4]) {
+  const E last = scaled(s, sum3);
+  o[0] = plus(s, sum1, last);
+  o[2] = minus(s, sum1, last);
+  const E t1 = minus_i(difference1, difference3), t3 = plus_i(difference1, difference3);
+  o[1] = minus_i(t1, t1);
+  o[3] = plus_i(t3, t3);
+}
+template <class E, class S> SIGPAK_INLINE void join_8(S s, const E (&e)[4], const E (&o)[4], E (&x)[8]) {
   const auto h = scaled(s, splat_constant<real_of<E>>(half_root));
-  const E even_sum = x[2] + x[6], even_difference = scaled(s, x[2] - x[6]);
-  const E odd_sum = scaled(s, x[3] + x[7]), odd_difference = x[3] - x[7];
-  const E e0 = x[0] + x[4] + even_sum, e2 = x[0] + x[4] - even_sum;
-  const E e1 = minus_i(s, x[0] - x[4], even_difference), e3 = plus_i(s, x[0] - x[4], even_difference);
-  const E o0 = plus(s, x[1] + x[5], odd_sum), o2 = minus(s, x[1] + x[5], odd_sum);
-  const E t1 = minus_i(x[1] - x[5], odd_difference), t3 = plus_i(x[1] - x[5], odd_difference);
-  const E o1 = minus_i(t1, t1), o3 = plus_i(t3, t3);
-  x[0] = plus(s, e0, o0);
-  x[4] = minus(s, e0, o0);
-  x[1] = fma(h, o1, e1);
-  x[5] = fnma(h, o1, e1);
-  x[2] = minus_i(s, e2, o2);
-  x[6] = plus_i(s, e2, o2);
-  x[3] = fnma(h, o3, e3);
-  x[7] = fma(h, o3, e3);
+  x[0] = plus(s, e[0], o[0]);
+  x[4] = minus(s, e[0], o[0]);
+  x[1] = fma(h, o[1], e[1]);
+  x[5] = fnma(h, o[1], e[1]);
+  x[2] = minus_i(s, e[2], o[2]);
+  x[6] = plus_i(s, e[2], o[2]);
+  x[3] = fnma(h, o[3], e[3]);
+  x[7] = fma(h, o[3], e[3]);
+}
+template <class E, class S = unit> SIGPAK_INLINE void transform(E (&x)[8], S s = {}) {
+  E e[4], o[4];
+  evens_of_8(s, x[0] + x[4], x[0] - x[4], x[2] + x[6], x[2] - x[6], e);
+  odds_of_8(s, x[1] + x[5], x[1] - x[5], x[3] + x[7], x[3] - x[7], o);
+  join_8(s, e, o, x);
 }
 
 // a times w_8 and w_8^3.
 template <class E, class P> SIGPAK_INLINE E turned_eighth(E a, P h) { return minus_i(a, a) * h; }
 template <class E, class P> SIGPAK_INLINE E turned_three_eighths(E a, P h) { return plus_i(a, a) * -h; }
 
-// The factor comes with the twiddles of all points but one that meet others in the last sums.
+// Of 16 points the second half: row k has the results k of the four transforms of x[j], x[j + 4], x[j + 8],
+// x[j + 12], in the order of j. The factor comes with the twiddles of all points but one that meet others in
+// the last sums.
+template <class P, class S> class rows_of_16 {
+ public:
+  SIGPAK_INLINE explicit rows_of_16(S factor)
+      : factor_(factor),
+        h_(splat_constant<P>(half_root)),
+        half_(scaled(factor, h_)),
+        c_(scaled(factor, splat_constant<P>(cos_pi_8))),
+        s_(scaled(factor, splat_constant<P>(sin_pi_8))) {}
+
+  // Of row k the results k + 4 k'.
+  template <int k, class E> SIGPAK_INLINE void run(constant<k>, E (&x)[4]) const {
+    if constexpr (k == 0) return transform(x, factor_);
+    if constexpr (k == 2) {
+      const E odd = turned_eighth(x[1], half_);
+      const E last = turned_three_eighths(x[3], half_);
+      // x[2] times w_4
+      return finish4(factor_, minus_i(x[0], x[2]), plus_i(x[0], x[2]), odd + last, odd - last, x[0], x[1],
+                     x[2], x[3]);
+    }
+    x[1] = k == 1 ? turned(x[1], c_, s_) : turned(x[1], s_, c_);
+    x[2] = k == 1 ? turned_eighth(x[2], h_) : turned_three_eighths(x[2], h_);
+    x[3] = k == 1 ? turned(x[3], s_, c_) : turned(x[3], -c_, -s_);
+    transform_turned(x, factor_);
+  }
+
+ private:
+  S factor_;
+  P h_, half_, c_, s_;
+};
+
 template <class E, class S = unit> SIGPAK_INLINE void transform(E (&x)[16], S factor = {}) {
-  using P = real_of<E>;
-  const P h = splat_constant<P>(half_root);
-  const P half = scaled(factor, h);
-  const P c = scaled(factor, splat_constant<P>(cos_pi_8));
-  const P s = scaled(factor, splat_constant<P>(sin_pi_8));
+  const rows_of_16<real_of<E>, S> rows(factor);
   unroll<4>([&](auto j) SIGPAK_LAMBDA { transform4(x[j], x[j + 4], x[j + 8], x[j + 12]); });
-  x[5] = turned(x[5], c, s);
-  x[6] = turned_eighth(x[6], h);
-  x[7] = turned(x[7], s, c);
-  x[9] = turned_eighth(x[9], half);
-  x[11] = turned_three_eighths(x[11], half);
-  x[13] = turned(x[13], s, c);
-  x[14] = turned_three_eighths(x[14], h);
-  x[15] = turned(x[15], -c, -s);
-  transform4(x[0], x[1], x[2], x[3], factor);
-  transform_turned4(x[4], x[5], x[6], x[7], factor);
-  finish4(factor, minus_i(x[8], x[10]), plus_i(x[8], x[10]), x[9] + x[11], x[9] - x[11], x[8], x[9], x[10],
-          x[11]);  // x[10] times w_4
-  transform_turned4(x[12], x[13], x[14], x[15], factor);
-  // Row k, column k' holds the point k + 4 k'.
+  E row[4][4];
   unroll<4>([&](auto k) SIGPAK_LAMBDA {
-    unroll<4>([&](auto j) SIGPAK_LAMBDA {
-      if constexpr (j > k) {
-        const E t = x[4 * k + j];
-        x[4 * k + j] = x[4 * j + k];
-        x[4 * j + k] = t;
-      }
-    });
+    unroll<4>([&](auto j) SIGPAK_LAMBDA { row[k][j] = x[4 * k + j]; });
+    rows.run(k, row[k]);
   });
+  unroll<4>([&](auto k)
+                SIGPAK_LAMBDA { unroll<4>([&](auto j) SIGPAK_LAMBDA { x[k + 4 * j] = row[k][j]; }); });
 }
+
+// The transform of the R points source(j), whose results k go to sink(k, y).
+template <int R, class Source, class Sink>
+SIGPAK_INLINE void transform_through(const Source& source, const Sink& sink) {
+  using E = decltype(source(constant<0>{}));
+  if constexpr (R == 16) {
+    // By columns and by rows of a square, so that few of the points are in registers at a time.
+    const rows_of_16<real_of<E>, unit> rows({});
+    E square[4][4];
+    unroll<4>([&](auto j) SIGPAK_LAMBDA {
+      E a[4] = {source(constant<j>{}), source(constant<j + 4>{}), source(constant<j + 8>{}),
+                source(constant<j + 12>{})};
+      transform(a);
+      unroll<4>([&](auto k) SIGPAK_LAMBDA { square[k][j] = a[k]; });
+    });
+    unroll<4>([&](auto k) SIGPAK_LAMBDA {
+      rows.run(k, square[k]);
+      unroll<4>([&](auto j) SIGPAK_LAMBDA { sink(constant<k + 4 * j>{}, square[k][j]); });
+    });
+  } else {
+    E a[R];
+    unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = source(j); });
+    transform(a);
+    unroll<R>([&](auto k) SIGPAK_LAMBDA { sink(k, a[k]); });
+  }
+}
+
+// The place of result k among those of a forward transform of R points. An inverse one has the same results
+// in the opposite order; where it has real and imaginary parts exchanged on the way in, that exchanges them
+// back too.
+template <int R, bool inverse> constexpr int result_at(int k) { return inverse ? (R - k) % R : k; }
 
 }  // namespace
 }  // namespace sigpak::SIGPAK_LEVEL

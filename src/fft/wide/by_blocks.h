@@ -67,17 +67,16 @@ void transform_blocks(const lane_plan<typename P::scalar>& plan, typename P::sca
 // The W vectors of a column, `step` scalars apart: the later half of them is read before the first results
 // replace it.
 template <class P, bool inverse>
-SIGPAK_INLINE void transform_column_in_place(typename P::scalar scale, typename P::scalar* x, index step) {
+SIGPAK_INLINE void transform_column_in_place(const lanes_transform<P, inverse>& last, typename P::scalar* x,
+                                             index step) {
   constexpr int W = P::width;
   constexpr int rows = W / 2;
   P later[2][rows];
   unroll<rows>([&](auto p) SIGPAK_LAMBDA {
     unroll<2>([&](auto half) SIGPAK_LAMBDA { later[half][p] = load<P>(x + (rows + p) * step + W * half); });
   });
-  transform_columns<P, inverse>(
-      [=](auto p, auto half) SIGPAK_LAMBDA { return load<P>(x + p * step + W * half); }, scale, x, step / 2);
-  transform_columns<P, inverse>([&](auto p, auto half) SIGPAK_LAMBDA { return later[half][p]; }, scale, x + W,
-                                step / 2);
+  last.run([=](auto p, auto half) SIGPAK_LAMBDA { return load<P>(x + p * step + W * half); }, x, step / 2);
+  last.run([&](auto p, auto half) SIGPAK_LAMBDA { return later[half][p]; }, x + W, step / 2);
 }
 
 // The scratch memory holds one block. Two passes leave the blocks in order without any.
@@ -88,9 +87,10 @@ void run_by_blocks(const lane_plan<typename P::scalar>& by_scratch, typename P::
   lane_plan<typename P::scalar> plan = by_scratch;
   plan.stride = plan.block[1];
   plan.passes == 2 ? transform_lanes<P, inverse>(plan, x, x) : transform_blocks<P, inverse>(plan, x, s);
+  const lanes_transform<P, inverse> last(plan.scale);
   const index block = plan.block[1];
   for (index column = 0; column < block; ++column) {
-    transform_column_in_place<P, inverse>(plan.scale, x + pair * column, pair * block);
+    transform_column_in_place(last, x + pair * column, pair * block);
   }
 }
 

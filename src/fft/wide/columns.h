@@ -18,27 +18,27 @@ template <class P> struct column_at {
 };
 
 template <class P, bool inverse>
-SIGPAK_INLINE void transform_column(typename P::scalar scale, column_at<P> from, column_at<P> to) {
+SIGPAK_INLINE void transform_column(const lanes_transform<P, inverse>& last, column_at<P> from,
+                                    column_at<P> to) {
   constexpr int W = P::width;
   unroll<2>([&](auto group) SIGPAK_LAMBDA {
     const auto* const rows = from.first + W / 2 * group * from.step;
-    transform_columns<P, inverse>([=](auto p, auto half)
-                                      SIGPAK_LAMBDA { return load<P>(rows + p * from.step + W * half); },
-                                  scale, to.first + W * group, to.step / 2);
+    last.run([=](auto p, auto half) SIGPAK_LAMBDA { return load<P>(rows + p * from.step + W * half); },
+             to.first + W * group, to.step / 2);
   });
 }
 
 // The two columns to each other's places, by way of a copy of one.
 template <class P, bool inverse>
-SIGPAK_INLINE void exchange_columns(typename P::scalar scale, column_at<P> a, column_at<P> b) {
+SIGPAK_INLINE void exchange_columns(const lanes_transform<P, inverse>& last, column_at<P> a, column_at<P> b) {
   constexpr int W = P::width;
   alignas(machine::line_bytes) typename P::scalar block[2 * W * W];
   unroll<W>([&](auto l) SIGPAK_LAMBDA {
     store(block + 2 * W * l, load<P>(a.first + l * a.step));
     store(block + 2 * W * l + W, load<P>(a.first + l * a.step + W));
   });
-  if (a.first != b.first) transform_column<P, inverse>(scale, b, a);
-  transform_column<P, inverse>(scale, {block, 2 * W}, b);
+  if (a.first != b.first) transform_column(last, b, a);
+  transform_column(last, {block, 2 * W}, b);
 }
 
 template <class P> SIGPAK_INLINE void fetch_column(column_at<P> column) {
@@ -55,6 +55,7 @@ template <class P> SIGPAK_INLINE void fetch_column(column_at<P> column) {
 template <class P, bool inverse>
 void exchange_square(const lane_plan<typename P::scalar>& plan, typename P::scalar* x, index m) {
   constexpr index column = 2 * P::width;
+  const lanes_transform<P, inverse> last(plan.scale);
   const index mirrored = plan.mirror[m];
   const index run = plan.square;
   const index far = run * plan.middle;
@@ -68,7 +69,7 @@ void exchange_square(const lane_plan<typename P::scalar>& plan, typename P::scal
         fetch_column(at(a, m, b + 1));
         fetch_column(at(b + 1, mirrored, a));
       }
-      exchange_columns<P, inverse>(plan.scale, at(a, m, b), at(b, mirrored, a));
+      exchange_columns(last, at(a, m, b), at(b, mirrored, a));
     }
   }
 }

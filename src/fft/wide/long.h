@@ -73,6 +73,7 @@ void collecting_last_pass(const lane_plan<typename P::scalar>& plan, const typen
   constexpr int W = P::width;
   constexpr index points = runs::run / 2;
   constexpr index groups = points / (W / 2);
+  const lanes_transform<P, inverse> last(plan.scale);
   const index vectors = plan.vectors;
   const std::uint32_t* start = plan.start;
   runs collected(x);
@@ -80,8 +81,8 @@ void collecting_last_pass(const lane_plan<typename P::scalar>& plan, const typen
     const bool more = kb + points < vectors;
     for (index g = 0; g < groups; ++g, ++start) {
       if (more) fetch_group<P>(plan, s + 2 * W * static_cast<index>(start[groups]));
-      transform_group<P, inverse>(plan, s + 2 * W * static_cast<index>(*start), collected.at(W * g),
-                                  runs::pitch / 2);
+      transform_group(last, plan, s + 2 * W * static_cast<index>(*start), collected.at(W * g),
+                      runs::pitch / 2);
     }
     for (index k = 0; k < W; ++k) collected.flush(k, x + 2 * (kb + k * vectors), kb == 0);
   }

@@ -6,6 +6,7 @@
 #include "fft/plans/lane_plan.h"
 #include "fft/wide/butterflies.h"
 #include "fft/wide/butterflies_odd.h"
+#include "fft/wide/over_lanes.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
@@ -17,18 +18,13 @@ using kernels::point_at;
 // One complex vector of scratch memory: the real parts, then the imaginary parts.
 template <class P> SIGPAK_INLINE cplx<P> load_pair(const typename P::scalar* s, index vector) {
   const auto* const at = s + 2 * P::width * vector;
-  return {load<P>(at), load<P>(at + P::width)};
+  return {load_once<P>(at), load_once<P>(at + P::width)};
 }
 template <class P> SIGPAK_INLINE void store_pair(typename P::scalar* s, index vector, cplx<P> a) {
   auto* const at = s + 2 * P::width * vector;
   store(at, a.re);
   store(at + P::width, a.im);
 }
-
-// The place of result k among those of a forward transform of R points. An inverse one has the same results
-// in the opposite order; where it has real and imaginary parts exchanged on the way in, that exchanges them
-// back too.
-template <int R, bool inverse> constexpr int result_at(int k) { return inverse ? (R - k) % R : k; }
 
 // W interleaved points, in the order of point_at.
 template <class P, bool inverse> SIGPAK_INLINE cplx<P> separated(P a, P b) {
@@ -51,6 +47,13 @@ template <class P> SIGPAK_INLINE cplx<P> turned(cplx<P> a, const typename P::sca
   return turned(a, splat<P>(twiddle[0]), splat<P>(twiddle[1]));
 }
 
+// Output k of a butterfly, whose twiddles are at w; the first has none.
+template <int k, class P>
+SIGPAK_INLINE cplx<P> turned_output(constant<k>, cplx<P> y, const typename P::scalar* w) {
+  if constexpr (k == 0) return y;
+  return turned(y, w + 2 * (k - 1));
+}
+
 // All M vectors, which `source` gives by their place, in butterflies of R that are M / R apart.
 template <class P, int R, class Source>
 void first_pass(const pass_plan<typename P::scalar>& plan, const Source& source, typename P::scalar* s) {
@@ -58,12 +61,9 @@ void first_pass(const pass_plan<typename P::scalar>& plan, const Source& source,
   const index stride = plan.stride;
   const auto* w = plan.twiddles[0];
   for (index i = 0; i < count; ++i, w += 2 * (R - 1)) {
-    cplx<P> a[R];
-    unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = source(i + j * count); });
-    transform(a);
-    store_pair(s, i, a[0]);
-    unroll<R - 1>([&](auto k)
-                      SIGPAK_LAMBDA { store_pair(s, i + (k + 1) * stride, turned(a[k + 1], w + 2 * k)); });
+    transform_through<R>([&](auto j) SIGPAK_LAMBDA { return source(i + j * count); },
+                         [&](auto k, cplx<P> y)
+                             SIGPAK_LAMBDA { store_pair(s, i + k * stride, turned_output(k, y, w)); });
   }
 }
 
@@ -73,12 +73,9 @@ SIGPAK_INLINE void block_pass(const typename P::scalar* from, typename P::scalar
                               const typename P::scalar* w) {
   const index count = block / R;
   for (index i = 0; i < count; ++i, w += 2 * (R - 1)) {
-    cplx<P> a[R];
-    unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = load_pair<P>(from, i + j * count); });
-    transform(a);
-    store_pair(to, i, a[0]);
-    unroll<R - 1>([&](auto k)
-                      SIGPAK_LAMBDA { store_pair(to, i + (k + 1) * count, turned(a[k + 1], w + 2 * k)); });
+    transform_through<R>([&](auto j) SIGPAK_LAMBDA { return load_pair<P>(from, i + j * count); },
+                         [&](auto k, cplx<P> y)
+                             SIGPAK_LAMBDA { store_pair(to, i + k * count, turned_output(k, y, w)); });
   }
 }
 
@@ -93,10 +90,8 @@ void middle_pass(typename P::scalar* s, index length, index block, const typenam
 // The last pass within the lanes: neighbouring vectors, no twiddles.
 template <class P, int R> void leaf_pass(typename P::scalar* s, index length) {
   for (index i = 0; i < length; i += R) {
-    cplx<P> a[R];
-    unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = load_pair<P>(s, i + j); });
-    transform(a);
-    unroll<R>([&](auto k) SIGPAK_LAMBDA { store_pair(s, i + k, a[k]); });
+    transform_through<R>([&](auto j) SIGPAK_LAMBDA { return load_pair<P>(s, i + j); },
+                         [&](auto k, cplx<P> y) SIGPAK_LAMBDA { store_pair(s, i + k, y); });
   }
 }
 
@@ -112,15 +107,12 @@ template <class P> SIGPAK_INLINE cplx<P> joined(cplx<P> a, cplx<P> b) {
 template <class P, int R, bool inverse, bool stepped>
 SIGPAK_INLINE void turn_leaf(const typename P::scalar* s, const typename P::scalar* w,
                              const typename P::scalar* steps, typename P::scalar* to, index step) {
-  cplx<P> a[R];
-  unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = load_pair<P>(s, j); });
-  transform(a);
-  const cplx<P> first = load_pair<P>(w, 0);
-  unroll<R>([&](auto k) SIGPAK_LAMBDA {
-    cplx<P> t = first;
-    if constexpr (k > 0) t = stepped ? joined(first, load_pair<P>(steps, k - 1)) : load_pair<P>(w, k);
-    store_points<P, inverse>(to + 2 * P::width * step * k, turned(a[k], t.re, t.im));
-  });
+  transform_through<R>([=](auto j) SIGPAK_LAMBDA { return load_pair<P>(s, j); },
+                       [=](auto k, cplx<P> y) SIGPAK_LAMBDA {
+                         cplx<P> t = load_pair<P>(w, stepped ? 0 : k);
+                         if constexpr (stepped && k > 0) t = joined(t, load_pair<P>(steps, k - 1));
+                         store_points<P, inverse>(to + 2 * P::width * step * k, turned(y, t.re, t.im));
+                       });
 }
 
 template <class P, int R, bool inverse, bool stepped>
@@ -136,13 +128,11 @@ template <class P, int R, bool inverse>
 void only_pass(const lane_plan<typename P::scalar>& plan, const typename P::scalar* x,
                typename P::scalar* s) {
   const auto* const w = plan.last;
-  cplx<P> a[R];
-  unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = load_points<P, inverse>(x + 2 * P::width * j); });
-  transform(a);
-  unroll<R>([&](auto k) SIGPAK_LAMBDA {
-    const cplx<P> t = load_pair<P>(w, k);
-    store_points<P, inverse>(s + 2 * P::width * k, turned(a[k], t.re, t.im));
-  });
+  transform_through<R>([&](auto j) SIGPAK_LAMBDA { return load_points<P, inverse>(x + 2 * P::width * j); },
+                       [&](auto k, cplx<P> y) SIGPAK_LAMBDA {
+                         const cplx<P> t = load_pair<P>(w, k);
+                         store_points<P, inverse>(s + 2 * P::width * k, turned(y, t.re, t.im));
+                       });
 }
 
 // Lanes and vectors change places.
@@ -156,51 +146,27 @@ template <class P> SIGPAK_INLINE void transpose(cplx<P> (&y)[P::width]) {
   unroll<W>([&](auto p) SIGPAK_LAMBDA { y[p] = {re[p], im[p]}; });
 }
 
-// The factor of the results; an inverse transform has none.
-template <class P, bool inverse> SIGPAK_INLINE auto factor_of(typename P::scalar scale) {
-  if constexpr (inverse) {
-    return unit{};
-  } else {
-    return splat<P>(scale);
-  }
-}
-
-// Rows of W points, as many as one vector holds: transposition and the transform of each column, to X[k' M].
-template <class P, bool inverse, class Row>
-SIGPAK_INLINE void transform_columns(const Row& row, typename P::scalar scale, typename P::scalar* x,
-                                     index vectors) {
-  constexpr int W = P::width;
-  constexpr int rows = W / 2;
-  P y[W];
-  unroll<2>([&](auto half) SIGPAK_LAMBDA {
-    P square[rows];
-    unroll<rows>([&](auto p) SIGPAK_LAMBDA { square[p] = row(p, half); });
-    transpose_points(square);
-    unroll<rows>([&](auto l) SIGPAK_LAMBDA { y[rows * half + l] = square[l]; });
-  });
-  transform(y, factor_of<P, inverse>(scale));
-  unroll<W>([&](auto k) SIGPAK_LAMBDA { store(x + 2 * k * vectors, y[result_at<W, inverse>(k)]); });
-}
-
 // One group of kb, the vector of the first at `first`.
 template <class P, bool inverse>
-SIGPAK_INLINE void transform_group(const lane_plan<typename P::scalar>& plan, const typename P::scalar* first,
+SIGPAK_INLINE void transform_group(const lanes_transform<P, inverse>& last,
+                                   const lane_plan<typename P::scalar>& plan, const typename P::scalar* first,
                                    typename P::scalar* x, index vectors) {
   constexpr int W = P::width;
-  transform_columns<P, inverse>([=, offset = plan.offset](auto p, auto half)
-                                    SIGPAK_LAMBDA { return load<P>(first + 2 * W * offset[p] + W * half); },
-                                plan.scale, x, vectors);
+  last.run([=, offset = plan.offset](auto p, auto half)
+               SIGPAK_LAMBDA { return load<P>(first + 2 * W * offset[p] + W * half); },
+           x, vectors);
 }
 
-// The last transform, over the lanes; natural order out.
+// The last transform; natural order out.
 template <class P, bool inverse>
 void last_pass(const lane_plan<typename P::scalar>& plan, const typename P::scalar* s,
                typename P::scalar* x) {
   constexpr int W = P::width;
+  const lanes_transform<P, inverse> last(plan.scale);
   const index vectors = plan.vectors;
   const std::uint32_t* start = plan.start;
   for (index kb = 0; kb < vectors; kb += W / 2, ++start) {
-    transform_group<P, inverse>(plan, s + 2 * W * static_cast<index>(*start), x + 2 * kb, vectors);
+    transform_group(last, plan, s + 2 * W * static_cast<index>(*start), x + 2 * kb, vectors);
   }
 }
 

@@ -160,10 +160,9 @@ template <class P, int R>
 void result_pass(typename P::scalar* s, index length, const std::uint32_t* result, index step,
                  typename P::scalar* x) {
   for (index i = 0; i < length; i += R, ++result) {
-    cplx<P> a[R];
-    unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = load_pair<P>(s, i + j); });
-    transform(a);
-    unroll<R>([&](auto k) SIGPAK_LAMBDA { store_pair(x, *result + k * step, a[k]); });
+    transform_through<R>([=](auto j) SIGPAK_LAMBDA { return load_pair<P>(s, i + j); },
+                         [=, first = *result](auto k, cplx<P> y)
+                             SIGPAK_LAMBDA { store_pair(x, first + k * step, y); });
   }
 }
 
