@@ -20,7 +20,6 @@ namespace {
 using kernels::fft_kernels;
 
 constexpr index least_packed = 4;
-constexpr index least_mixed = 16;
 
 // What a wide transform borrows. Lengths that are no power of two are many, so that only the plans of the
 // last ones are kept; they are borrowed with the memory.
@@ -44,7 +43,7 @@ template <class T> void own_plans() noexcept {
     kernels::release_lane_plans<T>();
     kernels::release_real_plans<T>();
     kernels::release_half_plans<T>();
-    kernels::release_short_mixed_plans<T>();
+    kernels::release_short_product_plans<T>();
     kernels::release_direct_tables<T>();
     return workshops<T>.release();
   });
@@ -135,12 +134,8 @@ status transform_real(const fft_kernels<T>& level, T* x, index points, bool inve
   return plan != nullptr ? transform_real_lanes(level, *plan, x, inverse) : failed;
 }
 
-template <class T> bool suits_mixed(const fft_kernels<T>& level, index points) noexcept {
-  if (points < least_mixed) return false;
-  const int widest = level.widest_lanes;
-  if (points <= kernels::most_short_mixed && kernels::find_short_mixed_plan<T>(points, widest) != nullptr)
-    return true;
-  return kernels::has_mixed_plan<T>(points, widest);
+template <class T> const kernels::product_plan<T>* short_product_plan(index points) noexcept {
+  return points <= kernels::most_short_product ? kernels::find_short_product_plan<T>(points) : nullptr;
 }
 
 template <class T> index scratch_of(const kernels::mixed_plan<T>& plan) noexcept {
@@ -150,18 +145,21 @@ template <class T> index scratch_of(const kernels::mixed_plan<T>& plan) noexcept
   return 2 * plan.lanes * (row_groups * b + std::max(a, b));
 }
 
-template <class T>
-status transform_short_mixed(const fft_kernels<T>& level, T* x, index points, bool inverse) noexcept {
-  const auto* plan = kernels::find_short_mixed_plan<T>(points, level.widest_lanes);
-  if (plan == nullptr) {
-    own_plans<T>();
-    plan = kernels::make_short_mixed_plan<T>(points, level.widest_lanes);
-    if (plan == nullptr) return failed;
-  }
-  return with_scratch(workshops<T>, scratch_of(*plan), x, [=, &level](T* scratch) {
-    level.run_mixed(*plan, x, scratch, inverse);
+// Null where none could be made.
+template <class T> status transform_by(const kernels::product_plan<T>* plan, T* x, bool inverse) noexcept {
+  if (plan == nullptr) return failed;
+  return with_scratch(workshops<T>, kernels::scratch_of(*plan), x, [=](T* scratch) {
+    at_level<kernels::product_kernels<T>>()->run(*plan, x, scratch, inverse);
     return ok;
   });
+}
+
+template <class T>
+status run(const kernels::product_plan<T>* plan, workshop<T>& shop, T* x, bool inverse) noexcept {
+  T* const scratch = plan != nullptr ? shop.scratch.at_least(kernels::scratch_of(*plan), x) : nullptr;
+  if (scratch == nullptr) return failed;
+  at_level<kernels::product_kernels<T>>()->run(*plan, x, scratch, inverse);
+  return ok;
 }
 
 template <class T>
@@ -181,7 +179,7 @@ status run(const kernels::chirp_plan<T>* plan, workshop<T>& shop, T* x, bool inv
   return ok;
 }
 
-// By columns and rows or by a chirp, whichever the length has a plan for.
+// By short transforms, by columns and rows or by a chirp, whichever the length has a plan for.
 template <class T>
 status transform_any(const fft_kernels<T>& level, T* x, index points, bool inverse) noexcept {
   own_plans<T>();
@@ -190,14 +188,20 @@ status transform_any(const fft_kernels<T>& level, T* x, index points, bool inver
   if (const auto* const plan = kernels::find_chirp_plan<T>(shop->plans, points); plan != nullptr) {
     return run(plan, *shop, x, inverse);
   }
-  if (points > kernels::most_short_mixed) {
-    const auto* plan = kernels::find_mixed_plan<T>(shop->plans, points, widest);
-    if (plan != nullptr) return run(level, plan, *shop, x, inverse);
-    if (suits_mixed(level, points)) {
-      return run(level, kernels::make_mixed_plan<T>(shop->plans, points, widest), *shop, x, inverse);
-    }
+  if (const auto* const plan = kernels::find_product_plan<T>(shop->plans, points); plan != nullptr) {
+    return run(plan, *shop, x, inverse);
   }
-  return run(kernels::make_chirp_plan(shop->plans, shop->scratch, points), *shop, x, inverse);
+  if (const auto* const plan = kernels::find_mixed_plan<T>(shop->plans, points, widest); plan != nullptr) {
+    return run(level, plan, *shop, x, inverse);
+  }
+  switch (algorithm_for<T>(points)) {
+    case algorithm::product:
+      return run(kernels::make_product_plan<T>(shop->plans, points), *shop, x, inverse);
+    case algorithm::mixed:
+      return run(level, kernels::make_mixed_plan<T>(shop->plans, points, widest), *shop, x, inverse);
+    default:
+      return run(kernels::make_chirp_plan(shop->plans, shop->scratch, points), *shop, x, inverse);
+  }
 }
 
 template <class T> status transform_directly(T* x, index points, bool inverse) noexcept {
@@ -247,16 +251,21 @@ template <class T> algorithm algorithm_for(index points) noexcept {
   if (level == nullptr) return power ? algorithm::split_radix : algorithm::bluestein;
   if (power) return is_small(points) ? algorithm::small : algorithm::lanes;
   if (short_transform<T>(points).run[0] != nullptr) return algorithm::coprime;
-  if (suits_mixed(*level, points)) return algorithm::mixed;
+  if (kernels::has_product_plan<T>(points)) return algorithm::product;
+  if (kernels::has_mixed_plan<T>(points, level->widest_lanes)) return algorithm::mixed;
   return points % 2 != 0 && points <= kernels::most_direct_points<T> ? algorithm::direct : algorithm::chirp;
 }
 
 namespace {
 
-// Long lengths of both kinds are looked up in one list, without finding out first which kind it is.
+// Short products are met first, by their plan; long lengths of all kinds are looked up in one list, without
+// finding out first which kind it is.
 template <class T> [[gnu::noinline]] status transform_longer(T* data, index points, bool inverse) noexcept {
+  if (const auto* const plan = short_product_plan<T>(points); plan != nullptr) {
+    return transform_by(plan, data, inverse);
+  }
   const auto* const level = at_level<fft_kernels<T>>();
-  const bool listed = points > kernels::most_short_mixed && !is_power_of_two(points);
+  const bool listed = points > kernels::most_short_product && !is_power_of_two(points);
   if (level != nullptr && listed) return transform_any(*level, data, points, inverse);
   switch (algorithm_for<T>(points)) {
     case algorithm::identity:
@@ -265,17 +274,15 @@ template <class T> [[gnu::noinline]] status transform_longer(T* data, index poin
       transform_pair(data, inverse);
       return ok;
     case algorithm::small:
-      level->small[address_bits(points)].run[inverse](data);
-      return ok;
-    case algorithm::coprime:
-      short_transform<T>(points).run[inverse](data);
-      return ok;
     case algorithm::lanes:
-      return transform_lanes(*level, data, points, inverse);
-    case algorithm::mixed:
-      return transform_short_mixed(*level, data, points, inverse);
+    case algorithm::coprime:
+      break;  // met before
+    case algorithm::product:
+      own_plans<T>();
+      return transform_by(kernels::make_short_product_plan<T>(points), data, inverse);
     case algorithm::direct:
       return transform_directly(data, points, inverse);
+    case algorithm::mixed:
     case algorithm::chirp:
       return transform_any(*level, data, points, inverse);
     case algorithm::split_radix:
@@ -288,14 +295,16 @@ template <class T> [[gnu::noinline]] status transform_longer(T* data, index poin
 
 }  // namespace
 
-// A power of two is met first: a short one takes no longer than finding out what it is.
+// A power of two is met first, then a length that stays in registers: it takes no longer than finding out
+// what it is.
 template <class T> status transform(T* data, index points, bool inverse) noexcept {
   const auto* const level = at_level<fft_kernels<T>>();
-  if (level == nullptr || points < least_packed || !is_power_of_two(points)) {
-    return transform_longer(data, points, inverse);
-  }
-  if (points >= kernels::least_planned) return transform_lanes(*level, data, points, inverse);
-  level->small[address_bits(points)].run[inverse](data);
+  if (level == nullptr) return transform_longer(data, points, inverse);
+  const bool power = points >= least_packed && is_power_of_two(points);
+  if (power && points >= kernels::least_planned) return transform_lanes(*level, data, points, inverse);
+  const auto known = power ? level->small[address_bits(points)] : short_transform<T>(points);
+  if (known.run[inverse] == nullptr) return transform_longer(data, points, inverse);
+  known.run[inverse](data);
   return ok;
 }
 

@@ -28,7 +28,8 @@ enum class algorithm {
   small,        // in registers, without tables: short powers of two
   coprime,      // the same of short lengths that are odd or products of coprime factors
   lanes,        // side by side in the lanes: powers of two
-  mixed,        // by columns and rows: small prime factors
+  product,      // by passes of short transforms: small prime factors
+  mixed,        // by columns and rows: the same of long lengths
   direct,       // by the definition: short odd lengths
   chirp,        // by a convolution in the lanes: all others
   split_radix,  // at the baseline: powers of two

@@ -20,8 +20,9 @@ template <class T> index fast_length(index least) noexcept {
   const index power = next_power_of_two(std::max<index>(least, 64));
   for (const index sixteenths : {9, 10, 11, 12, 13}) {
     const index points = power / 16 * sixteenths;
-    if (points >= least && power <= most_composite && algorithm_for<T>(points) == algorithm::mixed)
-      return points;
+    if (points < least || power > most_composite) continue;
+    const algorithm chosen = algorithm_for<T>(points);
+    if (chosen == algorithm::product || chosen == algorithm::mixed) return points;
   }
   return power;
 }

@@ -14,10 +14,6 @@
 namespace sigpak::kernels {
 namespace {
 
-// With `widest` lanes of every level.
-constexpr int short_keys = static_cast<int>(most_short_mixed + 1) * lane_numbers;
-template <class T> constinit published<std::byte, short_keys> short_plans;
-
 constexpr int odd_radices[] = {13, 11, 7, 5, 3};
 constexpr index largest_factor = odd_radices[0];
 
@@ -58,7 +54,6 @@ template <class T> double choose_radices(pass_plan<T>& plan, const pass_costs& c
 
 struct split {
   index columns = 0;  // A, the length of the transforms over the columns; 0 where there is no split
-  int lanes = 0;
   double cost = 0;
 };
 
@@ -79,26 +74,24 @@ template <class T> void consider(split& best, index points, index a, int lanes) 
   const double cost = column_groups * (group_cost + static_cast<double>(a) * of_columns) +
                       row_groups * (group_cost + static_cast<double>(b) * of_rows);
   if (columns.passes == 0 || rows.passes == 0) return;
-  if (best.columns == 0 || cost < best.cost) best = {a, lanes, cost};
+  if (best.columns == 0 || cost < best.cost) best = {a, cost};
 }
 
-template <class T> bool has_split(index points, int widest) noexcept {
+template <class T> bool has_split(index points, int lanes) noexcept {
   split any;
   auto a = static_cast<index>(std::sqrt(static_cast<double>(points)));
   for (; a > 1 && any.columns == 0; --a) {
-    if (points % a == 0) consider<T>(any, points, a, widest / 2);
+    if (points % a == 0) consider<T>(any, points, a, lanes);
   }
   return any.columns != 0;
 }
 
-template <class T> split choose_split(index points, int widest) noexcept {
+template <class T> split choose_split(index points, int lanes) noexcept {
   split best;
-  for (const int lanes : {widest, widest / 2}) {
-    for (index a = 2; a * a <= points; ++a) {
-      if (points % a != 0) continue;
-      consider<T>(best, points, a, lanes);
-      consider<T>(best, points, points / a, lanes);
-    }
+  for (index a = 2; a * a <= points; ++a) {
+    if (points % a != 0) continue;
+    consider<T>(best, points, a, lanes);
+    consider<T>(best, points, points / a, lanes);
   }
   return best;
 }
@@ -113,15 +106,16 @@ template <class T> pass_plan<T> lay_out_passes(index vectors, int lanes) noexcep
   return plan;
 }
 
-template <class T> mixed_plan<T> lay_out(index points, const split& chosen) noexcept {
+template <class T> mixed_plan<T> lay_out(index points, int lanes) noexcept {
+  const split chosen = choose_split<T>(points, lanes);
   mixed_plan<T> plan = {};
   plan.points = points;
-  plan.lanes = chosen.lanes;
+  plan.lanes = lanes;
   plan.scale = T(1) / static_cast<T>(points);
-  plan.columns = lay_out_passes<T>(chosen.columns, chosen.lanes);
-  plan.rows = lay_out_passes<T>(points / chosen.columns, chosen.lanes);
-  const pass_costs costs = costs_of<T>(chosen.lanes);
-  plan.is_stepped = costs.missing(3 * points / chosen.lanes, costs.caches().second) > 0;
+  plan.columns = lay_out_passes<T>(chosen.columns, lanes);
+  plan.rows = lay_out_passes<T>(points / chosen.columns, lanes);
+  const pass_costs costs = costs_of<T>(lanes);
+  plan.is_stepped = costs.missing(3 * points / lanes, costs.caches().second) > 0;
   return plan;
 }
 
@@ -182,38 +176,24 @@ template <class T> void fill(mixed_plan<T>& plan) noexcept {
   if (plan.is_stepped) fill_steps(plan.steps, plan, w);
 }
 
-constexpr index key_of(index points, int widest) noexcept { return points * most_lanes + widest - 1; }
-constexpr int short_key(index points, int widest) noexcept {
-  return static_cast<int>(points) * lane_numbers + address_bits(widest);
-}
+constexpr index key_of(index points, int lanes) noexcept { return points * most_lanes + lanes - 1; }
 
 }  // namespace
 
-template <class T> bool has_mixed_plan(index points, int widest) noexcept {
-  return is_smooth(points, largest_factor) && has_split<T>(points, widest);
+template <class T> bool has_mixed_plan(index points, int lanes) noexcept {
+  return is_smooth(points, largest_factor) && has_split<T>(points, lanes);
 }
 
 template <class T>
-const mixed_plan<T>* find_mixed_plan(recent_list& plans, index points, int widest) noexcept {
-  return kept_plan<mixed_plan<T>>(plans.find(key_of(points, widest)));
+const mixed_plan<T>* find_mixed_plan(recent_list& plans, index points, int lanes) noexcept {
+  return kept_plan<mixed_plan<T>>(plans.find(key_of(points, lanes)));
 }
 
 template <class T>
-const mixed_plan<T>* make_mixed_plan(recent_list& plans, index points, int widest) noexcept {
-  return keep_plan(lay_out<T>(points, choose_split<T>(points, widest)), carve<T>, fill<T>,
-                   [&plans, key = key_of(points, widest)](index bytes) { return plans.append(key, bytes); });
+const mixed_plan<T>* make_mixed_plan(recent_list& plans, index points, int lanes) noexcept {
+  return keep_plan(lay_out<T>(points, lanes), carve<T>, fill<T>,
+                   [&plans, key = key_of(points, lanes)](index bytes) { return plans.append(key, bytes); });
 }
-
-template <class T> const mixed_plan<T>* find_short_mixed_plan(index points, int widest) noexcept {
-  return kept_plan<mixed_plan<T>>(short_plans<T>.find(short_key(points, widest)));
-}
-
-template <class T> const mixed_plan<T>* make_short_mixed_plan(index points, int widest) noexcept {
-  return publish_plan(short_plans<T>, short_key(points, widest),
-                      lay_out<T>(points, choose_split<T>(points, widest)), carve<T>, fill<T>);
-}
-
-template <class T> void release_short_mixed_plans() noexcept { short_plans<T>.release(); }
 
 template bool has_mixed_plan<double>(index, int) noexcept;
 template bool has_mixed_plan<float>(index, int) noexcept;
@@ -221,11 +201,5 @@ template const mixed_plan<double>* find_mixed_plan(recent_list&, index, int) noe
 template const mixed_plan<float>* find_mixed_plan(recent_list&, index, int) noexcept;
 template const mixed_plan<double>* make_mixed_plan(recent_list&, index, int) noexcept;
 template const mixed_plan<float>* make_mixed_plan(recent_list&, index, int) noexcept;
-template const mixed_plan<double>* find_short_mixed_plan(index, int) noexcept;
-template const mixed_plan<float>* find_short_mixed_plan(index, int) noexcept;
-template const mixed_plan<double>* make_short_mixed_plan(index, int) noexcept;
-template const mixed_plan<float>* make_short_mixed_plan(index, int) noexcept;
-template void release_short_mixed_plans<double>() noexcept;
-template void release_short_mixed_plans<float>() noexcept;
 
 }  // namespace sigpak::kernels

@@ -25,19 +25,13 @@ template <class T> struct mixed_plan {
   T* steps;         // `twiddles` has the first group alone, and these are the steps from it, k1 within groups
 };
 
-// Whether there is a plan for the length, with `widest` lanes or half of them.
-template <class T> bool has_mixed_plan(std::int64_t points, int widest) noexcept;
+// Whether there is a plan for the length, with so many lanes.
+template <class T> bool has_mixed_plan(std::int64_t points, int lanes) noexcept;
 
 // The one that is in the list already; a new one, made into it. Null where there is none yet, and on failure.
 template <class T>
-const mixed_plan<T>* find_mixed_plan(recent_list& plans, std::int64_t points, int widest) noexcept;
+const mixed_plan<T>* find_mixed_plan(recent_list& plans, std::int64_t points, int lanes) noexcept;
 template <class T>
-const mixed_plan<T>* make_mixed_plan(recent_list& plans, std::int64_t points, int widest) noexcept;
-
-// Those of short lengths are few and small: published, they stay until the release.
-inline constexpr std::int64_t most_short_mixed = 256;
-template <class T> const mixed_plan<T>* find_short_mixed_plan(std::int64_t points, int widest) noexcept;
-template <class T> const mixed_plan<T>* make_short_mixed_plan(std::int64_t points, int widest) noexcept;
-template <class T> void release_short_mixed_plans() noexcept;
+const mixed_plan<T>* make_mixed_plan(recent_list& plans, std::int64_t points, int lanes) noexcept;
 
 }  // namespace sigpak::kernels

@@ -6,6 +6,7 @@
 #include "fft/plans/half_plan.h"
 #include "fft/plans/lane_plan.h"
 #include "fft/plans/mixed_plan.h"
+#include "fft/plans/product_plan.h"
 #include "fft/plans/real_plan.h"
 
 namespace sigpak::kernels {
@@ -29,8 +30,14 @@ template <class T> struct fft_kernels {
 };
 
 // Of lengths that are no powers of two; null where there is none.
-inline constexpr int most_short = 80;
+inline constexpr int most_short = 40;
 template <class T> struct short_ffts { small_fft<T> by_length[most_short + 1]; };
+
+template <class T> struct product_kernels {
+  int widest_lanes;
+  int narrowest_lanes;
+  void (*run)(const product_plan<T>& plan, T* x, T* scratch, bool inverse);
+};
 
 template <class T> struct chirp_kernels {
   int widest_lanes;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Transforms of short lengths that are no powers of two, in registers and without tables: one complex point
-// to a vector, odd lengths and products of coprime factors. Single precision is computed in double, which
-// leaves the longest of them to the lanes.
+// to a vector, odd lengths and products of coprime factors: those that are too short for products of vectors,
+// and where it is faster. Single precision is computed in double.
 #pragma once
 
 #include "fft/wide/butterflies_composite.h"
@@ -11,7 +11,7 @@
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
-// N = A B; with A = 1 an odd length alone.
+// N = A B, coprime; with A = 1 an odd length alone.
 template <class T, int A, int B, bool inverse> void run_short(T* x) {
   constexpr int N = A * B;
   const auto factor = factor_of<d2, inverse>(1.0 / N);
@@ -30,11 +30,10 @@ template <class T> class short_table {
   constexpr short_table() {
     add<1, 3>(), add<1, 5>(), add<1, 7>(), add<1, 9>(), add<1, 11>(), add<1, 13>();
     add<2, 3>(), add<2, 5>(), add<2, 7>(), add<2, 9>();
-    add<3, 5>(), add<3, 7>(), add<6, 5>();
-    add<4, 3>(), add<4, 5>(), add<4, 7>(), add<4, 9>();
-    add<8, 3>(), add<8, 5>(), add<8, 7>();
-    add<16, 3>(), add<12, 5>();
-    if constexpr (!is_single<T>) add<8, 9>(), add<16, 5>();
+    add<3, 5>(), add<3, 7>(), add<4, 3>(), add<4, 5>();
+    add<2, 11>(), add<2, 13>(), add<1, 27>(), add<3, 11>(), add<3, 13>();
+    if constexpr (!is_single<T>)
+      add<8, 3>(), add<1, 25>(), add<4, 7>(), add<6, 5>(), add<4, 9>(), add<8, 5>();
   }
   constexpr const kernels::short_ffts<T>& all() const { return all_; }
 

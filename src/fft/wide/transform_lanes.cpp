@@ -51,8 +51,6 @@ void run_either_mixed(const mixed_plan<typename P::scalar>& plan, typename P::sc
 
 using widest_d = widest<double>;
 using widest_f = widest<float>;
-using narrow_d = pack<double, widest_d::width / 2>;
-using narrow_f = pack<float, widest_f::width / 2>;
 
 // Plans come with the widest lanes that their length allows.
 template <class Wide, class Narrow, class T>
@@ -65,12 +63,6 @@ void run_real_lanes(const real_plan<T>& plan, T* x, T* scratch, bool inverse) {
   if (plan.lanes == Wide::width) return run_either_real<Wide>(plan, x, scratch, inverse);
   if (plan.lanes == Narrow::width) return run_either_real<Narrow>(plan, x, scratch, inverse);
   run_either_real<Narrowest>(plan, x, scratch, inverse);
-}
-
-template <class Wide, class Narrow, class T>
-void run_mixed_lanes(const mixed_plan<T>& plan, T* x, T* scratch, bool inverse) {
-  if (plan.lanes == Wide::width) return run_either_mixed<Wide>(plan, x, scratch, inverse);
-  run_either_mixed<Narrow>(plan, x, scratch, inverse);
 }
 
 template <class T, int N>
@@ -97,7 +89,7 @@ constexpr kernels::fft_kernels<double> double_fft = {
     run_lanes<widest_d, widest_d>,
     run_real_lanes<widest_d, d4, d4>,
     change_bins_either<widest_d>,
-    run_mixed_lanes<widest_d, narrow_d>};
+    run_either_mixed<widest_d>};
 
 constexpr kernels::fft_kernels<float> float_fft = {
     widest_f::width,
@@ -112,7 +104,7 @@ constexpr kernels::fft_kernels<float> float_fft = {
     run_lanes<widest_f, f8>,
     run_real_lanes<widest_f, f8, f4>,
     change_bins_either<widest_f>,
-    run_mixed_lanes<widest_f, narrow_f>};
+    run_either_mixed<widest_f>};
 
 }  // namespace
 }  // namespace sigpak::SIGPAK_LEVEL

@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+// The passes of transforms of products of short lengths. A pass is a loop over one butterfly that stays in
+// registers, compiled for every radix: as all passes have their lengths and strides from the plan, any
+// product of the radices is served. The inverse transform takes the points of every butterfly in the opposite
+// order.
+#pragma once
+
+#include "fft/plans/product_plan.h"
+#include "fft/wide/butterflies_composite.h"
+#include "fft/wide/passes.h"
+
+namespace sigpak::SIGPAK_LEVEL {
+namespace {
+
+using kernels::product_plan;
+
+// a times w or, for the inverse, its conjugate; c and s hold its parts once for each part of a.
+template <bool inverse, class P> SIGPAK_INLINE P turned_forth_or_back(P a, P c, P s) {
+  if constexpr (inverse) return fma_odd(a, c, exchanged(a) * s);
+  return turned(a, c, s);
+}
+
+// R rows of C points of a column each, to C rows of R points, which end with the last repeated up to whole
+// vectors.
+template <class P, int R>
+SIGPAK_INLINE void store_transposed(const P (&a)[R], typename P::scalar* out, index stride) {
+  constexpr int C = P::width / 2;
+  unroll<(R + C - 1) / C>([&](auto block) SIGPAK_LAMBDA {
+    P square[C];
+    unroll<C>([&](auto p) SIGPAK_LAMBDA {
+      constexpr int row = C * block + p;
+      square[p] = a[row < R ? row : R - 1];
+    });
+    transpose_points(square);
+    unroll<C>([&](auto l) SIGPAK_LAMBDA { store(out + 2 * stride * l + P::width * block, square[l]); });
+  });
+}
+
+// The columns, from the data to the rows of the scratch memory. Where they are no multiple of the lanes the
+// last group overlaps the one before and repeats its results.
+template <class P, int R, bool inverse>
+void product_columns(const product_plan<typename P::scalar>& plan, const typename P::scalar* x,
+                     typename P::scalar* s) {
+  constexpr int C = P::width / 2;
+  const index columns = plan.rows;
+  const auto* w = plan.twiddles;
+  for (index group = 0; group < columns; group += C, w += P::width * (R - 1)) {
+    const index n2 = group < columns - C ? group : columns - C;
+    const auto* const first = x + 2 * n2;
+    P a[R];
+    unroll<R>([&](auto i) SIGPAK_LAMBDA { a[i] = load<P>(first + 2 * columns * result_at<R, inverse>(i)); });
+    transform(a);
+    unroll<R - 1>([&](auto k) SIGPAK_LAMBDA {
+      const P t = load<P>(w + P::width * k);
+      a[k + 1] = turned_forth_or_back<inverse>(a[k + 1], evens_twice(t), odds_twice(t));
+    });
+    store_transposed(a, s + 2 * plan.stride * n2, plan.stride);
+  }
+}
+
+// One block of rows in place.
+template <class P, int R, bool inverse>
+void product_block(index stride, index block, const typename P::scalar* w, typename P::scalar* s) {
+  const index count = block / R;
+  const index step = 2 * stride * count;
+  for (index i = 0; i < count; ++i, w += 2 * (R - 1)) {
+    for (const auto* const end = s + 2 * stride; s != end; s += P::width) {
+      P a[R];
+      unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = load<P>(s + step * result_at<R, inverse>(j)); });
+      transform(a);
+      store(s, a[0]);
+      unroll<R - 1>([&](auto k) SIGPAK_LAMBDA {
+        store(s + step * (k + 1),
+              turned_forth_or_back<inverse>(a[k + 1], splat<P>(w[2 * k]), splat<P>(w[2 * k + 1])));
+      });
+    }
+  }
+}
+
+// The last pass, whose blocks are one butterfly long: from the scratch memory to the data.
+template <class P, int R>
+void product_results(const product_plan<typename P::scalar>& plan, const typename P::scalar* s,
+                     typename P::scalar* x, bool inverse) {
+  using T = typename P::scalar;
+  constexpr int C = P::width / 2;
+  const index a_points = plan.radix[0];
+  const index blocks = plan.rows / R;
+  const index out_step = 2 * a_points * blocks;
+  const index in_step = inverse ? -2 * plan.stride : 2 * plan.stride;
+  const P factor = splat<P>(inverse ? T(1) : plan.scale);
+  for (index block = 0; block < blocks; ++block, s += 2 * plan.stride * R) {
+    const T* const others = inverse ? s + 2 * plan.stride * R : s;
+    T* const out = x + 2 * a_points * static_cast<index>(plan.order[block]);
+    for (index group = 0; group < a_points; group += C) {
+      const index k1 = group < a_points - C ? group : a_points - C;
+      P a[R];
+      a[0] = load<P>(s + 2 * k1);
+      unroll<R - 1>([&](auto i) SIGPAK_LAMBDA { a[i + 1] = load<P>(others + 2 * k1 + (i + 1) * in_step); });
+      transform(a, factor);
+      unroll<R>([&](auto k) SIGPAK_LAMBDA { store(out + 2 * k1 + k * out_step, a[k]); });
+    }
+  }
+}
+
+// By radix; null where a number is none.
+template <class P> struct product_passes {
+  using T = typename P::scalar;
+  void (*columns[2])(const product_plan<T>& plan, const T* x, T* s);  // forward, inverse
+  void (*block[2])(index stride, index block, const T* w, T* s);
+  void (*results)(const product_plan<T>& plan, const T* s, T* x, bool inverse);
+};
+template <class P> struct product_table {
+  product_passes<P> by_radix[kernels::most_radix + 1] = {};
+  constexpr product_table() { add<2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 20, 25>(); }
+
+ private:
+  template <int... radices> constexpr void add() {
+    ((by_radix[radices] = {{product_columns<P, radices, false>, product_columns<P, radices, true>},
+                           {product_block<P, radices, false>, product_block<P, radices, true>},
+                           product_results<P, radices>}),
+     ...);
+  }
+};
+template <class P> constinit const product_table<P> products{};
+
+template <class P>
+void run_product(const product_plan<typename P::scalar>& plan, typename P::scalar* x,
+                 typename P::scalar* scratch, bool inverse) {
+  const auto& passes = products<P>.by_radix;
+  passes[plan.radix[0]].columns[inverse](plan, x, scratch);
+  for (int pass = 1; pass < plan.passes - 1; ++pass) {
+    for (index row = 0; row < plan.rows; row += plan.block[pass]) {
+      passes[plan.radix[pass]].block[inverse](plan.stride, plan.block[pass], plan.turns[pass],
+                                              scratch + 2 * plan.stride * row);
+    }
+  }
+  passes[plan.radix[plan.passes - 1]].results(plan, scratch, x, inverse);
+}
+
+}  // namespace
+}  // namespace sigpak::SIGPAK_LEVEL
