@@ -114,6 +114,27 @@ constexpr double arcsine_single_terms[] = {0x1.cb30e37fd56cap-6, -0x1.9375c3f9ec
                                            0x1.f1c80857e1cacp-6, 0x1.6db6d96bcc84ap-5,  0x1.3333333477519p-4,
                                            0x1.555555555541bp-3};
 
+// |t| <= 0.021: atan t = t + t z A(z), and |t| <= 0.008: asin t alike, by their power series; 2^-47 and 2^-46
+constexpr double arctangent_quick_terms[] = {-0x1.2492492492492p-3, 0x1.999999999999ap-3,
+                                             -0x1.5555555555555p-2};
+constexpr double arcsine_quick_terms[] = {0x1.3333333333333p-4, 0x1.5555555555555p-3};
+
+// In floats for tables of 8 and of 32, |t| <= 0.1724 and 0.0567: atan t = t + t z A(z), within 2^-36 and
+// 2^-34; the errors of a sum with an angle, over z.
+template <int entries> constexpr float arctangent_pair_terms[1] = {};
+template <>
+constexpr float arctangent_pair_terms<8>[] = {0x1.c08ad6p-4F, -0x1.24c2c6p-3F, 0x1.999ac6p-3F,
+                                              -0x1.555556p-2F};
+template <> constexpr float arctangent_pair_terms<32>[] = {0x1.98a62cp-3F, -0x1.555548p-2F};
+template <int entries> constexpr float arctangent_pair_error = entries == 8 ? 0x1p-25F : 0x1.4p-26F;
+
+// The same of the arcsine, |t| <= 0.157 and 0.0336; 2^-38 and 2^-41.
+template <int entries> constexpr float arcsine_pair_terms[1] = {};
+template <>
+constexpr float arcsine_pair_terms<8>[] = {0x1.d1f53ap-6F, 0x1.6ea80ap-5F, 0x1.333194p-4F, 0x1.555556p-3F};
+template <> constexpr float arcsine_pair_terms<32>[] = {0x1.336b92p-4F, 0x1.555554p-3F};
+template <int entries> constexpr float arcsine_pair_error = entries == 8 ? 0x1.4p-27F : 0x1p-28F;
+
 // |x| <= 0.55: tanh x = x + x z P(z); 2^-62
 constexpr double tanh_terms[] = {0x1.a26629d65b57ap-18,  -0x1.02e3c5157fc54p-15, 0x1.837c4c689c62fp-14,
                                  -0x1.f225fd26c6918p-13, 0x1.35259956edd89p-11,  -0x1.7d9f579002c81p-10,
