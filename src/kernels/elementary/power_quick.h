@@ -148,6 +148,16 @@ template <const power_base& base, class F> struct quick_power : F {
   }
 };
 
+template <class F> struct quick_hyperbolic_cosine : F {
+  SIGPAK_INLINE attempt<halves> quick(const float* x) const {
+    constexpr float end = guard<float>::log_huge;
+    return judged<38>(is_between(load<singles>(x), -end, end), each_half(x, [](real a) SIGPAK_LAMBDA {
+                        const real e = quick_power_of<natural_base>(absolute(a));
+                        return all(0.5) * (e + all(1) / e);
+                      }));
+  }
+};
+
 #endif
 
 }  // namespace
