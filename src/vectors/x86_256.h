@@ -30,8 +30,10 @@ SIGPAK_INLINE void widen(f8 a, d4& low, d4& high) {
 }
 SIGPAK_INLINE real sqrt(real a) { return {_mm256_sqrt_pd(a.v)}; }
 SIGPAK_INLINE singles sqrt(singles a) { return {_mm256_sqrt_ps(a.v)}; }
+// 1 / sqrt(a) for normal a > 0, within a relative error.
 SIGPAK_INLINE singles rough_inverse_root(singles a) { return {_mm256_rsqrt_ps(a.v)}; }
 constexpr float rough_root_error = 0x1.8p-12F;
+// `below` where the sign of a is set.
 SIGPAK_INLINE singles choose_by_sign(singles a, singles below, singles above) {
   return {_mm256_blendv_ps(above.v, below.v, a.v)};
 }

@@ -132,8 +132,10 @@ SIGPAK_INLINE words only(mask m, unsigned long long x) {
 SIGPAK_INLINE real widened(f8 a) { return {_mm512_cvtps_pd(a.v)}; }  // by halves, where it is left to g++
 SIGPAK_INLINE real sqrt(real a) { return {_mm512_sqrt_pd(a.v)}; }
 SIGPAK_INLINE singles sqrt(singles a) { return {_mm512_sqrt_ps(a.v)}; }
+// 1 / sqrt(a) for normal a > 0, within a relative error.
 SIGPAK_INLINE singles rough_inverse_root(singles a) { return {_mm512_rsqrt14_ps(a.v)}; }
 constexpr float rough_root_error = 0x1p-14F;
+// `below` where the sign of a is set.
 SIGPAK_INLINE singles choose_by_sign(singles a, singles below, singles above) {
   return {_mm512_mask_blend_ps(_mm512_movepi32_mask(__m512i(bits(a))), above.v, below.v)};
 }
