@@ -143,8 +143,8 @@ template <const power_base& base> SIGPAK_INLINE real quick_power_of(real x) {
 
 template <const power_base& base, class F> struct quick_power : F {
   SIGPAK_INLINE attempt<halves> quick(const float* x) const {
-    const float_mask fits = is_between(load<singles>(x), base.least, base.most);
-    return judged<38>(fits, each_half(x, quick_power_of<base>));
+    const halves y = each_half(x, quick_power_of<base>);
+    return judged<38>(is_between(load<singles>(x), base.least, base.most), y);
   }
 };
 

@@ -39,16 +39,15 @@ constexpr float quick_sine_end = static_cast<float>(reduction_end);
 
 template <real f(real x), class F> struct quick_circular : F {
   SIGPAK_INLINE attempt<halves> quick(const float* x) const {
-    const float_mask fits = is_between(load<singles>(x), -quick_sine_end, quick_sine_end);
-    return judged<40>(fits, each_half(x, f));
+    const halves y = each_half(x, f);
+    return judged<40>(is_between(load<singles>(x), -quick_sine_end, quick_sine_end), y);
   }
 };
 
 template <class F> struct quick_sine_quotient : F {
   SIGPAK_INLINE attempt<halves> quick(const float* x) const {
-    const float_mask fits = is_between(absolute(load<singles>(x)), guard<float>::tiny, quick_sine_end);
-    return judged<39>(fits,
-                      each_half(x, [](real a) SIGPAK_LAMBDA { return near_quotient(quick_sine_of(a), a); }));
+    const halves y = each_half(x, [](real a) SIGPAK_LAMBDA { return near_quotient(quick_sine_of(a), a); });
+    return judged<39>(is_between(absolute(load<singles>(x)), guard<float>::tiny, quick_sine_end), y);
   }
 };
 
