@@ -87,13 +87,14 @@ SIGPAK_INLINE real all(double x) {
 #endif
 }
 
-// The bits of the floats of a vector, and the same as numbers with a sign.
+// The floats of the level, one to a lane, their bits, and the same as numbers with a sign.
+using singles = widest<float>;
 typedef unsigned float_words __attribute__((vector_size(SIGPAK_VECTOR_BYTES)));
 typedef int signed_float_words __attribute__((vector_size(SIGPAK_VECTOR_BYTES)));
-SIGPAK_INLINE float_words bits(widest<float> a) { return reinterpret_cast<float_words>(a.v); }
-SIGPAK_INLINE widest<float> absolute(widest<float> a) {
-  return {reinterpret_cast<widest<float>::vector>(bits(a) & ~0U >> 1)};
-}
+SIGPAK_INLINE singles every(float x) { return splat<singles>(x); }
+SIGPAK_INLINE float_words bits(singles a) { return reinterpret_cast<float_words>(a.v); }
+SIGPAK_INLINE singles from_bits(float_words a) { return {reinterpret_cast<singles::vector>(a)}; }
+SIGPAK_INLINE singles absolute(singles a) { return from_bits(bits(a) & ~0U >> 1); }
 
 // Added to x, leaves x rounded to an integer in the low bits, and itself as it was when subtracted again.
 constexpr double to_integer = 0x1.8p52;
@@ -101,6 +102,9 @@ constexpr double to_integer = 0x1.8p52;
 constexpr unsigned long long sign_bit = 1ULL << 63;
 SIGPAK_INLINE real absolute(real a) { return from_bits(bits(a) & ~sign_bit); }
 SIGPAK_INLINE real flip_sign(real a, words sign) { return from_bits(bits(a) ^ (sign & sign_bit)); }
+SIGPAK_INLINE singles flip_sign(singles a, float_words sign) {
+  return from_bits(bits(a) ^ (sign & 1U << 31));
+}
 
 // Calls body with 0, 1, ..., count - 1 as constants, so that arrays indexed by them stay in registers.
 template <int value> struct constant {

@@ -33,6 +33,8 @@ struct float_mask {
 SIGPAK_INLINE float_mask is_between(widest<float> a, float low, float high) {
   return {float_words(a.v >= splat<widest<float>>(low).v) & float_words(a.v <= splat<widest<float>>(high).v)};
 }
+SIGPAK_INLINE float_mask equal(singles a, singles b) { return {float_words(a.v == b.v)}; }
+SIGPAK_INLINE float_mask equal_in(float_mask in, singles a, singles b) { return {in.v & equal(a, b).v}; }
 SIGPAK_INLINE float_mask with_bits(float_mask in, float_words a, unsigned m) {
   return {in.v & ~float_words((a & (m - float_words{})) == 0)};
 }

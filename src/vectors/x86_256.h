@@ -29,12 +29,29 @@ SIGPAK_INLINE void widen(f8 a, d4& low, d4& high) {
   high = widened(f4{_mm256_extractf128_ps(a.v, 1)});
 }
 SIGPAK_INLINE real sqrt(real a) { return {_mm256_sqrt_pd(a.v)}; }
+SIGPAK_INLINE singles sqrt(singles a) { return {_mm256_sqrt_ps(a.v)}; }
+// 1 / sqrt(a) for normal a > 0, within a relative error.
+SIGPAK_INLINE singles rough_inverse_root(singles a) { return {_mm256_rsqrt_ps(a.v)}; }
+constexpr float rough_root_error = 0x1.8p-12F;
+// `below` where the sign of a is set.
+SIGPAK_INLINE singles choose_by_sign(singles a, singles below, singles above) {
+  return {_mm256_blendv_ps(above.v, below.v, a.v)};
+}
 SIGPAK_INLINE real at_least(real x, double limit) { return {_mm256_max_pd(all(limit).v, x.v)}; }
 SIGPAK_INLINE real at_most(real x, double limit) { return {_mm256_min_pd(all(limit).v, x.v)}; }
 
-// table[position mod entries] for a table of the size that is cheapest here.
-constexpr int table_entries = 1;
-SIGPAK_INLINE real pick(const double (&table)[table_entries], words) { return all(table[0]); }
+// Tables of floats, as many as are cheapest here: table[position mod entries].
+#define SIGPAK_HAS_FLOAT_TABLES
+constexpr int float_entries = 8;
+SIGPAK_INLINE singles pick(const float (&table)[float_entries], float_words position) {
+  return {_mm256_permutevar8x32_ps(_mm256_loadu_ps(table), __m256i(position))};
+}
+
+// a * 2^floor(n / entries); shifted is n / entries + start, both of a float's last place.
+SIGPAK_INLINE singles scale_entries(singles a, singles shifted, singles) {
+  constexpr unsigned power = 0xff800000;
+  return from_bits(bits(a) + (bits(shifted) << (23 - __builtin_ctz(float_entries)) & power));
+}
 
 // Each half of the table is found as pairs of 32-bit words; bit 2 of the position chooses between them.
 SIGPAK_INLINE real look_up(const double* table, words position) {

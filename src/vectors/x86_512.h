@@ -121,6 +121,10 @@ SIGPAK_INLINE float_mask is_between(widest<float> a, float low, float high) {
 SIGPAK_INLINE float_mask with_bits(float_mask in, float_words a, unsigned m) {
   return _mm512_mask_test_epi32_mask(in, __m512i(a), _mm512_set1_epi32(static_cast<int>(m)));
 }
+SIGPAK_INLINE float_mask equal(singles a, singles b) { return _mm512_cmp_ps_mask(a.v, b.v, _CMP_EQ_OQ); }
+SIGPAK_INLINE float_mask equal_in(float_mask in, singles a, singles b) {
+  return _mm512_mask_cmp_ps_mask(in, a.v, b.v, _CMP_EQ_OQ);
+}
 SIGPAK_INLINE bool all_of(float_mask m) { return m == 0xffff; }
 SIGPAK_INLINE real lesser(real a, real b) { return {_mm512_min_pd(a.v, b.v)}; }
 SIGPAK_INLINE real greater(real a, real b) { return {_mm512_max_pd(a.v, b.v)}; }
@@ -131,6 +135,14 @@ SIGPAK_INLINE words only(mask m, unsigned long long x) {
 }
 SIGPAK_INLINE real widened(f8 a) { return {_mm512_cvtps_pd(a.v)}; }  // by halves, where it is left to g++
 SIGPAK_INLINE real sqrt(real a) { return {_mm512_sqrt_pd(a.v)}; }
+SIGPAK_INLINE singles sqrt(singles a) { return {_mm512_sqrt_ps(a.v)}; }
+// 1 / sqrt(a) for normal a > 0, within a relative error.
+SIGPAK_INLINE singles rough_inverse_root(singles a) { return {_mm512_rsqrt14_ps(a.v)}; }
+constexpr float rough_root_error = 0x1p-14F;
+// `below` where the sign of a is set.
+SIGPAK_INLINE singles choose_by_sign(singles a, singles below, singles above) {
+  return {_mm512_mask_blend_ps(_mm512_movepi32_mask(__m512i(bits(a))), above.v, below.v)};
+}
 SIGPAK_INLINE real at_least(real x, double limit) { return {_mm512_max_pd(all(limit).v, x.v)}; }
 SIGPAK_INLINE real at_most(real x, double limit) { return {_mm512_min_pd(all(limit).v, x.v)}; }
 
@@ -141,22 +153,8 @@ SIGPAK_INLINE real near_quotient(real a, real b) {
   return a * fma(estimate, fma(left, left, left), estimate);
 }
 
-// x = n / 16 + fraction, n the integer below 16 x, in the low bits of shifted; x is not beyond 2^40.
-#define SIGPAK_HAS_BINADES
-struct sixteenths {
-  real fraction;
-  words shifted;
-};
-SIGPAK_INLINE sixteenths split_sixteenths(real x) {
-  constexpr int down = _MM_FROUND_TO_NEG_INF | _MM_FROUND_NO_EXC;
-  return {{_mm512_reduce_pd(x.v, 4 << 4 | _MM_FROUND_TO_NEG_INF)},
-          bits(real{_mm512_add_round_pd(x.v, all(0x1.8p48).v, down)})};
-}
-
-// a 2^floor(x)
-SIGPAK_INLINE real scale_binades(real a, real x) { return {_mm512_scalef_pd(a.v, x.v)}; }
-
 // x = 2^k m, 1 <= m < 2, for normal floats x > 0.
+#define SIGPAK_HAS_BINADES
 struct binade {
   real k;
   real m;
@@ -169,6 +167,18 @@ SIGPAK_INLINE binade split_binade(real x) {
 constexpr int table_entries = 16;
 SIGPAK_INLINE real pick(const double (&table)[table_entries], words position) {
   return {_mm512_permutex2var_pd(_mm512_loadu_pd(table), __m512i(position), _mm512_loadu_pd(table + 8))};
+}
+
+// Tables of floats, as many as are cheapest here: table[position mod entries].
+#define SIGPAK_HAS_FLOAT_TABLES
+constexpr int float_entries = 32;
+SIGPAK_INLINE singles pick(const float (&table)[float_entries], float_words position) {
+  return {_mm512_permutex2var_ps(_mm512_loadu_ps(table), __m512i(position), _mm512_loadu_ps(table + 16))};
+}
+
+// a * 2^floor(n / entries); shifted is n / entries + start, both of a float's last place.
+SIGPAK_INLINE singles scale_entries(singles a, singles shifted, singles start) {
+  return {_mm512_scalef_ps(a.v, (shifted - start).v)};
 }
 
 // table[position & 7] for eight entries.

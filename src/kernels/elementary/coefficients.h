@@ -57,19 +57,18 @@ constexpr double exponential_single_terms[] = {0x1.6c44df93e563p-10, 0x1.1115336
                                                0x1.5555547290928p-5, 0x1.5555554b11e92p-3,
                                                0x1.0000000001cc4p-1};
 
-// |x| <= ln 2 / (2 entries): e^x = 1 + x E(x) for a table of one entry and of 128; 2^-39 and 2^-40
-template <int entries> constexpr double exponential_quick_terms[1] = {};
-template <>
-constexpr double exponential_quick_terms<1>[] = {
-    0x1.a019ecd9a0d66p-16, 0x1.a17e022568135p-13, 0x1.6c175baf95f8bp-10, 0x1.1110a62cb029fp-7,
-    0x1.555554f274adap-5,  0x1.5555557e5a19fp-3,  0x1.000000001ab67p-1,  0x1.fffffffff6304p-1};
-template <>
-constexpr double exponential_quick_terms<128>[] = {0x1.55555555d4d62p-3, 0x1.000007b3c7ee3p-1,
-                                                   0x1.00000000002f7p+0};
+// |x| <= ln 2 / 256: e^x = 1 + x E(x); 2^-40
+constexpr double exponential_quick_terms[] = {0x1.55555555d4d62p-3, 0x1.000007b3c7ee3p-1,
+                                              0x1.00000000002f7p+0};
 
-// 0 <= x <= 1 / 16: 2^x; 2^-38.6
-constexpr double power_quick_terms[] = {0x1.420fd331a6e04p-7, 0x1.c69862de1cca6p-5, 0x1.ebfc027186651p-3,
-                                        0x1.62e42fde76b5p-1, 0x1.0000000002bb1p+0};
+// |x| <= ln 2 / (2 entries): e^x = 1 + x + x^2 E(x) in floats, for tables of 8 and of 32; 2^-39 and 2^-41.
+// But the last of them is below 1/2, so that the sum is a lower bound, and the upper one is as many x^2
+// above.
+template <int entries> constexpr float power_pair_terms[1] = {};
+template <>
+constexpr float power_pair_terms<8>[] = {0x1.10f97ap-7F, 0x1.5559ecp-5F, 0x1.555556p-3F, 0x1.ffffeap-2F};
+template <> constexpr float power_pair_terms<32>[] = {0x1.5555a6p-5F, 0x1.5555b8p-3F, 0x1.ffffeap-2F};
+constexpr float power_pair_error = 0x1.1p-20F;
 
 // ln(1 + f) = 2 s + s z L(z), s = f / (2 + f), z = s^2, 1 + f in [sqrt(1/2), sqrt 2]; 2^-58
 constexpr double logarithm_terms[] = {0x1.2b5abd7efaac3p-3, 0x1.39fe311fa9809p-3, 0x1.7462b5e9116a8p-3,
@@ -114,6 +113,27 @@ constexpr double arcsine_single_terms[] = {0x1.cb30e37fd56cap-6, -0x1.9375c3f9ec
                                            0x1.afc45ee69c7e2p-7, 0x1.1dc56ec1cf37bp-6,  0x1.6e728dd2d1374p-6,
                                            0x1.f1c80857e1cacp-6, 0x1.6db6d96bcc84ap-5,  0x1.3333333477519p-4,
                                            0x1.555555555541bp-3};
+
+// |t| <= 0.021: atan t = t + t z A(z), and |t| <= 0.008: asin t alike, by their power series; 2^-47 and 2^-46
+constexpr double arctangent_quick_terms[] = {-0x1.2492492492492p-3, 0x1.999999999999ap-3,
+                                             -0x1.5555555555555p-2};
+constexpr double arcsine_quick_terms[] = {0x1.3333333333333p-4, 0x1.5555555555555p-3};
+
+// In floats for tables of 8 and of 32, |t| <= 0.1724 and 0.0567: atan t = t + t z A(z), within 2^-36 and
+// 2^-34; the errors of a sum with an angle, over z.
+template <int entries> constexpr float arctangent_pair_terms[1] = {};
+template <>
+constexpr float arctangent_pair_terms<8>[] = {0x1.c08ad6p-4F, -0x1.24c2c6p-3F, 0x1.999ac6p-3F,
+                                              -0x1.555556p-2F};
+template <> constexpr float arctangent_pair_terms<32>[] = {0x1.98a62cp-3F, -0x1.555548p-2F};
+template <int entries> constexpr float arctangent_pair_error = entries == 8 ? 0x1p-25F : 0x1.4p-26F;
+
+// The same of the arcsine, |t| <= 0.157 and 0.0336; 2^-38 and 2^-41.
+template <int entries> constexpr float arcsine_pair_terms[1] = {};
+template <>
+constexpr float arcsine_pair_terms<8>[] = {0x1.d1f53ap-6F, 0x1.6ea80ap-5F, 0x1.333194p-4F, 0x1.555556p-3F};
+template <> constexpr float arcsine_pair_terms<32>[] = {0x1.336b92p-4F, 0x1.555554p-3F};
+template <int entries> constexpr float arcsine_pair_error = entries == 8 ? 0x1.4p-27F : 0x1p-28F;
 
 // |x| <= 0.55: tanh x = x + x z P(z); 2^-62
 constexpr double tanh_terms[] = {0x1.a26629d65b57ap-18,  -0x1.02e3c5157fc54p-15, 0x1.837c4c689c62fp-14,

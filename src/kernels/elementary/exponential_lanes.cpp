@@ -234,7 +234,14 @@ SIGPAK_INLINE real tanh_single(real x) {
 void hyperbolic_sines(double* x, index n) { walk(x, n, everywhere<sinh_double>{}); }
 void hyperbolic_sines(float* x, index n) { walk(x, n, everywhere_single<sinh_single, precise_sinh>{}); }
 void hyperbolic_cosines(double* x, index n) { walk(x, n, everywhere<cosh_double>{}); }
-void hyperbolic_cosines(float* x, index n) { walk(x, n, everywhere_single<cosh_single, precise_cosh>{}); }
+void hyperbolic_cosines(float* x, index n) {
+  using f = everywhere_single<cosh_single, precise_cosh>;
+#if defined(SIGPAK_HAS_FLOAT_TABLES)
+  walk(x, n, f{});
+#else
+  walk_quickly(x, n, quick_hyperbolic_cosine<f>{});
+#endif
+}
 void hyperbolic_tangents(double* x, index n) { walk(x, n, everywhere<tanh_double>{}); }
 void hyperbolic_tangents(float* x, index n) { walk(x, n, everywhere_single<tanh_single, precise_tanh>{}); }
 

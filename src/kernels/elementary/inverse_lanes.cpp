@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Inverse circular functions, and the polar form of points.
 #include "core/kept_errno.h"
+#include "kernels/elementary/arcsine_quick.h"
 #include "kernels/elementary/arctangent.h"
 #include "kernels/elementary/functions.h"
 #include "kernels/elementary/walk.h"
@@ -98,13 +99,18 @@ SIGPAK_INLINE real arccosine_single(real x) {
 
 void arctangents(double* x, index n) { walk(x, n, everywhere<arctangent_of>{}); }
 void arctangents(float* x, index n) {
-  walk(x, n, everywhere_single<arctangent_of_single, kernels::precise_atan>{});
+  using f = everywhere_single<arctangent_of_single, kernels::precise_atan>;
+  walk_quickly(x, n, quick_angle<quick_arctangent_of, domain::finite, f>{});
 }
 void arcsines(double* x, index n) { walk(x, n, everywhere<arcsine>{}); }
-void arcsines(float* x, index n) { walk(x, n, everywhere_single<arcsine_single, kernels::precise_asin>{}); }
+void arcsines(float* x, index n) {
+  using f = everywhere_single<arcsine_single, kernels::precise_asin>;
+  walk_quickly(x, n, quick_angle<quick_arcsine_of, domain::to_one, f>{});
+}
 void arccosines(double* x, index n) { walk(x, n, everywhere<arccosine>{}); }
 void arccosines(float* x, index n) {
-  walk(x, n, everywhere_single<arccosine_single, kernels::precise_acos>{});
+  using f = everywhere_single<arccosine_single, kernels::precise_acos>;
+  walk_quickly(x, n, quick_angle<quick_arccosine_of, domain::to_one, f>{});
 }
 
 // The polar form of a point that is not for vectors. The zero point has phase 0 whatever the signs of its

@@ -47,6 +47,7 @@ constexpr int logarithm_good_bits = 38;
 
 // ln x for normal floats x > 0.
 SIGPAK_INLINE real quick_logarithm_of(real x) {
+  constexpr int entry_bits = __builtin_ctz(table_entries);
   const binade y = split_binade(x);
   const words position = bits(y.m) >> (52 - entry_bits);
   const real r = fms(y.m, pick(reciprocals.reciprocals, position), all(1));
@@ -83,17 +84,17 @@ SIGPAK_INLINE halves quick_logarithms(const float* x) {
 #endif
 
 template <class F> struct quick_logarithm : F {
-  static constexpr int good_bits = logarithm_good_bits;
-  SIGPAK_INLINE float_mask fits(widest<float> a) const {
-    return is_between(a, guard<float>::tiny, 0x1.fffffep+127F);
+  SIGPAK_INLINE attempt<halves> quick(const float* x) const { return judge(x, quick_logarithms(x)); }
+
+  SIGPAK_INLINE static attempt<halves> judge(const float* x, halves y) {
+    return judged<logarithm_good_bits>(is_between(load<singles>(x), guard<float>::tiny, 0x1.fffffep+127F), y);
   }
-  SIGPAK_INLINE halves quick(const float* x) const { return quick_logarithms(x); }
 };
 
 template <class F> struct quick_scaled_logarithm : quick_logarithm<F> {
-  SIGPAK_INLINE halves quick(const float* x) const {
+  SIGPAK_INLINE attempt<halves> quick(const float* x) const {
     const halves y = quick_logarithms(x);
-    return {y.low * all(this->c.scale), y.high * all(this->c.scale)};
+    return this->judge(x, {y.low * all(this->c.scale), y.high * all(this->c.scale)});
   }
 };
 

@@ -4,10 +4,8 @@
 // argument is outside of what the formula is made for, the walk goes on for a while with the function that
 // holds everywhere.
 //
-// Such a function has, beside what walk.h asks for,
-//   quick(x)   the formula for a vector of floats in memory
-//   fits(a)    the floats that it is made for
-//   good_bits  of their results: the relative error is below 2^-good_bits
+// Such a function has, beside what walk.h asks for, quick(x): the formula for a vector of floats in memory,
+// and which of its results are decided.
 #pragma once
 
 #include "kernels/elementary/walk.h"
@@ -16,7 +14,12 @@ namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
 constexpr int floats_at_once = 2 * lane_count;
-constexpr int entry_bits = __builtin_ctz(table_entries);
+
+// Results for a vector of floats, and those that have the right bits.
+template <class Y> struct attempt {
+  Y y;
+  float_mask decided;
+};
 
 // What becomes of the lower and of the upper half of the floats.
 struct halves {
@@ -35,6 +38,12 @@ template <int terms> SIGPAK_INLINE real chain(const double (&coefficients)[terms
   return sum;
 }
 
+template <int terms> SIGPAK_INLINE singles chain(const float (&coefficients)[terms], singles x) {
+  singles sum = every(coefficients[0]);
+  unroll<terms - 1>([&](auto k) SIGPAK_LAMBDA { sum = fma(sum, x, every(coefficients[k + 1])); });
+  return sum;
+}
+
 // The lower words of the doubles, in any order.
 SIGPAK_INLINE float_words lower_words(halves a) {
   const widest<float> x = {reinterpret_cast<widest<float>::vector>(a.low.v)};
@@ -42,24 +51,39 @@ SIGPAK_INLINE float_words lower_words(halves a) {
   return bits(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__ ? evens(x, y) : odds(x, y));
 }
 
-// Of the floats in the mask those whose results are decided: the 29 bits that a float has not lie farther
-// from the middle of their range than the error. The functions take care that no result is subnormal in
-// single precision and inexact.
-template <int good_bits> SIGPAK_INLINE float_mask decided(float_mask in, halves y) {
+// Results of relative error below 2^-good_bits, where the formula fits: decided where the 29 bits that a
+// float has not lie farther from the middle of their range than the error. The functions take care that no
+// result is subnormal in single precision and inexact.
+template <int good_bits> SIGPAK_INLINE attempt<halves> judged(float_mask fits, halves y) {
   constexpr unsigned error = 1U << (53 - good_bits);
   constexpr unsigned middle = 1U << 28;
   constexpr unsigned fraction = (1U << 29) - 1;
-  return with_bits(in, lower_words(y) + (error - middle), fraction & -(2 * error));
+  return {y, with_bits(fits, lower_words(y) + (error - middle), fraction & -(2 * error))};
+}
+
+SIGPAK_INLINE void write(float* to, halves y) {
+  write(to, y.low);
+  write(to + lane_count, y.high);
+}
+
+SIGPAK_INLINE void write(float* to, singles y) { store(to, y); }
+
+// hi + lo for any lo from `least` to `most`: decided where both give one float.
+SIGPAK_INLINE attempt<singles> rounded(singles hi, singles least, singles most) {
+  const singles y = hi + least;
+  return {y, equal(y, hi + most)};
+}
+SIGPAK_INLINE attempt<singles> rounded(float_mask fits, singles hi, singles least, singles most) {
+  const singles y = hi + least;
+  return {y, equal_in(fits, y, hi + most)};
 }
 
 // x[i] = f(x[i]) from i on, up to floats that f.quick leaves open; how far it came.
 template <class F> [[gnu::noinline]] index walk_quickly(float* x, index i, index n, F f) {
   for (; i + floats_at_once <= n; i += floats_at_once) {
-    const halves y = f.quick(x + i);
-    const float_mask fit = f.fits(load<widest<float>>(x + i));
-    if (__builtin_expect(!all_of(decided<F::good_bits>(fit, y)), 0)) break;
-    write(x + i, y.low);
-    write(x + i + lane_count, y.high);
+    const auto result = f.quick(x + i);
+    if (__builtin_expect(!all_of(result.decided), 0)) break;
+    write(x + i, result.y);
   }
   return i;
 }

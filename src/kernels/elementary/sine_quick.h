@@ -38,20 +38,16 @@ SIGPAK_INLINE real quick_cosine_of(real x) {
 constexpr float quick_sine_end = static_cast<float>(reduction_end);
 
 template <real f(real x), class F> struct quick_circular : F {
-  static constexpr int good_bits = 40;
-  SIGPAK_INLINE float_mask fits(widest<float> a) const {
-    return is_between(a, -quick_sine_end, quick_sine_end);
+  SIGPAK_INLINE attempt<halves> quick(const float* x) const {
+    const halves y = each_half(x, f);
+    return judged<40>(is_between(load<singles>(x), -quick_sine_end, quick_sine_end), y);
   }
-  SIGPAK_INLINE halves quick(const float* x) const { return each_half(x, f); }
 };
 
 template <class F> struct quick_sine_quotient : F {
-  static constexpr int good_bits = 39;
-  SIGPAK_INLINE float_mask fits(widest<float> a) const {
-    return is_between(absolute(a), guard<float>::tiny, quick_sine_end);
-  }
-  SIGPAK_INLINE halves quick(const float* x) const {
-    return each_half(x, [](real a) SIGPAK_LAMBDA { return near_quotient(quick_sine_of(a), a); });
+  SIGPAK_INLINE attempt<halves> quick(const float* x) const {
+    const halves y = each_half(x, [](real a) SIGPAK_LAMBDA { return near_quotient(quick_sine_of(a), a); });
+    return judged<39>(is_between(absolute(load<singles>(x)), guard<float>::tiny, quick_sine_end), y);
   }
 };
 
