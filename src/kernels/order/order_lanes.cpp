@@ -71,9 +71,10 @@ template <class T> void sort_as_heap(T* x, index n) {
   }
 }
 
+constexpr index worth_counting = 512;
+
 // Either side of the pivot has a number: the pivot itself goes to the left where there is none that is less.
 // What repeats in the sample may be one of few values, which are sorted without a pivot.
-constexpr index worth_counting = 512;
 template <class T> index split_at_pivot(T* x, index n) {
   using P = widest<T>;
   const pack<T, 4> sample = sorted_middles(x, n);
