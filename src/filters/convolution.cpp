@@ -10,6 +10,7 @@
 #include "core/copy.h"
 #include "core/frame.h"
 #include "core/lending.h"
+#include "core/machine.h"
 #include "core/memory.h"
 #include "core/power_of_two.h"
 #include "core/record_order.h"
@@ -82,9 +83,27 @@ template <record V> const scalar<V>* spectrum_of(kept_filter<V>& k, const V* tap
   return k.spectrum;
 }
 
-// A transform length that keeps sections in the inner caches, for any length of the block.
-constexpr index section_transform(index taps) noexcept {
-  return std::max(next_power_of_two(taps * 4), std::clamp<index>(next_power_of_two(taps * 8), 1024, 8192));
+// A transform length that keeps sections in the inner caches, for any length of the block: at least two ways
+// of the first one, which leaves room there for the spectrum.
+template <class T> constexpr index section_transform(index taps) noexcept {
+  constexpr index least = 2 * machine::way_bytes / sizeof(T);
+  return std::max(next_power_of_two(taps * 4), std::clamp<index>(next_power_of_two(taps * 8), least, 8192));
+}
+
+// What a block takes in sections of one length, in products of the sums that a transform saves: its passes,
+// and what comes to six more of them to fill, multiply and copy.
+index price_of(index transform, index points, index before) noexcept {
+  const index step = transform - before;
+  return (points + step - 1) / step * transform * (address_bits(transform) + 6);
+}
+
+// The cheapest transform for sections of a short block, up to one that takes it whole.
+index short_transform(index points, index before) noexcept {
+  index cheapest = next_power_of_two(points + before);
+  for (index other = cheapest / 2; other >= 2 * before; other /= 2) {
+    if (price_of(other, points, before) < price_of(cheapest, points, before)) cheapest = other;
+  }
+  return cheapest;
 }
 
 // The samples of a section: `before` old ones, out of the history where the block does not reach back so far,
@@ -130,19 +149,19 @@ template <record V> index convolve_fast(const V* in, V* out, const V* taps, cons
   const index points = length(in);
   const index count = length(taps);
   const index before = count - 1;
-  const index transform = section_transform(count);
+  const index transform = section_transform<scalar<V>>(count);
   if (points > 2 * (transform - before)) {
     return convolve_sections(in, out, taps, history, before, transform) == ok ? 0 : failed;
   }
   // A transform of the block alone wraps onto its first outputs, unless there is room for them anyhow.
-  // Repairing them costs count^2 products, which pays while that is below what a transform of twice the
-  // length would add, about 9 n log2 n.
+  // Repairing them costs count^2 / 2 products.
   const index circle = next_power_of_two(points);
-  const index whole = next_power_of_two(points + before);
-  if (circle < whole && count * count <= 9 * address_bits(circle) * points) {
+  const index shorter = short_transform(points, before);
+  const index repair = count * count / 2;
+  if (circle < points + before && price_of(circle, points, 0) + repair <= price_of(shorter, points, before)) {
     return convolve_sections(in, out, taps, history, 0, circle) == ok ? before : failed;
   }
-  return convolve_sections(in, out, taps, history, before, whole) == ok ? 0 : failed;
+  return convolve_sections(in, out, taps, history, before, shorter) == ok ? 0 : failed;
 }
 
 template index convolve_fast(const dsp_vec*, dsp_vec*, const dsp_vec*, const dsp_vec*) noexcept;

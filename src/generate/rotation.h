@@ -52,6 +52,7 @@ template <class T> struct swept {
   T* x;
   index width = 1;
   double amplitude = 1;
+  index ahead = 0;
 };
 
 // Blocks from `first` on, the last of which may be cut short. Lanes left over turn nothing, into the void.
@@ -61,7 +62,8 @@ void sweep_lanes(sweep angle, phasor turn, index first, index points, const swep
   static_assert(kernels::sweep_points == rotation_block);
   T spare[2 * rotation_block] = {};
   T last[2 * rotation_block] = {};
-  kernels::sweep_start start = {.re = {}, .im = {}, .c = turn.re, .s = turn.im, .amplitude = to.amplitude};
+  kernels::sweep_start start = {
+      .re = {}, .im = {}, .c = turn.re, .s = turn.im, .amplitude = to.amplitude, .ahead = to.ahead};
   T* x[kernels::most_sweep_lanes];
   std::fill(x, x + kernels::most_sweep_lanes, &spare[0]);
   int lanes = 0;
@@ -91,12 +93,19 @@ template <class T> index points_of_pass(index points, index width) noexcept {
   return std::min(points, wide ? 2 * half : half);
 }
 
+// From so many points to the next ones, where the record exceeds the last cache: lines are called for a pass
+// early, as the streams of the lanes are too short for the processor to foresee them.
+template <class T> index scalars_ahead(index points, index width) noexcept {
+  const bool beyond = points * width * index{sizeof(T)} > machine::caches().last;
+  return beyond ? points_of_pass<T>(points, width) * width : 0;
+}
+
 // put(i, cos, sin) for every point, or what does the same at the wide levels.
-template <class T, class Put>
-void sweep_points(sweep angle, index points, const swept<T>& to, Put put) noexcept {
+template <class T, class Put> void sweep_points(sweep angle, index points, swept<T> to, Put put) noexcept {
   const kept_errno kept;  // an angle may be infinite
   const auto* const table = points > rotation_block ? at_level<kernels::sweep_table<T>>() : nullptr;
   const phasor turn = phasor_at(angle.step);
+  to.ahead = scalars_ahead<T>(points, to.width);
   index first = 0;
   while (table != nullptr && points - first > rotation_block) {
     const index here = points_of_pass<T>(points - first, to.width);

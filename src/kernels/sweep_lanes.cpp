@@ -3,6 +3,7 @@
 // transposed on their way to memory. No product is fused: every lane rounds like the plain recurrence.
 #include "kernels/sweep.h"
 
+#include "core/machine.h"
 #include "vectors/levels.h"
 #include "vectors/rows.h"
 
@@ -50,32 +51,67 @@ struct add_exponential {
   }
 };
 
+template <int lanes> struct phasors {
+  static constexpr int groups = lanes / lane_count;
+  real re[groups];
+  real im[groups];
+
+  SIGPAK_INLINE void turn(int g, real c, real s) {
+    const real next = re[g] * c - im[g] * s;
+    im[g] = re[g] * s + im[g] * c;
+    re[g] = next;
+  }
+};
+
+// The next points of every lane, a vector of scalars each, given to put(lane, vector).
+template <class Way, int lanes, class Put>
+SIGPAK_INLINE void turn_vectors(phasors<lanes>& z, real c, real s, real amplitude, Put put) {
+  unroll<phasors<lanes>::groups>([&](auto g) SIGPAK_LAMBDA {
+    real r[lane_count];
+    unroll<lane_count / Way::scalars>([&](auto p) SIGPAK_LAMBDA {
+      Way::give(r + p * Way::scalars, z.re[g], z.im[g], amplitude);
+      z.turn(g, c, s);
+    });
+    transpose(r);
+    unroll<lane_count>([&](auto l) SIGPAK_LAMBDA { put(g * lane_count + l, r[l]); });
+  });
+}
+
+// Points before the first vector that is not in two lines, which of many streams would have left the cache
+// before their other half is written. Blocks are a whole number of lines, so all lanes have as many.
+template <class Way, class T> SIGPAK_INLINE index points_before_whole_vectors(const T* x) {
+  const index scalars = machine::bytes_to_line(x) / index{sizeof(T)} % lane_count;
+  return Way::adds || scalars % Way::scalars != 0 ? 0 : scalars / Way::scalars;
+}
+
 template <class Way, int lanes, class T> void turn_lanes(const kernels::sweep_start& start, T* const* x) {
-  constexpr int groups = lanes / lane_count;
   constexpr int steps = lane_count / Way::scalars;
   const real c = all(start.c);
   const real s = all(start.s);
   const real amplitude = all(start.amplitude);
-  real re[groups];
-  real im[groups];
-  for (int g = 0; g < groups; ++g) {
-    re[g] = load<real>(start.re + g * lane_count);
-    im[g] = load<real>(start.im + g * lane_count);
+  phasors<lanes> z;
+  unroll<z.groups>([&](auto g) SIGPAK_LAMBDA {
+    z.re[g] = load<real>(start.re + g * lane_count);
+    z.im[g] = load<real>(start.im + g * lane_count);
+  });
+  index i = points_before_whole_vectors<Way>(x[0]);
+  if (i > 0) {
+    phasors<lanes> first = z;
+    turn_vectors<Way>(first, c, s, amplitude, [=](int lane, real a) SIGPAK_LAMBDA { write(x[lane], a); });
+    for (index p = 0; p < i; ++p) unroll<z.groups>([&](auto g) SIGPAK_LAMBDA { z.turn(g, c, s); });
   }
-  for (index i = 0; i < kernels::sweep_points; i += steps) {
-    unroll<groups>([&](auto g) SIGPAK_LAMBDA {
-      real r[lane_count];
-      unroll<steps>([&](auto p) SIGPAK_LAMBDA {
-        Way::give(r + p * Way::scalars, re[g], im[g], amplitude);
-        const real next = re[g] * c - im[g] * s;
-        im[g] = re[g] * s + im[g] * c;
-        re[g] = next;
-      });
-      transpose(r);
-      unroll<lane_count>([&](auto l) SIGPAK_LAMBDA {
-        T* const to = x[g * lane_count + l] + i * Way::scalars;
-        write(to, Way::adds ? read(to) + r[l] : r[l]);
-      });
+  for (; i + steps <= kernels::sweep_points; i += steps) {
+    if (start.ahead != 0) {
+      unroll<lanes>([&](auto l) SIGPAK_LAMBDA { prefetch(x[l] + i * Way::scalars + start.ahead); });
+    }
+    turn_vectors<Way>(z, c, s, amplitude, [=](int lane, real a) SIGPAK_LAMBDA {
+      T* const to = x[lane] + i * Way::scalars;
+      write(to, Way::adds ? read(to) + a : a);
+    });
+  }
+  if (const index left = kernels::sweep_points - i; left > 0) {
+    turn_vectors<Way>(z, c, s, amplitude, [=](int lane, real a) SIGPAK_LAMBDA {
+      write_some(x[lane] + i * Way::scalars, a, left * Way::scalars);
     });
   }
 }

@@ -37,16 +37,6 @@ int most_levels(index n) noexcept {
   return 2 * static_cast<int>(std::bit_width(static_cast<std::uint64_t>(n)));
 }
 
-// Negative zeros before the others, in numbers that are in order but for that.
-template <class T> void sort_zeros(T* x, index n) noexcept {
-  T* const zeros = std::lower_bound(x, x + n, T(0));
-  if (zeros == x + n || *zeros != 0) return;
-  const index count = std::upper_bound(zeros, x + n, T(0)) - zeros;
-  const index negative = count_negative(zeros, count);
-  std::fill_n(zeros, negative, -T(0));
-  if (negative != 0) std::fill_n(zeros + negative, count - negative, T(0));
-}
-
 }  // namespace
 
 template <class T> index count_negative(const T* x, index n) noexcept {
@@ -57,6 +47,29 @@ template <class T> index count_negative(const T* x, index n) noexcept {
     return negative;
   });
 }
+
+namespace {
+
+// Negative zeros before the others, in numbers that are in order but for that.
+template <class T> void sort_zeros(T* x, index n) noexcept {
+  T* const zeros = std::lower_bound(x, x + n, T(0));
+  if (zeros == x + n || *zeros != 0) return;
+  const index count = std::upper_bound(zeros, x + n, T(0)) - zeros;
+  const index negative = count_negative(zeros, count);
+  std::fill_n(zeros, negative, -T(0));
+  if (negative != 0) std::fill_n(zeros + negative, count - negative, T(0));
+}
+
+// False, and nothing done, where the numbers are many, none or NaN.
+template <class T> bool sort_short_numbers(T* x, index n) noexcept {
+  const auto* const wide = at_level<order_table<T>>();
+  if (wide == nullptr || n > wide->most_short || n == 0) return false;
+  const kernels::short_order found = wide->sort_short(x, n);
+  if (found == kernels::short_order::with_negative_zeros) sort_zeros(x, n);
+  return found != kernels::short_order::refused;
+}
+
+}  // namespace
 
 template <class T> index put_numbers_first(T* x, index n) noexcept {
   if (const auto* const wide = at_level<order_table<T>>()) return wide->put_numbers_first(x, n);
@@ -77,6 +90,7 @@ template <class T> void sort_ranks(T* x, index n, index first, index end) noexce
 template <class T> void sort_numbers(T* x, index n) noexcept {
   constexpr index worth_counting = 2048;
   const auto* const wide = at_level<order_table<T>>();
+  if (sort_short_numbers(x, n)) return;
   index numbers = n;
   if (wide == nullptr || !wide->is_ascending(x, n)) {
     if (wide != nullptr && n >= worth_counting && wide->sort_few_values(x, n)) return;

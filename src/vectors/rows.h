@@ -2,6 +2,7 @@
 // Samples of either precision as vectors of doubles, and parts of a vector.
 #pragma once
 
+#include "core/machine.h"
 #include "vectors/lanes.h"
 
 namespace sigpak::SIGPAK_LEVEL {
@@ -24,6 +25,12 @@ SIGPAK_INLINE void write(float* to, real a) {
 template <class T> SIGPAK_INLINE real read_some(const T* from, index count, index stride = 1) {
   return made_of(
       [=](index i) SIGPAK_LAMBDA { return static_cast<double>(from[(i < count ? i : count - 1) * stride]); });
+}
+
+// The scalars, at most n, to where vectors begin that are not in two lines.
+template <class T> SIGPAK_INLINE index to_whole_vectors(const T* x, index n) {
+  const index first = machine::bytes_to_line(x) / index{sizeof(T)} % widest<T>::width;
+  return first < n ? first : n;
 }
 
 // Into all caches but the nearest.

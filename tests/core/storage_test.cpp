@@ -3,6 +3,11 @@
 #include "support/failing.h"
 #include "support/forms.h"
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#include <sys/resource.h>
+#endif
+
 namespace sigpak::test {
 namespace {
 
@@ -106,6 +111,28 @@ TYPED_TEST(Storage, AFailedOrUncountableSizingLeavesNoStorage) {
     }
   }
 }
+
+#ifdef __GLIBC__
+
+// More than the process may address, in a child of it; what the heap counts tells of a block that was kept.
+TYPED_TEST(Storage, AFailedGrowthGivesTheOldBlockBack) {
+  using V = TypeParam;
+  if (watched()) GTEST_SKIP() << "there the allocator ends the process";
+  const auto grow = [] {
+    const auto in_use = [] { return mallinfo2().hblkhd + mallinfo2().uordblks; };
+    const std::size_t before = in_use();
+    V v{.delta = 1, .data = nullptr, .alloc = 0, .points = 1 << 20, .complex = 0, .reserved = 0};
+    const bool held = TWIN(_alloc)(&v) == 0 && in_use() > before + (1 << 20);
+    constexpr rlimit four_gigabytes = {std::uint64_t{4} << 30, std::uint64_t{4} << 30};
+    setrlimit(RLIMIT_AS, &four_gigabytes);
+    v.points = std::numeric_limits<std::int32_t>::max();
+    const bool refused = TWIN(_realloc)(&v, 1 << 20, 0) == -1 && v.data == nullptr && v.alloc == 0;
+    std::_Exit(held && refused && in_use() < before + (1 << 20) ? 0 : 1);
+  };
+  EXPECT_EXIT(grow(), testing::ExitedWithCode(0), "");
+}
+
+#endif
 
 TYPED_TEST(Storage, PadAppendsZerosAndNeverShortens) {
   using V = TypeParam;

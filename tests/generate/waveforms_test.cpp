@@ -2,6 +2,7 @@
 // Sinusoids and straight lines.
 #include <numbers>
 
+#include "core/machine.h"
 #include "support/forms.h"
 
 namespace sigpak::test {
@@ -58,6 +59,39 @@ TYPED_TEST(Waveforms, SinusoidsAreTheRotationToTheLastBit) {
     }
   }
   expect_empty_untouched<V>({[](V* v) { return TWIN(i_addcos)(v, 1, 1, 1, 0); }});
+}
+
+// Vectors that are in one line of the cache begin elsewhere in each, and records beyond the last cache call
+// for lines ahead.
+TYPED_TEST(Waveforms, SinusoidsAreTheSameWhereverTheyLie) {
+  using V = TypeParam;
+  using T = scalar<V>;
+  const machine::cache_sizes caches = machine::caches();
+  for (const bool complex : {false, true}) {
+    for (const index points : {300, 2600, 5000}) {
+      const index scalars = points * (complex ? 2 : 1);
+      samples<V> wanted;
+      for (index offset = 0; offset < 17; ++offset) {
+        samples<V> x(static_cast<std::size_t>(scalars + 32), T(7));
+        V v{};
+        v.data = x.data() + offset;
+        v.alloc = static_cast<std::int32_t>(scalars);
+        v.points = static_cast<std::uint32_t>(points);
+        v.complex = complex ? 1 : 0;
+        v.delta = T(0.3);
+        machine::cache_sizes forced = caches;
+        if (offset % 2 != 0) forced.last = 8192;
+        machine::force(forced);
+        ASSERT_EQ(TWIN(c_cexp)(&v, T(0.37), T(1)), 0);
+        machine::force(caches);
+        ASSERT_EQ(v.data, x.data() + offset) << "the storage that was lent";
+        const samples<V> got(x.begin() + offset, x.begin() + offset + scalars);
+        if (offset == 0) wanted = got;
+        ASSERT_EQ(got, wanted) << offset;
+        ASSERT_EQ(std::count(x.begin(), x.end(), T(7)), 32) << offset;
+      }
+    }
+  }
 }
 
 TYPED_TEST(Waveforms, SinusoidsStayCloseToTheTrueOnes) {

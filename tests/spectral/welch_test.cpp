@@ -333,6 +333,26 @@ TYPED_TEST(Welch, ReadsThePublishedTestSignal) {
   }
 }
 
+// What is longer asks for no memory. No sample is read before there is some.
+TYPED_TEST(Welch, TransformsToBelowTwoToTheThirtieth) {
+  using V = TypeParam;
+  signal<V> a{1};
+  const struct {
+    std::uint32_t points;
+    int padding;
+    bool too_long;
+  } cases[] = {{(1U << 30) - 1, 0, false}, {1U << 27, DSP_SPECTRUM_PAD8, true}};
+  for (const auto& [points, padding, too_long] : cases) {
+    V many = a;
+    many.points = points;
+    signal<V> avg;
+    int count = 0;
+    const failing_memory none({.first = 0});
+    EXPECT_EQ(spectra<V>(&many, nullptr, &avg, nullptr, nullptr, mean | padding, 0, &count), -1);
+    EXPECT_EQ(failing_memory::calls() == 0, too_long);
+  }
+}
+
 TYPED_TEST(Welch, RefusesAndSurvives) {
   using V = TypeParam;
   using T = scalar<V>;

@@ -3,8 +3,7 @@
 // was met.
 #pragma once
 
-#include "core/machine.h"
-#include "vectors/lanes.h"
+#include "vectors/rows.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
@@ -16,7 +15,8 @@ template <class T> class few_values {
   bool count_all(const T* x, index n) {
     constexpr int vectors = 8;
     constexpr index ahead = 24 * width;
-    index i = 0;
+    index i = to_whole_vectors(x, n);
+    if (!count_some(x, i)) return false;
     for (; i + vectors * width <= n; i += vectors * width) {
       P row[vectors];
       unroll<vectors>([&](auto j) SIGPAK_LAMBDA {
@@ -26,9 +26,7 @@ template <class T> class few_values {
       if (!count(row, vectors * width)) return false;
     }
     for (; i < n; i += width) {
-      const index left = n - i < width ? n - i : width;
-      const P row[1] = {load_first(x + i, left, splat<P>(static_cast<T>(__builtin_nan(""))))};
-      if (!count(row, left)) return false;
+      if (!count_some(x + i, n - i < width ? n - i : width)) return false;
     }
     put_in_order();
     return true;
@@ -55,6 +53,11 @@ template <class T> class few_values {
   using P = widest<T>;
   static constexpr int width = P::width;
   static constexpr int most = 2 * lane_count;
+
+  bool count_some(const T* x, index n) {
+    const P row[1] = {load_first(x, n, splat<P>(static_cast<T>(__builtin_nan(""))))};
+    return count(row, n);
+  }
 
   // n numbers, of which those that are new are met first.
   template <int vectors> SIGPAK_INLINE bool count(const P (&row)[vectors], index n) {
@@ -112,8 +115,7 @@ template <class T> class few_values {
       return end;
     }
     store(to, all);
-    const index to_line = machine::bytes_to_line(to) / index{sizeof(T)};
-    for (T* at = to + to_line % width; end - at >= width; at += width) store(at, all);
+    for (T* at = to + to_whole_vectors(to, count); end - at >= width; at += width) store(at, all);
     store(end - width, all);
     return end;
   }

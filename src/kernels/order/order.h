@@ -24,7 +24,14 @@ struct collected {
   std::int64_t before;  // them: `low` and what is less
 };
 
+// Of a short record: as it was where NaN are met; in order but for negative zeros; in order.
+enum class short_order { refused, with_negative_zeros, done };
+
 template <class T> struct order_table {
+  // Sorts so many numbers or less, at least one.
+  std::int64_t most_short;
+  short_order (*sort_short)(T* x, std::int64_t n);
+
   // Puts the numbers of the wanted ranks in their places, those that are less before them and those that are
   // greater behind. After so many levels of partitions it goes on in a way that takes n log n at the worst.
   void (*sort)(T* x, std::int64_t n, ranks wanted, int levels);

@@ -71,9 +71,10 @@ template <class T> void sort_as_heap(T* x, index n) {
   }
 }
 
+constexpr index worth_counting = 512;
+
 // Either side of the pivot has a number: the pivot itself goes to the left where there is none that is less.
 // What repeats in the sample may be one of few values, which are sorted without a pivot.
-constexpr index worth_counting = 512;
 template <class T> index split_at_pivot(T* x, index n) {
   using P = widest<T>;
   const pack<T, 4> sample = sorted_middles(x, n);
@@ -129,21 +130,17 @@ template <class P, int... lanes> SIGPAK_INLINE P next_lanes(P a, P b, sequence<l
 // Each vector is loaded once: the one that begins a number later comes of two.
 template <class T> bool is_ascending(const T* x, index n) {
   using P = widest<T>;
-  constexpr int vectors = 4;
-  constexpr index block = vectors * P::width;
   index i = 0;
-  if (n > P::width) {
-    P row[vectors + 1];
-    row[vectors] = load<P>(x);
-    for (; i + block + P::width <= n; i += block) {
-      unsigned ascending = every_lane<P>;
-      row[0] = row[vectors];
-      unroll<vectors>([&](auto j) SIGPAK_LAMBDA {
-        row[j + 1] = load<P>(x + i + (j + 1) * P::width);
-        const P later = next_lanes(row[j], row[j + 1], typename counting<P::width>::type{});
-        ascending &= lanes_at_most(row[j], later);
-      });
-      if (ascending != every_lane<P>) return false;
+  for (const index whole = to_whole_vectors(x, n); i < whole && i + 1 < n; ++i) {
+    if (!(x[i] <= x[i + 1])) return false;
+  }
+  if (n - i >= P::width) {
+    P here = load<P>(x + i);
+    for (; i + 2 * P::width <= n; i += P::width) {
+      const P next = load<P>(x + i + P::width);
+      const P later = next_lanes(here, next, typename counting<P::width>::type{});
+      if (lanes_at_most(here, later) != every_lane<P>) return false;
+      here = next;
     }
   }
   for (; i + 1 < n; ++i) {
@@ -152,11 +149,47 @@ template <class T> bool is_ascending(const T* x, index n) {
   return true;
 }
 
+struct traits {
+  bool has_negative_zeros;
+  bool has_nan;
+  bool is_ascending;
+};
+
+// In one pass without a branch for each number. Not inline, so that the upper halves of its registers are
+// cleared before narrower ones are used, after which g++ would leave them to slow down the caller.
+template <class T> [[gnu::noinline]] traits traits_of(const T* x, index n) {
+  using P = widest<T>;
+  const P none = splat<P>(1);
+  const P negative_zero = {-typename P::vector{}};
+  unsigned ascending = every_lane<P>;
+  unsigned numbers = every_lane<P>;
+  unsigned zeros = lanes_alike(splat<P>(x[0]), negative_zero);
+  for (index i = 0; i + 1 < n; i += P::width) {
+    const index pairs = n - 1 - i < P::width ? n - 1 - i : P::width;
+    const P here = load_first(x + i, pairs, none);
+    const P later = load_first(x + i + 1, pairs, none);
+    ascending &= lanes_at_most(here, later);
+    numbers &= lanes_at_most(later, later);
+    zeros |= lanes_alike(later, negative_zero);
+  }
+  return {zeros != 0, numbers != every_lane<P> || !(x[0] == x[0]), ascending == every_lane<P>};
+}
+
+template <class T> kernels::short_order sort_short(T* x, index n) {
+  const traits found = traits_of(x, n);
+  if (found.has_nan) return kernels::short_order::refused;
+  if (!found.is_ascending) sort_few(x, n);
+  return found.has_negative_zeros ? kernels::short_order::with_negative_zeros : kernels::short_order::done;
+}
+
 // From where a NaN may be.
 template <class T> index skip_numbers(const T* x, index n) {
   using P = widest<T>;
   constexpr int vectors = 4;
-  index i = 0;
+  index i = to_whole_vectors(x, n);
+  for (index at = 0; at < i; ++at) {
+    if (x[at] != x[at]) return at;
+  }
   for (; i + vectors * P::width <= n; i += vectors * P::width) {
     unsigned numbers = every_lane<P>;
     unroll<vectors>([&](auto k) SIGPAK_LAMBDA {
@@ -216,8 +249,9 @@ kernels::collected collect(const T* x, index n, kernels::bracket<T> range, T* fo
 }
 
 template <class T>
-constexpr kernels::order_table<T> table = {sort<T>,         sort_few_values<T>,   find_among_few_values<T>,
-                                           is_ascending<T>, put_numbers_first<T>, collect<T>};
+constexpr kernels::order_table<T> table = {
+    most_in_registers<T>, sort_short<T>,        sort<T>,   sort_few_values<T>, find_among_few_values<T>,
+    is_ascending<T>,      put_numbers_first<T>, collect<T>};
 
 }  // namespace
 }  // namespace sigpak::SIGPAK_LEVEL
