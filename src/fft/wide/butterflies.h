@@ -201,8 +201,7 @@ template <class E, class S = unit> SIGPAK_INLINE void transform(E (&x)[8], S s =
 }
 
 // Of 16 points the second half: row k has the results k of the four transforms of x[j], x[j + 4], x[j + 8],
-// x[j + 12], in the order of j, which the twiddles w_16^(j k) turn. Those of one row have a factor c in
-// common,
+// x[j + 12], in the order of j, which the twiddles w_16^(j k) turn. Those of a row have a factor in common,
 //   w_16 = c (1 - i t), w_16^3 = c (t - i), c = cos(pi / 8), t = tan(pi / 8),
 // which waits for the last sums, as do the roots of one half of w_8 and w_8^3.
 template <class P, class S> class rows_of_16 {
