@@ -43,6 +43,27 @@ template <class T, int W> SIGPAK_INLINE pack<T, W> minus_i(pack<T, W> a, pack<T,
   return fma_even(a, splat_constant<pack<T, W>>(1), exchanged(b));
 }
 
+// The scalars in odd places with the other sign.
+template <class T, int W> SIGPAK_INLINE pack<T, W> alternating(pack<T, W> a) {
+  typename pack<T, W>::vector signs{};
+  for (int i = 0; i < W; ++i) signs[i] = i % 2 == 0 ? T(1) : T(-1);
+  return {a.v * signs};
+}
+
+// b + i s a and b - i s a, s real.
+template <class P> SIGPAK_INLINE cplx<P> fma_i(P s, cplx<P> a, cplx<P> b) {
+  return {fnma(s, a.im, b.re), fma(s, a.re, b.im)};
+}
+template <class P> SIGPAK_INLINE cplx<P> fnma_i(P s, cplx<P> a, cplx<P> b) {
+  return {fma(s, a.im, b.re), fnma(s, a.re, b.im)};
+}
+template <class T, int W> SIGPAK_INLINE pack<T, W> fma_i(pack<T, W> s, pack<T, W> a, pack<T, W> b) {
+  return fnma(exchanged(a), alternating(s), b);
+}
+template <class T, int W> SIGPAK_INLINE pack<T, W> fnma_i(pack<T, W> s, pack<T, W> a, pack<T, W> b) {
+  return fma(exchanged(a), alternating(s), b);
+}
+
 // a times c - i s: a twiddle is stored as the cosine and sine of its positive angle.
 template <class P> SIGPAK_INLINE cplx<P> turned(cplx<P> a, P c, P s) {
   return {fma(a.re, c, a.im * s), fms(a.im, c, a.re * s)};
@@ -53,7 +74,7 @@ template <class T, int W> SIGPAK_INLINE pack<T, W> turned(pack<T, W> a, pack<T, 
 
 inline constexpr long double half_root = kernels::cosine_of(1, 8);
 inline constexpr long double cos_pi_8 = kernels::cosine_of(1, 16);
-inline constexpr long double sin_pi_8 = kernels::sine_of(1, 16);
+inline constexpr long double tan_pi_8 = kernels::sine_of(1, 16) / cos_pi_8;
 
 template <class P> struct split_of { using real = P; };
 template <class P> struct split_of<cplx<P>> { using real = P; };
@@ -126,10 +147,6 @@ template <class E, class S = unit> SIGPAK_INLINE void transform4(E& x0, E& x1, E
   const E last = scaled(s, x3);
   finish4(s, x0 + x2, x0 - x2, plus(s, x1, last), minus(s, x1, last), x0, x1, x2, x3);
 }
-// The same where x1 and x3 have the factor already.
-template <class E, class S> SIGPAK_INLINE void transform_turned4(E& x0, E& x1, E& x2, E& x3, S s) {
-  finish4(s, x0 + x2, x0 - x2, x1 + x3, x1 - x3, x0, x1, x2, x3);
-}
 
 template <class E, class S = unit> SIGPAK_INLINE void transform(E (&x)[4], S s = {}) {
   transform4(x[0], x[1], x[2], x[3], s);
@@ -142,7 +159,7 @@ template <class E, class S> SIGPAK_INLINE void transform_turned(E (&x)[2], S s) 
   x[1] = minus(s, a, x[1]);
 }
 template <class E, class S> SIGPAK_INLINE void transform_turned(E (&x)[4], S s) {
-  transform_turned4(x[0], x[1], x[2], x[3], s);
+  finish4(s, x[0] + x[2], x[0] - x[2], x[1] + x[3], x[1] - x[3], x[0], x[1], x[2], x[3]);
 }
 
 // Of the sums and differences of points half of 8 apart: the transform of the even points; that of the odd
@@ -183,41 +200,48 @@ template <class E, class S = unit> SIGPAK_INLINE void transform(E (&x)[8], S s =
   join_8(s, e, o, x);
 }
 
-// a times w_8 and w_8^3.
-template <class E, class P> SIGPAK_INLINE E turned_eighth(E a, P h) { return minus_i(a, a) * h; }
-template <class E, class P> SIGPAK_INLINE E turned_three_eighths(E a, P h) { return plus_i(a, a) * -h; }
-
 // Of 16 points the second half: row k has the results k of the four transforms of x[j], x[j + 4], x[j + 8],
-// x[j + 12], in the order of j. The factor comes with the twiddles of all points but one that meet others in
-// the last sums.
+// x[j + 12], in the order of j, which the twiddles w_16^(j k) turn. Those of a row have a factor in common,
+//   w_16 = c (1 - i t), w_16^3 = c (t - i), c = cos(pi / 8), t = tan(pi / 8),
+// which waits for the last sums, as do the roots of one half of w_8 and w_8^3.
 template <class P, class S> class rows_of_16 {
  public:
   SIGPAK_INLINE explicit rows_of_16(S factor)
       : factor_(factor),
         h_(splat_constant<P>(half_root)),
+        t_(splat_constant<P>(tan_pi_8)),
         half_(scaled(factor, h_)),
-        c_(scaled(factor, splat_constant<P>(cos_pi_8))),
-        s_(scaled(factor, splat_constant<P>(sin_pi_8))) {}
+        c_(scaled(factor, splat_constant<P>(cos_pi_8))) {}
 
   // Of row k the results k + 4 k'.
   template <int k, class E> SIGPAK_INLINE void run(constant<k>, E (&x)[4]) const {
-    if constexpr (k == 0) return transform(x, factor_);
-    if constexpr (k == 2) {
-      const E odd = turned_eighth(x[1], half_);
-      const E last = turned_three_eighths(x[3], half_);
-      // x[2] times w_4
-      return finish4(factor_, minus_i(x[0], x[2]), plus_i(x[0], x[2]), odd + last, odd - last, x[0], x[1],
-                     x[2], x[3]);
+    if constexpr (k == 0) {
+      transform(x, factor_);
+    } else if constexpr (k == 1) {
+      const E a = fnma_i(t_, x[1], x[1]), b = minus_i(x[2], x[2]), c = minus_i(t_, x[3], x[3]);
+      finish(c_, fma(h_, b, x[0]), fnma(h_, b, x[0]), a + c, a - c, x);
+    } else if constexpr (k == 2) {
+      const E a = minus_i(x[1], x[1]), c = plus_i(x[3], x[3]);
+      finish(half_, minus_i(x[0], x[2]), plus_i(x[0], x[2]), a - c, a + c, x);
+    } else {
+      const E a = minus_i(t_, x[1], x[1]), b = plus_i(x[2], x[2]), c = fnma_i(t_, x[3], x[3]);
+      finish(c_, fnma(h_, b, x[0]), fma(h_, b, x[0]), a - c, a + c, x);
     }
-    x[1] = k == 1 ? turned(x[1], c_, s_) : turned(x[1], s_, c_);
-    x[2] = k == 1 ? turned_eighth(x[2], h_) : turned_three_eighths(x[2], h_);
-    x[3] = k == 1 ? turned(x[3], s_, c_) : turned(x[3], -c_, -s_);
-    transform_turned(x, factor_);
   }
 
  private:
+  // What follows the sums and differences of x0, x2 and of x1, x3, the latter times r.
+  template <class E> SIGPAK_INLINE void finish(P r, E a, E b, E c, E d, E (&x)[4]) const {
+    const E sum = scaled(factor_, a);
+    const E difference = scaled(factor_, b);
+    x[0] = fma(r, c, sum);
+    x[1] = fnma_i(r, d, difference);
+    x[2] = fnma(r, c, sum);
+    x[3] = fma_i(r, d, difference);
+  }
+
   S factor_;
-  P h_, half_, c_, s_;
+  P h_, t_, half_, c_;
 };
 
 template <class E, class S = unit> SIGPAK_INLINE void transform(E (&x)[16], S factor = {}) {

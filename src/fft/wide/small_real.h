@@ -28,7 +28,7 @@ template <int N, int m, bool inverse> SIGPAK_INLINE d2 turned_by(d2 a) {
   const d2 c = splat_constant<d2>(kernels::cosine_of(m, N));
   const d2 s = splat_constant<d2>(inverse ? -kernels::sine_of(m, N) : kernels::sine_of(m, N));
   if constexpr (m == 0) return a;
-  if constexpr (8 * m == N) return inverse ? plus_i(a, a) * h : turned_eighth(a, h);
+  if constexpr (8 * m == N) return (inverse ? plus_i(a, a) : minus_i(a, a)) * h;
   return turned(a, c, s);
 }
 

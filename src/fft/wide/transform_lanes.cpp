@@ -58,11 +58,10 @@ void run_lanes(const lane_plan<T>& plan, T* x, T* scratch, bool inverse) {
   if (plan.lanes == Wide::width) return run_either<Wide>(plan, x, scratch, inverse);
   run_either<Narrow>(plan, x, scratch, inverse);
 }
-template <class Wide, class Narrow, class Narrowest, class T>
+template <class Wide, class Narrow, class T>
 void run_real_lanes(const real_plan<T>& plan, T* x, T* scratch, bool inverse) {
   if (plan.lanes == Wide::width) return run_either_real<Wide>(plan, x, scratch, inverse);
-  if (plan.lanes == Narrow::width) return run_either_real<Narrow>(plan, x, scratch, inverse);
-  run_either_real<Narrowest>(plan, x, scratch, inverse);
+  run_either_real<Narrow>(plan, x, scratch, inverse);
 }
 
 template <class T, int N>
@@ -87,7 +86,7 @@ constexpr kernels::fft_kernels<double> double_fft = {
      small_real<double, 32>,
      small_real<double, 64>},
     run_lanes<widest_d, widest_d>,
-    run_real_lanes<widest_d, d4, d4>,
+    run_real_lanes<widest_d, widest_d>,
     change_bins_either<widest_d>,
     run_either_mixed<widest_d>};
 
@@ -102,7 +101,7 @@ constexpr kernels::fft_kernels<float> float_fft = {
      small_real<float, 32>,
      small_real<float, 64>},
     run_lanes<widest_f, f8>,
-    run_real_lanes<widest_f, f8, f4>,
+    run_real_lanes<widest_f, f8>,
     change_bins_either<widest_f>,
     run_either_mixed<widest_f>};
 
