@@ -30,7 +30,7 @@ template <class T> struct fft_kernels {
 };
 
 // Of lengths that are no powers of two; null where there is none.
-inline constexpr int most_short = 40;
+inline constexpr int most_short = 60;
 template <class T> struct short_ffts { small_fft<T> by_length[most_short + 1]; };
 
 template <class T> struct product_kernels {
