@@ -4,6 +4,7 @@
 #include <malloc.h>
 
 #include <functional>
+#include <limits>
 #include <numeric>
 #include <set>
 
@@ -252,6 +253,20 @@ TYPED_TEST(WideFft, ScalesToTheLastDigit) {
       ASSERT_EQ(transform(x.data(), n, false), ok);
       for (std::size_t i = 0; i < x.size(); i += 2)
         ASSERT_EQ(x[i], height / static_cast<T>(n)) << n << ' ' << i;
+    }
+  }
+}
+
+TYPED_TEST(WideFft, SumsBeyondTheRangeAreInfinite) {
+  using V = TypeParam;
+  using T = scalar<V>;
+  for (const index n : {35, 120, 125, 1000, 2000}) {
+    if (!is_smooth(algorithm_for<T>(n))) continue;
+    for (const bool inverse : {false, true}) {
+      samples<V> x(static_cast<std::size_t>(2 * n));
+      for (std::size_t i = 0; i < x.size(); i += 2) x[i] = -std::numeric_limits<T>::max();
+      ASSERT_EQ(transform(x.data(), n, inverse), ok);
+      EXPECT_EQ(x[0], -std::numeric_limits<T>::infinity()) << n;
     }
   }
 }

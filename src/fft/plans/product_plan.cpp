@@ -3,6 +3,7 @@
 #include "fft/plans/product_plan.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 
 #include "core/recent_list.h"
@@ -141,9 +142,11 @@ template <class T> product_plan<T> lay_out(index points) noexcept {
     block /= plan.radix[pass];
   }
   lay_out_rows(plan);
+  const long double scale = 1.0L / static_cast<long double>(points);
   plan.scale = T(1) / static_cast<T>(points);
-  plan.scale_rest =
-      static_cast<T>(1.0L / static_cast<long double>(points) - static_cast<long double>(plan.scale));
+  if (sizeof(T) == sizeof(float) && static_cast<long double>(plan.scale) > scale)
+    plan.scale = std::nextafter(plan.scale, T(0));
+  plan.scale_rest = static_cast<T>(scale - static_cast<long double>(plan.scale));
   return plan;
 }
 

@@ -90,7 +90,8 @@ void product_results(const product_plan<typename P::scalar>& plan, const typenam
   const index out_step = 2 * a_points * blocks;
   const index in_step = inverse ? -2 * plan.stride : 2 * plan.stride;
   const P factor = splat<P>(inverse ? T(1) : plan.scale);
-  [[maybe_unused]] const P rest = splat<P>(inverse ? T(0) : plan.scale_rest);
+  // Above 0, so that sums beyond the range stay infinite; that of the inverse is rounded away.
+  [[maybe_unused]] const P rest = splat<P>(inverse ? T(0x1p-60) : plan.scale_rest);
   for (index block = 0; block < blocks; ++block, s += 2 * plan.stride * R) {
     const T* const others = inverse ? s + 2 * plan.stride * R : s;
     T* const out = x + 2 * a_points * static_cast<index>(plan.order[block]);
