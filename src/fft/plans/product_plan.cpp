@@ -21,8 +21,8 @@ template <class T> constinit published<std::byte, short_keys> short_plans;
 
 // Cycles of a butterfly of vectors, and what comes on top. Measured on a server core with vectors of 512
 // bits, fitted to most splits of 200 lengths; those of 256 bits keep the proportions.
-constexpr double work_of[most_radix + 1] = {0,  0,  1,  2.4, 2, 7, 8, 16.5, 11, 29, 24, 47, 28,
-                                            68, 49, 57, 49,  0, 0, 0, 69,   0,  0,  0,  0,  152};
+constexpr double work_of[most_radix + 1] = {0,  0,  1,  2.4, 2, 7, 8, 16.5, 11,  29, 24, 47, 28,
+                                            68, 49, 57, 49,  0, 0, 0, 69,   115, 0,  0,  0,  152};
 constexpr double twiddle_cost = 1.6;        // of a vector's product
 constexpr double transposition_cost = 2.9;  // of a vector
 constexpr double place_cost = 1.3;          // of a vector that goes back to where it was

@@ -120,7 +120,7 @@ template <class P> struct product_passes {
 };
 template <class P> struct product_table {
   product_passes<P> by_radix[kernels::most_radix + 1] = {};
-  constexpr product_table() { add<2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 20, 25>(); }
+  constexpr product_table() { add<2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 20, 21, 25>(); }
 
  private:
   template <int... radices> constexpr void add() {
