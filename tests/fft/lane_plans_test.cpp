@@ -4,6 +4,7 @@
 #include <malloc.h>
 
 #include <functional>
+#include <limits>
 #include <numeric>
 #include <set>
 
@@ -236,6 +237,38 @@ TYPED_TEST(WideFft, LengthsWithSmallPrimeFactors) {
     }
   }
   EXPECT_EQ(covered > 100, is_wide<T>(1024));
+}
+
+// Of an impulse, whose sums are exact, every bin is its height over N, rounded once.
+TYPED_TEST(WideFft, ScalesToTheLastDigit) {
+  using V = TypeParam;
+  using T = scalar<V>;
+  std::vector<index> lengths = {3, 6, 9, 12};
+  if constexpr (sizeof(T) == sizeof(float)) lengths = {3, 12, 30, 35, 120, 125, 1000, 2000};
+  for (const index n : lengths) {
+    if (!is_smooth(algorithm_for<T>(n))) continue;
+    for (const T height : noise<V>(32)) {
+      samples<V> x(static_cast<std::size_t>(2 * n));
+      x[0] = height;
+      ASSERT_EQ(transform(x.data(), n, false), ok);
+      for (std::size_t i = 0; i < x.size(); i += 2)
+        ASSERT_EQ(x[i], height / static_cast<T>(n)) << n << ' ' << i;
+    }
+  }
+}
+
+TYPED_TEST(WideFft, SumsBeyondTheRangeAreInfinite) {
+  using V = TypeParam;
+  using T = scalar<V>;
+  for (const index n : {35, 120, 125, 1000, 2000}) {
+    if (!is_smooth(algorithm_for<T>(n))) continue;
+    for (const bool inverse : {false, true}) {
+      samples<V> x(static_cast<std::size_t>(2 * n));
+      for (std::size_t i = 0; i < x.size(); i += 2) x[i] = -std::numeric_limits<T>::max();
+      ASSERT_EQ(transform(x.data(), n, inverse), ok);
+      EXPECT_EQ(x[0], -std::numeric_limits<T>::infinity()) << n;
+    }
+  }
 }
 
 // Every plan of a sweep is noted, and afterwards those are counted that need no memory any more. Large caches

@@ -217,7 +217,7 @@ status fill(chirp_plan<double>& plan, scratch_memory<double>& memory) noexcept {
   double* const scratch = memory.at_least(scratch_of(plan), plan.chirp);
   if (scratch == nullptr) return failed;
   fill_squares(plan, plan, scratch);
-  at_level<chirp_kernels<double>>()->spectrum(plan, scratch, plan.filter);
+  at_level<chirp_spectra>()->run(plan, scratch, plan.filter);
   return ok;
 }
 
@@ -258,7 +258,7 @@ status fill(chirp_plan<float>& plan, scratch_memory<float>&) noexcept {
   wide.carve(memory);
   fill_transforms(wide.plan);
   fill_squares(plan, wide.plan, wide.scratch);
-  at_level<chirp_kernels<double>>()->spectrum(wide.plan, wide.scratch, wide.plan.filter);
+  at_level<chirp_spectra>()->run(wide.plan, wide.scratch, wide.plan.filter);
   wide.collect();
   for_each_bin(plan, [&plan, &wide](index lane, index bin) {
     float* const at = lane_at(plan.filter, plan.lanes, lane);

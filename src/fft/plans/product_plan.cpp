@@ -3,6 +3,7 @@
 #include "fft/plans/product_plan.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 
 #include "core/recent_list.h"
@@ -20,12 +21,13 @@ template <class T> constinit published<std::byte, short_keys> short_plans;
 
 // Cycles of a butterfly of vectors, and what comes on top. Measured on a server core with vectors of 512
 // bits, fitted to most splits of 200 lengths; those of 256 bits keep the proportions.
-constexpr double work_of[most_radix + 1] = {0,  0,  1,  2.4, 2, 7, 8, 16.5, 11, 29, 24, 47, 28,
-                                            68, 49, 57, 49,  0, 0, 0, 69,   0,  0,  0,  0,  152};
+constexpr double work_of[most_radix + 1] = {0,  0,  1,  2.4, 2, 7, 8, 16.5, 11,  29, 24, 47, 28,
+                                            68, 49, 57, 49,  0, 0, 0, 69,   115, 0,  0,  0,  152};
 constexpr double twiddle_cost = 1.6;        // of a vector's product
 constexpr double transposition_cost = 2.9;  // of a vector
 constexpr double place_cost = 1.3;          // of a vector that goes back to where it was
 constexpr double loop_cost = 3;             // of the butterflies of one row
+constexpr double crowd_cost = 3;            // of a vector of output among many in one set of the first cache
 constexpr double narrow_cost = 0.7;         // of vectors half as wide, relative
 
 constexpr index largest_factor = 13;  // that is prime
@@ -69,14 +71,19 @@ class factor_search {
     for (int radix = least; radix <= most_radix && radix <= rest; ++radix) {
       if (work_of[radix] == 0 || rest % radix != 0) continue;
       const bool is_last = radix == rest;
-      const double turning = is_last ? 0 : (radix - 1) * twiddle_cost + radix * place_cost;
-      const double butterfly = work_of[radix] + radix * sweep + turning;
+      const double to_place = (radix - 1) * twiddle_cost + radix * place_cost;
+      const double butterfly = work_of[radix] + radix * sweep + (is_last ? of_output(radix) : to_place);
       const double sum = cost + static_cast<double>(rows / radix) *
                                     (loop_cost + static_cast<double>(row_vectors_) * butterfly);
       begun_.radix[begun_.passes++] = radix;
       is_last ? consider(best, width_ * sum) : extend(best, rest / radix, radix, sum);
       --begun_.passes;
     }
+  }
+  double of_output(int radix) const noexcept {
+    const bool crowded =
+        caches_.is_crowded(radix, points_ / radix / vector_points_) && points_ / radix % vector_points_ == 0;
+    return crowded ? radix * crowd_cost : 0;
   }
   void consider(factors& best, double cost) noexcept {
     if (best.passes > 0 && best.cost <= cost) return;
@@ -108,6 +115,19 @@ template <class T> factors choose_factors(index points) noexcept {
   return best;
 }
 
+// Rows are put apart by a vector where the butterflies of a pass would crowd into one set of the first cache.
+template <class T> void lay_out_rows(product_plan<T>& plan) noexcept {
+  const pass_costs costs(plan.lanes * index{sizeof(T)}, false);
+  index vectors = ceiling(plan.radix[0], plan.lanes / 2);
+  for (int pass = 1; pass < plan.passes; ++pass) {
+    if (costs.is_crowded(plan.radix[pass], vectors * (plan.block[pass] / plan.radix[pass]))) {
+      ++vectors;
+      break;
+    }
+  }
+  plan.stride = vectors * (plan.lanes / 2);
+}
+
 template <class T> product_plan<T> lay_out(index points) noexcept {
   const factors chosen = choose_factors<T>(points);
   product_plan<T> plan = {};
@@ -116,13 +136,17 @@ template <class T> product_plan<T> lay_out(index points) noexcept {
   plan.passes = chosen.passes;
   std::copy_n(chosen.radix, chosen.passes, plan.radix);
   plan.rows = points / plan.radix[0];
-  plan.stride = ceiling(plan.radix[0], plan.lanes / 2) * (plan.lanes / 2);
   index block = plan.rows;
   for (int pass = 1; pass < plan.passes; ++pass) {
     plan.block[pass] = block;
     block /= plan.radix[pass];
   }
+  lay_out_rows(plan);
+  const long double scale = 1.0L / static_cast<long double>(points);
   plan.scale = T(1) / static_cast<T>(points);
+  if (sizeof(T) == sizeof(float) && static_cast<long double>(plan.scale) > scale)
+    plan.scale = std::nextafter(plan.scale, T(0));
+  plan.scale_rest = static_cast<T>(scale - static_cast<long double>(plan.scale));
   return plan;
 }
 

@@ -69,9 +69,12 @@ template <class E, class S = unit> SIGPAK_INLINE void transform(E (&x)[20], S fa
   coprime_transform<4, 5>(x, factor);
 }
 
-// 15, 25 and 27 are odd too, which their sums and differences would take more products for.
+// 15, 21, 25 and 27 are odd too, which their sums and differences would take more products for.
 template <class E, class S = unit> SIGPAK_INLINE void transform(E (&x)[15], S factor = {}) {
   coprime_transform<3, 5>(x, factor);
+}
+template <class E, class S = unit> SIGPAK_INLINE void transform(E (&x)[21], S factor = {}) {
+  coprime_transform<3, 7>(x, factor);
 }
 template <class E, class S = unit> SIGPAK_INLINE void transform(E (&x)[25], S factor = {}) {
   turned_transform<5, 5>(x, factor);

@@ -22,30 +22,19 @@ void run_lanes(const chirp_plan<T>& plan, T* x, T* scratch, bool inverse) {
   run_either<Narrow>(plan, x, scratch, inverse);
 }
 
-template <class Wide, class Narrow, class T>
-void spectrum_lanes(const chirp_plan<T>& plan, T* scratch, T* out) {
-  if (plan.lanes == Wide::width) return chirp_spectrum<Wide>(plan, scratch, out);
-  chirp_spectrum<Narrow>(plan, scratch, out);
-}
-
 }  // namespace
 }  // namespace sigpak::SIGPAK_LEVEL
 
 namespace sigpak {
 
 SIGPAK_LEVEL_TABLE(kernels::chirp_kernels<double>) = {
-    SIGPAK_LEVEL::widest_d::width,
-    SIGPAK_LEVEL::widest_d::width,
+    SIGPAK_LEVEL::widest_d::width, SIGPAK_LEVEL::widest_d::width,
     SIGPAK_LEVEL::run_lanes<SIGPAK_LEVEL::widest_d, SIGPAK_LEVEL::widest_d>,
-    SIGPAK_LEVEL::spectrum_lanes<SIGPAK_LEVEL::widest_d, SIGPAK_LEVEL::widest_d>,
-    SIGPAK_LEVEL::run_direct<SIGPAK_LEVEL::widest_d>,
-    SIGPAK_LEVEL::short_table<double>().all()};
+    SIGPAK_LEVEL::run_direct<SIGPAK_LEVEL::widest_d>, SIGPAK_LEVEL::short_table<double>().all()};
 SIGPAK_LEVEL_TABLE(kernels::chirp_kernels<float>) = {
-    SIGPAK_LEVEL::widest_f::width,
-    SIGPAK_LEVEL::f8::width,
+    SIGPAK_LEVEL::widest_f::width, SIGPAK_LEVEL::f8::width,
     SIGPAK_LEVEL::run_lanes<SIGPAK_LEVEL::widest_f, SIGPAK_LEVEL::f8>,
-    SIGPAK_LEVEL::spectrum_lanes<SIGPAK_LEVEL::widest_f, SIGPAK_LEVEL::f8>,
-    SIGPAK_LEVEL::run_direct<SIGPAK_LEVEL::widest_f>,
-    SIGPAK_LEVEL::short_table<float>().all()};
+    SIGPAK_LEVEL::run_direct<SIGPAK_LEVEL::widest_f>, SIGPAK_LEVEL::short_table<float>().all()};
+SIGPAK_LEVEL_TABLE(kernels::chirp_spectra) = {SIGPAK_LEVEL::chirp_spectrum<SIGPAK_LEVEL::widest_d>};
 
 }  // namespace sigpak

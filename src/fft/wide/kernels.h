@@ -30,7 +30,7 @@ template <class T> struct fft_kernels {
 };
 
 // Of lengths that are no powers of two; null where there is none.
-inline constexpr int most_short = 40;
+inline constexpr int most_short = 60;
 template <class T> struct short_ffts { small_fft<T> by_length[most_short + 1]; };
 
 template <class T> struct product_kernels {
@@ -43,12 +43,15 @@ template <class T> struct chirp_kernels {
   int widest_lanes;
   int narrowest_lanes;
   void (*run)(const chirp_plan<T>& plan, T* x, T* scratch, bool inverse);
-  // From vectors in scratch memory, laid out as the first pass leaves its results, to their transforms in the
-  // order of the filter.
-  void (*spectrum)(const chirp_plan<T>& plan, T* scratch, T* out);
   // The table holds, by vectors of k from 1 on and then by j, the cosines and sines of 2 pi j k / N.
   void (*run_direct)(const T* table, std::int64_t points, T* x, bool inverse);
   short_ffts<T> in_registers;
+};
+
+// From vectors in scratch memory, laid out as the first pass leaves its results, to their transforms in the
+// order of the filter: in double for plans of both precisions.
+struct chirp_spectra {
+  void (*run)(const chirp_plan<double>& plan, double* scratch, double* out);
 };
 
 }  // namespace sigpak::kernels

@@ -60,11 +60,13 @@ void product_columns(const product_plan<typename P::scalar>& plan, const typenam
 
 // One block of rows in place.
 template <class P, int R, bool inverse>
-void product_block(index stride, index block, const typename P::scalar* w, typename P::scalar* s) {
-  const index count = block / R;
-  const index step = 2 * stride * count;
-  for (index i = 0; i < count; ++i, w += 2 * (R - 1)) {
-    for (const auto* const end = s + 2 * stride; s != end; s += P::width) {
+void product_block(const product_plan<typename P::scalar>& plan, int pass, typename P::scalar* row) {
+  const index count = plan.block[pass] / R;
+  const index step = 2 * plan.stride * count;
+  const auto* w = plan.turns[pass];
+  for (index i = 0; i < count; ++i, w += 2 * (R - 1), row += 2 * plan.stride) {
+    auto* s = row;
+    for (const auto* const end = s + 2 * plan.radix[0]; s < end; s += P::width) {
       P a[R];
       unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = load<P>(s + step * result_at<R, inverse>(j)); });
       transform(a);
@@ -88,6 +90,8 @@ void product_results(const product_plan<typename P::scalar>& plan, const typenam
   const index out_step = 2 * a_points * blocks;
   const index in_step = inverse ? -2 * plan.stride : 2 * plan.stride;
   const P factor = splat<P>(inverse ? T(1) : plan.scale);
+  // Above 0, so that sums beyond the range stay infinite; that of the inverse is rounded away.
+  [[maybe_unused]] const P rest = splat<P>(inverse ? T(0x1p-60) : plan.scale_rest);
   for (index block = 0; block < blocks; ++block, s += 2 * plan.stride * R) {
     const T* const others = inverse ? s + 2 * plan.stride * R : s;
     T* const out = x + 2 * a_points * static_cast<index>(plan.order[block]);
@@ -96,7 +100,12 @@ void product_results(const product_plan<typename P::scalar>& plan, const typenam
       P a[R];
       a[0] = load<P>(s + 2 * k1);
       unroll<R - 1>([&](auto i) SIGPAK_LAMBDA { a[i + 1] = load<P>(others + 2 * k1 + (i + 1) * in_step); });
-      transform(a, factor);
+      if constexpr (is_single<T>) {
+        transform(a);
+        unroll<R>([&](auto k) SIGPAK_LAMBDA { a[k] = fma(a[k], factor, a[k] * rest); });
+      } else {
+        transform(a, factor);
+      }
       unroll<R>([&](auto k) SIGPAK_LAMBDA { store(out + 2 * k1 + k * out_step, a[k]); });
     }
   }
@@ -106,12 +115,12 @@ void product_results(const product_plan<typename P::scalar>& plan, const typenam
 template <class P> struct product_passes {
   using T = typename P::scalar;
   void (*columns[2])(const product_plan<T>& plan, const T* x, T* s);  // forward, inverse
-  void (*block[2])(index stride, index block, const T* w, T* s);
+  void (*block[2])(const product_plan<T>& plan, int pass, T* row);
   void (*results)(const product_plan<T>& plan, const T* s, T* x, bool inverse);
 };
 template <class P> struct product_table {
   product_passes<P> by_radix[kernels::most_radix + 1] = {};
-  constexpr product_table() { add<2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 20, 25>(); }
+  constexpr product_table() { add<2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 20, 21, 25>(); }
 
  private:
   template <int... radices> constexpr void add() {
@@ -130,8 +139,7 @@ void run_product(const product_plan<typename P::scalar>& plan, typename P::scala
   passes[plan.radix[0]].columns[inverse](plan, x, scratch);
   for (int pass = 1; pass < plan.passes - 1; ++pass) {
     for (index row = 0; row < plan.rows; row += plan.block[pass]) {
-      passes[plan.radix[pass]].block[inverse](plan.stride, plan.block[pass], plan.turns[pass],
-                                              scratch + 2 * plan.stride * row);
+      passes[plan.radix[pass]].block[inverse](plan, pass, scratch + 2 * plan.stride * row);
     }
   }
   passes[plan.radix[plan.passes - 1]].results(plan, scratch, x, inverse);
