@@ -41,8 +41,7 @@ using resample_sum = void (*)(const phase_rows<T>& rows, const rate_run<T>& run,
 // For runs over at most so many new samples: they are laid out in 16 lanes or less, each led by the samples
 // of a row.
 template <class T>
-constexpr std::int64_t resample_room(const phase_rows<T>& rows, std::int64_t samples,
-                                       std::int64_t parts) {
+constexpr std::int64_t resample_room(const phase_rows<T>& rows, std::int64_t samples, std::int64_t parts) {
   return samples * parts + ((rows.down < samples ? rows.down : samples) + rows.longest() + 2) * 16;
 }
 

@@ -257,16 +257,18 @@ TYPED_TEST(WideFft, ScalesToTheLastDigit) {
   }
 }
 
+// Where they are not made in double.
 TYPED_TEST(WideFft, SumsBeyondTheRangeAreInfinite) {
   using V = TypeParam;
   using T = scalar<V>;
-  for (const index n : {35, 120, 125, 1000, 2000}) {
+  for (const index n : {3, 6, 9, 12, 36, 120, 125, 1000, 2000}) {
     if (!is_smooth(algorithm_for<T>(n))) continue;
     for (const bool inverse : {false, true}) {
       samples<V> x(static_cast<std::size_t>(2 * n));
       for (std::size_t i = 0; i < x.size(); i += 2) x[i] = -std::numeric_limits<T>::max();
       ASSERT_EQ(transform(x.data(), n, inverse), ok);
-      EXPECT_EQ(x[0], -std::numeric_limits<T>::infinity()) << n;
+      EXPECT_LE(x[0], -std::numeric_limits<T>::max()) << n;
+      EXPECT_TRUE(n < 36 || std::isinf(x[0])) << n;
     }
   }
 }

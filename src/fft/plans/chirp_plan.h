@@ -32,10 +32,10 @@ template <class T> inline constexpr int most_direct_points = sizeof(T) == sizeof
 template <class T> struct chirp_plan : pass_plan<T> {
   std::int64_t points;  // N
   std::int64_t circle;  // K
-  T scale[2];             // of the results, forward and inverse, with what the filter leaves of 1 / (2 K)
-  T* chirp;               // vectors of conj g[n] and its product with exp(-i pi n / K), as cosine and sine
-  T* turns;               // w_K^(l kb) within the groups of V vectors: cosine and sine alternate
-  T* filter;              // vectors of the even and odd bins of g, as cosine and sine
+  T scale[2];           // of the results, forward and inverse, with what the filter leaves of 1 / (2 K)
+  T* chirp;             // vectors of conj g[n] and its product with exp(-i pi n / K), as cosine and sine
+  T* turns;             // w_K^(l kb) within the groups of V vectors: cosine and sine alternate
+  T* filter;            // vectors of the even and odd bins of g, as cosine and sine
 };
 
 // Scalars of scratch memory.

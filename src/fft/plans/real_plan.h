@@ -11,11 +11,11 @@ namespace sigpak::kernels {
 
 template <class T> struct real_plan : pass_plan<T> {
   std::int64_t points;  // N
-  T scale;                // of the forward transform
-  T* last;                // vectors of twiddles w_N^(l kb) of the transform over the lanes, by groups of W
-  T* unpack;              // broadcast w_M^k, k < H
+  T scale;              // of the forward transform
+  T* last;              // vectors of twiddles w_N^(l kb) of the transform over the lanes, by groups of W
+  T* unpack;            // broadcast w_M^k, k < H
   std::int64_t offset[most_lanes];  // of the vector of kb + p from that of kb, kb the first of a group
-  std::uint32_t* start;               // place of the vector of kb, the first of a group
+  std::uint32_t* start;             // place of the vector of kb, the first of a group
   std::uint32_t* result;  // by place of a butterfly of the last pass: the number of its first output
 };
 

@@ -22,7 +22,7 @@ template <int N> SIGPAK_INLINE d2 divided(d2 a) {
 template <class T, int A, int B, bool inverse> void run_short(T* x) {
   constexpr int N = A * B;
   constexpr bool is_divided = !inverse && !is_single<T> && N % 3 == 0 && N <= 12;
-  const auto factor = factor_of < d2, inverse || is_divided > (1.0 / N);
+  const auto factor = factor_of<d2, (inverse || is_divided)>(1.0 / N);
   d2 a[N];
   unroll<N>([&](auto i) SIGPAK_LAMBDA { a[i] = load_point(x + 2 * i); });
   if constexpr (A == 1) {
