@@ -104,15 +104,28 @@ template <class T> bool leaves_cache(index points) noexcept {
   return points > most_short_product && 4 * points * index{sizeof(T)} > machine::caches().second;
 }
 
+template <class T> bool suits_products(const product_kernels<T>* level, index points) noexcept {
+  return level != nullptr && is_smooth(points, largest_factor) && !leaves_cache<T>(points);
+}
+
 template <class T> factors choose_factors(index points) noexcept {
   factors best;
   const auto* const level = at_level<product_kernels<T>>();
-  if (level == nullptr || !is_smooth(points, largest_factor) || leaves_cache<T>(points)) return best;
+  if (!suits_products(level, points)) return best;
   for (int lanes = level->widest_lanes; lanes >= level->narrowest_lanes; lanes /= 2) {
     const double width = lanes == level->widest_lanes ? 1 : narrow_cost;
     factor_search(points, lanes, index{sizeof(T)}, width).run(best);
   }
   return best;
+}
+
+// Whether the largest radices first, so many at most, make up the rows.
+bool has_radices(index rows, int most) noexcept {
+  for (int radix = most_radix; radix > 1; --radix) {
+    for (; work_of[radix] > 0 && rows % radix == 0; rows /= radix, --most) {
+    }
+  }
+  return rows == 1 && most >= 0;
 }
 
 // Rows are put apart by a vector where the butterflies of a pass would crowd into one set of the first cache.
@@ -216,8 +229,15 @@ int short_key(index points) noexcept {
 
 }  // namespace
 
+// Without the search for the best one.
 template <class T> bool has_product_plan(index points) noexcept {
-  return choose_factors<T>(points).passes > 0;
+  const auto* const level = at_level<product_kernels<T>>();
+  if (!suits_products(level, points)) return false;
+  const index least = level->narrowest_lanes / 2;
+  for (index a = least; a <= most_radix && a * least <= points; ++a) {
+    if (work_of[a] > 0 && points % a == 0 && has_radices(points / a, most_factors - 1)) return true;
+  }
+  return false;
 }
 
 template <class T> const product_plan<T>* find_product_plan(recent_list& plans, index points) noexcept {
