@@ -3,6 +3,7 @@
 #include <random>
 
 #include "core/guard.h"
+#include "stats/factors.h"
 #include "stats/hard_polynomials.h"
 #include "stats/polynomial.h"
 #include "support/failing.h"
@@ -442,6 +443,32 @@ TYPED_TEST(Polynomials, ComplexSearchGoesToARoot) {
   signal<V> same{1, 0, 1};
   ASSERT_EQ(TWIN(s_pcsolve)(&same, &same, scalar<V>(0.1), 2), 0);
   EXPECT_EQ(same.values(), (samples<V>{0, 1}));
+}
+
+// A polynomial of which one coefficient is off, by a few of its last places, has not the factor.
+TEST(PolynomialFactors, DivideOutWhatIsAFactorAndNothingElse) {
+  const struct {
+    std::vector<double> factor, quotient;
+    complex root;
+  } cases[] = {{{5, -2, 1}, {3, 1, 4, 1}, {1, 2}}, {{5, -2, 1}, {3, 1, 4, 1}, {1, -2}},
+               {{25, 6, 1}, {-1, 7}, {-3, 4}},     {{0.25, 0, 1}, {2, 7, 1, 8, 2}, {0, 0.5}},
+               {{-3, 1}, {3, 2, 4, 1, 5}, {3, 0}}, {{0.125, 1}, {1, -6, 1}, {-0.125, 0}}};
+  for (const auto& c : cases) {
+    std::vector<double> product(c.factor.size() + c.quotient.size() - 1);
+    for (std::size_t i = 0; i < c.factor.size(); ++i) {
+      for (std::size_t k = 0; k < c.quotient.size(); ++k) product[i + k] += c.factor[i] * c.quotient[k];
+    }
+    const factor f = {{precise(c.root.real()), precise(c.root.imag())}, c.root.imag() != 0, true};
+    for (std::size_t off = 0; off <= product.size(); ++off) {
+      std::vector<double_double> a;
+      for (const double x : product) a.push_back(precise(x));
+      if (off < a.size()) a[off].hi *= 1 + 0x1p-50;
+      scaled_polynomial p = {a.data(), std::ssize(a), 0};
+      EXPECT_EQ(divide_out(p, f), off == product.size()) << c.root << ' ' << off;
+      ASSERT_EQ(p.count, std::ssize(c.quotient));
+      for (std::size_t k = 0; k < c.quotient.size(); ++k) EXPECT_NEAR(a[k].hi, c.quotient[k], 1e-12);
+    }
+  }
 }
 
 TYPED_TEST(Polynomials, AllRootsByDistanceFromZero) {
