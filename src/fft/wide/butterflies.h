@@ -244,25 +244,13 @@ template <class P, class S> class rows_of_16 {
   P h_, t_, half_, c_;
 };
 
-template <class E, class S = unit> SIGPAK_INLINE void transform(E (&x)[16], S factor = {}) {
-  const rows_of_16<real_of<E>, S> rows(factor);
-  unroll<4>([&](auto j) SIGPAK_LAMBDA { transform4(x[j], x[j + 4], x[j + 8], x[j + 12]); });
-  E row[4][4];
-  unroll<4>([&](auto k) SIGPAK_LAMBDA {
-    unroll<4>([&](auto j) SIGPAK_LAMBDA { row[k][j] = x[4 * k + j]; });
-    rows.run(k, row[k]);
-  });
-  unroll<4>([&](auto k)
-                SIGPAK_LAMBDA { unroll<4>([&](auto j) SIGPAK_LAMBDA { x[k + 4 * j] = row[k][j]; }); });
-}
-
-// The transform of the R points source(j), whose results k go to sink(k, y).
-template <int R, class Source, class Sink>
-SIGPAK_INLINE void transform_through(const Source& source, const Sink& sink) {
+// The transform of the R points source(j), whose results k go to sink(k, y) once all points have been read.
+template <int R, class Source, class Sink, class S = unit>
+SIGPAK_INLINE void transform_through(const Source& source, const Sink& sink, S factor = {}) {
   using E = decltype(source(constant<0>{}));
   if constexpr (R == 16) {
     // By columns and by rows of a square, so that few of the points are in registers at a time.
-    const rows_of_16<real_of<E>, unit> rows({});
+    const rows_of_16<real_of<E>, S> rows(factor);
     E square[4][4];
     unroll<4>([&](auto j) SIGPAK_LAMBDA {
       E a[4] = {source(constant<j>{}), source(constant<j + 4>{}), source(constant<j + 8>{}),
@@ -277,9 +265,14 @@ SIGPAK_INLINE void transform_through(const Source& source, const Sink& sink) {
   } else {
     E a[R];
     unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = source(j); });
-    transform(a);
+    transform(a, factor);
     unroll<R>([&](auto k) SIGPAK_LAMBDA { sink(k, a[k]); });
   }
+}
+
+template <class E, class S = unit> SIGPAK_INLINE void transform(E (&x)[16], S factor = {}) {
+  transform_through<16>([&x](auto j) SIGPAK_LAMBDA { return x[j]; },
+                        [&x](auto k, E y) SIGPAK_LAMBDA { x[k] = y; }, factor);
 }
 
 // The place of result k among those of a forward transform of R points. An inverse one has the same results
