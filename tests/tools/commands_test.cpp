@@ -180,7 +180,7 @@ TEST(Window, PointsAndFiguresAreThoseOfTheLibrary) {
 }
 
 TEST(Apply, OffersWhatTheHeaderDeclares) {
-  std::ifstream header(SIGPAK_HEADER);
+  std::ifstream header(SIGPAK_TOP "/include/sigpak.h");
   std::vector<std::string> declared;
   for (std::string row; std::getline(header, row);) {
     const std::string start = "SIGPAK_API int32_t dspi_";

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
+#include <fstream>
 #include <iomanip>
 #include <numbers>
 #include <random>
@@ -212,6 +214,40 @@ TEST(Picture, OverlaidSpectraShareTheirAxes) {
   EXPECT_NE(run_shell("sigpak spectrum --csv --unit V -o c.csv eighth; sigpak plot a.csv c.csv --svg -")
                 .err.find("one picture cannot show both"),
             std::string::npos);
+}
+
+// What is kept is what the program draws: a picture that changes is looked at, and kept anew where it is
+// better. The first is the README's.
+TEST(Picture, LooksAsItDid) {
+  const std::string tone =
+      "sigpak gen rand -n 96000 -r 48k --distribution normal --seed 1 | sigpak apply scale 0.01 | sigpak "
+      "apply "
+      "addcos 0 440 0.5 0 -o tone; ";
+  const std::string csv = "--unit V --as asd --csv ";
+  const std::string comb =
+      "spectrum --unit V --color never " + sum_of_lines("comb", evenly(0.0123, 0.0123, 9), 0.2, 1e-4);
+  struct {
+    std::string kept, shown;
+  } pictures[] = {
+      {SIGPAK_TOP "/docs/tone.svg",
+       run_shell(tone + "sigpak spectrum --unit V --title '440 Hz in noise' --svg - tone").out},
+      {SIGPAK_TOP "/tests/tools/pictures/two.svg",
+       run_shell(tone + "sigpak spectrum " + csv +
+                 "tone -o all; sigpak filter --low-pass 1k --decimate 2 tone -o low; " + "sigpak spectrum " +
+                 csv + "low | sigpak plot all - --axis log --theme dark --svg -")
+           .out},
+      {SIGPAK_TOP "/tests/tools/pictures/typed.txt", run_in_terminal(comb).out},
+      {SIGPAK_TOP "/tests/tools/pictures/dots.txt",
+       run_in_terminal(comb + " --axis log", 100, 30, "C.UTF-8").out}};
+  for (auto& [kept, shown] : pictures) {
+    if (shown.empty() && kept.ends_with(".txt")) continue;  // no program that makes terminals
+    std::erase(shown, '\r');
+    if (shown.starts_with(path(""))) shown.erase(0, path("").size());
+    if (shown == read_file(kept)) continue;
+    const auto name = kept.substr(kept.rfind('/') + 1);
+    std::ofstream(name) << shown;
+    ADD_FAILURE() << "diff " << kept << ' ' << std::filesystem::current_path() / name;
+  }
 }
 
 TEST(Terminal, ThePlotFillsTheWindowAndStandsOnItsAxis) {

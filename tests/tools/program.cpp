@@ -67,11 +67,11 @@ result run_shell(const std::string& text) {
                  quoted("sigpak() { \"$SIGPAK\" \"$@\"; }; cd " + quoted(path("")) + "; " + text));
 }
 
-result run_in_terminal(const std::string& arguments, int columns, int rows) {
+result run_in_terminal(const std::string& arguments, int columns, int rows, const std::string& locale) {
   if (!has_terminals()) return {127, "", ""};
   const std::string size = "stty cols " + std::to_string(columns) + " rows " + std::to_string(rows) + "; ";
   const std::string command =
-      size + "env -u NO_COLOR TERM=xterm LC_ALL=C " + quoted(SIGPAK_PROGRAM) + " " + arguments;
+      size + "env -u NO_COLOR TERM=xterm LC_ALL=" + locale + ' ' + quoted(SIGPAK_PROGRAM) + " " + arguments;
   return execute("script -qec " + quoted(command) + " /dev/null </dev/null");
 }
 

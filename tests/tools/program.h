@@ -25,7 +25,8 @@ struct line {
 result run(const std::string& arguments);
 
 // The same in a terminal of this size, what it shows as output; status 127 where there is none to be had.
-result run_in_terminal(const std::string& arguments, int columns = 80, int rows = 24);
+result run_in_terminal(const std::string& arguments, int columns = 80, int rows = 24,
+                       const std::string& locale = "C");
 
 // Runs a shell's text in the directory of this test, in which sigpak, and $SIGPAK, is the program.
 result run_shell(const std::string& text);

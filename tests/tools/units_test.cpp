@@ -217,7 +217,7 @@ TEST(Data, ASpectrumComesBackFromItsText) {
                            "\"first\":"),
               band.frequencies.front(), 1e-12);
   const auto object = run_shell("sigpak spectrum --json --all -s 64 " + file).out;
-  const std::string schema = read_file(SIGPAK_SCHEMA);
+  const std::string schema = read_file(SIGPAK_TOP "/docs/spectrum.schema.json");
   const std::regex key("\"([a-z_]+)\":");
   for (std::sregex_iterator at(object.begin(), object.end(), key), end; at != end; ++at)
     EXPECT_NE(schema.find("\"" + std::string((*at)[1]) + "\": {"), std::string::npos) << (*at)[1];
