@@ -148,13 +148,15 @@ template <record V> class scene {
     return true;
   }
 
-  // Means of reciprocals and logarithms, and what is left where the mean is taken out, may be rounding errors
-  // alone.
+  // Means of reciprocals and logarithms, the least of spectra, their mean with phases, and what is left where
+  // the mean is taken out, may be rounding errors alone.
   bool has_bound() const {
     if (op_.is("dsph_avg")) return (call_.given[3].integer & 15) != 4 && (call_.given[3].integer & 15) != 5;
+    if (!op_.is("dsph_fft") && !op_.is("dsph_dft")) return true;
     const std::int32_t flags = call_.given[5].integer;
-    return !(op_.is("dsph_fft") || op_.is("dsph_dft")) ||
-           ((flags & 15) < 4 && (flags & DSP_SPECTRUM_CENTRE) == 0);
+    const bool with_phases =
+        call_.given[1].missing && (flags & 15) == 1 && (flags & DSP_SPECTRUM_SQUARE) == 0;
+    return (flags & 15) < 3 && (flags & DSP_SPECTRUM_CENTRE) == 0 && !with_phases;
   }
 
   // In units of the bound, or ulps without one.
