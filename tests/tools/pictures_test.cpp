@@ -203,6 +203,17 @@ TEST(Picture, APeakStandsWhereTheAxesSay) {
   }
 }
 
+// However many points of a spectrum share a column of the picture.
+TEST(Picture, NoiseStandsAtItsFloor) {
+  for (const char* options : {"-s 20000", "-s 512", "-s 4096 --axis log"}) {
+    const auto svg = run("spectrum --svg - " + sum_of_lines("noise", {}, 0, 1) + ' ' + options).out;
+    auto curve = points_of(svg.substr(svg.find("class=\"curve")), "[ML]([0-9.]+) ([0-9.]+)");
+    const auto middle = curve.begin() + std::ssize(curve) / 2;
+    std::ranges::nth_element(curve, middle, {}, &std::pair<double, double>::second);
+    EXPECT_NEAR(middle->second, number_after(svg, "class=\"floor\" x1=\"80.0\" y1=\""), 8) << options;
+  }
+}
+
 TEST(Picture, OverlaidSpectraShareTheirAxes) {
   EXPECT_EQ(run_shell("sigpak spectrum --csv -o a.csv " + eighth() +
                       "; sigpak spectrum --csv --gain 0.1 -o b.csv eighth")

@@ -134,18 +134,15 @@ std::size_t width_of_lobe(const record& leakage) {
                                   part.begin());
 }
 
-double least_ratio(const spectrum& s, const line_options& options) {
-  if (options.least_snr) return std::pow(10, *options.least_snr / 10);
-  return noise_threshold(s, chance_of_a_line);
-}
-
 }  // namespace
+
+double line_threshold(const spectrum& s) { return noise_threshold(s, chance_of_a_line); }
 
 std::vector<line> strongest_lines(const spectrum& s, const line_options& options) {
   const landscape l(s);
   const noise_level noise(s);
   const auto power = l.power.scalars();
-  const double ratio = least_ratio(s, options);
+  const double ratio = options.least_snr ? std::pow(10, *options.least_snr / 10) : line_threshold(s);
   const std::size_t lobe = width_of_lobe(l.leakage);
   const double least = mean_rounding * s.mean * (mean_rounding * s.mean);
   std::vector<std::size_t> chosen;  // stronger lines outside the band too: they leak into it

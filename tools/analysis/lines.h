@@ -17,10 +17,13 @@ struct line {
 
 struct line_options {
   std::size_t count = 10;
-  std::optional<double> least_snr;  // in dB; empty takes what noise reaches in 1 of 1000 spectra
+  std::optional<double> least_snr;  // in dB, in place of the threshold
   double from;                      // the band that they are looked for in
   double to;
 };
+
+// How many times its noise a spectrum has to reach somewhere so that it is taken for a line.
+double line_threshold(const spectrum& s);
 
 // The strongest first: maxima that come neither from noise nor from the leakage of a stronger line.
 std::vector<line> strongest_lines(const spectrum& s, const line_options& options);

@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <span>
 
+#include "analysis/noise.h"
 #include "output/number.h"
 
 namespace tool {
@@ -50,6 +52,22 @@ double level_between(const curve& c, double place) {
   const double left = c.told.level(power[at]);
   const double part = place - static_cast<double>(at);
   return part == 0 ? left : std::lerp(left, c.told.level(power[at + 1]), part);
+}
+
+struct points_inside {
+  std::size_t count = 0;
+  double sum = 0;
+  double highest = 0;
+  std::size_t place = 0;  // of the highest
+};
+
+points_inside powers_between(std::span<const double> power, double begin, double end) {
+  points_inside out;
+  for (auto i = static_cast<std::size_t>(std::ceil(begin)); static_cast<double>(i) <= end; ++i, ++out.count) {
+    out.sum += power[i];
+    if (power[i] > out.highest) out.highest = power[i], out.place = i;
+  }
+  return out;
 }
 
 std::string tick_text(double value, double step) {
@@ -156,16 +174,23 @@ std::vector<double> outline_of(const curve& c, const frequency_axis& axis, std::
     return (axis.frequency(static_cast<double>(edge) / static_cast<double>(columns)) - c.s.first()) /
            c.s.step();
   };
+  const noise_level noise(c.s);
+  const double threshold = line_threshold(c.s);
+  const auto power = c.s.power.scalars();
   std::vector<double> levels(columns, std::numeric_limits<double>::quiet_NaN());
   for (std::size_t column = 0; column < columns; ++column) {
     const double begin = std::max(place(column), 0.0);
     const double end = std::min(place(column + 1), last);
     if (begin > end) continue;
-    double level = level_between(c, begin);
-    for (double i = std::ceil(begin); i <= end; ++i) {
-      level = std::max(level, c.told.level(c.s.power.scalars()[static_cast<std::size_t>(i)]));
+    const double first = level_between(c, begin);
+    const auto inside = powers_between(power, begin, end);
+    if (inside.count == 0) {
+      levels[column] = first;
+    } else if (inside.highest > threshold * noise.at(inside.place)) {
+      levels[column] = std::max(first, c.told.level(inside.highest));
+    } else {
+      levels[column] = c.told.level(inside.sum / static_cast<double>(inside.count));
     }
-    levels[column] = level;
   }
   return levels;
 }
