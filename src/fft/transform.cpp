@@ -342,9 +342,10 @@ template <class T> [[gnu::noinline]] status inverse_longer(T* data, index points
 // Whether the data were short enough to stay in registers.
 template <class T> bool transform_small_real(T* data, index points, bool inverse) noexcept {
   const auto* const level = at_level<fft_kernels<T>>();
-  if (level == nullptr || !is_small(points)) return false;
-  level->small_real[address_bits(points)].run[inverse](data);
-  return true;
+  if (level == nullptr || !has_packed(points) || points >> kernels::small_real_sizes != 0) return false;
+  const auto run = level->small_real[address_bits(points)].run[inverse];
+  if (run != nullptr) run(data);
+  return run != nullptr;
 }
 
 }  // namespace

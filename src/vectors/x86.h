@@ -130,6 +130,14 @@ SIGPAK_INLINE f8 backwards(f8 a) {
   return {_mm256_castpd_ps(_mm256_permute4x64_pd(_mm256_castps_pd(a.v), 0x1b))};
 }
 
+// The first point of `first`, then those of `rest` from the last one down to the second.
+SIGPAK_INLINE f4 mirrored(f4 first, f4 rest) { return {_mm_blend_ps(first.v, rest.v, 0xc)}; }
+SIGPAK_INLINE d4 mirrored(d4 first, d4 rest) { return {_mm256_blend_pd(first.v, rest.v, 0xc)}; }
+SIGPAK_INLINE f8 mirrored(f8 first, f8 rest) {
+  const __m256d turned = _mm256_permute4x64_pd(as_doubles(rest).v, 0x6c);
+  return as_floats(d4{_mm256_blend_pd(as_doubles(first).v, turned, 0xe)});
+}
+
 // One complex point. Those of single precision are computed in double.
 SIGPAK_INLINE d2 point_of(double re, double im) { return {_mm_set_pd(im, re)}; }
 SIGPAK_INLINE d2 conjugate(d2 a) { return {_mm_xor_pd(a.v, _mm_set_pd(-0.0, 0.0))}; }

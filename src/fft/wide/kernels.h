@@ -13,6 +13,7 @@ namespace sigpak::kernels {
 
 inline constexpr int small_sizes = 7;  // log2 N below this needs no plan
 inline constexpr std::int64_t least_planned = std::int64_t{1} << small_sizes;
+inline constexpr int small_real_sizes = 10;  // the same of real data, but for null
 
 template <class T> struct small_fft {
   void (*run[2])(T* x);  // forward, inverse; null where there is none
@@ -21,7 +22,7 @@ template <class T> struct small_fft {
 template <class T> struct fft_kernels {
   int widest_lanes;
   small_fft<T> small[small_sizes];  // by log2 N
-  small_fft<T> small_real[small_sizes];
+  small_fft<T> small_real[small_real_sizes];
   void (*run)(const lane_plan<T>& plan, T* x, T* scratch, bool inverse);
   void (*run_real)(const real_plan<T>& plan, T* x, T* scratch, bool inverse);
   // The sweep after the forward transform of half the length, and before the inverse one.
