@@ -51,9 +51,13 @@ template <class T> struct wide_guard {
 };
 
 // Spacing of the other domain after a transform of n points: 1 / (n * delta), H for 0.
-// A NaN spacing stays NaN here; operations that turn it into H say so.
+// A NaN spacing stays NaN here; operations that turn it into H say so. The way back from 1 / n comes to 1
+// without a division, which a call on the same record would wait for.
 template <class T> constexpr T reciprocal_spacing(T delta, T n) noexcept {
-  return delta != 0 ? T(1) / (n * delta) : guard<T>::huge;
+  const T period = n * delta;
+  if (period == 1) [[likely]]
+    return 1;
+  return delta != 0 ? T(1) / period : guard<T>::huge;
 }
 
 }  // namespace sigpak

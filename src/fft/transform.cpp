@@ -56,11 +56,6 @@ int lanes_for(index points, int widest) noexcept {
   return lanes;
 }
 
-// Powers of two that stay in registers.
-bool is_small(index points) noexcept {
-  return points >= least_packed && points < kernels::least_planned && is_power_of_two(points);
-}
-
 template <class T> const kernels::lane_plan<T>* lane_plan_of(index points, int widest) noexcept {
   const int lanes = lanes_for(points, widest);
   if (const auto* const plan = kernels::find_lane_plan<T>(points, lanes); plan != nullptr) return plan;
@@ -215,10 +210,11 @@ template <class T> status transform_directly(T* x, index points, bool inverse) n
   return ok;
 }
 
-// Null where the length is none of those.
-template <class T> kernels::small_fft<T> short_transform(index points) noexcept {
-  if (points > kernels::most_short) return {};
-  return at_level<kernels::chirp_kernels<T>>()->in_registers.by_length[points];
+// Null where the length is none of those that stay in registers.
+template <class T> auto small_transform(index points, bool inverse) noexcept -> void (*)(T*) {
+  if (points > kernels::most_small) return nullptr;
+  const auto* const level = at_level<kernels::small_kernels<T>>();
+  return level != nullptr ? level->complex[points].run[inverse] : nullptr;
 }
 
 template <class T> void transform_pair(T* x, bool inverse) noexcept {
@@ -249,8 +245,9 @@ template <class T> algorithm algorithm_for(index points) noexcept {
   const bool power = is_power_of_two(points);
   const auto* const level = at_level<fft_kernels<T>>();
   if (level == nullptr) return power ? algorithm::split_radix : algorithm::bluestein;
-  if (power) return is_small(points) ? algorithm::small : algorithm::lanes;
-  if (short_transform<T>(points).run[0] != nullptr) return algorithm::coprime;
+  const bool is_small = small_transform<T>(points, false) != nullptr;
+  if (power) return is_small ? algorithm::small : algorithm::lanes;
+  if (is_small) return algorithm::coprime;
   if (kernels::has_product_plan<T>(points)) return algorithm::product;
   if (kernels::has_mixed_plan<T>(points, level->widest_lanes)) return algorithm::mixed;
   return points % 2 != 0 && points <= kernels::most_direct_points<T> ? algorithm::direct : algorithm::chirp;
@@ -258,14 +255,18 @@ template <class T> algorithm algorithm_for(index points) noexcept {
 
 namespace {
 
-// Short products are met first, by their plan; long lengths of all kinds are looked up in one list, without
-// finding out first which kind it is.
+// Powers of two are met first, then short products, by their plan; long lengths of all kinds are looked up in
+// one list, without finding out first which kind it is.
 template <class T> [[gnu::noinline]] status transform_longer(T* data, index points, bool inverse) noexcept {
+  const auto* const level = at_level<fft_kernels<T>>();
+  const bool power = is_power_of_two(points);
+  if (level != nullptr && power && points > kernels::most_small) {
+    return transform_lanes(*level, data, points, inverse);
+  }
   if (const auto* const plan = short_product_plan<T>(points); plan != nullptr) {
     return transform_by(plan, data, inverse);
   }
-  const auto* const level = at_level<fft_kernels<T>>();
-  const bool listed = points > kernels::most_short_product && !is_power_of_two(points);
+  const bool listed = points > kernels::most_short_product && !power;
   if (level != nullptr && listed) return transform_any(*level, data, points, inverse);
   switch (algorithm_for<T>(points)) {
     case algorithm::identity:
@@ -295,16 +296,11 @@ template <class T> [[gnu::noinline]] status transform_longer(T* data, index poin
 
 }  // namespace
 
-// A power of two is met first, then a length that stays in registers: it takes no longer than finding out
-// what it is.
+// A length that stays in registers takes no longer than finding out what it is.
 template <class T> status transform(T* data, index points, bool inverse) noexcept {
-  const auto* const level = at_level<fft_kernels<T>>();
-  if (level == nullptr) return transform_longer(data, points, inverse);
-  const bool power = points >= least_packed && is_power_of_two(points);
-  if (power && points >= kernels::least_planned) return transform_lanes(*level, data, points, inverse);
-  const auto known = power ? level->small[address_bits(points)] : short_transform<T>(points);
-  if (known.run[inverse] == nullptr) return transform_longer(data, points, inverse);
-  known.run[inverse](data);
+  const auto run = small_transform<T>(points, inverse);
+  if (run == nullptr) return transform_longer(data, points, inverse);
+  run(data);
   return ok;
 }
 
@@ -339,22 +335,27 @@ template <class T> [[gnu::noinline]] status inverse_longer(T* data, index points
   return level != nullptr ? transform_real(*level, data, points, true) : inverse_packed(data, points);
 }
 
-// Whether the data were short enough to stay in registers.
-template <class T> bool transform_small_real(T* data, index points, bool inverse) noexcept {
-  const auto* const level = at_level<fft_kernels<T>>();
-  if (level == nullptr || !is_small(points)) return false;
-  level->small_real[address_bits(points)].run[inverse](data);
-  return true;
+// Null where the length is none of those that stay in registers.
+template <class T> auto small_real_transform(index points, bool inverse) noexcept -> void (*)(T*) {
+  if (!has_packed(points) || points >> kernels::small_real_sizes != 0) return nullptr;
+  const auto* const level = at_level<kernels::small_kernels<T>>();
+  return level != nullptr ? level->real[address_bits(points)].run[inverse] : nullptr;
 }
 
 }  // namespace
 
 template <class T> status forward_real(T* data, index points) noexcept {
-  return transform_small_real(data, points, false) ? ok : forward_longer(data, points);
+  const auto run = small_real_transform<T>(points, false);
+  if (run == nullptr) return forward_longer(data, points);
+  run(data);
+  return ok;
 }
 
 template <class T> status inverse_real(T* data, index points) noexcept {
-  return transform_small_real(data, points, true) ? ok : inverse_longer(data, points);
+  const auto run = small_real_transform<T>(points, true);
+  if (run == nullptr) return inverse_longer(data, points);
+  run(data);
+  return ok;
 }
 
 template algorithm algorithm_for<double>(index) noexcept;

@@ -7,9 +7,8 @@ namespace sigpak {
 
 template <record V> status dft(V* v, int direction) noexcept {
   const index points = length(v);
-  const scalar<V> delta = v->delta;
   if (transform_record(v, direction != 0) != ok) return failed;
-  v->delta = dft_spacing(delta, points);
+  v->delta = dft_spacing(v->delta, points);
   return ok;
 }
 

@@ -8,10 +8,8 @@
 
 namespace sigpak {
 
-template <record V> status transform_record(V* v, bool inverse) noexcept {
+template <record V> status transform_real_record(V* v, bool inverse) noexcept {
   const index points = length(v);
-  if (points < 2) return ok;
-  if (is_complex(v)) return transform(v->data, points, inverse);
   if (reshape(v, points, true) != ok) return failed;
   if (transform_reals(v->data, points, inverse) == ok) return ok;
   v->complex = 0;
@@ -25,8 +23,8 @@ template <record V> status fft(V* v, int direction) noexcept {
   return ok;
 }
 
-template status transform_record(dsp_vec*, bool) noexcept;
-template status transform_record(dspf_vec*, bool) noexcept;
+template status transform_real_record(dsp_vec*, bool) noexcept;
+template status transform_real_record(dspf_vec*, bool) noexcept;
 template status fft(dsp_vec*, int) noexcept;
 template status fft(dspf_vec*, int) noexcept;
 

@@ -46,9 +46,8 @@ constexpr index whole(index bins, bool odd) noexcept {
 template <record V> status real_dft(V* v) noexcept {
   const index points = length(v);
   if (is_complex(v)) return failed;
-  const scalar<V> delta = v->delta;
   if (to_half_spectrum(v) != ok) return failed;
-  v->delta = transformed_spacing(delta, std::max<index>(points, 1));
+  v->delta = transformed_spacing(v->delta, std::max<index>(points, 1));
   return ok;
 }
 
@@ -58,18 +57,16 @@ template <record V> status real_fft(V* v) noexcept {
 
 template <record V> status inverse_real_dft(V* v, bool odd) noexcept {
   const index points = whole(length(v), odd);
-  const scalar<V> delta = v->delta;
   if (from_half_spectrum(v, points) != ok) return failed;
-  v->delta = dft_spacing(delta, points);
+  v->delta = dft_spacing(v->delta, points);
   return ok;
 }
 
 template <record V> status inverse_real_fft(V* v) noexcept {
   const index points = whole(length(v), false);
   if (!is_power_of_two(points)) return reconstruct(v, false), failed;
-  const scalar<V> delta = v->delta;
   if (from_half_spectrum(v, points) != ok) return failed;
-  v->delta = reciprocal_spacing(delta, static_cast<scalar<V>>(points));
+  v->delta = reciprocal_spacing(v->delta, static_cast<scalar<V>>(points));
   return ok;
 }
 

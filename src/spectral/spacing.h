@@ -11,14 +11,16 @@ namespace sigpak {
 
 // 1 / (points * delta), H for 0 and for NaN too.
 template <class T> T transformed_spacing(T delta, index points) noexcept {
-  return reciprocal_spacing(std::isnan(delta) ? T(0) : delta, static_cast<T>(points));
+  const T spacing = reciprocal_spacing(delta, static_cast<T>(points));
+  return std::isnan(spacing) ? guard<T>::huge : spacing;
 }
 
 // The rule of the transform of any length: NaN stays where that is the power-of-two transform.
 template <class T> T dft_spacing(T delta, index points) noexcept {
-  if (points <= 1) return transformed_spacing(delta, 1);
-  return is_power_of_two(points) ? reciprocal_spacing(delta, static_cast<T>(points))
-                                 : transformed_spacing(delta, points);
+  const index n = points > 1 ? points : 1;
+  const T spacing = reciprocal_spacing(delta, static_cast<T>(n));
+  const bool keeps_nan = n > 1 && is_power_of_two(n);
+  return std::isnan(spacing) && !keeps_nan ? guard<T>::huge : spacing;
 }
 
 }  // namespace sigpak

@@ -3,11 +3,17 @@
 #pragma once
 
 #include "core/record.h"
+#include "fft/transform.h"
 
 namespace sigpak {
 
 // Complex from two points on; delta stays. A failure leaves points and form as they were.
-template <record V> status transform_record(V* v, bool inverse) noexcept;
+template <record V> status transform_real_record(V* v, bool inverse) noexcept;  // of two points at least
+template <record V> status transform_record(V* v, bool inverse) noexcept {
+  const index points = length(v);
+  if (points < 2) return ok;
+  return is_complex(v) ? transform(v->data, points, inverse) : transform_real_record(v, inverse);
+}
 
 template <record V> status fft(V* v, int direction) noexcept;
 template <record V> status dft(V* v, int direction) noexcept;

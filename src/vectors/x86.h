@@ -130,17 +130,32 @@ SIGPAK_INLINE f8 backwards(f8 a) {
   return {_mm256_castpd_ps(_mm256_permute4x64_pd(_mm256_castps_pd(a.v), 0x1b))};
 }
 
-// One complex point. Those of single precision are computed in double.
+// The first point of `first`, then those of `rest` from the last one down to the second.
+SIGPAK_INLINE f4 mirrored(f4 first, f4 rest) { return {_mm_blend_ps(first.v, rest.v, 0xc)}; }
+SIGPAK_INLINE d4 mirrored(d4 first, d4 rest) { return {_mm256_blend_pd(first.v, rest.v, 0xc)}; }
+SIGPAK_INLINE f8 mirrored(f8 first, f8 rest) {
+  const __m256d turned = _mm256_permute4x64_pd(as_doubles(rest).v, 0x6c);
+  return as_floats(d4{_mm256_blend_pd(as_doubles(first).v, turned, 0xe)});
+}
+
+// One complex point; of single precision in the lower half of a vector whose upper half does not count.
+template <class T> struct point_vector { using type = d2; };
+template <> struct point_vector<float> { using type = f4; };
 SIGPAK_INLINE d2 point_of(double re, double im) { return {_mm_set_pd(im, re)}; }
+SIGPAK_INLINE f4 point_of(float re, float im) { return {_mm_setr_ps(re, im, 0, 0)}; }
 SIGPAK_INLINE d2 conjugate(d2 a) { return {_mm_xor_pd(a.v, _mm_set_pd(-0.0, 0.0))}; }
+SIGPAK_INLINE f4 conjugate(f4 a) { return {_mm_xor_ps(a.v, _mm_setr_ps(0, -0.0F, 0, -0.0F))}; }
 SIGPAK_INLINE d2 load_point(const double* x) { return load<d2>(x); }
-SIGPAK_INLINE d2 load_point(const float* x) {
-  return {_mm_cvtps_pd(_mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i_u*>(x))))};
+SIGPAK_INLINE f4 load_point(const float* x) {
+  return {_mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i_u*>(x)))};
 }
 SIGPAK_INLINE void store_point(double* x, d2 a) { store(x, a); }
-SIGPAK_INLINE void store_point(float* x, d2 a) {
-  _mm_storel_epi64(reinterpret_cast<__m128i_u*>(x), _mm_castps_si128(_mm_cvtpd_ps(a.v)));
+SIGPAK_INLINE void store_point(float* x, f4 a) {
+  _mm_storel_epi64(reinterpret_cast<__m128i_u*>(x), _mm_castps_si128(a.v));
 }
+// The second scalars of both.
+SIGPAK_INLINE d2 second_parts(d2 a, d2 b) { return high_parts(a, b); }
+SIGPAK_INLINE f4 second_parts(f4 a, f4 b) { return {_mm_insert_ps(b.v, a.v, 0x40)}; }
 
 // For every mask of `lanes` lanes the lanes in it, then the others, each kept in order: eight places of the
 // parts, 8 / lanes to a lane, that a permutation takes.

@@ -47,6 +47,14 @@ SIGPAK_INLINE f16 backwards(f16 a) {
   return {_mm512_castpd_ps(_mm512_permutexvar_pd(order, _mm512_castps_pd(a.v)))};
 }
 
+SIGPAK_INLINE d8 mirrored(d8 first, d8 rest) {
+  return {_mm512_mask_shuffle_f64x2(first.v, 0xfc, rest.v, rest.v, 0x6c)};
+}
+SIGPAK_INLINE f16 mirrored(f16 first, f16 rest) {
+  const __m512i order = _mm512_setr_epi64(0, 7, 6, 5, 4, 3, 2, 1);
+  return as_floats(d8{_mm512_mask_permutexvar_pd(as_doubles(first).v, 0xfe, order, as_doubles(rest).v)});
+}
+
 SIGPAK_INLINE void transpose_blocks(d8& a, d8& b, d8& c, d8& d) {
   const __m512d ab_low = _mm512_shuffle_f64x2(a.v, b.v, 0x44);
   const __m512d ab_high = _mm512_shuffle_f64x2(a.v, b.v, 0xee);

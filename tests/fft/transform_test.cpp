@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
+#include "core/power_of_two.h"
 #include "spectral/reference.h"
 #include "support/failing.h"
 #include "support/fence.h"
@@ -17,7 +20,7 @@ TYPED_TEST_SUITE(Transform, records, record_names);
 constexpr double error_limit = 4;
 
 std::vector<index> lengths() {
-  std::vector<index> all = {60, 61, 64, 67, 100, 128, 480, 1003, 1024};
+  std::vector<index> all = {60, 61, 64, 67, 100, 128, 256, 480, 512, 1003, 1024};
   for (index n = 1; n <= 40; ++n) all.push_back(n);
   return all;
 }
@@ -35,8 +38,10 @@ TYPED_TEST(Transform, RealsBecomePairs) {
   }
 }
 
+// What the outer bins of a power of two have beside their real parts does not count.
 TYPED_TEST(Transform, HalfSpectraOfEveryLength) {
   using V = TypeParam;
+  constexpr auto nan = std::numeric_limits<scalar<V>>::quiet_NaN();
   for (const index n : lengths()) {
     const auto in = noise<V>(n, static_cast<unsigned>(n));
     auto wanted = exact_transform(exact_points<V>(signal<V>(in)), false);
@@ -45,6 +50,7 @@ TYPED_TEST(Transform, HalfSpectraOfEveryLength) {
     auto half = run_fenced<V>(in, room, 1, [=](auto* x) { return forward_real(x, n); });
     half.resize(2 * wanted.size());
     EXPECT_LT(transform_error<V>(signal<V>(half, true), wanted, n), error_limit) << n;
+    if (n >= 4 && is_power_of_two(n)) half[1] = half[half.size() - 1] = nan;
     auto back = run_fenced<V>(half, room, 1, [=](auto* x) { return inverse_real(x, n); });
     back.resize(in.size());
     EXPECT_LT(relative_l2(back, in), 32 * unit_roundoff<V>) << n;

@@ -178,12 +178,12 @@ SIGPAK_INLINE void odds_of_8(S s, E sum1, E difference1, E sum3, E difference3, 
   const E last = scaled(s, sum3);
   o[0] = plus(s, sum1, last);
   o[2] = minus(s, sum1, last);
-  const E t1 = minus_i(difference1, difference3), t3 = plus_i(difference1, difference3);
-  o[1] = minus_i(t1, t1);
-  o[3] = plus_i(t3, t3);
+  const E t1 = difference1 - difference3, t3 = difference1 + difference3;
+  o[1] = minus_i(t1, t3);
+  o[3] = plus_i(t1, t3);
 }
-template <class E, class S> SIGPAK_INLINE void join_8(S s, const E (&e)[4], const E (&o)[4], E (&x)[8]) {
-  const auto h = scaled(s, splat_constant<real_of<E>>(half_root));
+template <class E, class S, class H>
+SIGPAK_INLINE void join_8(S s, H h, const E (&e)[4], const E (&o)[4], E (&x)[8]) {
   x[0] = plus(s, e[0], o[0]);
   x[4] = minus(s, e[0], o[0]);
   x[1] = fma(h, o[1], e[1]);
@@ -193,11 +193,20 @@ template <class E, class S> SIGPAK_INLINE void join_8(S s, const E (&e)[4], cons
   x[3] = fnma(h, o[3], e[3]);
   x[7] = fma(h, o[3], e[3]);
 }
+template <class E, class S> SIGPAK_INLINE void join_8(S s, const E (&e)[4], const E (&o)[4], E (&x)[8]) {
+  join_8(s, scaled(s, splat_constant<real_of<E>>(half_root)), e, o, x);
+}
 template <class E, class S = unit> SIGPAK_INLINE void transform(E (&x)[8], S s = {}) {
   E e[4], o[4];
   evens_of_8(s, x[0] + x[4], x[0] - x[4], x[2] + x[6], x[2] - x[6], e);
   odds_of_8(s, x[1] + x[5], x[1] - x[5], x[3] + x[7], x[3] - x[7], o);
   join_8(s, e, o, x);
+}
+template <class E, class S> SIGPAK_INLINE void transform_turned(E (&x)[8], S s) {
+  E e[4], o[4];
+  evens_of_8(s, x[0] + x[4], x[0] - x[4], x[2] + x[6], x[2] - x[6], e);
+  odds_of_8(unit{}, x[1] + x[5], x[1] - x[5], x[3] + x[7], x[3] - x[7], o);
+  join_8(s, splat_constant<real_of<E>>(half_root), e, o, x);
 }
 
 // Of 16 points the second half: row k has the results k of the four transforms of x[j], x[j + 4], x[j + 8],

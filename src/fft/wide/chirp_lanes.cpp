@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The chirp transforms of one level, and those of short lengths of any kind.
+// The chirp transforms of one level, and those by the definition.
 #include "fft/wide/chirp.h"
 #include "fft/wide/definition.h"
 #include "fft/wide/kernels.h"
-#include "fft/wide/short.h"
 #include "vectors/levels.h"
 
 namespace sigpak::SIGPAK_LEVEL {
@@ -30,11 +29,11 @@ namespace sigpak {
 SIGPAK_LEVEL_TABLE(kernels::chirp_kernels<double>) = {
     SIGPAK_LEVEL::widest_d::width, SIGPAK_LEVEL::widest_d::width,
     SIGPAK_LEVEL::run_lanes<SIGPAK_LEVEL::widest_d, SIGPAK_LEVEL::widest_d>,
-    SIGPAK_LEVEL::run_direct<SIGPAK_LEVEL::widest_d>, SIGPAK_LEVEL::short_table<double>().all()};
+    SIGPAK_LEVEL::run_direct<SIGPAK_LEVEL::widest_d>};
 SIGPAK_LEVEL_TABLE(kernels::chirp_kernels<float>) = {
     SIGPAK_LEVEL::widest_f::width, SIGPAK_LEVEL::f8::width,
     SIGPAK_LEVEL::run_lanes<SIGPAK_LEVEL::widest_f, SIGPAK_LEVEL::f8>,
-    SIGPAK_LEVEL::run_direct<SIGPAK_LEVEL::widest_f>, SIGPAK_LEVEL::short_table<float>().all()};
+    SIGPAK_LEVEL::run_direct<SIGPAK_LEVEL::widest_f>};
 SIGPAK_LEVEL_TABLE(kernels::chirp_spectra) = {SIGPAK_LEVEL::chirp_spectrum<SIGPAK_LEVEL::widest_d>};
 
 }  // namespace sigpak

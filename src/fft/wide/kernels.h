@@ -11,27 +11,25 @@
 
 namespace sigpak::kernels {
 
-inline constexpr int small_sizes = 7;  // log2 N below this needs no plan
-inline constexpr std::int64_t least_planned = std::int64_t{1} << small_sizes;
-
+// Transforms that stay in registers from load to store; null where there is none.
 template <class T> struct small_fft {
-  void (*run[2])(T* x);  // forward, inverse; null where there is none
+  void (*run[2])(T* x);  // forward, inverse
+};
+inline constexpr std::int64_t most_small = 64;  // no longer power of two goes without a plan
+inline constexpr int small_real_sizes = 10;
+template <class T> struct small_kernels {
+  small_fft<T> complex[most_small + 1];  // by N
+  small_fft<T> real[small_real_sizes];   // by log2 N
 };
 
 template <class T> struct fft_kernels {
   int widest_lanes;
-  small_fft<T> small[small_sizes];  // by log2 N
-  small_fft<T> small_real[small_sizes];
   void (*run)(const lane_plan<T>& plan, T* x, T* scratch, bool inverse);
   void (*run_real)(const real_plan<T>& plan, T* x, T* scratch, bool inverse);
   // The sweep after the forward transform of half the length, and before the inverse one.
   void (*change_bins)(const half_plan<T>& plan, T* x, bool inverse);
   void (*run_mixed)(const mixed_plan<T>& plan, T* x, T* scratch, bool inverse);
 };
-
-// Of lengths that are no powers of two; null where there is none.
-inline constexpr int most_short = 60;
-template <class T> struct short_ffts { small_fft<T> by_length[most_short + 1]; };
 
 template <class T> struct product_kernels {
   int widest_lanes;
@@ -45,7 +43,6 @@ template <class T> struct chirp_kernels {
   void (*run)(const chirp_plan<T>& plan, T* x, T* scratch, bool inverse);
   // The table holds, by vectors of k from 1 on and then by j, the cosines and sines of 2 pi j k / N.
   void (*run_direct)(const T* table, std::int64_t points, T* x, bool inverse);
-  short_ffts<T> in_registers;
 };
 
 // From vectors in scratch memory, laid out as the first pass leaves its results, to their transforms in the

@@ -8,8 +8,6 @@
 #include "fft/wide/mixed.h"
 #include "fft/wide/passes.h"
 #include "fft/wide/real.h"
-#include "fft/wide/small.h"
-#include "fft/wide/small_real.h"
 #include "vectors/levels.h"
 
 namespace sigpak::SIGPAK_LEVEL {
@@ -64,46 +62,12 @@ void run_real_lanes(const real_plan<T>& plan, T* x, T* scratch, bool inverse) {
   run_either_real<Narrow>(plan, x, scratch, inverse);
 }
 
-template <class T, int N>
-inline constexpr kernels::small_fft<T> small_real = {run_small_real<T, N>, run_small_real_inverse<T, N>};
-template <class P, int A, int B>
-inline constexpr kernels::small_fft<typename P::scalar> small = {run_small<P, A, B, false>,
-                                                                 run_small<P, A, B, true>};
-template <int N>
-inline constexpr kernels::small_fft<double> small_alone = {run_points<N, false>, run_points<N, true>};
-
-// Eight rows of four where a vector holds four points, the other way round where it holds two.
-template <class P> inline constexpr kernels::small_fft<double> small_32 = small<P, P::width, 32 / P::width>;
-
 constexpr kernels::fft_kernels<double> double_fft = {
-    widest_d::width,
-    {{}, {}, small_alone<4>, small_alone<8>, small_alone<16>, small_32<widest_d>, small<widest_d, 8, 8>},
-    {{},
-     {},
-     small_real<double, 4>,
-     small_real<double, 8>,
-     small_real<double, 16>,
-     small_real<double, 32>,
-     small_real<double, 64>},
-    run_lanes<widest_d, widest_d>,
-    run_real_lanes<widest_d, widest_d>,
-    change_bins_either<widest_d>,
-    run_either_mixed<widest_d>};
-
-constexpr kernels::fft_kernels<float> float_fft = {
-    widest_f::width,
-    {{}, {}, small<f4, 2, 2>, small<f4, 4, 2>, small<f8, 4, 4>, small<f8, 8, 4>, small<widest_f, 8, 8>},
-    {{},
-     {},
-     small_real<float, 4>,
-     small_real<float, 8>,
-     small_real<float, 16>,
-     small_real<float, 32>,
-     small_real<float, 64>},
-    run_lanes<widest_f, f8>,
-    run_real_lanes<widest_f, f8>,
-    change_bins_either<widest_f>,
-    run_either_mixed<widest_f>};
+    widest_d::width, run_lanes<widest_d, widest_d>, run_real_lanes<widest_d, widest_d>,
+    change_bins_either<widest_d>, run_either_mixed<widest_d>};
+constexpr kernels::fft_kernels<float> float_fft = {widest_f::width, run_lanes<widest_f, f8>,
+                                                   run_real_lanes<widest_f, f8>, change_bins_either<widest_f>,
+                                                   run_either_mixed<widest_f>};
 
 }  // namespace
 }  // namespace sigpak::SIGPAK_LEVEL
