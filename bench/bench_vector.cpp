@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Arithmetic, movement, sums, sorting and small calls against the plain loop, the peers that are installed,
 // and the limit of the machine: Markdown tables of ratios. bench_vector [--level baseline|avx2|avx512]
-// [--table stream|order|small] [--only NAME] [--rounds N]
+// [--table stream|order|small] [--only NAME] [--points N] [--rounds N]
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -382,6 +382,7 @@ void order_table(const options& o) {
   for (const values& kind : value_kinds) {
     if (!o.wants("--only", kind.name)) continue;
     for (const index n : {10, 30, 100, 300, 1000, 10000, 100000, 1000000, 10000000}) {
+      if (o.number("--points", n) != n) continue;
       order_rows<double>(o, kind, n);
       order_rows<float>(o, kind, n);
     }
@@ -414,7 +415,7 @@ void small_table(const options& o) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const options o(argc, argv, {"--level", "--table", "--only", "--rounds"});
+  const options o(argc, argv, {"--level", "--table", "--only", "--points", "--rounds"});
   std::printf("level %s\n", o.level());
   if (o.wants("--table", "stream")) stream_table(o);
   if (o.wants("--table", "order")) order_table(o);

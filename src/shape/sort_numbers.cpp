@@ -61,10 +61,9 @@ template <class T> void sort_zeros(T* x, index n) noexcept {
 }
 
 // False, and nothing done, where the numbers are many, none or NaN.
-template <class T> bool sort_short_numbers(T* x, index n) noexcept {
-  const auto* const wide = at_level<order_table<T>>();
-  if (wide == nullptr || n > wide->most_short || n == 0) return false;
-  const kernels::short_order found = wide->sort_short(x, n);
+template <class T> bool sort_short_numbers(const order_table<T>& wide, T* x, index n) noexcept {
+  if (n > wide.most_short || n == 0) return false;
+  const kernels::short_order found = wide.sort_short(x, n);
   if (found == kernels::short_order::with_negative_zeros) sort_zeros(x, n);
   return found != kernels::short_order::refused;
 }
@@ -90,7 +89,7 @@ template <class T> void sort_ranks(T* x, index n, index first, index end) noexce
 template <class T> void sort_numbers(T* x, index n) noexcept {
   constexpr index worth_counting = 2048;
   const auto* const wide = at_level<order_table<T>>();
-  if (sort_short_numbers(x, n)) return;
+  if (wide != nullptr && sort_short_numbers(*wide, x, n)) return;
   index numbers = n;
   if (wide == nullptr || !wide->is_ascending(x, n)) {
     if (wide != nullptr && n >= worth_counting && wide->sort_few_values(x, n)) return;

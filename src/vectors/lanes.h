@@ -5,7 +5,8 @@
 //   low_parts high_parts evens odds low_pairs high_pairs evens_twice odds_twice exchanged middle_exchanged
 //   evens_first backwards mirrored joined transpose_blocks  shuffles
 //   load_first store_first store_lanes write_some made_of load_point store_point
-//   any_zero all_below turned_sum lanes_below lanes_at_most lanes_alike left_first lesser greater
+//   any_zero all_below turned_sum lanes_below lanes_at_most lanes_alike left_first left_only
+//   lesser greater
 //   lesser_in greater_in
 // and for the doubles of the level the masks and choices that compare.h describes.
 #pragma once

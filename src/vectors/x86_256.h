@@ -118,7 +118,7 @@ SIGPAK_INLINE __m128i lanes_between(index first, index end, f4) {
                           _mm_cmpgt_epi32(_mm_set1_epi32(static_cast<int>(end)), lane));
 }
 
-// The first n scalars, at most the width, and behind them those of `rest`; nothing beyond is read.
+// The first n scalars, none where n is negative, and behind them those of `rest`; nothing beyond is read.
 SIGPAK_INLINE d4 load_first(const double* from, index n, d4 rest) {
   const __m256i first = lanes_between(0, n, rest);
   return {_mm256_blendv_pd(rest.v, _mm256_maskload_pd(from, first), _mm256_castsi256_pd(first))};
@@ -158,6 +158,9 @@ SIGPAK_INLINE unsigned lanes_at_most(d4 a, d4 b) {
 SIGPAK_INLINE unsigned lanes_at_most(f8 a, f8 b) {
   return static_cast<unsigned>(_mm256_movemask_ps(_mm256_cmp_ps(a.v, b.v, _CMP_LE_OQ)));
 }
+SIGPAK_INLINE unsigned lanes_at_most(f4 a, f4 b) {
+  return static_cast<unsigned>(_mm_movemask_ps(_mm_cmp_ps(a.v, b.v, _CMP_LE_OQ)));
+}
 // The lanes of the same bits.
 SIGPAK_INLINE unsigned lanes_alike(d4 a, d4 b) {
   const __m256i alike = _mm256_cmpeq_epi64(_mm256_castpd_si256(a.v), _mm256_castpd_si256(b.v));
@@ -182,7 +185,7 @@ template <unsigned m, class P> SIGPAK_INLINE P lesser_in(P rest, P a, P b) {
   return greater_in<~m&((1U << P::width) - 1)>(lesser(a, b), rest, rest);
 }
 
-// The lanes of `m`, then the others, each in order.
+// The lanes of `m`, then the others, each in order; left_only leaves open what follows.
 SIGPAK_INLINE d4 left_first(d4 a, unsigned m) {
   return {_mm256_castps_pd(
       _mm256_permutevar8x32_ps(_mm256_castpd_ps(a.v), _mm256_cvtepu8_epi32(order_of<4>(m))))};
@@ -190,6 +193,7 @@ SIGPAK_INLINE d4 left_first(d4 a, unsigned m) {
 SIGPAK_INLINE f8 left_first(f8 a, unsigned m) {
   return {_mm256_permutevar8x32_ps(a.v, _mm256_cvtepu8_epi32(order_of<8>(m)))};
 }
+template <class P> SIGPAK_INLINE P left_only(P a, unsigned m) { return left_first(a, m); }
 
 }  // namespace
 }  // namespace sigpak::SIGPAK_LEVEL

@@ -244,43 +244,53 @@ SIGPAK_INLINE void write_some(float* to, real a, index count) {
   store_some(to, rest, count);
 }
 
-// The lanes below n, as bits.
-SIGPAK_INLINE unsigned first_lanes(index n) { return (1U << n) - 1; }
+// The lanes below n, which may be negative or beyond them, as bits.
+template <int lanes> SIGPAK_INLINE unsigned first_lanes(index n) {
+  const auto end = static_cast<int>(n);
+  if constexpr (lanes == 16) {
+    const __m512i lane = _mm512_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
+    return _mm512_cmplt_epi32_mask(lane, _mm512_set1_epi32(end));
+  } else if constexpr (lanes == 8) {
+    return _mm256_cmplt_epi32_mask(_mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7), _mm256_set1_epi32(end));
+  } else {
+    return _mm_cmplt_epi32_mask(_mm_setr_epi32(0, 1, 2, 3), _mm_set1_epi32(end));
+  }
+}
 
-// The first n scalars, at most the width, and behind them those of `rest`; nothing beyond is read.
+// The first n scalars, none where n is negative, and behind them those of `rest`; nothing beyond is read.
 SIGPAK_INLINE d8 load_first(const double* from, index n, d8 rest) {
-  return {_mm512_mask_loadu_pd(rest.v, static_cast<__mmask8>(first_lanes(n)), from)};
+  return {_mm512_mask_loadu_pd(rest.v, static_cast<__mmask8>(first_lanes<8>(n)), from)};
 }
 SIGPAK_INLINE f16 load_first(const float* from, index n, f16 rest) {
-  return {_mm512_mask_loadu_ps(rest.v, static_cast<__mmask16>(first_lanes(n)), from)};
+  return {_mm512_mask_loadu_ps(rest.v, static_cast<__mmask16>(first_lanes<16>(n)), from)};
 }
 SIGPAK_INLINE d4 load_first(const double* from, index n, d4 rest) {
-  return {_mm256_mask_loadu_pd(rest.v, static_cast<__mmask8>(first_lanes(n)), from)};
+  return {_mm256_mask_loadu_pd(rest.v, static_cast<__mmask8>(first_lanes<4>(n)), from)};
 }
 SIGPAK_INLINE f8 load_first(const float* from, index n, f8 rest) {
-  return {_mm256_mask_loadu_ps(rest.v, static_cast<__mmask8>(first_lanes(n)), from)};
+  return {_mm256_mask_loadu_ps(rest.v, static_cast<__mmask8>(first_lanes<8>(n)), from)};
 }
 SIGPAK_INLINE f4 load_first(const float* from, index n, f4 rest) {
-  return {_mm_mask_loadu_ps(rest.v, static_cast<__mmask8>(first_lanes(n)), from)};
+  return {_mm_mask_loadu_ps(rest.v, static_cast<__mmask8>(first_lanes<4>(n)), from)};
 }
 
 // The lanes from `first` to `end` of a vector that would go to `to`; nothing else is written.
 SIGPAK_INLINE void store_lanes(double* to, d8 a, index first, index end) {
-  _mm512_mask_storeu_pd(to, static_cast<__mmask8>(first_lanes(end) & ~first_lanes(first)), a.v);
+  _mm512_mask_storeu_pd(to, static_cast<__mmask8>(first_lanes<8>(end) & ~first_lanes<8>(first)), a.v);
 }
 SIGPAK_INLINE void store_lanes(float* to, f16 a, index first, index end) {
-  _mm512_mask_storeu_ps(to, static_cast<__mmask16>(first_lanes(end) & ~first_lanes(first)), a.v);
+  _mm512_mask_storeu_ps(to, static_cast<__mmask16>(first_lanes<16>(end) & ~first_lanes<16>(first)), a.v);
 }
 SIGPAK_INLINE void store_first(double* to, d8 a, index n) { store_lanes(to, a, 0, n); }
 SIGPAK_INLINE void store_first(float* to, f16 a, index n) { store_lanes(to, a, 0, n); }
 SIGPAK_INLINE void store_first(double* to, d4 a, index n) {
-  _mm256_mask_storeu_pd(to, static_cast<__mmask8>(first_lanes(n)), a.v);
+  _mm256_mask_storeu_pd(to, static_cast<__mmask8>(first_lanes<4>(n)), a.v);
 }
 SIGPAK_INLINE void store_first(float* to, f8 a, index n) {
-  _mm256_mask_storeu_ps(to, static_cast<__mmask8>(first_lanes(n)), a.v);
+  _mm256_mask_storeu_ps(to, static_cast<__mmask8>(first_lanes<8>(n)), a.v);
 }
 SIGPAK_INLINE void store_first(float* to, f4 a, index n) {
-  _mm_mask_storeu_ps(to, static_cast<__mmask8>(first_lanes(n)), a.v);
+  _mm_mask_storeu_ps(to, static_cast<__mmask8>(first_lanes<4>(n)), a.v);
 }
 
 // The lanes that a comparison holds for, as bits.
@@ -288,12 +298,22 @@ SIGPAK_INLINE unsigned lanes_below(d8 a, d8 b) { return _mm512_cmp_pd_mask(a.v, 
 SIGPAK_INLINE unsigned lanes_below(f16 a, f16 b) { return _mm512_cmp_ps_mask(a.v, b.v, _CMP_LT_OQ); }
 SIGPAK_INLINE unsigned lanes_at_most(d8 a, d8 b) { return _mm512_cmp_pd_mask(a.v, b.v, _CMP_LE_OQ); }
 SIGPAK_INLINE unsigned lanes_at_most(f16 a, f16 b) { return _mm512_cmp_ps_mask(a.v, b.v, _CMP_LE_OQ); }
+SIGPAK_INLINE unsigned lanes_at_most(d4 a, d4 b) { return _mm256_cmp_pd_mask(a.v, b.v, _CMP_LE_OQ); }
+SIGPAK_INLINE unsigned lanes_at_most(f8 a, f8 b) { return _mm256_cmp_ps_mask(a.v, b.v, _CMP_LE_OQ); }
+SIGPAK_INLINE unsigned lanes_at_most(f4 a, f4 b) { return _mm_cmp_ps_mask(a.v, b.v, _CMP_LE_OQ); }
 // The lanes of the same bits.
 SIGPAK_INLINE unsigned lanes_alike(d8 a, d8 b) {
   return _mm512_cmpeq_epi64_mask(_mm512_castpd_si512(a.v), _mm512_castpd_si512(b.v));
 }
 SIGPAK_INLINE unsigned lanes_alike(f16 a, f16 b) {
   return _mm512_cmpeq_epi32_mask(_mm512_castps_si512(a.v), _mm512_castps_si512(b.v));
+}
+
+SIGPAK_INLINE unsigned lanes_alike(d4 a, d4 b) {
+  return _mm256_cmpeq_epi64_mask(_mm256_castpd_si256(a.v), _mm256_castpd_si256(b.v));
+}
+SIGPAK_INLINE unsigned lanes_alike(f8 a, f8 b) {
+  return _mm256_cmpeq_epi32_mask(_mm256_castps_si256(a.v), _mm256_castps_si256(b.v));
 }
 
 // greater(a, b) (lesser) in the lanes of `m`, a constant, and those of `rest` in the others.
@@ -328,8 +348,8 @@ template <unsigned m> SIGPAK_INLINE f16 lesser_in(f16 rest, f16 a, f16 b) {
   return {_mm512_mask_min_ps(rest.v, m, a.v, b.v)};
 }
 
-// The lanes of `m`, then the others, each in order. Of sixteen lanes the others are compressed and turned
-// to the upper end, and the lanes of `m` put before them.
+// The lanes of `m`, then the others, each in order; left_only leaves open what follows. Of sixteen lanes the
+// others are compressed and turned to the upper end, and the lanes of `m` put before them.
 SIGPAK_INLINE d8 left_first(d8 a, unsigned m) {
   return {_mm512_permutexvar_pd(_mm512_cvtepu8_epi64(order_of<8>(m)), a.v)};
 }
@@ -340,6 +360,10 @@ SIGPAK_INLINE f16 left_first(f16 a, unsigned m) {
   const __m512i turn = _mm512_loadu_si512(turned_lanes + 16 - __builtin_popcount(left));
   const __m512 others = _mm512_permutexvar_ps(turn, _mm512_maskz_compress_ps(_knot_mask16(left), a.v));
   return {_mm512_mask_compress_ps(others, left, a.v)};
+}
+SIGPAK_INLINE d8 left_only(d8 a, unsigned m) { return left_first(a, m); }
+SIGPAK_INLINE f16 left_only(f16 a, unsigned m) {
+  return {_mm512_maskz_compress_ps(static_cast<__mmask16>(m), a.v)};
 }
 
 }  // namespace

@@ -42,13 +42,15 @@ template <class T> bool complex_in_order(std::complex<T> a, std::complex<T> b) {
 }
 
 // Noise made into runs of equal values, values of every size, the awkward values, or half of it NaN; mostly
-// one value; a rise, a fall, both; both zeros and a third value; sixteen values, or one more at the end.
+// one value, or all but the last one; a rise, a fall, both; both zeros and a third value; sixteen values, or
+// one more at the end.
 enum class kind {
   noise,
   runs,
   sizes,
   awkward,
   mostly_one,
+  all_but_last,
   rising,
   falling,
   pipe,
@@ -67,6 +69,7 @@ template <class V> void become(kind k, V& v) {
     if (k == kind::sizes) x = std::ldexp(x, drawn % 60 - 30);
     if (k == kind::awkward) x = special[static_cast<std::size_t>(drawn) % special.size()];
     if (k == kind::mostly_one && drawn % 64 != 0) x = 1;
+    if (k == kind::all_but_last) x = i + 1 < scalars<V>(&v) ? T(1) : T(0);
     if (k == kind::pipe) x = static_cast<T>(std::min(i, scalars<V>(&v) - i));
     if (k == kind::zeros) x = drawn % 3 == 0 ? T(-1) : std::copysign(T(0), x);
     if (k == kind::sixteen || k == kind::seventeen) x = static_cast<T>(drawn % 16 - 8);
@@ -104,7 +107,8 @@ TYPED_TEST(Sort, PutsTheWantedRanksInTheirPlacesAndWritesNothingBeside) {
   constexpr index margin = 64;
   const T untouched = T(-1e6);
   for (const index n : {1, 2, 17, 64, 129, 300, 515, 1100, 9999}) {
-    for (const auto& [first, end] : {std::pair<index, index>{0, n}, {n / 2, n / 2 + 1}, {n / 3, n / 3 + 2}}) {
+    for (const auto& [first, end] :
+         {std::pair<index, index>{0, n}, {0, 1}, {n - 1, n}, {n / 2, n / 2 + 1}, {n / 3, n / 3 + 2}}) {
       if (end > n) continue;
       for (const kind k :
            {kind::noise, kind::runs, kind::mostly_one, kind::sixteen, kind::seventeen, kind::pipe}) {

@@ -83,9 +83,9 @@ template <int distance, int rows, class P> SIGPAK_INLINE void merge_rows(P* row)
 }
 
 // Groups of `columns` lanes, each in order down its columns one after the other, become groups of twice as
-// many. The second of two is met backwards, which makes them one bitonic sequence.
-template <int columns, int rows, class P> SIGPAK_INLINE void merge_columns(P* row) {
-  if constexpr (columns < P::width) {
+// many, up to `end`. The second of two is met backwards, which makes them one bitonic sequence.
+template <int columns, int end, int rows, class P> SIGPAK_INLINE void merge_columns(P* row) {
+  if constexpr (columns < end) {
     unroll<rows / 2>([&](auto r) SIGPAK_LAMBDA {
       constexpr int opposite = rows - 1 - r;
       constexpr unsigned upper = lanes_with<P::width>(columns);
@@ -96,17 +96,22 @@ template <int columns, int rows, class P> SIGPAK_INLINE void merge_columns(P* ro
     });
     merge_lanes<columns / 2, rows>(row);
     merge_rows<rows / 2, rows>(row);
-    merge_columns<2 * columns, rows>(row);
+    merge_columns<2 * columns, end, rows>(row);
   }
 }
 
 // In order down the columns, one after the other.
 template <int rows, class P> SIGPAK_INLINE void sort_columns(P (&row)[rows]) {
   sort_lanes<0, rows>(row);
-  merge_columns<1, rows>(row);
+  merge_columns<1, P::width, rows>(row);
 }
 
-SIGPAK_INLINE index within(index a, index most) { return a < 0 ? 0 : a < most ? a : most; }
+// The first n numbers of a row, whose place a record that is sorted next may follow: its loads would wait for
+// a store in a mask that reaches there.
+template <class P, class T = typename P::scalar> SIGPAK_INLINE void store_piecewise(T* to, P a, index n) {
+  if (n >= P::width) return store(to, a);
+  if (n > 0) store_some(to, a, n);
+}
 
 // Sorts at most rows * width numbers, `least` vectors of them or more.
 template <class P, int rows, int least, class T = typename P::scalar>
@@ -118,7 +123,7 @@ template <class P, int rows, int least, class T = typename P::scalar>
     if constexpr (r < least) {
       row[r] = load<P>(x + r * W);
     } else {
-      row[r] = load_first(x + r * W, within(n - r * W, W), last);
+      row[r] = load_first(x + r * W, n - r * W, last);
     }
   });
   sort_columns(row);
@@ -128,8 +133,10 @@ template <class P, int rows, int least, class T = typename P::scalar>
     const P next = row[i % squares * W + i / squares];
     if constexpr (i < least) {
       store(x + i * W, next);
+    } else if constexpr (rows * W == 16) {
+      store_piecewise(x + i * W, next, n - i * W);
     } else {
-      store_first(x + i * W, next, within(n - i * W, W));
+      store_first(x + i * W, next, n - i * W);
     }
   });
 }

@@ -32,6 +32,10 @@ template <class T> struct order_table {
   std::int64_t most_short;
   short_order (*sort_short)(T* x, std::int64_t n);
 
+  // The number of this rank, and before it the one of the rank before, which is not there for the first.
+  // False when a NaN is met. No more than half of most_short numbers are before the rank, nor from it on.
+  bool (*find_rank)(const T* x, std::int64_t n, std::int64_t rank, T* found);
+
   // Puts the numbers of the wanted ranks in their places, those that are less before them and those that are
   // greater behind. After so many levels of partitions it goes on in a way that takes n log n at the worst.
   void (*sort)(T* x, std::int64_t n, ranks wanted, int levels);

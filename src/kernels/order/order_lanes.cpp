@@ -3,6 +3,7 @@
 #include "kernels/order/order.h"
 
 #include "kernels/order/few_values.h"
+#include "kernels/order/middle.h"
 #include "kernels/order/networks.h"
 #include "kernels/order/partition.h"
 #include "vectors/levels.h"
@@ -27,6 +28,24 @@ template <class T, int W, int rows, int least> SIGPAK_INLINE void sort_in_block(
 
 // At most most_in_registers.
 template <class T> void sort_few(T* x, index n) { sort_in_block<T, 4, 4, 0>(x, n); }
+
+// Blocks as above; `half` of the smallest that will do is enough.
+template <class T, int W, int rows>
+SIGPAK_INLINE bool find_in_blocks(const T* x, index n, index rank, index half, T* found) {
+  constexpr bool is_last = rows == most_rows && W == widest<T>::width;
+  if (is_last || 2 * half <= rows * W) {
+    return find_in_block<pack<T, W>, rows, most_in_registers<T>>(x, n, rank, found);
+  }
+  if constexpr (rows < most_rows && (rows == W || W == widest<T>::width)) {
+    return find_in_blocks<T, W, 2 * rows>(x, n, rank, half, found);
+  } else if constexpr (W < widest<T>::width) {
+    return find_in_blocks<T, 2 * W, rows>(x, n, rank, half, found);
+  }
+}
+
+template <class T> bool find_rank(const T* x, index n, index rank, T* found) {
+  return find_in_blocks<T, 4, 4>(x, n, rank, rank > n - rank ? rank : n - rank, found);
+}
 
 template <class P> SIGPAK_INLINE P middle(P a, P b, P c) {
   return greater(lesser(a, b), lesser(greater(a, b), c));
@@ -93,8 +112,37 @@ template <class T> index split_at_pivot(T* x, index n) {
   return partition(x, n, less_than<P>{splat<P>(pivot)});
 }
 
+// Exchanges the least number with the first, or the greatest with the last, of a vector or more.
+template <bool last, class T> void put_at_end(T* x, index n) {
+  using P = widest<T>;
+  P found = load<P>(x + n - P::width);
+  for (index i = 0; i + P::width < n; i += P::width) {
+    const P a = load<P>(x + i);
+    found = last ? greater(found, a) : lesser(found, a);
+  }
+  const T value = last ? greatest_of<1>(found) : least_of<1>(found);
+  const P all = splat<P>(value);
+  const auto alike = [&](index i) SIGPAK_LAMBDA {
+    const P a = load<P>(x + i);
+    return last ? lanes_at_most(all, a) : lanes_at_most(a, all);
+  };
+  index place = 0;
+  while (place + P::width < n && alike(place) == 0) place += P::width;
+  place = place + P::width < n ? place : n - P::width;
+  place += __builtin_ctz(alike(place));
+  T& end = x[last ? n - 1 : 0];
+  x[place] = end;
+  end = value;
+}
+
+// Two ranks beside each other may come to lie in different parts, each at an end of its own.
 template <class T> void sort(T* x, index n, kernels::ranks wanted, int levels) {
-  while (n > most_in_registers<T>) {
+  for (;;) {
+    if (wanted.end - wanted.first == 1 && n > widest<T>::width) {
+      if (wanted.first == 0) return put_at_end<false>(x, n);
+      if (wanted.end == n) return put_at_end<true>(x, n);
+    }
+    if (n <= most_in_registers<T>) return sort_few(x, n);
     if (levels-- == 0) return sort_as_heap(x, n);
     const index split = split_at_pivot(x, n);
     if (split == n) return;
@@ -104,7 +152,6 @@ template <class T> void sort(T* x, index n, kernels::ranks wanted, int levels) {
     x += split;
     n -= split;
   }
-  sort_few(x, n);
 }
 
 template <class T> bool sort_few_values(T* x, index n) {
@@ -127,11 +174,31 @@ template <class P, int... lanes> SIGPAK_INLINE P next_lanes(P a, P b, sequence<l
   return {__builtin_shufflevector(a.v, b.v, (lanes + 1)...)};
 }
 
+// The numbers at the beginning that have the bits of the first, or some less.
+template <class T> index skip_alike(const T* x, index n) {
+  using P = widest<T>;
+  constexpr int vectors = 8;
+  constexpr index ahead = 24 * P::width;
+  const P first = splat<P>(x[0]);
+  index i = to_whole_vectors(x, n);
+  if (lanes_alike(load_first(x, i, first), first) != every_lane<P>) return 1;
+  for (; i + vectors * P::width <= n; i += vectors * P::width) {
+    unsigned alike = every_lane<P>;
+    unroll<vectors>([&](auto j) SIGPAK_LAMBDA {
+      alike &= lanes_alike(load<P>(x + i + j * P::width), first);
+      __builtin_prefetch(x + i + j * P::width + ahead);
+    });
+    if (alike != every_lane<P>) break;
+  }
+  return i > 0 ? i : 1;
+}
+
 // Each vector is loaded once: the one that begins a number later comes of two.
 template <class T> bool is_ascending(const T* x, index n) {
   using P = widest<T>;
-  index i = 0;
-  for (const index whole = to_whole_vectors(x, n); i < whole && i + 1 < n; ++i) {
+  if (n == 0 || x[0] != x[0]) return n == 0;
+  index i = skip_alike(x, n) - 1;
+  for (const index whole = i + to_whole_vectors(x + i, n - i); i < whole && i + 1 < n; ++i) {
     if (!(x[i] <= x[i + 1])) return false;
   }
   if (n - i >= P::width) {
@@ -149,37 +216,47 @@ template <class T> bool is_ascending(const T* x, index n) {
   return true;
 }
 
-struct traits {
-  bool has_negative_zeros;
-  bool has_nan;
-  bool is_ascending;
-};
+// What a record has, as bits: a struct of them would be returned through memory, byte by byte.
+enum : unsigned { negative_zeros = 1, descents = 2, nan = 4 };
 
 // In one pass without a branch for each number. Not inline, so that the upper halves of its registers are
 // cleared before narrower ones are used, after which g++ would leave them to slow down the caller.
-template <class T> [[gnu::noinline]] traits traits_of(const T* x, index n) {
-  using P = widest<T>;
-  const P none = splat<P>(1);
+template <class P, class T = typename P::scalar> [[gnu::noinline]] unsigned traits_of(const T* x, index n) {
   const P negative_zero = {-typename P::vector{}};
   unsigned ascending = every_lane<P>;
   unsigned numbers = every_lane<P>;
   unsigned zeros = lanes_alike(splat<P>(x[0]), negative_zero);
-  for (index i = 0; i + 1 < n; i += P::width) {
-    const index pairs = n - 1 - i < P::width ? n - 1 - i : P::width;
-    const P here = load_first(x + i, pairs, none);
-    const P later = load_first(x + i + 1, pairs, none);
+  const auto look_at = [&](P here, P later) SIGPAK_LAMBDA {
     ascending &= lanes_at_most(here, later);
     numbers &= lanes_at_most(later, later);
     zeros |= lanes_alike(later, negative_zero);
+  };
+  const index pairs = n - 1;
+  if (pairs < P::width) {
+    const P none = splat<P>(1);
+    look_at(load_first(x, pairs, none), load_first(x + 1, pairs, none));
+  } else {
+    for (index i = 0; i + P::width < pairs; i += P::width) look_at(load<P>(x + i), load<P>(x + i + 1));
+    const T* const last = x + pairs - P::width;
+    look_at(load<P>(last), load<P>(last + 1));
   }
-  return {zeros != 0, numbers != every_lane<P> || !(x[0] == x[0]), ascending == every_lane<P>};
+  return (zeros != 0 ? negative_zeros : 0U) | (ascending != every_lane<P> ? descents : 0U) |
+         (numbers != every_lane<P> || x[0] != x[0] ? nan : 0U);
+}
+
+// While vectors of 512 bits are under way, one of the ports for narrower ones is closed: what a network of
+// 256 bits sorts is looked at by as many.
+template <class T> SIGPAK_INLINE unsigned traits_of_short(const T* x, index n) {
+  constexpr index most_narrow = sizeof(T) == 8 ? 32 : 128;
+  return n <= most_narrow ? traits_of<pack<T, 32 / sizeof(T)>>(x, n) : traits_of<widest<T>>(x, n);
 }
 
 template <class T> kernels::short_order sort_short(T* x, index n) {
-  const traits found = traits_of(x, n);
-  if (found.has_nan) return kernels::short_order::refused;
-  if (!found.is_ascending) sort_few(x, n);
-  return found.has_negative_zeros ? kernels::short_order::with_negative_zeros : kernels::short_order::done;
+  const unsigned found = traits_of_short(x, n);
+  if ((found & nan) != 0) return kernels::short_order::refused;
+  if ((found & descents) != 0) sort_few(x, n);
+  return (found & negative_zeros) != 0 ? kernels::short_order::with_negative_zeros
+                                       : kernels::short_order::done;
 }
 
 // From where a NaN may be.
@@ -231,7 +308,7 @@ kernels::collected collect(const T* x, index n, kernels::bracket<T> range, T* fo
   const auto add = [&](P a, unsigned given) SIGPAK_LAMBDA {
     const unsigned before = lanes_at_most(a, low) & given;
     const unsigned between = ~(before | lanes_at_most(high, a)) & given;
-    store(found + all.count, left_first(a, between));
+    store(found + all.count, left_only(a, between));
     all.count += __builtin_popcount(between);
     all.before += __builtin_popcount(before);
   };
@@ -250,8 +327,8 @@ kernels::collected collect(const T* x, index n, kernels::bracket<T> range, T* fo
 
 template <class T>
 constexpr kernels::order_table<T> table = {
-    most_in_registers<T>, sort_short<T>,        sort<T>,   sort_few_values<T>, find_among_few_values<T>,
-    is_ascending<T>,      put_numbers_first<T>, collect<T>};
+    most_in_registers<T>,     sort_short<T>,   find_rank<T>,         sort<T>,   sort_few_values<T>,
+    find_among_few_values<T>, is_ascending<T>, put_numbers_first<T>, collect<T>};
 
 }  // namespace
 }  // namespace sigpak::SIGPAK_LEVEL
