@@ -237,7 +237,18 @@ template <class T> void mirror(T* z, index points) noexcept {
   }
 }
 
+template <class T> bool prefers_mixed(index points, int lanes) noexcept {
+  return points > kernels::most_short_product &&
+         kernels::mixed_cost<T>(points, lanes) < kernels::product_cost<T>(points);
+}
+
 }  // namespace
+
+template <class T> bool has_short_factors(index points) noexcept {
+  const auto* const level = at_level<fft_kernels<T>>();
+  return level != nullptr && !is_power_of_two(points) &&
+         (kernels::has_product_plan<T>(points) || kernels::has_mixed_plan<T>(points, level->widest_lanes));
+}
 
 template <class T> algorithm algorithm_for(index points) noexcept {
   if (points < 2) return algorithm::identity;
@@ -248,8 +259,11 @@ template <class T> algorithm algorithm_for(index points) noexcept {
   const bool is_small = small_transform<T>(points, false) != nullptr;
   if (power) return is_small ? algorithm::small : algorithm::lanes;
   if (is_small) return algorithm::coprime;
-  if (kernels::has_product_plan<T>(points)) return algorithm::product;
-  if (kernels::has_mixed_plan<T>(points, level->widest_lanes)) return algorithm::mixed;
+  const bool mixed = kernels::has_mixed_plan<T>(points, level->widest_lanes);
+  if (kernels::has_product_plan<T>(points)) {
+    return mixed && prefers_mixed<T>(points, level->widest_lanes) ? algorithm::mixed : algorithm::product;
+  }
+  if (mixed) return algorithm::mixed;
   return points % 2 != 0 && points <= kernels::most_direct_points<T> ? algorithm::direct : algorithm::chirp;
 }
 
@@ -360,6 +374,8 @@ template <class T> status inverse_real(T* data, index points) noexcept {
 
 template algorithm algorithm_for<double>(index) noexcept;
 template algorithm algorithm_for<float>(index) noexcept;
+template bool has_short_factors<double>(index) noexcept;
+template bool has_short_factors<float>(index) noexcept;
 template status transform(double*, index, bool) noexcept;
 template status transform(float*, index, bool) noexcept;
 template status transform_reals(double*, index, bool) noexcept;

@@ -37,4 +37,8 @@ enum class algorithm {
 };
 template <class T> algorithm algorithm_for(index points) noexcept;
 
+// Whether the level has passes for the length's small prime factors, told without the search for the best
+// ones. Powers of two are others.
+template <class T> bool has_short_factors(index points) noexcept;
+
 }  // namespace sigpak

@@ -21,8 +21,7 @@ template <class T> index fast_length(index least) noexcept {
   for (const index sixteenths : {9, 10, 11, 12, 13}) {
     const index points = power / 16 * sixteenths;
     if (points < least || power > most_composite) continue;
-    const algorithm chosen = algorithm_for<T>(points);
-    if (chosen == algorithm::product || chosen == algorithm::mixed) return points;
+    if (has_short_factors<T>(points)) return points;
   }
   return power;
 }

@@ -189,7 +189,7 @@ TYPED_TEST(WideFft, EveryMachineTransformsRealDataAndSmoothLengths) {
       expect_real_transforms<V>(n);
       by_half += kernels::suits_half<scalar<V>>(n, widest_lanes<V>()) ? 1 : 0;
     }
-    for (const index n : {1000, 1440, 6006, 10000}) {
+    for (const index n : {1000, 2000, 4000, 6006, 8000, 10000}) {
       const auto in = noise<V>(2 * n, static_cast<unsigned>(n));
       const auto wanted = exact_transform(exact_points<V>(signal<V>(in, true)), false);
       EXPECT_LT(transform_error<V>(signal<V>(wide<V>(in, false, 1), true), wanted, n), error_limit) << n;

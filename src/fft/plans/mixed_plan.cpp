@@ -22,6 +22,9 @@ constexpr double transposition_cost = 7.5;
 constexpr double split_output_cost = 2;
 // Per group of columns or rows: the latency of its last results.
 constexpr double group_cost = 100;
+// Of all in the cycles that the costs of products count, with vectors of 512 bits and of 256.
+constexpr double wide_cycles = 0.9;
+constexpr double narrow_cycles = 0.65;
 
 template <class T> void append(pass_plan<T>& plan, const radix_list& list) noexcept {
   for (int i = 0; i < list.passes && plan.passes < most_passes; ++i)
@@ -74,7 +77,8 @@ template <class T> void consider(split& best, index points, index a, int lanes) 
   const double cost = column_groups * (group_cost + static_cast<double>(a) * of_columns) +
                       row_groups * (group_cost + static_cast<double>(b) * of_rows);
   if (columns.passes == 0 || rows.passes == 0) return;
-  if (best.columns == 0 || cost < best.cost) best = {a, cost};
+  const double passages = 2 * static_cast<double>(points / lanes) * costs.passage(points / lanes);
+  if (best.columns == 0 || cost + passages < best.cost) best = {a, cost + passages};
 }
 
 template <class T> bool has_split(index points, int lanes) noexcept {
@@ -184,6 +188,11 @@ template <class T> bool has_mixed_plan(index points, int lanes) noexcept {
   return is_smooth(points, largest_factor) && has_split<T>(points, lanes);
 }
 
+template <class T> double mixed_cost(index points, int lanes) noexcept {
+  const bool wide = lanes * index{sizeof(T)} == 64;
+  return (wide ? wide_cycles : narrow_cycles) * choose_split<T>(points, lanes).cost;
+}
+
 template <class T>
 const mixed_plan<T>* find_mixed_plan(recent_list& plans, index points, int lanes) noexcept {
   return kept_plan<mixed_plan<T>>(plans.find(key_of(points, lanes)));
@@ -197,6 +206,8 @@ const mixed_plan<T>* make_mixed_plan(recent_list& plans, index points, int lanes
 
 template bool has_mixed_plan<double>(index, int) noexcept;
 template bool has_mixed_plan<float>(index, int) noexcept;
+template double mixed_cost<double>(index, int) noexcept;
+template double mixed_cost<float>(index, int) noexcept;
 template const mixed_plan<double>* find_mixed_plan(recent_list&, index, int) noexcept;
 template const mixed_plan<float>* find_mixed_plan(recent_list&, index, int) noexcept;
 template const mixed_plan<double>* make_mixed_plan(recent_list&, index, int) noexcept;

@@ -25,8 +25,10 @@ template <class T> struct mixed_plan {
   T* steps;         // `twiddles` has the first group alone, and these are the steps from it, k1 within groups
 };
 
-// Whether there is a plan for the length, with so many lanes.
+// Whether there is a plan for the length, with so many lanes, and the cycles that its transform takes, as the
+// costs of products count them. The second takes a search.
 template <class T> bool has_mixed_plan(std::int64_t points, int lanes) noexcept;
+template <class T> double mixed_cost(std::int64_t points, int lanes) noexcept;
 
 // The one that is in the list already; a new one, made into it. Null where there is none yet, and on failure.
 template <class T>

@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "core/recent_list.h"
+#include "fft/plans/butterfly_costs.h"
 #include "fft/plans/pass_tables.h"
 #include "fft/plans/radices.h"
 #include "fft/wide/kernels.h"
@@ -19,16 +20,12 @@ constexpr int level_count = std::size(isa::levels);
 constexpr int short_keys = static_cast<int>(most_short_product + 1) * level_count;
 template <class T> constinit published<std::byte, short_keys> short_plans;
 
-// Cycles of a butterfly of vectors, and what comes on top. Measured on a server core with vectors of 512
-// bits, fitted to most splits of 200 lengths; those of 256 bits keep the proportions.
-constexpr double work_of[most_radix + 1] = {0,  0,  1,  2.4, 2, 7, 8, 16.5, 11,  29, 24, 47, 28,
-                                            68, 49, 57, 49,  0, 0, 0, 69,   115, 0,  0,  0,  152};
-constexpr double twiddle_cost = 1.6;        // of a vector's product
-constexpr double transposition_cost = 2.9;  // of a vector
-constexpr double place_cost = 1.3;          // of a vector that goes back to where it was
-constexpr double loop_cost = 3;             // of the butterflies of one row
-constexpr double crowd_cost = 3;            // of a vector of output among many in one set of the first cache
-constexpr double narrow_cost = 0.7;         // of vectors half as wide, relative
+// Beside the butterflies:
+constexpr double loop_cost = 1.5;  // of the butterflies of one row
+constexpr double crowd_cost = 2;   // of a vector of output among many in one set of the first cache
+
+constexpr butterfly_table wide_costs(8, true);
+constexpr bool is_radix(index n) noexcept { return n <= most_radix && wide_costs[n].row > 0; }
 
 constexpr index largest_factor = 13;  // that is prime
 
@@ -44,43 +41,47 @@ struct factors {
 // Of all products with first factor A and the others in rising order, the one of the least cost.
 class factor_search {
  public:
-  factor_search(index points, int lanes, index scalar_bytes, double width) noexcept
-      : points_(points), vector_points_(lanes / 2), caches_(lanes * scalar_bytes, false), width_(width) {
+  factor_search(index points, int lanes, index scalar_bytes) noexcept
+      : points_(points),
+        vector_points_(lanes / 2),
+        costs_(lanes, scalar_bytes == index{sizeof(double)}),
+        caches_(lanes * scalar_bytes, false) {
     begun_.lanes = lanes;
   }
 
   void run(factors& best) noexcept {
+    const index vectors = points_ / vector_points_;
+    const double passages = 2 * static_cast<double>(vectors) * caches_.passage(vectors);
     for (index a = vector_points_; a <= most_radix; ++a) {
       const index rows = points_ / a;
-      if (work_of[a] == 0 || points_ % a != 0 || rows < vector_points_) continue;
+      if (!is_radix(a) || points_ % a != 0 || rows < vector_points_) continue;
       row_vectors_ = ceiling(a, vector_points_);
-      const double turning = static_cast<double>(a - 1) * twiddle_cost;
-      const double turned_over = static_cast<double>(row_vectors_ * vector_points_) * transposition_cost;
       const auto groups = static_cast<double>(ceiling(rows, vector_points_));
       begun_.radix[0] = static_cast<int>(a);
       begun_.passes = 1;
-      extend(best, rows, 2, groups * (work_of[a] + turning + turned_over));
+      extend(best, rows, rows, 2, groups * costs_[a].column + passages);
     }
   }
 
  private:
-  void extend(factors& best, index rest, int least, double cost) noexcept {
-    if (begun_.passes == most_factors || (best.passes > 0 && best.cost <= width_ * cost)) return;
+  // `swept` rows were left by the pass before.
+  void extend(factors& best, index swept, index rest, int least, double cost) noexcept {
+    if (begun_.passes == most_factors || (best.passes > 0 && best.cost <= cost)) return;
     const index rows = points_ / begun_.radix[0];
-    const double sweep = caches_.sweep(rows * row_vectors_);
+    const double sweep = caches_.sweep(swept * row_vectors_);
     for (int radix = least; radix <= most_radix && radix <= rest; ++radix) {
-      if (work_of[radix] == 0 || rest % radix != 0) continue;
+      if (!is_radix(radix) || rest % radix != 0) continue;
       const bool is_last = radix == rest;
-      const double to_place = (radix - 1) * twiddle_cost + radix * place_cost;
-      const double butterfly = work_of[radix] + radix * sweep + (is_last ? of_output(radix) : to_place);
+      const double butterfly =
+          radix * sweep + (is_last ? costs_[radix].result + crowding(radix) : costs_[radix].row);
       const double sum = cost + static_cast<double>(rows / radix) *
                                     (loop_cost + static_cast<double>(row_vectors_) * butterfly);
       begun_.radix[begun_.passes++] = radix;
-      is_last ? consider(best, width_ * sum) : extend(best, rest / radix, radix, sum);
+      is_last ? consider(best, sum) : extend(best, rest, rest / radix, radix, sum);
       --begun_.passes;
     }
   }
-  double of_output(int radix) const noexcept {
+  double crowding(int radix) const noexcept {
     const bool crowded =
         caches_.is_crowded(radix, points_ / radix / vector_points_) && points_ / radix % vector_points_ == 0;
     return crowded ? radix * crowd_cost : 0;
@@ -93,9 +94,9 @@ class factor_search {
 
   index points_;
   index vector_points_;
+  butterfly_table costs_;
   pass_costs caches_;
   index row_vectors_ = 0;
-  double width_;
   factors begun_;
 };
 
@@ -113,8 +114,7 @@ template <class T> factors choose_factors(index points) noexcept {
   const auto* const level = at_level<product_kernels<T>>();
   if (!suits_products(level, points)) return best;
   for (int lanes = level->widest_lanes; lanes >= level->narrowest_lanes; lanes /= 2) {
-    const double width = lanes == level->widest_lanes ? 1 : narrow_cost;
-    factor_search(points, lanes, index{sizeof(T)}, width).run(best);
+    factor_search(points, lanes, index{sizeof(T)}).run(best);
   }
   return best;
 }
@@ -122,23 +122,10 @@ template <class T> factors choose_factors(index points) noexcept {
 // Whether the largest radices first, so many at most, make up the rows.
 bool has_radices(index rows, int most) noexcept {
   for (int radix = most_radix; radix > 1; --radix) {
-    for (; work_of[radix] > 0 && rows % radix == 0; rows /= radix, --most) {
+    for (; is_radix(radix) && rows % radix == 0; rows /= radix, --most) {
     }
   }
   return rows == 1 && most >= 0;
-}
-
-// Rows are put apart by a vector where the butterflies of a pass would crowd into one set of the first cache.
-template <class T> void lay_out_rows(product_plan<T>& plan) noexcept {
-  const pass_costs costs(plan.lanes * index{sizeof(T)}, false);
-  index vectors = ceiling(plan.radix[0], plan.lanes / 2);
-  for (int pass = 1; pass < plan.passes; ++pass) {
-    if (costs.is_crowded(plan.radix[pass], vectors * (plan.block[pass] / plan.radix[pass]))) {
-      ++vectors;
-      break;
-    }
-  }
-  plan.stride = vectors * (plan.lanes / 2);
 }
 
 template <class T> product_plan<T> lay_out(index points) noexcept {
@@ -154,7 +141,12 @@ template <class T> product_plan<T> lay_out(index points) noexcept {
     plan.block[pass] = block;
     block /= plan.radix[pass];
   }
-  lay_out_rows(plan);
+  constexpr index scalar_bytes = index{sizeof(T)};
+  const pass_costs costs = costs_of<T>(plan.lanes);
+  const index row_vectors = ceiling(plan.radix[0], plan.lanes / 2);
+  plan.stride = row_vectors * (plan.lanes / 2);
+  plan.resident = 2 * costs.resident() / row_vectors;
+  plan.is_stepped = 3 * scalar_bytes * 2 * points > costs.caches().second / 8 * 9;
   const long double scale = 1.0L / static_cast<long double>(points);
   plan.scale = T(1) / static_cast<T>(points);
   if (sizeof(T) == sizeof(float) && static_cast<long double>(plan.scale) > scale)
@@ -171,7 +163,9 @@ template <class T> index last_blocks(const product_plan<T>& plan) noexcept {
 }
 
 template <class T> void carve(product_plan<T>& plan, carver& memory) noexcept {
-  plan.twiddles = memory.take<T>(plan.lanes * (plan.radix[0] - 1) * column_groups(plan));
+  const index turned = plan.radix[0] - 1;
+  plan.twiddles = memory.take<T>(plan.lanes * turned * (plan.is_stepped ? 1 : column_groups(plan)));
+  plan.firsts = plan.is_stepped ? memory.take<T>(2 * turned * column_groups(plan)) : nullptr;
   for (int pass = 1; pass < plan.passes - 1; ++pass) {
     plan.turns[pass] = memory.take<T>(2 * plan.block[pass + 1] * (plan.radix[pass] - 1));
   }
@@ -181,8 +175,13 @@ template <class T> void carve(product_plan<T>& plan, carver& memory) noexcept {
 template <class T> void fill_twiddles(const product_plan<T>& plan, const roots& w) noexcept {
   const index vector_points = plan.lanes / 2;
   T* out = plan.twiddles;
+  T* first = plan.firsts;
   for (index group = 0; group < column_groups(plan); ++group) {
     const index n2 = std::min(group * vector_points, plan.rows - vector_points);
+    if (plan.is_stepped) {
+      for (index k1 = 1; k1 < plan.radix[0]; ++k1, first += 2) put_root(first, 1, w[n2 * k1]);
+      if (group > 0) continue;
+    }
     for (index k1 = 1; k1 < plan.radix[0]; ++k1) {
       for (index p = 0; p < vector_points; ++p, out += 2) put_root(out, 1, w[(n2 + p) * k1]);
     }
@@ -235,10 +234,12 @@ template <class T> bool has_product_plan(index points) noexcept {
   if (!suits_products(level, points)) return false;
   const index least = level->narrowest_lanes / 2;
   for (index a = least; a <= most_radix && a * least <= points; ++a) {
-    if (work_of[a] > 0 && points % a == 0 && has_radices(points / a, most_factors - 1)) return true;
+    if (is_radix(a) && points % a == 0 && has_radices(points / a, most_factors - 1)) return true;
   }
   return false;
 }
+
+template <class T> double product_cost(index points) noexcept { return choose_factors<T>(points).cost; }
 
 template <class T> const product_plan<T>* find_product_plan(recent_list& plans, index points) noexcept {
   return kept_plan<product_plan<T>>(plans.find(key_of(points)));
@@ -261,6 +262,8 @@ template <class T> void release_short_product_plans() noexcept { short_plans<T>.
 
 template bool has_product_plan<double>(index) noexcept;
 template bool has_product_plan<float>(index) noexcept;
+template double product_cost<double>(index) noexcept;
+template double product_cost<float>(index) noexcept;
 template const product_plan<double>* find_product_plan(recent_list&, index) noexcept;
 template const product_plan<float>* find_product_plan(recent_list&, index) noexcept;
 template const product_plan<double>* make_product_plan(recent_list&, index) noexcept;

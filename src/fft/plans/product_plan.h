@@ -29,7 +29,10 @@ template <class T> struct product_plan {
   std::int64_t stride;               // points from one row to the next
   T scale;                           // of the forward transform
   T scale_rest;  // 1/N less the scale, above 0 in single precision, where it is a tenth of all errors
-  T* twiddles;   // vectors of w_N^(n2 k1), k1 from 1 on within groups of n2: cosine and sine alternate
+  std::int64_t resident;  // rows that the first cache holds
+  T* twiddles;      // vectors of w_N^(n2 k1), k1 from 1 on within groups of n2: cosine and sine alternate
+  bool is_stepped;  // data, scratch memory and twiddles would leave the second cache:
+  T* firsts;        // those of the first n2 of each group, and `twiddles` has the steps from there alone
   T* turns[most_factors];  // of the passes between first and last: w_L^(i j), i the butterfly, j its output
   std::uint32_t* order;    // by block of the last pass: its first k2
 };
@@ -39,8 +42,10 @@ template <class T> constexpr std::int64_t scratch_of(const product_plan<T>& plan
   return 2 * plan.stride * plan.rows;
 }
 
-// Whether the current level has a plan for the length.
+// Whether the current level has a plan for the length, and the cycles that its transform takes. The second
+// takes a search.
 template <class T> bool has_product_plan(std::int64_t points) noexcept;
+template <class T> double product_cost(std::int64_t points) noexcept;
 
 // The plan of the current level that is in the list already; a new one, made into it. Null where there is
 // none yet, and on failure.

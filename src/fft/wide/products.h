@@ -36,6 +36,19 @@ SIGPAK_INLINE void store_transposed(const P (&a)[R], typename P::scalar* out, in
   });
 }
 
+// The twiddles of one group of columns: the products of those of its first column and the steps from there.
+template <class P>
+[[gnu::noinline]] void join_twiddles(const product_plan<typename P::scalar>& plan, index group,
+                                     typename P::scalar* out) {
+  const index count = plan.radix[0] - 1;
+  const auto* const first = plan.firsts + 2 * count * group;
+  for (index k = 0; k < count; ++k) {
+    const P t = load<P>(plan.twiddles + P::width * k);
+    store(out + P::width * k,
+          turned_forth_or_back<true>(t, splat<P>(first[2 * k]), splat<P>(first[2 * k + 1])));
+  }
+}
+
 // The columns, from the data to the rows of the scratch memory. Where they are no multiple of the lanes the
 // last group overlaps the one before and repeats its results.
 template <class P, int R, bool inverse>
@@ -43,10 +56,13 @@ void product_columns(const product_plan<typename P::scalar>& plan, const typenam
                      typename P::scalar* s) {
   constexpr int C = P::width / 2;
   const index columns = plan.rows;
-  const auto* w = plan.twiddles;
-  for (index group = 0; group < columns; group += C, w += P::width * (R - 1)) {
+  alignas(machine::line_bytes) typename P::scalar joined[P::width * (R - 1)];
+  const bool is_stepped = plan.is_stepped;
+  const auto* w = is_stepped ? joined : plan.twiddles;
+  for (index group = 0; group < columns; group += C) {
     const index n2 = group < columns - C ? group : columns - C;
     const auto* const first = x + 2 * n2;
+    if (is_stepped) join_twiddles<P>(plan, group / C, joined);
     P a[R];
     unroll<R>([&](auto i) SIGPAK_LAMBDA { a[i] = load<P>(first + 2 * columns * result_at<R, inverse>(i)); });
     transform(a);
@@ -55,6 +71,7 @@ void product_columns(const product_plan<typename P::scalar>& plan, const typenam
       a[k + 1] = turned_forth_or_back<inverse>(a[k + 1], evens_twice(t), odds_twice(t));
     });
     store_transposed(a, s + 2 * plan.stride * n2, plan.stride);
+    if (!is_stepped) w += P::width * (R - 1);
   }
 }
 
@@ -79,22 +96,23 @@ void product_block(const product_plan<typename P::scalar>& plan, int pass, typen
   }
 }
 
-// The last pass, whose blocks are one butterfly long: from the scratch memory to the data.
+// The last pass, whose blocks are one butterfly long: so many rows of the scratch memory to the data.
 template <class P, int R>
-void product_results(const product_plan<typename P::scalar>& plan, const typename P::scalar* s,
-                     typename P::scalar* x, bool inverse) {
+void product_results(const product_plan<typename P::scalar>& plan, index row, index rows,
+                     const typename P::scalar* s, typename P::scalar* x, bool inverse) {
   using T = typename P::scalar;
   constexpr int C = P::width / 2;
   const index a_points = plan.radix[0];
-  const index blocks = plan.rows / R;
-  const index out_step = 2 * a_points * blocks;
+  const index out_step = 2 * a_points * (plan.rows / R);
   const index in_step = inverse ? -2 * plan.stride : 2 * plan.stride;
   const P factor = splat<P>(inverse ? T(1) : plan.scale);
   // Above 0, so that sums beyond the range stay infinite; that of the inverse is rounded away.
   [[maybe_unused]] const P rest = splat<P>(inverse ? T(0x1p-60) : plan.scale_rest);
-  for (index block = 0; block < blocks; ++block, s += 2 * plan.stride * R) {
+  const std::uint32_t* order = plan.order + row / R;
+  s += 2 * plan.stride * row;
+  for (const T* const end = s + 2 * plan.stride * rows; s != end; s += 2 * plan.stride * R) {
     const T* const others = inverse ? s + 2 * plan.stride * R : s;
-    T* const out = x + 2 * a_points * static_cast<index>(plan.order[block]);
+    T* const out = x + 2 * a_points * static_cast<index>(*order++);
     for (index group = 0; group < a_points; group += C) {
       const index k1 = group < a_points - C ? group : a_points - C;
       P a[R];
@@ -116,7 +134,7 @@ template <class P> struct product_passes {
   using T = typename P::scalar;
   void (*columns[2])(const product_plan<T>& plan, const T* x, T* s);  // forward, inverse
   void (*block[2])(const product_plan<T>& plan, int pass, T* row);
-  void (*results)(const product_plan<T>& plan, const T* s, T* x, bool inverse);
+  void (*results)(const product_plan<T>& plan, index row, index rows, const T* s, T* x, bool inverse);
 };
 template <class P> struct product_table {
   product_passes<P> by_radix[kernels::most_radix + 1] = {};
@@ -132,17 +150,28 @@ template <class P> struct product_table {
 };
 template <class P> constinit const product_table<P> products{};
 
+// All passes from this one on over so many rows, whole blocks of it: as many at a time as the first cache
+// holds.
+template <class P>
+void product_rows(const product_plan<typename P::scalar>& plan, int pass, index row, index rows,
+                  typename P::scalar* s, typename P::scalar* x, bool inverse) {
+  const auto& passes = products<P>.by_radix[plan.radix[pass]];
+  if (pass == plan.passes - 1) return passes.results(plan, row, rows, s, x, inverse);
+  const index block = plan.block[pass];
+  const index held = plan.resident > block ? plan.resident / block * block : block;
+  for (const index end = row + rows; row < end; row += held) {
+    const index count = end - row < held ? end - row : held;
+    for (index i = 0; i < count; i += block)
+      passes.block[inverse](plan, pass, s + 2 * plan.stride * (row + i));
+    product_rows<P>(plan, pass + 1, row, count, s, x, inverse);
+  }
+}
+
 template <class P>
 void run_product(const product_plan<typename P::scalar>& plan, typename P::scalar* x,
                  typename P::scalar* scratch, bool inverse) {
-  const auto& passes = products<P>.by_radix;
-  passes[plan.radix[0]].columns[inverse](plan, x, scratch);
-  for (int pass = 1; pass < plan.passes - 1; ++pass) {
-    for (index row = 0; row < plan.rows; row += plan.block[pass]) {
-      passes[plan.radix[pass]].block[inverse](plan, pass, scratch + 2 * plan.stride * row);
-    }
-  }
-  passes[plan.radix[plan.passes - 1]].results(plan, scratch, x, inverse);
+  products<P>.by_radix[plan.radix[0]].columns[inverse](plan, x, scratch);
+  product_rows<P>(plan, 1, 0, plan.rows, scratch, x, inverse);
 }
 
 }  // namespace
