@@ -19,8 +19,6 @@ namespace {
 
 using kernels::fft_kernels;
 
-constexpr index least_packed = 4;
-
 // What a wide transform borrows. Lengths that are no power of two are many, so that only the plans of the
 // last ones are kept; they are borrowed with the memory.
 template <class T> struct workshop {
@@ -227,8 +225,6 @@ template <class T> void transform_pair(T* x, bool inverse) noexcept {
   }
 }
 
-bool has_packed(index points) noexcept { return points >= least_packed && is_power_of_two(points); }
-
 // Half a spectrum to the whole: X[N-k] = conj X[k].
 template <class T> void mirror(T* z, index points) noexcept {
   for (index k = 1; 2 * k < points; ++k) {
@@ -327,8 +323,6 @@ template <class T> status transform_reals(T* data, index points, bool inverse) n
   narrow(data, points);
   return failed;
 }
-
-index half_spectrum_room(index points) noexcept { return has_packed(points) ? points + 2 : 2 * points; }
 
 namespace {
 

@@ -2,6 +2,7 @@
 // The Fourier transforms on plain memory, of every length: what the records' operations stand on.
 #pragma once
 
+#include "core/power_of_two.h"
 #include "core/record.h"
 
 namespace sigpak {
@@ -19,7 +20,10 @@ template <class T> status transform_reals(T* data, index points, bool inverse) n
 // ignores the imaginary parts of the two outer bins.
 template <class T> status forward_real(T* data, index points) noexcept;
 template <class T> status inverse_real(T* data, index points) noexcept;
-index half_spectrum_room(index points) noexcept;
+constexpr bool has_packed(index points) noexcept { return points >= 4 && is_power_of_two(points); }
+constexpr index half_spectrum_room(index points) noexcept {
+  return has_packed(points) ? points + 2 : 2 * points;
+}
 
 // What transforms complex data.
 enum class algorithm {

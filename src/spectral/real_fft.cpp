@@ -17,10 +17,16 @@ template <record V> void set_shape(V* v, index points, bool complex) noexcept {
   v->complex = complex ? 1 : 0;
 }
 
+// Capacity for a transform of so many points, whose shape is set afterwards.
+template <record V> status make_room(V* v, index points) noexcept {
+  const index room = half_spectrum_room(points);
+  return room <= v->alloc ? ok : reshape(v, room / 2, true);
+}
+
 template <record V> status to_half_spectrum(V* v) noexcept {
   const index points = length(v);
   if (points < 2) return ok;
-  if (reshape(v, half_spectrum_room(points) / 2, true) != ok) return failed;
+  if (make_room(v, points) != ok) return failed;
   const bool done = forward_real(v->data, points) == ok;
   done ? set_shape(v, points / 2 + 1, true) : set_shape(v, points, false);
   return done ? ok : failed;
@@ -30,7 +36,8 @@ template <record V> status to_half_spectrum(V* v) noexcept {
 template <record V> status from_half_spectrum(V* v, index points) noexcept {
   if (points < 2) return keep_real(v);
   const index bins = length(v);
-  if (to_complex(v) != ok || reshape(v, half_spectrum_room(points) / 2, true) != ok) return failed;
+  if (!is_complex(v) && to_complex(v) != ok) return failed;
+  if (make_room(v, points) != ok) return failed;
   const bool done = inverse_real(v->data, points) == ok;
   done ? set_shape(v, points, false) : set_shape(v, bins, true);
   return done ? ok : failed;

@@ -81,11 +81,12 @@ template <class P, int A, int B, bool inverse> void run_small(typename P::scalar
 }
 
 // One point to a vector leaves nothing but the transform itself.
-template <int N, bool inverse> void run_points(double* x) {
-  d2 a[N];
-  unroll<N>([&](auto i) SIGPAK_LAMBDA { a[i] = load<d2>(x + 2 * i); });
-  transform(a, factor_of<d2, inverse>(1.0 / N));
-  unroll<N>([&](auto k) SIGPAK_LAMBDA { store(x + 2 * k, a[result_at<N, inverse>(k)]); });
+template <class T, int N, bool inverse> void run_points(T* x) {
+  using E = typename point_vector<T>::type;
+  E a[N];
+  unroll<N>([&](auto i) SIGPAK_LAMBDA { a[i] = load_point(x + 2 * i); });
+  transform(a, factor_of<E, inverse>(T(1) / N));
+  unroll<N>([&](auto k) SIGPAK_LAMBDA { store_point(x + 2 * k, a[result_at<N, inverse>(k)]); });
 }
 
 }  // namespace

@@ -34,7 +34,7 @@ template <class T> class small_table {
  private:
   constexpr void add_powers() {
     if constexpr (is_single<T>) {
-      add_rows<f4, 2, 2>(), add_rows<f4, 4, 2>(), add_rows<f8, 4, 4>(), add_rows<f8, 8, 4>();
+      add_points<4>(), add_rows<f4, 2, 4>(), add_rows<f8, 4, 4>(), add_rows<f8, 8, 4>();
       add_rows<widest_f, 8, 8>();
       add_half<f8, 8, 4>(), add_half<widest_f, 8, 8>();
       add_half<widest_f, 16, 8>(), add_half<widest_f, 16, 16>();
@@ -49,7 +49,7 @@ template <class T> class small_table {
     all_.complex[A * B] = {run_short<T, A, B, false>, run_short<T, A, B, true>};
   }
   template <int N> constexpr void add_points() {
-    all_.complex[N] = {run_points<N, false>, run_points<N, true>};
+    all_.complex[N] = {run_points<T, N, false>, run_points<T, N, true>};
   }
   template <class P, int A, int B> constexpr void add_rows() {
     all_.complex[A * B] = {run_small<P, A, B, false>, run_small<P, A, B, true>};
