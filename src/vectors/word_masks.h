@@ -43,10 +43,18 @@ SIGPAK_INLINE float_mask with_bits(float_mask in, float_words a, unsigned m) {
 // powers take two steps: the first product is normal, and the second rounds.
 template <int lift = 0> SIGPAK_INLINE real scale_eighths(real a, real shifted) {
   constexpr double step = 1024;
+  constexpr auto one = __builtin_bit_cast(unsigned long long, 1.0);
+  constexpr auto last = __builtin_bit_cast(unsigned long long, 0x1p-1024);
   const mask small = shifted < all(to_integer + 8 * (lift - 1000));
-  const real chosen = choose(small, shifted + all(8 * (step - lift)), shifted - all(8 * lift));
+  const real chosen =
+      (shifted - all(8 * lift)) + from_bits(only(small, __builtin_bit_cast(unsigned long long, 8 * step)));
   const words power = ((bits(chosen) & ~7ULL) << 49) + all_bits(1023ULL << 52);
-  return a * from_bits(power) * choose(small, all(0x1p-1024), all(1));
+  return a * from_bits(power) * from_bits(all_bits(one) ^ only(small, one ^ last));
+}
+
+// The same for results that are normal by far.
+SIGPAK_INLINE real scale_normal_eighths(real a, real shifted) {
+  return a * from_bits(((bits(shifted) & ~7ULL) << 49) + all_bits(1023ULL << 52));
 }
 
 SIGPAK_INLINE real take_sign(real a, real sign) {

@@ -191,6 +191,9 @@ template <int lift = 0> SIGPAK_INLINE real scale_eighths(real a, real shifted) {
   return {_mm512_scalef_pd(a.v, ((shifted - all(to_integer + 8 * lift)) * all(0.125)).v)};
 }
 
+// The same for results that are normal by far.
+SIGPAK_INLINE real scale_normal_eighths(real a, real shifted) { return scale_eighths(a, shifted); }
+
 SIGPAK_INLINE void split_pairs(real a, real b, real& even, real& odd) {
   even = {_mm512_permutex2var_pd(a.v, _mm512_setr_epi64(0, 2, 4, 6, 8, 10, 12, 14), b.v)};
   odd = {_mm512_permutex2var_pd(a.v, _mm512_setr_epi64(1, 3, 5, 7, 9, 11, 13, 15), b.v)};
