@@ -28,11 +28,16 @@ SIGPAK_INLINE real near_quotient(real a, real b) { return a / b; }
 
 // low <= a <= high; and of those, where a has bits of m.
 struct float_mask {
-  float_words v;
+  float_words v;  // its signs count
 };
 SIGPAK_INLINE float_mask is_between(widest<float> a, float low, float high) {
   return {float_words(a.v >= splat<widest<float>>(low).v) & float_words(a.v <= splat<widest<float>>(high).v)};
 }
+// The same of unsigned numbers less than 2^31 apart, in sums alone, which wait for no multiplier.
+SIGPAK_INLINE float_mask is_between(float_words a, unsigned low, unsigned high) {
+  return {~((a - low) | (high - a))};
+}
+SIGPAK_INLINE float_mask both(float_mask a, float_mask b) { return {a.v & b.v}; }
 SIGPAK_INLINE float_mask equal(singles a, singles b) { return {float_words(a.v == b.v)}; }
 SIGPAK_INLINE float_mask equal_in(float_mask in, singles a, singles b) { return {in.v & equal(a, b).v}; }
 SIGPAK_INLINE float_mask with_bits(float_mask in, float_words a, unsigned m) {

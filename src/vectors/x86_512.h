@@ -118,6 +118,10 @@ SIGPAK_INLINE float_mask is_between(widest<float> a, float low, float high) {
   const float_mask above = _mm512_cmp_ps_mask(a.v, _mm512_set1_ps(low), _CMP_GE_OQ);
   return _mm512_mask_cmp_ps_mask(above, a.v, _mm512_set1_ps(high), _CMP_LE_OQ);
 }
+SIGPAK_INLINE float_mask is_between(float_words a, unsigned low, unsigned high) {
+  return _mm512_cmple_epu32_mask(__m512i(a - low), _mm512_set1_epi32(static_cast<int>(high - low)));
+}
+SIGPAK_INLINE float_mask both(float_mask a, float_mask b) { return _kand_mask16(a, b); }
 SIGPAK_INLINE float_mask with_bits(float_mask in, float_words a, unsigned m) {
   return _mm512_mask_test_epi32_mask(in, __m512i(a), _mm512_set1_epi32(static_cast<int>(m)));
 }
