@@ -5,7 +5,7 @@
 //   both either exclusive opposite lanes_of       of masks
 //   choose(m, a, b)       a where m holds, else b; only(m, bits) for bits and zero
 //   lesser greater        with NaN the second operand, so that at_least and at_most keep it
-//   take_sign sqrt look_up scale_eighths split_pairs join_pairs
+//   take_sign sqrt look_up scale_eighths scale_normal_eighths split_pairs join_pairs
 #pragma once
 
 #include "vectors/lanes.h"

@@ -53,15 +53,18 @@ SIGPAK_INLINE singles scale_entries(singles a, singles shifted, singles) {
   return from_bits(bits(a) + (bits(shifted) << (23 - __builtin_ctz(float_entries)) & power));
 }
 
-// Each half of the table is found as pairs of 32-bit words; bit 2 of the position chooses between them.
+// Each half of the table is found as pairs of 32-bit words; bit 2 of the position says whether to make the
+// first into the second.
 SIGPAK_INLINE real look_up(const double* table, words position) {
   const __m256i twice = _mm256_slli_epi64(__m256i(position), 1);
   const __m256i picks = _mm256_add_epi32(_mm256_shuffle_epi32(twice, 0xa0), _mm256_set1_epi64x(0x100000000));
-  const __m256 low = _mm256_permutevar8x32_ps(_mm256_loadu_ps(reinterpret_cast<const float*>(table)), picks);
-  const __m256 high =
-      _mm256_permutevar8x32_ps(_mm256_loadu_ps(reinterpret_cast<const float*>(table + 4)), picks);
-  const __m256d upper = _mm256_castsi256_pd(_mm256_slli_epi64(__m256i(position), 61));
-  return {_mm256_blendv_pd(_mm256_castps_pd(low), _mm256_castps_pd(high), upper)};
+  const d4 low_half = load<d4>(table);
+  const words change = bits(low_half) ^ bits(load<d4>(table + 4));
+  const words low = words(_mm256_permutevar8x32_epi32(__m256i(bits(low_half)), picks));
+  const words changes = words(_mm256_permutevar8x32_epi32(__m256i(change), picks));
+  const words upper =
+      words(_mm256_cmpgt_epi64(_mm256_setzero_si256(), _mm256_slli_epi64(__m256i(position), 61)));
+  return from_bits(low ^ (changes & upper));
 }
 
 SIGPAK_INLINE void split_pairs(real a, real b, real& even, real& odd) {

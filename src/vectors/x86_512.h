@@ -126,6 +126,10 @@ SIGPAK_INLINE float_mask is_between(widest<float> a, float low, float high) {
   const float_mask above = _mm512_cmp_ps_mask(a.v, _mm512_set1_ps(low), _CMP_GE_OQ);
   return _mm512_mask_cmp_ps_mask(above, a.v, _mm512_set1_ps(high), _CMP_LE_OQ);
 }
+SIGPAK_INLINE float_mask is_between(float_words a, unsigned low, unsigned high) {
+  return _mm512_cmple_epu32_mask(__m512i(a - low), _mm512_set1_epi32(static_cast<int>(high - low)));
+}
+SIGPAK_INLINE float_mask both(float_mask a, float_mask b) { return _kand_mask16(a, b); }
 SIGPAK_INLINE float_mask with_bits(float_mask in, float_words a, unsigned m) {
   return _mm512_mask_test_epi32_mask(in, __m512i(a), _mm512_set1_epi32(static_cast<int>(m)));
 }
@@ -198,6 +202,9 @@ SIGPAK_INLINE real look_up(const double* table, words position) {
 template <int lift = 0> SIGPAK_INLINE real scale_eighths(real a, real shifted) {
   return {_mm512_scalef_pd(a.v, ((shifted - all(to_integer + 8 * lift)) * all(0.125)).v)};
 }
+
+// The same for results that are normal by far.
+SIGPAK_INLINE real scale_normal_eighths(real a, real shifted) { return scale_eighths(a, shifted); }
 
 SIGPAK_INLINE void split_pairs(real a, real b, real& even, real& odd) {
   even = {_mm512_permutex2var_pd(a.v, _mm512_setr_epi64(0, 2, 4, 6, 8, 10, 12, 14), b.v)};

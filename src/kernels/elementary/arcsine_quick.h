@@ -75,20 +75,19 @@ constexpr complement_table make_complements(double sign) {
 constexpr complement_table cosines_above = make_complements(-1);
 constexpr complement_table cosines_below = make_complements(1);
 
-// sqrt(1 - a^2) in two parts, 0 <= a <= 1: from 1/2 on 1 - a is exact. The second is below 2^-24, and as good
-// as the rough inverse.
-constexpr float leg_error = rough_root_error * 0x1p-24F;
+// sqrt(1 - a^2) in two parts, 0 <= a <= 1. The second is below 2^-24, and as good as the rough inverse.
+constexpr float leg_error =
+    rough_root_error * 0x1p-24F + 2 * angle_sum_error;  // an angle is up to pi / 2 of its sine
 struct float_parts {
   singles hi;
   singles lo;
 };
 SIGPAK_INLINE float_parts other_leg(singles a) {
-  const singles b = every(1) - a;
-  const singles b_rest = (every(1) - b) - a;
-  const singles square = fma(a, b, b);
-  const singles square_rest = fma(b_rest, every(1) + a, fma(a, b, b - square));
+  const singles square = fnma(a, a, every(1));
+  const singles other_square = every(1) - square;
+  const singles square_rest = fnma(a, a, other_square) + ((every(1) - other_square) - square);  // to 2^-49
   const singles y = sqrt(square);
-  const singles half_inverse = every(0.5F) * rough_inverse_root(greater(square, every(0x1p-60F)));
+  const singles half_inverse = rough_inverse_root(fma(square, every(4), every(0x1p-60F)));
   return {y, (fnma(y, y, square) + square_rest) * half_inverse};
 }
 
@@ -130,7 +129,8 @@ SIGPAK_INLINE attempt<singles> quick_arccosine_of(singles x) {
   const singles rest =
       choose_by_sign(x, pick(cosines_below.rests, h.entry), pick(cosines_above.rests, h.entry));
   const float_words turn = ~bits(x);
-  return angle_sum(angle, rest, flip_sign(h.t, turn), flip_sign(h.rest, turn), h.range);
+  const singles range = fma(angle, every(angle_sum_error), h.range);
+  return angle_sum(angle, rest, flip_sign(h.t, turn), flip_sign(h.rest, turn), range);
 }
 
 #else

@@ -88,13 +88,13 @@ enum class domain { finite, to_one };
 
 constexpr int tangent_shift = 23 - __builtin_ctz(entries_to_octave);
 
-// angle + angle_rest + t + rest, where errors are in `range` and those of the last sums.
+// angle + angle_rest + t + rest, whose errors and those of the last sums are within `range`.
+constexpr float angle_sum_error = 0x1p-48F;  // of the angle
 SIGPAK_INLINE attempt<singles> angle_sum(singles angle, singles angle_rest, singles t, singles rest,
                                          singles range) {
   const singles hi = angle + t;
   const singles lo = (t - (hi - angle)) + (angle_rest + rest);
-  const singles whole_range = fma(angle, every(0x1p-48F), range);
-  return rounded(hi, lo - whole_range, lo + whole_range);
+  return rounded(hi, lo - range, lo + range);
 }
 
 // With a direction (c, s) of the table: t = (x c - s) / (c + x s), whose numerator is exact.
@@ -112,8 +112,10 @@ SIGPAK_INLINE attempt<singles> quick_arctangent_of(singles x) {
   const singles left = fnma(t, below_rest, fnma(t, below, above));
   const singles square = t * t;
   const singles rest = fma(t * square, chain(arctangent_pair_terms<float_entries>, square), left * inverse);
-  const attempt<singles> y = angle_sum(pick(tangents.angles, j), pick(tangents.rests, j), t, rest,
-                                       square * every(arctangent_pair_error<float_entries>));
+  const singles angle = pick(tangents.angles, j);
+  const singles range =
+      fma(angle, every(angle_sum_error), square * every(arctangent_pair_error<float_entries>));
+  const attempt<singles> y = angle_sum(angle, pick(tangents.rests, j), t, rest, range);
   return {flip_sign(y.y, bits(x)), y.decided};
 }
 

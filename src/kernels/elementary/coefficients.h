@@ -62,13 +62,13 @@ constexpr double exponential_quick_terms[] = {0x1.55555555d4d62p-3, 0x1.000007b3
                                               0x1.00000000002f7p+0};
 
 // |x| <= ln 2 / (2 entries): e^x = 1 + x + x^2 E(x) in floats, for tables of 8 and of 32; 2^-39 and 2^-41.
-// But the last of them is below 1/2, so that the sum is a lower bound, and the upper one is as many x^2
-// above.
+// But the last of them is below 1/2 by what roundings may be of x^2, so that the sum is a lower bound, and
+// the upper one is that much above the exact sum.
 template <int entries> constexpr float power_pair_terms[1] = {};
 template <>
-constexpr float power_pair_terms<8>[] = {0x1.10f97ap-7F, 0x1.5559ecp-5F, 0x1.555556p-3F, 0x1.ffffeap-2F};
-template <> constexpr float power_pair_terms<32>[] = {0x1.5555a6p-5F, 0x1.5555b8p-3F, 0x1.ffffeap-2F};
-constexpr float power_pair_error = 0x1.1p-20F;
+constexpr float power_pair_terms<8>[] = {0x1.10f94ep-7F, 0x1.5559e6p-5F, 0x1.555556p-3F, 0x1.fffff4p-2F};
+template <> constexpr float power_pair_terms<32>[] = {0x1.5555a6p-5F, 0x1.5555b8p-3F, 0x1.fffff4p-2F};
+constexpr float power_pair_error = 0x1.8p-22F;
 
 // ln(1 + f) = 2 s + s z L(z), s = f / (2 + f), z = s^2, 1 + f in [sqrt(1/2), sqrt 2]; 2^-58
 constexpr double logarithm_terms[] = {0x1.2b5abd7efaac3p-3, 0x1.39fe311fa9809p-3, 0x1.7462b5e9116a8p-3,

@@ -25,14 +25,16 @@ template <class T> SIGPAK_INLINE real guarded_exp(real x) {
   return choose(x > log_huge<T>(), huge<T>(), y);
 }
 
+// H is the power at its limit, so that the lesser of them serves beyond.
 template <class T> SIGPAK_INLINE real guarded_exp10(real x) {
+  const real limited = at_most(x, 1 + wide_guard<T>::log10_huge);
   real y;
   if constexpr (is_single<T>) {
-    y = exponential10_single(x);
+    y = exponential10_single(limited);
   } else {
-    y = exponential10(x);
+    y = exponential10(limited);
   }
-  return choose(x > log10_huge<T>(), huge<T>(), y);
+  return at_most(y, wide_guard<T>::huge);
 }
 
 using kernels::precise_cosh;
@@ -52,6 +54,16 @@ template <class T, class F> struct stopped : F {
   SIGPAK_INLINE real careful(real x) const { return (*this)(x); }
 };
 
+// Powers from 1e-300 on; those below are left to the longer way.
+struct decimal_power {
+  SIGPAK_INLINE mask is_wild(real x) const { return x < all(least_normal_decimal_exponent); }
+  SIGPAK_INLINE real operator()(real x) const {
+    const real limited = at_most(x, 1 + guard<double>::log10_huge);
+    return at_most(normal_power(reduce_decimal_power(limited)), guard<double>::huge);
+  }
+  SIGPAK_INLINE real careful(real x) const { return guarded_exp10<double>(x); }
+};
+
 template <class T, class F> SIGPAK_INLINE bool walk_to_stop(T* x, index n, F f) {
   index i = 0;
   for (index count = lane_count; count == lane_count; i += count) {
@@ -63,9 +75,7 @@ template <class T, class F> SIGPAK_INLINE bool walk_to_stop(T* x, index n, F f) 
   return i == n;
 }
 
-void exponentials10(double* x, index n) {
-  walk_to_stop(x, n, stopped<double, everywhere<guarded_exp10<double>>>{});
-}
+void exponentials10(double* x, index n) { walk_to_stop(x, n, decimal_power{}); }
 void exponentials10(float* x, index n) {
   const auto f =
       quick_power<decimal_base, stopped<float, everywhere_single<guarded_exp10<float>, precise_exp10>>>{};

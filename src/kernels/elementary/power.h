@@ -99,6 +99,13 @@ SIGPAK_INLINE real power(eighths x) {
   return scale_eighths(m.hi + m.lo, x.shifted);
 }
 
+// The same from 2^-1000 on.
+constexpr double least_normal_decimal_exponent = -300;
+SIGPAK_INLINE real normal_power(eighths x) {
+  const parts m = mantissa(x);
+  return scale_normal_eighths(m.hi + m.lo, x.shifted);
+}
+
 // For single precision: one product reduces, and no exponent leaves the range of a double, so it joins the
 // root.
 SIGPAK_INLINE eighths reduce_power_single(real x) {

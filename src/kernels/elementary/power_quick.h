@@ -18,9 +18,9 @@ struct power_base {
   float least;    // of the arguments whose powers are normal floats
   float most;     // of those whose powers are below H
 };
-constexpr power_base natural_base = {0x1.71547652b82fep+0,  1, 0x1.62e42fefa39efp-1, 0x1p-43F, -87,
+constexpr power_base natural_base = {0x1.71547652b82fep+0,  1, 0x1.62e42fefa39efp-1, 0x1p-44F, -87,
                                      guard<float>::log_huge};
-constexpr power_base decimal_base = {0x1.a934f0979a371p+1,    ln10_hi, 0x1.34413509f79ffp-2, 0x1p-38F, -37.5F,
+constexpr power_base decimal_base = {0x1.a934f0979a371p+1,    ln10_hi, 0x1.34413509f79ffp-2, 0x1p-39F, -37.5F,
                                      guard<float>::log10_huge};
 
 constexpr double series_power_of_two(double x) {
@@ -69,13 +69,27 @@ template <const power_base& base> SIGPAK_INLINE exponent exponent_of(singles t, 
   return {hi, fms(t, every(log.hi), hi) + fma(t, every(log.lo), rest)};
 }
 
+// The bits of shifted for whole entries within the limits of x.
+struct entry_range {
+  unsigned least;
+  unsigned most;
+};
+constexpr entry_range entries_of(const power_base& base, float start) {
+  const auto entries_in_unit = static_cast<float>(float_entries * base.log2);
+  const auto first = __builtin_bit_cast(unsigned, start);
+  return {first + static_cast<unsigned>(static_cast<int>(base.least * entries_in_unit) + 1),
+          first + static_cast<unsigned>(static_cast<int>(base.most * entries_in_unit) - 1)};
+}
+
 // base^x = 2^k root e^(r + rest), k a multiple of 1 / entries and |r| <= ln 2 / (2 entries). The first
 // difference is exact: it has no more than 24 bits from the last of k times a float, or of x. The table and
 // the coefficient of r^2 / 2 are low by what errors may be, so that the sum is a lower bound.
 template <const power_base& base> SIGPAK_INLINE attempt<singles> quick_power_of(singles x) {
   constexpr split_constant of_two(base.of_two);
   constexpr float of_two_rest = static_cast<float>(base.log) * of_two.lo;
-  const singles start = every(0x1.8p23F / float_entries);
+  constexpr float first = 0x1.8p23F / float_entries;
+  constexpr entry_range entries = entries_of(base, first);
+  const singles start = every(first);
   const singles shifted = fma(x, every(static_cast<float>(base.log2)), start);
   const singles k = shifted - start;
   const singles root = pick(roots<base>.roots, bits(shifted));
@@ -86,8 +100,9 @@ template <const power_base& base> SIGPAK_INLINE attempt<singles> quick_power_of(
   const singles above = fma(square, chain(power_pair_terms<float_entries>, u), r_rest);  // e^u - 1 - r
   const singles hi = fma(root, r, root);
   const singles lo = fma(root, above, fma(root, r, root - hi));
-  const singles range = fma(square, every(power_pair_error), every(3 * base.error));
-  const attempt<singles> y = rounded(is_between(x, base.least, base.most), hi, lo, lo + range);
+  const singles range = fma(square, every(power_pair_error), every(2 * base.error));
+  const attempt<singles> y =
+      rounded(is_between(bits(shifted), entries.least, entries.most), hi, lo, fma(root, range, lo));
   return {scale_entries(y.y, shifted, start), y.decided};
 }
 

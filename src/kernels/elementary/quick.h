@@ -78,14 +78,23 @@ SIGPAK_INLINE attempt<singles> rounded(float_mask fits, singles hi, singles leas
   return {y, equal_in(fits, y, hi + most)};
 }
 
-// x[i] = f(x[i]) from i on, up to floats that f.quick leaves open; how far it came.
+// x[i] = f(x[i]) from i on, up to floats that f.quick leaves open; how far it came. One test decides about
+// two vectors.
 template <class F> [[gnu::noinline]] index walk_quickly(float* x, index i, index n, F f) {
-  for (; i + floats_at_once <= n; i += floats_at_once) {
-    const auto result = f.quick(x + i);
-    if (__builtin_expect(!all_of(result.decided), 0)) break;
-    write(x + i, result.y);
+  for (; i + 2 * floats_at_once <= n; i += 2 * floats_at_once) {
+    const auto first = f.quick(x + i);
+    const auto second = f.quick(x + i + floats_at_once);
+    const bool decided = all_of(both(first.decided, second.decided));
+    if (__builtin_expect(!decided, 0) && !all_of(first.decided)) return i;
+    write(x + i, first.y);
+    if (__builtin_expect(!decided, 0)) return i + floats_at_once;
+    write(x + i + floats_at_once, second.y);
   }
-  return i;
+  if (i + floats_at_once > n) return i;
+  const auto last = f.quick(x + i);
+  if (!all_of(last.decided)) return i;
+  write(x + i, last.y);
+  return i + floats_at_once;
 }
 
 // The same to the end, where `otherwise(from, to)` serves the rest and returns whether to go on. What is left
