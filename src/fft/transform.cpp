@@ -3,6 +3,7 @@
 #include "fft/transform.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "core/frame.h"
 #include "core/power_of_two.h"
@@ -156,6 +157,14 @@ status run(const kernels::product_plan<T>* plan, workshop<T>& shop, T* x, bool i
 }
 
 template <class T>
+status run(const kernels::square_plan<T>* plan, workshop<T>& shop, T* x, bool inverse) noexcept {
+  T* const scratch = plan != nullptr ? shop.scratch.at_least(kernels::scratch_of(*plan), x) : nullptr;
+  if (scratch == nullptr) return failed;
+  at_level<kernels::product_kernels<T>>()->run_square(*plan, x, scratch, inverse);
+  return ok;
+}
+
+template <class T>
 status run(const fft_kernels<T>& level, const kernels::mixed_plan<T>* plan, workshop<T>& shop, T* x,
            bool inverse) noexcept {
   T* const scratch = plan != nullptr ? shop.scratch.at_least(scratch_of(*plan), x) : nullptr;
@@ -184,12 +193,17 @@ status transform_any(const fft_kernels<T>& level, T* x, index points, bool inver
   if (const auto* const plan = kernels::find_product_plan<T>(shop->plans, points); plan != nullptr) {
     return run(plan, *shop, x, inverse);
   }
+  if (const auto* const plan = kernels::find_square_plan<T>(shop->plans, points); plan != nullptr) {
+    return run(plan, *shop, x, inverse);
+  }
   if (const auto* const plan = kernels::find_mixed_plan<T>(shop->plans, points, widest); plan != nullptr) {
     return run(level, plan, *shop, x, inverse);
   }
   switch (algorithm_for<T>(points)) {
     case algorithm::product:
       return run(kernels::make_product_plan<T>(shop->plans, points), *shop, x, inverse);
+    case algorithm::square:
+      return run(kernels::make_square_plan<T>(shop->plans, points), *shop, x, inverse);
     case algorithm::mixed:
       return run(level, kernels::make_mixed_plan<T>(shop->plans, points, widest), *shop, x, inverse);
     default:
@@ -233,9 +247,24 @@ template <class T> void mirror(T* z, index points) noexcept {
   }
 }
 
-template <class T> bool prefers_mixed(index points, int lanes) noexcept {
-  return points > kernels::most_short_product &&
-         kernels::mixed_cost<T>(points, lanes) < kernels::product_cost<T>(points);
+// Of the plans of small prime factors the cheapest. Where data and scratch memory stay in the second cache
+// nothing is gained in place.
+template <class T> algorithm cheapest_passes(index points, int lanes) noexcept {
+  const bool product = kernels::has_product_plan<T>(points);
+  if (product && points <= kernels::most_short_product) return algorithm::product;
+  algorithm best = algorithm::chirp;
+  double least = std::numeric_limits<double>::infinity();
+  const auto consider = [&](algorithm way, double cost) {
+    if (cost >= least) return;
+    least = cost;
+    best = way;
+  };
+  if (product) consider(algorithm::product, kernels::product_cost<T>(points));
+  if (kernels::has_mixed_plan<T>(points, lanes))
+    consider(algorithm::mixed, kernels::mixed_cost<T>(points, lanes));
+  if (!product && kernels::has_square_plan<T>(points))
+    consider(algorithm::square, kernels::square_cost<T>(points));
+  return best;
 }
 
 }  // namespace
@@ -255,11 +284,9 @@ template <class T> algorithm algorithm_for(index points) noexcept {
   const bool is_small = small_transform<T>(points, false) != nullptr;
   if (power) return is_small ? algorithm::small : algorithm::lanes;
   if (is_small) return algorithm::coprime;
-  const bool mixed = kernels::has_mixed_plan<T>(points, level->widest_lanes);
-  if (kernels::has_product_plan<T>(points)) {
-    return mixed && prefers_mixed<T>(points, level->widest_lanes) ? algorithm::mixed : algorithm::product;
-  }
-  if (mixed) return algorithm::mixed;
+  const algorithm passes =
+      has_short_factors<T>(points) ? cheapest_passes<T>(points, level->widest_lanes) : algorithm::chirp;
+  if (passes != algorithm::chirp) return passes;
   return points % 2 != 0 && points <= kernels::most_direct_points<T> ? algorithm::direct : algorithm::chirp;
 }
 
@@ -293,6 +320,7 @@ template <class T> [[gnu::noinline]] status transform_longer(T* data, index poin
       return transform_by(kernels::make_short_product_plan<T>(points), data, inverse);
     case algorithm::direct:
       return transform_directly(data, points, inverse);
+    case algorithm::square:
     case algorithm::mixed:
     case algorithm::chirp:
       return transform_any(*level, data, points, inverse);

@@ -33,7 +33,8 @@ enum class algorithm {
   coprime,      // the same of short lengths that are odd or products of coprime factors
   lanes,        // side by side in the lanes: powers of two
   product,      // by passes of short transforms: small prime factors
-  mixed,        // by columns and rows: the same of long lengths
+  square,       // in place, by those and transforms of squares: long lengths with a square factor
+  mixed,        // by columns and rows: the same of other long lengths
   direct,       // by the definition: short odd lengths
   chirp,        // by a convolution in the lanes: all others
   split_radix,  // at the baseline: powers of two

@@ -9,6 +9,7 @@
 #include <set>
 
 #include "core/machine.h"
+#include "core/recent_list.h"
 #include "fft/plans/lane_plan.h"
 #include "fft/transform.h"
 #include "fft/wide/kernels.h"
@@ -211,7 +212,8 @@ std::vector<index> smooth_lengths() {
 }
 
 bool is_smooth(algorithm chosen) {
-  return chosen == algorithm::coprime || chosen == algorithm::product || chosen == algorithm::mixed;
+  return chosen == algorithm::coprime || chosen == algorithm::product || chosen == algorithm::square ||
+         chosen == algorithm::mixed;
 }
 
 TYPED_TEST(WideFft, LengthsWithSmallPrimeFactors) {
@@ -237,6 +239,36 @@ TYPED_TEST(WideFft, LengthsWithSmallPrimeFactors) {
     }
   }
   EXPECT_EQ(covered > 100, is_wide<T>(1024));
+}
+
+// All factors whose squares there are, at lengths too short to be worth them. Caches that hold no data allow
+// fewer lanes too.
+TYPED_TEST(WideFft, LengthsWithSquareFactors) {
+  using V = TypeParam;
+  using T = scalar<V>;
+  const auto* const table = at_level<kernels::product_kernels<T>>();
+  if (table == nullptr) GTEST_SKIP();
+  const on_machine<V> forced(machines[0]);
+  std::set<int> factors;
+  for (const index n : {4480, 5040, 5600, 5880, 8192, 14000, 14336}) {
+    if (!kernels::has_square_plan<T>(n)) continue;
+    recent_list plans(index{1} << 24);
+    const auto* const plan = kernels::make_square_plan<T>(plans, n);
+    ASSERT_NE(plan, nullptr);
+    factors.insert(plan->block.radix[0]);
+    samples<V> scratch(static_cast<std::size_t>(scratch_of(*plan)));
+    for (const bool inverse : {false, true}) {
+      const auto in = noise<V>(2 * n, static_cast<unsigned>(n));
+      const auto wanted = exact_transform(exact_points<V>(signal<V>(in, true)), inverse);
+      const auto got = run_fenced<V>(in, 2 * n, 1, [&](T* x) {
+        table->run_square(*plan, x, scratch.data(), inverse);
+        return ok;
+      });
+      EXPECT_LT(transform_error<V>(signal<V>(got, true), wanted, n), error_limit) << n << " " << inverse;
+    }
+    plans.release();
+  }
+  EXPECT_EQ(factors.size(), table->narrowest_lanes == 4 ? 6U : 4U);
 }
 
 // Of an impulse, whose sums are exact, every bin is its height over N, rounded once.

@@ -3,12 +3,10 @@
 #include "fft/plans/product_plan.h"
 
 #include <algorithm>
-#include <cmath>
 #include <iterator>
 
 #include "core/recent_list.h"
-#include "fft/plans/butterfly_costs.h"
-#include "fft/plans/pass_tables.h"
+#include "fft/plans/product_tables.h"
 #include "fft/plans/radices.h"
 #include "fft/wide/kernels.h"
 #include "vectors/levels.h"
@@ -20,85 +18,7 @@ constexpr int level_count = std::size(isa::levels);
 constexpr int short_keys = static_cast<int>(most_short_product + 1) * level_count;
 template <class T> constinit published<std::byte, short_keys> short_plans;
 
-// Beside the butterflies:
-constexpr double loop_cost = 1.5;  // of the butterflies of one row
-constexpr double crowd_cost = 2;   // of a vector of output among many in one set of the first cache
-
-constexpr butterfly_table wide_costs(8, true);
-constexpr bool is_radix(index n) noexcept { return n <= most_radix && wide_costs[n].row > 0; }
-
 constexpr index largest_factor = 13;  // that is prime
-
-constexpr index ceiling(index a, index b) noexcept { return (a + b - 1) / b; }
-
-struct factors {
-  int lanes = 0;
-  int passes = 0;  // 0 where there are none
-  int radix[most_factors] = {};
-  double cost = 0;
-};
-
-// Of all products with first factor A and the others in rising order, the one of the least cost.
-class factor_search {
- public:
-  factor_search(index points, int lanes, index scalar_bytes) noexcept
-      : points_(points),
-        vector_points_(lanes / 2),
-        costs_(lanes, scalar_bytes == index{sizeof(double)}),
-        caches_(lanes * scalar_bytes, false) {
-    begun_.lanes = lanes;
-  }
-
-  void run(factors& best) noexcept {
-    const index vectors = points_ / vector_points_;
-    const double passages = 2 * static_cast<double>(vectors) * caches_.passage(vectors);
-    for (index a = vector_points_; a <= most_radix; ++a) {
-      const index rows = points_ / a;
-      if (!is_radix(a) || points_ % a != 0 || rows < vector_points_) continue;
-      row_vectors_ = ceiling(a, vector_points_);
-      const auto groups = static_cast<double>(ceiling(rows, vector_points_));
-      begun_.radix[0] = static_cast<int>(a);
-      begun_.passes = 1;
-      extend(best, rows, rows, 2, groups * costs_[a].column + passages);
-    }
-  }
-
- private:
-  // `swept` rows were left by the pass before.
-  void extend(factors& best, index swept, index rest, int least, double cost) noexcept {
-    if (begun_.passes == most_factors || (best.passes > 0 && best.cost <= cost)) return;
-    const index rows = points_ / begun_.radix[0];
-    const double sweep = caches_.sweep(swept * row_vectors_);
-    for (int radix = least; radix <= most_radix && radix <= rest; ++radix) {
-      if (!is_radix(radix) || rest % radix != 0) continue;
-      const bool is_last = radix == rest;
-      const double butterfly =
-          radix * sweep + (is_last ? costs_[radix].result + crowding(radix) : costs_[radix].row);
-      const double sum = cost + static_cast<double>(rows / radix) *
-                                    (loop_cost + static_cast<double>(row_vectors_) * butterfly);
-      begun_.radix[begun_.passes++] = radix;
-      is_last ? consider(best, sum) : extend(best, rest, rest / radix, radix, sum);
-      --begun_.passes;
-    }
-  }
-  double crowding(int radix) const noexcept {
-    const bool crowded =
-        caches_.is_crowded(radix, points_ / radix / vector_points_) && points_ / radix % vector_points_ == 0;
-    return crowded ? radix * crowd_cost : 0;
-  }
-  void consider(factors& best, double cost) noexcept {
-    if (best.passes > 0 && best.cost <= cost) return;
-    best = begun_;
-    best.cost = cost;
-  }
-
-  index points_;
-  index vector_points_;
-  butterfly_table costs_;
-  pass_costs caches_;
-  index row_vectors_ = 0;
-  factors begun_;
-};
 
 // Beyond the second cache data and scratch memory are swept too often.
 template <class T> bool leaves_cache(index points) noexcept {
@@ -129,47 +49,21 @@ bool has_radices(index rows, int most) noexcept {
 }
 
 template <class T> product_plan<T> lay_out(index points) noexcept {
-  const factors chosen = choose_factors<T>(points);
-  product_plan<T> plan = {};
-  plan.points = points;
-  plan.lanes = chosen.lanes;
-  plan.passes = chosen.passes;
-  std::copy_n(chosen.radix, chosen.passes, plan.radix);
-  plan.rows = points / plan.radix[0];
-  index block = plan.rows;
-  for (int pass = 1; pass < plan.passes; ++pass) {
-    plan.block[pass] = block;
-    block /= plan.radix[pass];
-  }
-  constexpr index scalar_bytes = index{sizeof(T)};
-  const pass_costs costs = costs_of<T>(plan.lanes);
-  const index row_vectors = ceiling(plan.radix[0], plan.lanes / 2);
-  plan.stride = row_vectors * (plan.lanes / 2);
-  plan.resident = 2 * costs.resident() / row_vectors;
-  plan.is_stepped = 3 * scalar_bytes * 2 * points > costs.caches().second / 8 * 9;
-  const long double scale = 1.0L / static_cast<long double>(points);
-  plan.scale = T(1) / static_cast<T>(points);
-  if (sizeof(T) == sizeof(float) && static_cast<long double>(plan.scale) > scale)
-    plan.scale = std::nextafter(plan.scale, T(0));
-  plan.scale_rest = static_cast<T>(scale - static_cast<long double>(plan.scale));
+  auto plan = lay_out_product<T>(points, choose_factors<T>(points));
+  constexpr index bytes = 2 * index{sizeof(T)};
+  plan.is_stepped = 3 * bytes * points > machine::caches().second / 8 * 9;
   return plan;
 }
 
 template <class T> index column_groups(const product_plan<T>& plan) noexcept {
   return ceiling(plan.rows, plan.lanes / 2);
 }
-template <class T> index last_blocks(const product_plan<T>& plan) noexcept {
-  return plan.rows / plan.radix[plan.passes - 1];
-}
 
 template <class T> void carve(product_plan<T>& plan, carver& memory) noexcept {
   const index turned = plan.radix[0] - 1;
   plan.twiddles = memory.take<T>(plan.lanes * turned * (plan.is_stepped ? 1 : column_groups(plan)));
   plan.firsts = plan.is_stepped ? memory.take<T>(2 * turned * column_groups(plan)) : nullptr;
-  for (int pass = 1; pass < plan.passes - 1; ++pass) {
-    plan.turns[pass] = memory.take<T>(2 * plan.block[pass + 1] * (plan.radix[pass] - 1));
-  }
-  plan.order = memory.take<std::uint32_t>(last_blocks(plan));
+  carve_rows(plan, memory);
 }
 
 template <class T> void fill_twiddles(const product_plan<T>& plan, const roots& w) noexcept {
@@ -188,36 +82,10 @@ template <class T> void fill_twiddles(const product_plan<T>& plan, const roots& 
   }
 }
 
-template <class T> void fill_turns(const product_plan<T>& plan, const roots& w) noexcept {
-  for (int pass = 1; pass < plan.passes - 1; ++pass) {
-    T* out = plan.turns[pass];
-    const index step = plan.points / plan.block[pass];
-    for (index i = 0; i < plan.block[pass + 1]; ++i) {
-      for (index j = 1; j < plan.radix[pass]; ++j, out += 2) put_root(out, 1, w[i * j * step]);
-    }
-  }
-}
-
-// The digits of k2 that the passes before the last have found, the first of the lowest weight.
-template <class T> void fill_order(const product_plan<T>& plan) noexcept {
-  for (index block = 0; block < last_blocks(plan); ++block) {
-    index rest = block;
-    index weight = last_blocks(plan);
-    index k2 = 0;
-    for (int pass = plan.passes - 2; pass > 0; --pass) {
-      weight /= plan.radix[pass];
-      k2 += rest % plan.radix[pass] * weight;
-      rest /= plan.radix[pass];
-    }
-    plan.order[block] = static_cast<std::uint32_t>(k2);
-  }
-}
-
 template <class T> void fill(product_plan<T>& plan) noexcept {
   const roots w(plan.points);
   fill_twiddles(plan, w);
-  fill_turns(plan, w);
-  fill_order(plan);
+  fill_rows(plan, w);
 }
 
 // Those of mixed plans in the same list are lanes - 1 above the multiples of most_lanes, four lanes at least.

@@ -26,7 +26,7 @@ template <class T> struct product_plan {
   int radix[most_factors];
   std::int64_t rows;                 // M
   std::int64_t block[most_factors];  // rows of one block of a pass after the first
-  std::int64_t stride;               // points from one row to the next
+  std::int64_t stride;               // points from one row of the scratch memory to the next
   T scale;                           // of the forward transform
   T scale_rest;  // 1/N less the scale, above 0 in single precision, where it is a tenth of all errors
   std::int64_t resident;  // rows that the first cache holds

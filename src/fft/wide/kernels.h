@@ -8,6 +8,7 @@
 #include "fft/plans/mixed_plan.h"
 #include "fft/plans/product_plan.h"
 #include "fft/plans/real_plan.h"
+#include "fft/plans/square_plan.h"
 
 namespace sigpak::kernels {
 
@@ -35,6 +36,7 @@ template <class T> struct product_kernels {
   int widest_lanes;
   int narrowest_lanes;
   void (*run)(const product_plan<T>& plan, T* x, T* scratch, bool inverse);
+  void (*run_square)(const square_plan<T>& plan, T* x, T* scratch, bool inverse);
 };
 
 template <class T> struct chirp_kernels {

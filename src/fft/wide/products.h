@@ -36,16 +36,14 @@ SIGPAK_INLINE void store_transposed(const P (&a)[R], typename P::scalar* out, in
   });
 }
 
-// The twiddles of one group of columns: the products of those of its first column and the steps from there.
+// The twiddles of some neighbouring columns: those of the first, so many, times the steps from there.
 template <class P>
-[[gnu::noinline]] void join_twiddles(const product_plan<typename P::scalar>& plan, index group,
-                                     typename P::scalar* out) {
-  const index count = plan.radix[0] - 1;
-  const auto* const first = plan.firsts + 2 * count * group;
+[[gnu::noinline]] void join_twiddles(const typename P::scalar* first, index count,
+                                     const typename P::scalar* steps, typename P::scalar* out) {
   for (index k = 0; k < count; ++k) {
-    const P t = load<P>(plan.twiddles + P::width * k);
+    const P step = load<P>(steps + P::width * k);
     store(out + P::width * k,
-          turned_forth_or_back<true>(t, splat<P>(first[2 * k]), splat<P>(first[2 * k + 1])));
+          turned_forth_or_back<true>(step, splat<P>(first[2 * k]), splat<P>(first[2 * k + 1])));
   }
 }
 
@@ -62,7 +60,7 @@ void product_columns(const product_plan<typename P::scalar>& plan, const typenam
   for (index group = 0; group < columns; group += C) {
     const index n2 = group < columns - C ? group : columns - C;
     const auto* const first = x + 2 * n2;
-    if (is_stepped) join_twiddles<P>(plan, group / C, joined);
+    if (is_stepped) join_twiddles<P>(plan.firsts + 2 * (R - 1) * (group / C), R - 1, plan.twiddles, joined);
     P a[R];
     unroll<R>([&](auto i) SIGPAK_LAMBDA { a[i] = load<P>(first + 2 * columns * result_at<R, inverse>(i)); });
     transform(a);
@@ -75,17 +73,21 @@ void product_columns(const product_plan<typename P::scalar>& plan, const typenam
   }
 }
 
-// One block of rows in place.
+// One block of rows, in place or from the data, where rows follow each other.
 template <class P, int R, bool inverse>
-void product_block(const product_plan<typename P::scalar>& plan, int pass, typename P::scalar* row) {
+void product_block(const product_plan<typename P::scalar>& plan, int pass, const typename P::scalar* from,
+                   typename P::scalar* to) {
   const index count = plan.block[pass] / R;
+  const index pitch = 2 * (from == to ? plan.stride : plan.radix[0]);
+  const index in_step = pitch * count;
   const index step = 2 * plan.stride * count;
   const auto* w = plan.turns[pass];
-  for (index i = 0; i < count; ++i, w += 2 * (R - 1), row += 2 * plan.stride) {
-    auto* s = row;
-    for (const auto* const end = s + 2 * plan.radix[0]; s < end; s += P::width) {
+  for (index i = 0; i < count; ++i, w += 2 * (R - 1), from += pitch, to += 2 * plan.stride) {
+    const auto* in = from;
+    auto* s = to;
+    for (const auto* const end = s + 2 * plan.radix[0]; s < end; in += P::width, s += P::width) {
       P a[R];
-      unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = load<P>(s + step * result_at<R, inverse>(j)); });
+      unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = load<P>(in + in_step * result_at<R, inverse>(j)); });
       transform(a);
       store(s, a[0]);
       unroll<R - 1>([&](auto k) SIGPAK_LAMBDA {
@@ -133,7 +135,7 @@ void product_results(const product_plan<typename P::scalar>& plan, index row, in
 template <class P> struct product_passes {
   using T = typename P::scalar;
   void (*columns[2])(const product_plan<T>& plan, const T* x, T* s);  // forward, inverse
-  void (*block[2])(const product_plan<T>& plan, int pass, T* row);
+  void (*block[2])(const product_plan<T>& plan, int pass, const T* from, T* to);
   void (*results)(const product_plan<T>& plan, index row, index rows, const T* s, T* x, bool inverse);
 };
 template <class P> struct product_table {
@@ -151,19 +153,21 @@ template <class P> struct product_table {
 template <class P> constinit const product_table<P> products{};
 
 // All passes from this one on over so many rows, whole blocks of it: as many at a time as the first cache
-// holds.
-template <class P>
+// holds. The last pass is last(row, rows).
+template <class P, class Last>
 void product_rows(const product_plan<typename P::scalar>& plan, int pass, index row, index rows,
-                  typename P::scalar* s, typename P::scalar* x, bool inverse) {
+                  typename P::scalar* s, bool inverse, const Last& last) {
+  if (pass == plan.passes - 1) return last(row, rows);
   const auto& passes = products<P>.by_radix[plan.radix[pass]];
-  if (pass == plan.passes - 1) return passes.results(plan, row, rows, s, x, inverse);
   const index block = plan.block[pass];
   const index held = plan.resident > block ? plan.resident / block * block : block;
   for (const index end = row + rows; row < end; row += held) {
     const index count = end - row < held ? end - row : held;
-    for (index i = 0; i < count; i += block)
-      passes.block[inverse](plan, pass, s + 2 * plan.stride * (row + i));
-    product_rows<P>(plan, pass + 1, row, count, s, x, inverse);
+    for (index i = 0; i < count; i += block) {
+      auto* const at = s + 2 * plan.stride * (row + i);
+      passes.block[inverse](plan, pass, at, at);
+    }
+    product_rows<P>(plan, pass + 1, row, count, s, inverse, last);
   }
 }
 
@@ -171,7 +175,9 @@ template <class P>
 void run_product(const product_plan<typename P::scalar>& plan, typename P::scalar* x,
                  typename P::scalar* scratch, bool inverse) {
   products<P>.by_radix[plan.radix[0]].columns[inverse](plan, x, scratch);
-  product_rows<P>(plan, 1, 0, plan.rows, scratch, x, inverse);
+  const auto results = products<P>.by_radix[plan.radix[plan.passes - 1]].results;
+  product_rows<P>(plan, 1, 0, plan.rows, scratch, inverse,
+                  [&](index row, index rows) { results(plan, row, rows, scratch, x, inverse); });
 }
 
 }  // namespace

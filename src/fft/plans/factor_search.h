@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+// Which factors make the fastest product of short transforms.
+#pragma once
+
+#include "fft/plans/butterfly_costs.h"
+#include "fft/plans/pass_costs.h"
+
+namespace sigpak::kernels {
+
+// Beside the butterflies:
+inline constexpr double loop_cost = 1.5;  // of the butterflies of one row
+inline constexpr double crowd_cost = 2;   // of a vector of output among many in one set of the first cache
+
+inline constexpr butterfly_table wide_costs(8, true);
+constexpr bool is_radix(index n) noexcept { return n <= most_radix && wide_costs[n].row > 0; }
+
+constexpr index ceiling(index a, index b) noexcept { return (a + b - 1) / b; }
+
+struct factors {
+  int lanes = 0;
+  int passes = 0;  // 0 where there are none
+  int radix[most_factors] = {};
+  double cost = 0;
+};
+
+// Of all products with first factor A and the others in rising order, the one of the least cost.
+class factor_search {
+ public:
+  factor_search(index points, int lanes, index scalar_bytes) noexcept
+      : points_(points),
+        vector_points_(lanes / 2),
+        costs_(lanes, scalar_bytes == index{sizeof(double)}),
+        caches_(lanes * scalar_bytes, false) {
+    begun_.lanes = lanes;
+  }
+
+  void run(factors& best) noexcept {
+    for (index a = vector_points_; a <= most_radix; ++a) run(best, a);
+  }
+
+  // With this first factor.
+  void run(factors& best, index a) noexcept {
+    const index rows = points_ / a;
+    if (!is_radix(a) || points_ % a != 0 || rows < vector_points_) return;
+    const index vectors = points_ / vector_points_;
+    const double passages = 2 * static_cast<double>(vectors) * caches_.passage(vectors);
+    row_vectors_ = ceiling(a, vector_points_);
+    const auto groups = static_cast<double>(ceiling(rows, vector_points_));
+    begun_.radix[0] = static_cast<int>(a);
+    begun_.passes = 1;
+    extend(best, rows, rows, 2, groups * costs_[a].column + passages);
+  }
+
+ private:
+  // `swept` rows were left by the pass before.
+  void extend(factors& best, index swept, index rest, int least, double cost) noexcept {
+    if (begun_.passes == most_factors || (best.passes > 0 && best.cost <= cost)) return;
+    const index rows = points_ / begun_.radix[0];
+    const double sweep = caches_.sweep(swept * row_vectors_);
+    for (int radix = least; radix <= most_radix && radix <= rest; ++radix) {
+      if (!is_radix(radix) || rest % radix != 0) continue;
+      const bool is_last = radix == rest;
+      const double butterfly =
+          radix * sweep + (is_last ? costs_[radix].result + crowding(radix) : costs_[radix].row);
+      const double sum = cost + static_cast<double>(rows / radix) *
+                                    (loop_cost + static_cast<double>(row_vectors_) * butterfly);
+      begun_.radix[begun_.passes++] = radix;
+      is_last ? consider(best, sum) : extend(best, rest, rest / radix, radix, sum);
+      --begun_.passes;
+    }
+  }
+  double crowding(int radix) const noexcept {
+    const bool crowded =
+        caches_.is_crowded(radix, points_ / radix / vector_points_) && points_ / radix % vector_points_ == 0;
+    return crowded ? radix * crowd_cost : 0;
+  }
+  void consider(factors& best, double cost) noexcept {
+    if (best.passes > 0 && best.cost <= cost) return;
+    best = begun_;
+    best.cost = cost;
+  }
+
+  index points_;
+  index vector_points_;
+  butterfly_table costs_;
+  pass_costs caches_;
+  index row_vectors_ = 0;
+  factors begun_;
+};
+
+}  // namespace sigpak::kernels
