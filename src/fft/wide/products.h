@@ -160,7 +160,9 @@ void product_rows(const product_plan<typename P::scalar>& plan, int pass, index 
   if (pass == plan.passes - 1) return last(row, rows);
   const auto& passes = products<P>.by_radix[plan.radix[pass]];
   const index block = plan.block[pass];
-  const index held = plan.resident > block ? plan.resident / block * block : block;
+  const index held = plan.resident >= rows   ? rows
+                     : plan.resident > block ? plan.resident / block * block
+                                             : block;
   for (const index end = row + rows; row < end; row += held) {
     const index count = end - row < held ? end - row : held;
     for (index i = 0; i < count; i += block) {
@@ -174,8 +176,9 @@ void product_rows(const product_plan<typename P::scalar>& plan, int pass, index 
 template <class P>
 void run_product(const product_plan<typename P::scalar>& plan, typename P::scalar* x,
                  typename P::scalar* scratch, bool inverse) {
-  products<P>.by_radix[plan.radix[0]].columns[inverse](plan, x, scratch);
   const auto results = products<P>.by_radix[plan.radix[plan.passes - 1]].results;
+  products<P>.by_radix[plan.radix[0]].columns[inverse](plan, x, scratch);
+  if (plan.passes == 2) return results(plan, 0, plan.rows, scratch, x, inverse);
   product_rows<P>(plan, 1, 0, plan.rows, scratch, inverse,
                   [&](index row, index rows) { results(plan, row, rows, scratch, x, inverse); });
 }
