@@ -47,20 +47,16 @@ template <class P>
   }
 }
 
-// The columns, from the data to the rows of the scratch memory. Where they are no multiple of the lanes the
-// last group overlaps the one before and repeats its results.
+// The columns from this one to that, with their twiddles w: from the data to the rows of the scratch memory.
+// Where they are no multiple of the lanes the last group overlaps the one before and repeats its results.
 template <class P, int R, bool inverse>
-void product_columns(const product_plan<typename P::scalar>& plan, const typename P::scalar* x,
-                     typename P::scalar* s) {
+void product_columns(const product_plan<typename P::scalar>& plan, index from, index to,
+                     const typename P::scalar* w, const typename P::scalar* x, typename P::scalar* s) {
   constexpr int C = P::width / 2;
   const index columns = plan.rows;
-  alignas(machine::line_bytes) typename P::scalar joined[P::width * (R - 1)];
-  const bool is_stepped = plan.is_stepped;
-  const auto* w = is_stepped ? joined : plan.twiddles;
-  for (index group = 0; group < columns; group += C) {
+  for (index group = from; group < to; group += C, w += P::width * (R - 1)) {
     const index n2 = group < columns - C ? group : columns - C;
     const auto* const first = x + 2 * n2;
-    if (is_stepped) join_twiddles<P>(plan.firsts + 2 * (R - 1) * (group / C), R - 1, plan.twiddles, joined);
     P a[R];
     unroll<R>([&](auto i) SIGPAK_LAMBDA { a[i] = load<P>(first + 2 * columns * result_at<R, inverse>(i)); });
     transform(a);
@@ -69,25 +65,25 @@ void product_columns(const product_plan<typename P::scalar>& plan, const typenam
       a[k + 1] = turned_forth_or_back<inverse>(a[k + 1], evens_twice(t), odds_twice(t));
     });
     store_transposed(a, s + 2 * plan.stride * n2, plan.stride);
-    if (!is_stepped) w += P::width * (R - 1);
   }
 }
 
-// One block of rows, in place or from the data, where rows follow each other.
-template <class P, int R, bool inverse>
+// One block of rows: in place, or from the data, where rows follow each other.
+template <class P, int R, bool inverse, bool in_place>
 void product_block(const product_plan<typename P::scalar>& plan, int pass, const typename P::scalar* from,
-                   typename P::scalar* to) {
+                   typename P::scalar* row) {
   const index count = plan.block[pass] / R;
-  const index pitch = 2 * (from == to ? plan.stride : plan.radix[0]);
-  const index in_step = pitch * count;
   const index step = 2 * plan.stride * count;
+  const index in_step = in_place ? step : 2 * plan.radix[0] * count;
   const auto* w = plan.turns[pass];
-  for (index i = 0; i < count; ++i, w += 2 * (R - 1), from += pitch, to += 2 * plan.stride) {
-    const auto* in = from;
-    auto* s = to;
+  for (index i = 0; i < count; ++i, w += 2 * (R - 1), row += 2 * plan.stride) {
+    const auto* in = in_place ? row : from + 2 * plan.radix[0] * i;
+    auto* s = row;
     for (const auto* const end = s + 2 * plan.radix[0]; s < end; in += P::width, s += P::width) {
       P a[R];
-      unroll<R>([&](auto j) SIGPAK_LAMBDA { a[j] = load<P>(in + in_step * result_at<R, inverse>(j)); });
+      unroll<R>([&](auto j) SIGPAK_LAMBDA {
+        a[j] = load<P>((in_place ? s : in) + in_step * result_at<R, inverse>(j));
+      });
       transform(a);
       store(s, a[0]);
       unroll<R - 1>([&](auto k) SIGPAK_LAMBDA {
@@ -134,8 +130,9 @@ void product_results(const product_plan<typename P::scalar>& plan, index row, in
 // By radix; null where a number is none.
 template <class P> struct product_passes {
   using T = typename P::scalar;
-  void (*columns[2])(const product_plan<T>& plan, const T* x, T* s);  // forward, inverse
-  void (*block[2])(const product_plan<T>& plan, int pass, const T* from, T* to);
+  // Forward, inverse.
+  void (*columns[2])(const product_plan<T>& plan, index from, index to, const T* w, const T* x, T* s);
+  void (*block[2])(const product_plan<T>& plan, int pass, const T* from, T* row);
   void (*results)(const product_plan<T>& plan, index row, index rows, const T* s, T* x, bool inverse);
 };
 template <class P> struct product_table {
@@ -145,7 +142,7 @@ template <class P> struct product_table {
  private:
   template <int... radices> constexpr void add() {
     ((by_radix[radices] = {{product_columns<P, radices, false>, product_columns<P, radices, true>},
-                           {product_block<P, radices, false>, product_block<P, radices, true>},
+                           {product_block<P, radices, false, true>, product_block<P, radices, true, true>},
                            product_results<P, radices>}),
      ...);
   }
@@ -160,7 +157,9 @@ void product_rows(const product_plan<typename P::scalar>& plan, int pass, index 
   if (pass == plan.passes - 1) return last(row, rows);
   const auto& passes = products<P>.by_radix[plan.radix[pass]];
   const index block = plan.block[pass];
-  const index held = plan.resident > block ? plan.resident / block * block : block;
+  const index held = plan.resident >= rows   ? rows
+                     : plan.resident > block ? plan.resident / block * block
+                                             : block;
   for (const index end = row + rows; row < end; row += held) {
     const index count = end - row < held ? end - row : held;
     for (index i = 0; i < count; i += block) {
@@ -171,11 +170,27 @@ void product_rows(const product_plan<typename P::scalar>& plan, int pass, index 
   }
 }
 
+// All columns, group by group where the twiddles are joined.
+template <class P>
+void all_product_columns(const product_plan<typename P::scalar>& plan, const typename P::scalar* x,
+                         typename P::scalar* s, bool inverse) {
+  constexpr int C = P::width / 2;
+  const auto pass = products<P>.by_radix[plan.radix[0]].columns[inverse];
+  if (!plan.is_stepped) return pass(plan, 0, plan.rows, plan.twiddles, x, s);
+  alignas(machine::line_bytes) typename P::scalar joined[P::width * (kernels::most_radix - 1)];
+  const index turned = plan.radix[0] - 1;
+  for (index group = 0; group < plan.rows; group += C) {
+    join_twiddles<P>(plan.firsts + 2 * turned * (group / C), turned, plan.twiddles, joined);
+    pass(plan, group, group + C, joined, x, s);
+  }
+}
+
 template <class P>
 void run_product(const product_plan<typename P::scalar>& plan, typename P::scalar* x,
                  typename P::scalar* scratch, bool inverse) {
-  products<P>.by_radix[plan.radix[0]].columns[inverse](plan, x, scratch);
   const auto results = products<P>.by_radix[plan.radix[plan.passes - 1]].results;
+  all_product_columns<P>(plan, x, scratch, inverse);
+  if (plan.passes == 2) return results(plan, 0, plan.rows, scratch, x, inverse);
   product_rows<P>(plan, 1, 0, plan.rows, scratch, inverse,
                   [&](index row, index rows) { results(plan, row, rows, scratch, x, inverse); });
 }

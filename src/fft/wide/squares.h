@@ -93,18 +93,31 @@ template <class P> struct square_passes {
   using T = typename P::scalar;
   void (*columns[2])(const square_plan<T>& plan, T* x);  // forward, inverse
   void (*squares)(const square_plan<T>& plan, T* x, bool inverse);
+  void (*rows[2])(const product_plan<T>& plan, int pass, const T* from, T* row);
 };
 template <class P> struct square_table {
   square_passes<P> by_radix[kernels::most_radix + 1] = {};
-  constexpr square_table() { add<8, 10, 12, 14, 16, 20>(); }
+  constexpr square_table() {
+    add_squares<8, 10, 12, 14, 16, 20>();
+    add_rows<2, 3, 4, 5, 6, 7, 8, 9, 10, 12>();
+  }
 
  private:
-  template <int... radices> constexpr void add() { ((by_radix[radices] = one<radices>()), ...); }
-  template <int radix> static constexpr square_passes<P> one() {
-    if constexpr (radix % (P::width / 2) != 0)
-      return {};
-    else
-      return {{square_columns<P, radix, false>, square_columns<P, radix, true>}, all_squares<P, radix>};
+  template <int... radices> constexpr void add_squares() {
+    (
+        [this] {
+          if constexpr (radices % (P::width / 2) == 0) {
+            by_radix[radices].columns[false] = square_columns<P, radices, false>;
+            by_radix[radices].columns[true] = square_columns<P, radices, true>;
+            by_radix[radices].squares = all_squares<P, radices>;
+          }
+        }(),
+        ...);
+  }
+  template <int... radices> constexpr void add_rows() {
+    ((by_radix[radices].rows[false] = product_block<P, radices, false, false>,
+      by_radix[radices].rows[true] = product_block<P, radices, true, false>),
+     ...);
   }
 };
 template <class P> constinit const square_table<P> squares{};
@@ -114,7 +127,7 @@ void run_square(const square_plan<typename P::scalar>& plan, typename P::scalar*
                 typename P::scalar* scratch, bool inverse) {
   const auto& over = plan.block;
   const auto& passes = squares<P>.by_radix[over.radix[0]];
-  const auto first_pass = products<P>.by_radix[over.radix[1]].block[inverse];
+  const auto first_pass = squares<P>.by_radix[over.radix[1]].rows[inverse];
   const auto results = products<P>.by_radix[over.radix[over.passes - 1]].results;
   passes.columns[inverse](plan, x);
   for (int k1 = 0; k1 < over.radix[0]; ++k1) {
