@@ -1,18 +1,15 @@
 // SPDX-License-Identifier: MIT
-// The one door to the transforms: which algorithm runs, and the memory that the wide ones share.
+// The one door to the transforms: which algorithm runs.
 #include "fft/transform.h"
-
-#include <algorithm>
-#include <limits>
 
 #include "core/frame.h"
 #include "core/power_of_two.h"
-#include "core/recent_list.h"
-#include "core/scratch.h"
+#include "fft/any_length.h"
 #include "fft/baseline/bluestein.h"
 #include "fft/baseline/packed_real.h"
 #include "fft/baseline/split_radix.h"
 #include "fft/wide/kernels.h"
+#include "fft/workshop.h"
 #include "vectors/levels.h"
 
 namespace sigpak {
@@ -20,23 +17,8 @@ namespace {
 
 using kernels::fft_kernels;
 
-// What a wide transform borrows. Lengths that are no power of two are many, so that only the plans of the
-// last ones are kept; they are borrowed with the memory.
-template <class T> struct workshop {
-  static constexpr index kept_bytes = index{64} << 20;
-  scratch_memory<T> scratch;
-  recent_list plans{kept_bytes};
+}  // namespace
 
-  status release() noexcept {
-    plans.release();
-    return scratch.release();
-  }
-};
-template <class T> constinit lender<workshop<T>> workshops;
-
-template <class T> index bytes_of(index points) noexcept { return 2 * points * index{sizeof(T)}; }
-
-// The tables and the scratch memory of the wide transforms.
 template <class T> void own_plans() noexcept {
   register_cache<record_of<T>>(cache::plans, []() noexcept {
     kernels::release_lane_plans<T>();
@@ -47,6 +29,8 @@ template <class T> void own_plans() noexcept {
     return workshops<T>.release();
   });
 }
+
+namespace {
 
 // Fewer lanes where N < lanes^2.
 int lanes_for(index points, int widest) noexcept {
@@ -132,13 +116,6 @@ template <class T> const kernels::product_plan<T>* short_product_plan(index poin
   return points <= kernels::most_short_product ? kernels::find_short_product_plan<T>(points) : nullptr;
 }
 
-template <class T> index scratch_of(const kernels::mixed_plan<T>& plan) noexcept {
-  const index a = plan.columns.vectors;
-  const index b = plan.rows.vectors;
-  const index row_groups = (a + plan.lanes - 1) / plan.lanes;
-  return 2 * plan.lanes * (row_groups * b + std::max(a, b));
-}
-
 // Null where none could be made.
 template <class T> status transform_by(const kernels::product_plan<T>* plan, T* x, bool inverse) noexcept {
   if (plan == nullptr) return failed;
@@ -146,69 +123,6 @@ template <class T> status transform_by(const kernels::product_plan<T>* plan, T* 
     at_level<kernels::product_kernels<T>>()->run(*plan, x, scratch, inverse);
     return ok;
   });
-}
-
-template <class T>
-status run(const kernels::product_plan<T>* plan, workshop<T>& shop, T* x, bool inverse) noexcept {
-  T* const scratch = plan != nullptr ? shop.scratch.at_least(kernels::scratch_of(*plan), x) : nullptr;
-  if (scratch == nullptr) return failed;
-  at_level<kernels::product_kernels<T>>()->run(*plan, x, scratch, inverse);
-  return ok;
-}
-
-template <class T>
-status run(const kernels::square_plan<T>* plan, workshop<T>& shop, T* x, bool inverse) noexcept {
-  T* const scratch = plan != nullptr ? shop.scratch.at_least(kernels::scratch_of(*plan), x) : nullptr;
-  if (scratch == nullptr) return failed;
-  at_level<kernels::product_kernels<T>>()->run_square(*plan, x, scratch, inverse);
-  return ok;
-}
-
-template <class T>
-status run(const fft_kernels<T>& level, const kernels::mixed_plan<T>* plan, workshop<T>& shop, T* x,
-           bool inverse) noexcept {
-  T* const scratch = plan != nullptr ? shop.scratch.at_least(scratch_of(*plan), x) : nullptr;
-  if (scratch == nullptr) return failed;
-  level.run_mixed(*plan, x, scratch, inverse);
-  return ok;
-}
-
-template <class T>
-status run(const kernels::chirp_plan<T>* plan, workshop<T>& shop, T* x, bool inverse) noexcept {
-  T* const scratch = plan != nullptr ? shop.scratch.at_least(kernels::scratch_of(*plan), x) : nullptr;
-  if (scratch == nullptr) return failed;
-  at_level<kernels::chirp_kernels<T>>()->run(*plan, x, scratch, inverse);
-  return ok;
-}
-
-// By short transforms, by columns and rows or by a chirp, whichever the length has a plan for.
-template <class T>
-status transform_any(const fft_kernels<T>& level, T* x, index points, bool inverse) noexcept {
-  own_plans<T>();
-  const int widest = level.widest_lanes;
-  const loan<workshop<T>> shop(workshops<T>, bytes_of<T>(points));
-  if (const auto* const plan = kernels::find_chirp_plan<T>(shop->plans, points); plan != nullptr) {
-    return run(plan, *shop, x, inverse);
-  }
-  if (const auto* const plan = kernels::find_product_plan<T>(shop->plans, points); plan != nullptr) {
-    return run(plan, *shop, x, inverse);
-  }
-  if (const auto* const plan = kernels::find_square_plan<T>(shop->plans, points); plan != nullptr) {
-    return run(plan, *shop, x, inverse);
-  }
-  if (const auto* const plan = kernels::find_mixed_plan<T>(shop->plans, points, widest); plan != nullptr) {
-    return run(level, plan, *shop, x, inverse);
-  }
-  switch (algorithm_for<T>(points)) {
-    case algorithm::product:
-      return run(kernels::make_product_plan<T>(shop->plans, points), *shop, x, inverse);
-    case algorithm::square:
-      return run(kernels::make_square_plan<T>(shop->plans, points), *shop, x, inverse);
-    case algorithm::mixed:
-      return run(level, kernels::make_mixed_plan<T>(shop->plans, points, widest), *shop, x, inverse);
-    default:
-      return run(kernels::make_chirp_plan(shop->plans, shop->scratch, points), *shop, x, inverse);
-  }
 }
 
 template <class T> status transform_directly(T* x, index points, bool inverse) noexcept {
@@ -247,33 +161,7 @@ template <class T> void mirror(T* z, index points) noexcept {
   }
 }
 
-// Of the plans of small prime factors the cheapest. Where data and scratch memory stay in the second cache
-// nothing is gained in place.
-template <class T> algorithm cheapest_passes(index points, int lanes) noexcept {
-  const bool product = kernels::has_product_plan<T>(points);
-  if (product && points <= kernels::most_short_product) return algorithm::product;
-  algorithm best = algorithm::chirp;
-  double least = std::numeric_limits<double>::infinity();
-  const auto consider = [&](algorithm way, double cost) {
-    if (cost >= least) return;
-    least = cost;
-    best = way;
-  };
-  if (product) consider(algorithm::product, kernels::product_cost<T>(points));
-  if (kernels::has_mixed_plan<T>(points, lanes))
-    consider(algorithm::mixed, kernels::mixed_cost<T>(points, lanes));
-  if (!product && kernels::has_square_plan<T>(points))
-    consider(algorithm::square, kernels::square_cost<T>(points));
-  return best;
-}
-
 }  // namespace
-
-template <class T> bool has_short_factors(index points) noexcept {
-  const auto* const level = at_level<fft_kernels<T>>();
-  return level != nullptr && !is_power_of_two(points) &&
-         (kernels::has_product_plan<T>(points) || kernels::has_mixed_plan<T>(points, level->widest_lanes));
-}
 
 template <class T> algorithm algorithm_for(index points) noexcept {
   if (points < 2) return algorithm::identity;
@@ -284,9 +172,7 @@ template <class T> algorithm algorithm_for(index points) noexcept {
   const bool is_small = small_transform<T>(points, false) != nullptr;
   if (power) return is_small ? algorithm::small : algorithm::lanes;
   if (is_small) return algorithm::coprime;
-  const algorithm passes =
-      has_short_factors<T>(points) ? cheapest_passes<T>(points, level->widest_lanes) : algorithm::chirp;
-  if (passes != algorithm::chirp) return passes;
+  if (has_short_factors<T>(points)) return cheapest_passes<T>(points);
   return points % 2 != 0 && points <= kernels::most_direct_points<T> ? algorithm::direct : algorithm::chirp;
 }
 
@@ -304,7 +190,7 @@ template <class T> [[gnu::noinline]] status transform_longer(T* data, index poin
     return transform_by(plan, data, inverse);
   }
   const bool listed = points > kernels::most_short_product && !power;
-  if (level != nullptr && listed) return transform_any(*level, data, points, inverse);
+  if (level != nullptr && listed) return transform_any(data, points, inverse);
   switch (algorithm_for<T>(points)) {
     case algorithm::identity:
       return ok;
@@ -323,7 +209,7 @@ template <class T> [[gnu::noinline]] status transform_longer(T* data, index poin
     case algorithm::square:
     case algorithm::mixed:
     case algorithm::chirp:
-      return transform_any(*level, data, points, inverse);
+      return transform_any(data, points, inverse);
     case algorithm::split_radix:
       return split_radix_transform(data, points, inverse);
     case algorithm::bluestein:
@@ -394,10 +280,10 @@ template <class T> status inverse_real(T* data, index points) noexcept {
   return ok;
 }
 
+template void own_plans<double>() noexcept;
+template void own_plans<float>() noexcept;
 template algorithm algorithm_for<double>(index) noexcept;
 template algorithm algorithm_for<float>(index) noexcept;
-template bool has_short_factors<double>(index) noexcept;
-template bool has_short_factors<float>(index) noexcept;
 template status transform(double*, index, bool) noexcept;
 template status transform(float*, index, bool) noexcept;
 template status transform_reals(double*, index, bool) noexcept;

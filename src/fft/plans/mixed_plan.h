@@ -3,6 +3,8 @@
 // transforms of the columns and B-point transforms of the rows.
 #pragma once
 
+#include <algorithm>
+
 #include "fft/plans/pass_plan.h"
 
 namespace sigpak {
@@ -24,6 +26,14 @@ template <class T> struct mixed_plan {
   bool is_stepped;  // data, scratch memory and twiddles would leave the second cache:
   T* steps;         // `twiddles` has the first group alone, and these are the steps from it, k1 within groups
 };
+
+// Scalars of scratch memory.
+template <class T> constexpr std::int64_t scratch_of(const mixed_plan<T>& plan) noexcept {
+  const std::int64_t a = plan.columns.vectors;
+  const std::int64_t b = plan.rows.vectors;
+  const std::int64_t row_groups = (a + plan.lanes - 1) / plan.lanes;
+  return 2 * plan.lanes * (row_groups * b + std::max(a, b));
+}
 
 // Whether there is a plan for the length, with so many lanes, and the cycles that its transform takes, as the
 // costs of products count them. The second takes a search.

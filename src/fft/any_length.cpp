@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+// Wide transforms of all lengths that are no powers of two.
+#include "fft/any_length.h"
+
+#include <limits>
+
+#include "core/power_of_two.h"
+#include "fft/wide/kernels.h"
+#include "fft/workshop.h"
+#include "vectors/levels.h"
+
+namespace sigpak {
+namespace {
+
+template <class T> void run(const kernels::product_plan<T>& plan, T* x, T* scratch, bool inverse) noexcept {
+  at_level<kernels::product_kernels<T>>()->run(plan, x, scratch, inverse);
+}
+template <class T> void run(const kernels::square_plan<T>& plan, T* x, T* scratch, bool inverse) noexcept {
+  at_level<kernels::product_kernels<T>>()->run_square(plan, x, scratch, inverse);
+}
+template <class T> void run(const kernels::mixed_plan<T>& plan, T* x, T* scratch, bool inverse) noexcept {
+  at_level<kernels::fft_kernels<T>>()->run_mixed(plan, x, scratch, inverse);
+}
+template <class T> void run(const kernels::chirp_plan<T>& plan, T* x, T* scratch, bool inverse) noexcept {
+  at_level<kernels::chirp_kernels<T>>()->run(plan, x, scratch, inverse);
+}
+
+// Null where none could be made.
+template <class Plan, class T>
+status run_kept(const Plan* plan, workshop<T>& shop, T* x, bool inverse) noexcept {
+  T* const scratch = plan != nullptr ? shop.scratch.at_least(kernels::scratch_of(*plan), x) : nullptr;
+  if (scratch == nullptr) return failed;
+  run(*plan, x, scratch, inverse);
+  return ok;
+}
+
+}  // namespace
+
+template <class T> bool has_short_factors(index points) noexcept {
+  const auto* const level = at_level<kernels::fft_kernels<T>>();
+  return level != nullptr && !is_power_of_two(points) &&
+         (kernels::has_product_plan<T>(points) || kernels::has_mixed_plan<T>(points, level->widest_lanes));
+}
+
+// Of the plans of small prime factors the cheapest. Where data and scratch memory stay in the second cache
+// nothing is gained in place.
+template <class T> algorithm cheapest_passes(index points) noexcept {
+  const int lanes = at_level<kernels::fft_kernels<T>>()->widest_lanes;
+  const bool product = kernels::has_product_plan<T>(points);
+  if (product && points <= kernels::most_short_product) return algorithm::product;
+  algorithm best = algorithm::chirp;
+  double least = std::numeric_limits<double>::infinity();
+  const auto consider = [&](algorithm way, double cost) {
+    if (cost >= least) return;
+    least = cost;
+    best = way;
+  };
+  if (product) consider(algorithm::product, kernels::product_cost<T>(points));
+  if (kernels::has_mixed_plan<T>(points, lanes))
+    consider(algorithm::mixed, kernels::mixed_cost<T>(points, lanes));
+  if (!product && kernels::has_square_plan<T>(points))
+    consider(algorithm::square, kernels::square_cost<T>(points));
+  return best;
+}
+
+template <class T> status transform_any(T* x, index points, bool inverse) noexcept {
+  own_plans<T>();
+  const int widest = at_level<kernels::fft_kernels<T>>()->widest_lanes;
+  const loan<workshop<T>> shop(workshops<T>, bytes_of<T>(points));
+  if (const auto* const plan = kernels::find_chirp_plan<T>(shop->plans, points); plan != nullptr) {
+    return run_kept(plan, *shop, x, inverse);
+  }
+  if (const auto* const plan = kernels::find_product_plan<T>(shop->plans, points); plan != nullptr) {
+    return run_kept(plan, *shop, x, inverse);
+  }
+  if (const auto* const plan = kernels::find_square_plan<T>(shop->plans, points); plan != nullptr) {
+    return run_kept(plan, *shop, x, inverse);
+  }
+  if (const auto* const plan = kernels::find_mixed_plan<T>(shop->plans, points, widest); plan != nullptr) {
+    return run_kept(plan, *shop, x, inverse);
+  }
+  switch (algorithm_for<T>(points)) {
+    case algorithm::product:
+      return run_kept(kernels::make_product_plan<T>(shop->plans, points), *shop, x, inverse);
+    case algorithm::square:
+      return run_kept(kernels::make_square_plan<T>(shop->plans, points), *shop, x, inverse);
+    case algorithm::mixed:
+      return run_kept(kernels::make_mixed_plan<T>(shop->plans, points, widest), *shop, x, inverse);
+    default:
+      return run_kept(kernels::make_chirp_plan(shop->plans, shop->scratch, points), *shop, x, inverse);
+  }
+}
+
+template bool has_short_factors<double>(index) noexcept;
+template bool has_short_factors<float>(index) noexcept;
+template algorithm cheapest_passes<double>(index) noexcept;
+template algorithm cheapest_passes<float>(index) noexcept;
+template status transform_any(double*, index, bool) noexcept;
+template status transform_any(float*, index, bool) noexcept;
+
+}  // namespace sigpak
