@@ -8,16 +8,13 @@
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
-// As many of either sign as the largest block has numbers.
-template <class T, int block> struct infinities {
-  T negative[block];
-  T positive[block];
-};
+// The negative ones, then as many positive ones: of either sign as many as the largest block has numbers.
+template <class T, int block> struct infinities { T all[2 * block]; };
 template <class T, int block> constexpr infinities<T, block> make_infinities() {
-  infinities<T, block> all{};
-  for (T& x : all.negative) x = -static_cast<T>(__builtin_inf());
-  for (T& x : all.positive) x = static_cast<T>(__builtin_inf());
-  return all;
+  infinities<T, block> made{};
+  for (int i = 0; i < 2 * block; ++i)
+    made.all[i] = static_cast<T>(i < block ? -__builtin_inf() : __builtin_inf());
+  return made;
 }
 
 template <int distance, class P> SIGPAK_INLINE typename P::scalar least_of(P a) {
@@ -56,7 +53,7 @@ template <class P, int rows, int most, class T = typename P::scalar>
 [[gnu::noinline]] bool find_in_block(const T* x, index n, index rank, T* found) {
   constexpr int W = P::width;
   static constexpr infinities<T, most> padding = make_infinities<T, most>();
-  const T* const behind = padding.positive - (n + rows * W / 2 - rank);
+  const T* const behind = padding.all + most - (n + rows * W / 2 - rank);
   P row[rows];
   unsigned numbers = (1U << W) - 1;
   unroll<rows>([&](auto r) SIGPAK_LAMBDA {
