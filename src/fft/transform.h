@@ -21,6 +21,11 @@ template <class T> status forward_real(T* data, index points) noexcept;
 template <class T> status inverse_real(T* data, index points) noexcept;
 index half_spectrum_room(index points) noexcept;
 
+// The same from one place to another, without a copy where sections of filters are as long. The way forward
+// needs that room in `to`; the way back takes no more of it than the reals, and changes the spectrum.
+template <class T> status forward_real_apart(const T* from, T* to, index points) noexcept;
+template <class T> status inverse_real_apart(T* from, T* to, index points) noexcept;
+
 // What transforms complex data.
 enum class algorithm {
   identity,     // of at most one point
