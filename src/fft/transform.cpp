@@ -82,34 +82,58 @@ status transform_by_half(const fft_kernels<T>& level, const kernels::half_plan<T
   });
 }
 
-template <class T>
-status transform_real_lanes(const fft_kernels<T>& level, const kernels::real_plan<T>& plan, T* x,
-                            bool inverse) noexcept {
+template <class T, class Body>
+status with_scratch_of(const kernels::real_plan<T>& plan, bool inverse, const T* x,
+                       const Body& body) noexcept {
   const index spectrum = inverse ? plan.vectors + 1 : 0;
   const index count = 2 * plan.lanes * (plan.stride * plan.radix[0] + spectrum);
-  return with_scratch(workshops<T>, count, x, [&, x, inverse](T* scratch) {
-    level.run_real(plan, x, scratch, inverse);
+  return with_scratch(workshops<T>, count, x, [&body](T* scratch) {
+    body(scratch);
     return ok;
   });
 }
 
-// By whichever of the two plans there is; both are null where none could be made.
 template <class T>
-status transform_real(const fft_kernels<T>& level, T* x, index points, bool inverse) noexcept {
+status forward_lanes(const fft_kernels<T>& level, const kernels::real_plan<T>& plan, const T* from,
+                     T* to) noexcept {
+  return with_scratch_of(plan, false, from, [&](T* scratch) { level.run_real(plan, from, to, scratch); });
+}
+template <class T>
+status inverse_lanes(const fft_kernels<T>& level, const kernels::real_plan<T>& plan, T* from,
+                     T* to) noexcept {
+  return with_scratch_of(plan, true, from,
+                         [&](T* scratch) { level.run_real_inverse(plan, from, to, scratch); });
+}
+
+// Whichever of the two there is; both are null where none could be made.
+template <class T> struct real_plans {
+  const kernels::half_plan<T>* half;
+  const kernels::real_plan<T>* lanes;
+};
+template <class T> real_plans<T> real_plans_of(const fft_kernels<T>& level, index points) noexcept {
   const int widest = level.widest_lanes;
   const int lanes = lanes_for(points / 2, widest);
-  const auto* half = kernels::find_half_plan<T>(points, widest);
-  const auto* plan = half == nullptr ? kernels::find_real_plan<T>(points, lanes) : nullptr;
-  if (half == nullptr && plan == nullptr) {
-    own_plans<T>();
-    if (kernels::suits_half<T>(points, widest)) {
-      half = kernels::make_half_plan<T>(points, widest);
-    } else {
-      plan = kernels::make_real_plan<T>(points, lanes);
-    }
-  }
-  if (half != nullptr) return transform_by_half(level, *half, x, inverse);
-  return plan != nullptr ? transform_real_lanes(level, *plan, x, inverse) : failed;
+  if (const auto* const half = kernels::find_half_plan<T>(points, widest)) return {half, nullptr};
+  if (const auto* const plan = kernels::find_real_plan<T>(points, lanes)) return {nullptr, plan};
+  own_plans<T>();
+  if (kernels::suits_half<T>(points, widest)) return {kernels::make_half_plan<T>(points, widest), nullptr};
+  return {nullptr, kernels::make_real_plan<T>(points, lanes)};
+}
+
+template <class T>
+status transform_real(const fft_kernels<T>& level, T* x, index points, bool inverse) noexcept {
+  const real_plans<T> plans = real_plans_of(level, points);
+  if (plans.half != nullptr) return transform_by_half(level, *plans.half, x, inverse);
+  if (plans.lanes == nullptr) return failed;
+  return inverse ? inverse_lanes(level, *plans.lanes, x, x)
+                 : forward_lanes(level, *plans.lanes, static_cast<const T*>(x), x);
+}
+
+// The plan by which real data go from one place to another as fast as in place; null where they do not.
+template <class T>
+const kernels::real_plan<T>* plan_apart(const fft_kernels<T>* level, index points) noexcept {
+  if (level == nullptr || points < kernels::least_planned || !is_power_of_two(points)) return nullptr;
+  return real_plans_of(*level, points).lanes;
 }
 
 template <class T> const kernels::product_plan<T>* short_product_plan(index points) noexcept {
@@ -280,6 +304,21 @@ template <class T> status inverse_real(T* data, index points) noexcept {
   return ok;
 }
 
+template <class T> status forward_real_apart(const T* from, T* to, index points) noexcept {
+  const auto* const level = at_level<fft_kernels<T>>();
+  if (const auto* const plan = plan_apart(level, points)) return forward_lanes(*level, *plan, from, to);
+  std::copy_n(from, points, to);
+  return forward_real(to, points);
+}
+
+template <class T> status inverse_real_apart(T* from, T* to, index points) noexcept {
+  const auto* const level = at_level<fft_kernels<T>>();
+  if (const auto* const plan = plan_apart(level, points)) return inverse_lanes(*level, *plan, from, to);
+  if (inverse_real(from, points) != ok) return failed;
+  std::copy_n(from, points, to);
+  return ok;
+}
+
 template void own_plans<double>() noexcept;
 template void own_plans<float>() noexcept;
 template algorithm algorithm_for<double>(index) noexcept;
@@ -292,5 +331,9 @@ template status forward_real(double*, index) noexcept;
 template status forward_real(float*, index) noexcept;
 template status inverse_real(double*, index) noexcept;
 template status inverse_real(float*, index) noexcept;
+template status forward_real_apart(const double*, double*, index) noexcept;
+template status forward_real_apart(const float*, float*, index) noexcept;
+template status inverse_real_apart(double*, double*, index) noexcept;
+template status inverse_real_apart(float*, float*, index) noexcept;
 
 }  // namespace sigpak

@@ -25,6 +25,11 @@ constexpr index half_spectrum_room(index points) noexcept {
   return has_packed(points) ? points + 2 : 2 * points;
 }
 
+// The same from one place to another, without a copy where sections of filters are as long. The way forward
+// needs that room in `to`; the way back takes no more of it than the reals, and changes the spectrum.
+template <class T> status forward_real_apart(const T* from, T* to, index points) noexcept;
+template <class T> status inverse_real_apart(T* from, T* to, index points) noexcept;
+
 // What transforms complex data.
 enum class algorithm {
   identity,     // of at most one point

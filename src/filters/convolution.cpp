@@ -91,10 +91,12 @@ template <class T> constexpr index section_transform(index taps) noexcept {
 }
 
 // What a block takes in sections of one length, in products of the sums that a transform saves: its passes,
-// and what comes to six more of them to fill, multiply and copy.
+// one of them more than its length tells from 8192 points on, and what comes to six more of them to fill,
+// multiply and copy.
 index price_of(index transform, index points, index before) noexcept {
   const index step = transform - before;
-  return (points + step - 1) / step * transform * (address_bits(transform) + 6);
+  const index bits = address_bits(transform);
+  return (points + step - 1) / step * transform * (bits + (bits > 12 ? 9 : 6));
 }
 
 // The cheapest transform for sections of a short block, up to one that takes it whole.
@@ -120,25 +122,46 @@ void fill_section(scalar<V>* x, const V* in, const V* history, index begin, inde
   std::copy(in->data + begin - (before - missing), in->data + begin + fresh, x + missing);
 }
 
-// Cuts the block into sections, each transformed behind the `before` samples that precede it.
+// The circle of a transform: `before` spoiled outputs and those of a section.
+template <class V, class T = scalar<V>>
+status convolve_circle(const kept_filter<V>& k, index transform, const T* from, T* to) noexcept {
+  if (forward_real_apart(from, k.section, transform) != ok) return failed;
+  multiply_in_place(k.section, 2, k.spectrum, 2, transform / 2 + 1);
+  return inverse_real_apart(k.section, to, transform);
+}
+
+// Whether sections of a block are better written to the output at once than copied there: where it stays in
+// the caches, and they are so long that the copy costs more than stores into two lines.
+template <class T> bool writes_straight(index points, index transform) noexcept {
+  constexpr index least = 4 * machine::way_bytes / sizeof(T);
+  return transform >= least && 2 * points * index{sizeof(T)} <= machine::caches().second;
+}
+
+// Cuts the block into sections, each transformed behind the `before` samples that precede it, which are read
+// where they lie if the block has them all. Those that are written straight go from the last to the first,
+// because the outputs that one spoils are those of the next.
 template <record V>
 status convolve_sections(const V* in, V* out, const V* taps, const V* history, index before,
                          index transform) noexcept {
   using T = scalar<V>;
   const loan<kept_filter<V>> kept(filters<V>, 2 * transform * index{sizeof(T)});
-  const T* const spectrum = spectrum_of(*kept, taps, transform);
-  if (spectrum == nullptr) return failed;
+  if (spectrum_of(*kept, taps, transform) == nullptr) return failed;
   T* const x = kept->section;
   const index points = length(in);
   const index step = transform - before;
-  for (index begin = 0; begin < points; begin += step) {
+  const index sections = (points + step - 1) / step;
+  const bool straight = writes_straight<T>(points, transform);
+  for (index i = 0; i < sections; ++i) {
+    const index begin = step * (straight ? sections - 1 - i : i);
     const index fresh = std::min(step, points - begin);
-    fill_section(x, in, history, begin, fresh, before);
-    std::fill(x + before + fresh, x + transform, T(0));
-    if (forward_real(x, transform) != ok) return failed;
-    multiply_in_place(x, 2, spectrum, 2, transform / 2 + 1);
-    if (inverse_real(x, transform) != ok) return failed;
-    std::copy_n(x + before, fresh, out->data + begin);
+    const bool within = begin >= before && fresh == step;
+    if (!within) {
+      fill_section(x, in, history, begin, fresh, before);
+      std::fill(x + before + fresh, x + transform, T(0));
+    }
+    T* const to = straight && within ? out->data + begin - before : x;
+    if (convolve_circle(*kept, transform, within ? in->data + begin - before : x, to) != ok) return failed;
+    if (to == x) std::copy_n(x + before, fresh, out->data + begin);
   }
   return ok;
 }
@@ -150,7 +173,8 @@ template <record V> index convolve_fast(const V* in, V* out, const V* taps, cons
   const index count = length(taps);
   const index before = count - 1;
   const index transform = section_transform<scalar<V>>(count);
-  if (points > 2 * (transform - before)) {
+  constexpr index many = 16;
+  if (points > many * (transform - before)) {
     return convolve_sections(in, out, taps, history, before, transform) == ok ? 0 : failed;
   }
   // A transform of the block alone wraps onto its first outputs, unless there is room for them anyhow.
@@ -158,7 +182,7 @@ template <record V> index convolve_fast(const V* in, V* out, const V* taps, cons
   const index circle = next_power_of_two(points);
   const index shorter = short_transform(points, before);
   const index repair = count * count / 2;
-  if (circle < points + before && price_of(circle, points, 0) + repair <= price_of(shorter, points, before)) {
+  if (circle < points + before && price_of(circle, points, 0) + repair < price_of(shorter, points, before)) {
     return convolve_sections(in, out, taps, history, 0, circle) == ok ? before : failed;
   }
   return convolve_sections(in, out, taps, history, before, shorter) == ok ? 0 : failed;

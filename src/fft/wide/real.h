@@ -167,29 +167,30 @@ void result_pass(typename P::scalar* s, index length, const std::uint32_t* resul
 }
 
 template <class P>
-void run_real(const real_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
+void run_real(const real_plan<typename P::scalar>& plan, const typename P::scalar* from,
+              typename P::scalar* to, typename P::scalar* s) {
   first_pass<P>(
-      plan, [x](index i) SIGPAK_LAMBDA { return load_pair<P>(x, i); }, s);
+      plan, [from](index i) SIGPAK_LAMBDA { return load_pair<P>(from, i); }, s);
   all_middle_passes<P>(plan, s);
-  real_last_pass<P>(plan, s, x);
+  real_last_pass<P>(plan, s, to);
 }
 
 // The imaginary parts of the outer bins do not count.
 template <class P>
-void run_real_inverse(const real_plan<typename P::scalar>& plan, typename P::scalar* x,
-                      typename P::scalar* s) {
+void run_real_inverse(const real_plan<typename P::scalar>& plan, typename P::scalar* from,
+                      typename P::scalar* to, typename P::scalar* s) {
   using T = typename P::scalar;
   const index vectors = plan.vectors;
-  x[1] = 0;
-  x[plan.points + 1] = 0;
-  real_head_pass<P>(plan, x, s);
+  from[1] = 0;
+  from[plan.points + 1] = 0;
+  real_head_pass<P>(plan, from, s);
   const T* const w = plan.unpack;
   const auto source = [=](index k) SIGPAK_LAMBDA {
     return packed(load_pair<P>(s, k), load_pair<P>(s, vectors - k), w + 2 * k);
   };
   if (plan.passes == 1) {
     // One pass has no twiddles but 1, and its blocks are single vectors in their order.
-    first_pass<P>(plan, source, x);
+    first_pass<P>(plan, source, to);
     return;
   }
   T* const blocks = s + 2 * P::width * (vectors + 1);
@@ -200,7 +201,7 @@ void run_real_inverse(const real_plan<typename P::scalar>& plan, typename P::sca
     const index vector = (at - blocks) / (2 * P::width);
     const index padding = vector / plan.stride * (plan.stride - plan.block[1]);
     const std::uint32_t* const result = plan.result + (vector - padding) / radix;
-    with_even_radix(radix, [=](auto r) { result_pass<P, r>(at, length, result, step, x); });
+    with_even_radix(radix, [=](auto r) { result_pass<P, r>(at, length, result, step, to); });
   });
 }
 

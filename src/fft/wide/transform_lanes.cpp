@@ -30,11 +30,6 @@ void run_either(const lane_plan<typename P::scalar>& plan, typename P::scalar* x
                 bool inverse) {
   inverse ? run<P, true>(plan, x, scratch) : run<P, false>(plan, x, scratch);
 }
-template <class P>
-void run_either_real(const real_plan<typename P::scalar>& plan, typename P::scalar* x,
-                     typename P::scalar* scratch, bool inverse) {
-  inverse ? run_real_inverse<P>(plan, x, scratch) : run_real<P>(plan, x, scratch);
-}
 
 template <class P>
 void change_bins_either(const half_plan<typename P::scalar>& plan, typename P::scalar* x, bool inverse) {
@@ -57,16 +52,27 @@ void run_lanes(const lane_plan<T>& plan, T* x, T* scratch, bool inverse) {
   run_either<Narrow>(plan, x, scratch, inverse);
 }
 template <class Wide, class Narrow, class T>
-void run_real_lanes(const real_plan<T>& plan, T* x, T* scratch, bool inverse) {
-  if (plan.lanes == Wide::width) return run_either_real<Wide>(plan, x, scratch, inverse);
-  run_either_real<Narrow>(plan, x, scratch, inverse);
+void run_real_lanes(const real_plan<T>& plan, const T* from, T* to, T* scratch) {
+  if (plan.lanes == Wide::width) return run_real<Wide>(plan, from, to, scratch);
+  run_real<Narrow>(plan, from, to, scratch);
+}
+template <class Wide, class Narrow, class T>
+void run_real_lanes_inverse(const real_plan<T>& plan, T* from, T* to, T* scratch) {
+  if (plan.lanes == Wide::width) return run_real_inverse<Wide>(plan, from, to, scratch);
+  run_real_inverse<Narrow>(plan, from, to, scratch);
 }
 
-constexpr kernels::fft_kernels<double> double_fft = {
-    widest_d::width, run_lanes<widest_d, widest_d>, run_real_lanes<widest_d, widest_d>,
-    change_bins_either<widest_d>, run_either_mixed<widest_d>};
-constexpr kernels::fft_kernels<float> float_fft = {widest_f::width, run_lanes<widest_f, f8>,
-                                                   run_real_lanes<widest_f, f8>, change_bins_either<widest_f>,
+constexpr kernels::fft_kernels<double> double_fft = {widest_d::width,
+                                                     run_lanes<widest_d, widest_d>,
+                                                     run_real_lanes<widest_d, widest_d>,
+                                                     run_real_lanes_inverse<widest_d, widest_d>,
+                                                     change_bins_either<widest_d>,
+                                                     run_either_mixed<widest_d>};
+constexpr kernels::fft_kernels<float> float_fft = {widest_f::width,
+                                                   run_lanes<widest_f, f8>,
+                                                   run_real_lanes<widest_f, f8>,
+                                                   run_real_lanes_inverse<widest_f, f8>,
+                                                   change_bins_either<widest_f>,
                                                    run_either_mixed<widest_f>};
 
 }  // namespace
