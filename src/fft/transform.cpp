@@ -47,15 +47,7 @@ template <class T> void own_plans() noexcept {
   });
 }
 
-// Fewer lanes where N < lanes^2.
-int lanes_for(index points, int widest) noexcept {
-  int lanes = widest;
-  while (static_cast<index>(lanes) * lanes > points) lanes /= 2;
-  return lanes;
-}
-
-template <class T> const kernels::lane_plan<T>* lane_plan_of(index points, int widest) noexcept {
-  const int lanes = lanes_for(points, widest);
+template <class T> const kernels::lane_plan<T>* lane_plan_of(index points, int lanes) noexcept {
   if (const auto* const plan = kernels::find_lane_plan<T>(points, lanes); plan != nullptr) return plan;
   own_plans<T>();
   return kernels::make_lane_plan<T>(points, lanes, kernels::choose_lanes<T>(points, lanes));
@@ -111,14 +103,13 @@ status transform_real_lanes(const fft_kernels<T>& level, const kernels::real_pla
 // By whichever of the two plans there is; both are null where none could be made.
 template <class T>
 status transform_real(const fft_kernels<T>& level, T* x, index points, bool inverse) noexcept {
-  const int widest = level.widest_lanes;
-  const int lanes = lanes_for(points / 2, widest);
-  const auto* half = kernels::find_half_plan<T>(points, widest);
+  const int lanes = level.widest_lanes;
+  const auto* half = kernels::find_half_plan<T>(points, lanes);
   const auto* plan = half == nullptr ? kernels::find_real_plan<T>(points, lanes) : nullptr;
   if (half == nullptr && plan == nullptr) {
     own_plans<T>();
-    if (kernels::suits_half<T>(points, widest)) {
-      half = kernels::make_half_plan<T>(points, widest);
+    if (kernels::suits_half<T>(points, lanes)) {
+      half = kernels::make_half_plan<T>(points, lanes);
     } else {
       plan = kernels::make_real_plan<T>(points, lanes);
     }
@@ -208,7 +199,7 @@ template <class T> status transform_directly(T* x, index points, bool inverse) n
   return ok;
 }
 
-// Null where the length is none of those that stay in registers.
+// Null where the length is none of those that need no plan.
 template <class T> auto small_transform(index points, bool inverse) noexcept -> void (*)(T*) {
   if (points > kernels::most_small) return nullptr;
   const auto* const level = at_level<kernels::small_kernels<T>>();
@@ -292,7 +283,7 @@ template <class T> [[gnu::noinline]] status transform_longer(T* data, index poin
 
 }  // namespace
 
-// A length that stays in registers takes no longer than finding out what it is.
+// A length that needs no plan takes no longer than finding out what it is.
 template <class T> status transform(T* data, index points, bool inverse) noexcept {
   const auto run = small_transform<T>(points, inverse);
   if (run == nullptr) return transform_longer(data, points, inverse);
@@ -329,7 +320,7 @@ template <class T> [[gnu::noinline]] status inverse_longer(T* data, index points
   return level != nullptr ? transform_real(*level, data, points, true) : inverse_packed(data, points);
 }
 
-// Null where the length is none of those that stay in registers.
+// Null where the length is none of those that need no plan.
 template <class T> auto small_real_transform(index points, bool inverse) noexcept -> void (*)(T*) {
   if (!has_packed(points) || points >> kernels::small_real_sizes != 0) return nullptr;
   const auto* const level = at_level<kernels::small_kernels<T>>();
