@@ -39,6 +39,19 @@ inline double thread_seconds() {
   return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
 }
 
+// What reading the clock adds to a batch.
+inline double clock_seconds() {
+  static const double least = [] {
+    double seconds = 1;
+    for (int i = 0; i < 1000; ++i) {
+      const double start = thread_seconds();
+      seconds = std::min(seconds, thread_seconds() - start);
+    }
+    return seconds;
+  }();
+  return least;
+}
+
 // Seconds of one run, from as many batches as fill `budget`.
 inline double measure(const contender& c, double budget) {
   double spent = 0;
@@ -47,7 +60,7 @@ inline double measure(const contender& c, double budget) {
     c.refill();
     const double start = thread_seconds();
     for (int i = 0; i < c.repeats; ++i) c.once();
-    spent += thread_seconds() - start;
+    spent += thread_seconds() - start - clock_seconds();
     runs += c.repeats;
   } while (spent < budget);
   return spent / runs;

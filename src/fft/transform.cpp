@@ -13,11 +13,8 @@
 #include "vectors/levels.h"
 
 namespace sigpak {
-namespace {
 
 using kernels::fft_kernels;
-
-}  // namespace
 
 template <class T> void own_plans() noexcept {
   register_cache<record_of<T>>(cache::plans, []() noexcept {
@@ -32,15 +29,7 @@ template <class T> void own_plans() noexcept {
 
 namespace {
 
-// Fewer lanes where N < lanes^2.
-int lanes_for(index points, int widest) noexcept {
-  int lanes = widest;
-  while (static_cast<index>(lanes) * lanes > points) lanes /= 2;
-  return lanes;
-}
-
-template <class T> const kernels::lane_plan<T>* lane_plan_of(index points, int widest) noexcept {
-  const int lanes = lanes_for(points, widest);
+template <class T> const kernels::lane_plan<T>* lane_plan_of(index points, int lanes) noexcept {
   if (const auto* const plan = kernels::find_lane_plan<T>(points, lanes); plan != nullptr) return plan;
   own_plans<T>();
   return kernels::make_lane_plan<T>(points, lanes, kernels::choose_lanes<T>(points, lanes));
@@ -111,12 +100,11 @@ template <class T> struct real_plans {
   const kernels::real_plan<T>* lanes;
 };
 template <class T> real_plans<T> real_plans_of(const fft_kernels<T>& level, index points) noexcept {
-  const int widest = level.widest_lanes;
-  const int lanes = lanes_for(points / 2, widest);
-  if (const auto* const half = kernels::find_half_plan<T>(points, widest)) return {half, nullptr};
+  const int lanes = level.widest_lanes;
+  if (const auto* const half = kernels::find_half_plan<T>(points, lanes)) return {half, nullptr};
   if (const auto* const plan = kernels::find_real_plan<T>(points, lanes)) return {nullptr, plan};
   own_plans<T>();
-  if (kernels::suits_half<T>(points, widest)) return {kernels::make_half_plan<T>(points, widest), nullptr};
+  if (kernels::suits_half<T>(points, lanes)) return {kernels::make_half_plan<T>(points, lanes), nullptr};
   return {nullptr, kernels::make_real_plan<T>(points, lanes)};
 }
 
@@ -132,7 +120,8 @@ status transform_real(const fft_kernels<T>& level, T* x, index points, bool inve
 // The plan by which real data go from one place to another as fast as in place; null where they do not.
 template <class T>
 const kernels::real_plan<T>* plan_apart(const fft_kernels<T>* level, index points) noexcept {
-  if (level == nullptr || points < kernels::least_planned || !is_power_of_two(points)) return nullptr;
+  const bool planned = points >> kernels::small_real_sizes != 0 && is_power_of_two(points);
+  if (level == nullptr || !planned) return nullptr;
   return real_plans_of(*level, points).lanes;
 }
 
@@ -160,7 +149,7 @@ template <class T> status transform_directly(T* x, index points, bool inverse) n
   return ok;
 }
 
-// Null where the length is none of those that stay in registers.
+// Null where the length is none of those that need no plan.
 template <class T> auto small_transform(index points, bool inverse) noexcept -> void (*)(T*) {
   if (points > kernels::most_small) return nullptr;
   const auto* const level = at_level<kernels::small_kernels<T>>();
@@ -244,7 +233,7 @@ template <class T> [[gnu::noinline]] status transform_longer(T* data, index poin
 
 }  // namespace
 
-// A length that stays in registers takes no longer than finding out what it is.
+// A length that needs no plan takes no longer than finding out what it is.
 template <class T> status transform(T* data, index points, bool inverse) noexcept {
   const auto run = small_transform<T>(points, inverse);
   if (run == nullptr) return transform_longer(data, points, inverse);
@@ -281,7 +270,7 @@ template <class T> [[gnu::noinline]] status inverse_longer(T* data, index points
   return level != nullptr ? transform_real(*level, data, points, true) : inverse_packed(data, points);
 }
 
-// Null where the length is none of those that stay in registers.
+// Null where the length is none of those that need no plan.
 template <class T> auto small_real_transform(index points, bool inverse) noexcept -> void (*)(T*) {
   if (!has_packed(points) || points >> kernels::small_real_sizes != 0) return nullptr;
   const auto* const level = at_level<kernels::small_kernels<T>>();

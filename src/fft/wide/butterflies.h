@@ -202,6 +202,7 @@ template <class E, class S = unit> SIGPAK_INLINE void transform(E (&x)[8], S s =
   odds_of_8(s, x[1] + x[5], x[1] - x[5], x[3] + x[7], x[3] - x[7], o);
   join_8(s, e, o, x);
 }
+// As those of two and of four.
 template <class E, class S> SIGPAK_INLINE void transform_turned(E (&x)[8], S s) {
   E e[4], o[4];
   evens_of_8(s, x[0] + x[4], x[0] - x[4], x[2] + x[6], x[2] - x[6], e);

@@ -12,15 +12,16 @@
 
 namespace sigpak::kernels {
 
-// Transforms that stay in registers from load to store; null where there is none.
+// Transforms without a plan, in registers, and on the stack where those are too few; null where there is
+// none.
 template <class T> struct small_fft {
   void (*run[2])(T* x);  // forward, inverse
 };
-inline constexpr std::int64_t most_small = 64;  // no longer power of two goes without a plan
+inline constexpr std::int64_t most_small = 256;  // all powers of two up to there, from 4 on
 inline constexpr int small_real_sizes = 10;
 template <class T> struct small_kernels {
   small_fft<T> complex[most_small + 1];  // by N
-  small_fft<T> real[small_real_sizes];   // by log2 N
+  small_fft<T> real[small_real_sizes];   // by log2 N, from 4 points on
 };
 
 template <class T> struct fft_kernels {

@@ -54,7 +54,7 @@ requires(R % 2 == 1 && R > 1 && R <= 13) SIGPAK_INLINE
   x[0] = scaled(factor, total);
   unroll<half>([&](auto j) SIGPAK_LAMBDA {
     E a = x0;
-    E q;
+    E q = {};
     unroll<half>([&](auto k) SIGPAK_LAMBDA {
       constexpr int turn = (j + 1) * (k + 1) % R;
       const E sine = alternating(splat_constant<E>(kernels::sine_of(turn, R) / N));

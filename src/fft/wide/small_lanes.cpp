@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The transforms of one level that stay in registers.
+// The transforms of one level without a plan.
 #include "fft/wide/kernels.h"
 #include "fft/wide/short.h"
 #include "fft/wide/small.h"
@@ -35,15 +35,14 @@ template <class T> class small_table {
   constexpr void add_powers() {
     if constexpr (is_single<T>) {
       add_points<4>(), add_rows<f4, 2, 4>(), add_rows<f8, 4, 4>(), add_rows<f8, 8, 4>();
-      add_rows<widest_f, 8, 8>();
       add_half<f8, 8, 4>(), add_half<widest_f, 8, 8>();
       add_half<widest_f, 16, 8>(), add_half<widest_f, 16, 16>();
     } else {
-      add_points<4>(), add_points<8>(), add_points<16>();
-      add_rows<widest_d, rows_of_32, 32 / rows_of_32>(), add_rows<widest_d, 8, 8>();
+      add_points<4>(), add_points<8>(), add_points<16>(), add_rows<widest_d, rows_of_32, 32 / rows_of_32>();
       add_half<widest_d, rows_of_32, 32 / rows_of_32>(), add_half<widest_d, 8, 8>();
-      add_half<widest_d, 8, 16>();
+      add_half<widest_d, 8, 16>(), add_half<widest_d, 16, 16>();
     }
+    add_rows<widest<T>, 8, 8>(), add_rows<widest<T>, 16, 8>(), add_rows<widest<T>, 16, 16>();
   }
   template <int A, int B> constexpr void add() {
     all_.complex[A * B] = {run_short<T, A, B, false>, run_short<T, A, B, true>};

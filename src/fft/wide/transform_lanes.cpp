@@ -42,45 +42,16 @@ void run_either_mixed(const mixed_plan<typename P::scalar>& plan, typename P::sc
   inverse ? run_mixed<P, true>(plan, x, scratch) : run_mixed<P, false>(plan, x, scratch);
 }
 
-using widest_d = widest<double>;
-using widest_f = widest<float>;
-
-// Plans come with the widest lanes that their length allows.
-template <class Wide, class Narrow, class T>
-void run_lanes(const lane_plan<T>& plan, T* x, T* scratch, bool inverse) {
-  if (plan.lanes == Wide::width) return run_either<Wide>(plan, x, scratch, inverse);
-  run_either<Narrow>(plan, x, scratch, inverse);
-}
-template <class Wide, class Narrow, class T>
-void run_real_lanes(const real_plan<T>& plan, const T* from, T* to, T* scratch) {
-  if (plan.lanes == Wide::width) return run_real<Wide>(plan, from, to, scratch);
-  run_real<Narrow>(plan, from, to, scratch);
-}
-template <class Wide, class Narrow, class T>
-void run_real_lanes_inverse(const real_plan<T>& plan, T* from, T* to, T* scratch) {
-  if (plan.lanes == Wide::width) return run_real_inverse<Wide>(plan, from, to, scratch);
-  run_real_inverse<Narrow>(plan, from, to, scratch);
-}
-
-constexpr kernels::fft_kernels<double> double_fft = {widest_d::width,
-                                                     run_lanes<widest_d, widest_d>,
-                                                     run_real_lanes<widest_d, widest_d>,
-                                                     run_real_lanes_inverse<widest_d, widest_d>,
-                                                     change_bins_either<widest_d>,
-                                                     run_either_mixed<widest_d>};
-constexpr kernels::fft_kernels<float> float_fft = {widest_f::width,
-                                                   run_lanes<widest_f, f8>,
-                                                   run_real_lanes<widest_f, f8>,
-                                                   run_real_lanes_inverse<widest_f, f8>,
-                                                   change_bins_either<widest_f>,
-                                                   run_either_mixed<widest_f>};
+template <class P>
+constexpr kernels::fft_kernels<typename P::scalar> all_kernels = {
+    P::width, run_either<P>, run_real<P>, run_real_inverse<P>, change_bins_either<P>, run_either_mixed<P>};
 
 }  // namespace
 }  // namespace sigpak::SIGPAK_LEVEL
 
 namespace sigpak {
 
-SIGPAK_LEVEL_TABLE(kernels::fft_kernels<double>) = SIGPAK_LEVEL::double_fft;
-SIGPAK_LEVEL_TABLE(kernels::fft_kernels<float>) = SIGPAK_LEVEL::float_fft;
+SIGPAK_LEVEL_TABLE(kernels::fft_kernels<double>) = SIGPAK_LEVEL::all_kernels<SIGPAK_LEVEL::widest<double>>;
+SIGPAK_LEVEL_TABLE(kernels::fft_kernels<float>) = SIGPAK_LEVEL::all_kernels<SIGPAK_LEVEL::widest<float>>;
 
 }  // namespace sigpak
