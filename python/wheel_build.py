@@ -37,6 +37,11 @@ def _library() -> Path:
     """The library that was named, or else is built alone, in a folder that is kept for the next time."""
     if _BUNDLE:
         return Path(_BUNDLE)
+    if shutil.which("cmake") is None:
+        raise SystemExit(
+            "sigpak: CMake 3.25 and a compiler for C++20 are needed to build the library; or name one that is built in"
+            " SIGPAK_BUNDLE, or set it to 0 to take that of the system"
+        )
     folder = TREE / "build" / "python"
     options = [f"-DSIGPAK_{part}=OFF" for part in ("TOOL", "TESTS", "BENCH", "INSTALL")]
     subprocess.check_call(["cmake", "-S", TREE, "-B", folder, "-DCMAKE_BUILD_TYPE=Release", *options])

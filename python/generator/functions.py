@@ -16,7 +16,7 @@ from __future__ import annotations
 from ._arguments import Array, ArrayLike
 from ._record import Number
 from .enums import Window
-from .vec import Vec, operand, scratch, scratch_pair
+from .vec import Vec, operand, operands, scratch
 
 __all__ = {names!r}
 
@@ -72,7 +72,7 @@ def _body(operation: Operation, name: str, array: str, other: str, delta: bool) 
     spacing = ", delta" if delta else ""
     if other:
         given = ", ".join(part for part in ("second", given) if part)
-        lines = [f"    first, second = scratch_pair({array}, {other})"]
+        lines = [f"    first, second = operands({array}, {other})"]
         call = f"first.{name}({given})"
     else:
         copied = "scratch" if operation.kind == "changed" else "operand"

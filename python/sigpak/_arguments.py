@@ -146,7 +146,9 @@ def alike(*signals: ArrayLike) -> list[Array]:
 def in_precision(precision: Precision, x: ArrayLike) -> Array:
     """The samples of a signal in the precision of others that it goes together with."""
     taken = samples(x)
-    return taken.astype(precision.complex if taken.dtype.kind == "c" else precision.real, copy=False)
+    if PRECISIONS[taken.dtype] is precision:
+        return taken
+    return taken.astype(precision.complex if taken.dtype.kind == "c" else precision.real)
 
 
 def count_address(count: c_int32 | None) -> Any:

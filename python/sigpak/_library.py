@@ -47,6 +47,7 @@ class Precision(Calls):
         self.real: np.dtype[Any] = np.dtype((np.float64, np.float32)[twin])
         self.complex: np.dtype[Any] = np.dtype((np.complex128, np.complex64)[twin])
         self.size = self.real.itemsize
+        self.results: list[Any] = []  # records kept for the next of them
 
 
 def _candidates() -> list[str]:

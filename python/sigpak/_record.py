@@ -98,13 +98,6 @@ class RecordBase:
     _owner: np.ndarray[Any, Any] | None
     _shared: bool
 
-    def __del__(self) -> None:
-        try:
-            if self._record.alloc > 0:
-                self._c.dsp_destroy(self._at)
-        except AttributeError:  # refused before there was a record
-            pass
-
     @property
     def points(self) -> int:
         """The number of points."""

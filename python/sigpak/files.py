@@ -14,7 +14,7 @@ from ._arguments import PRECISIONS
 from ._library import DOUBLE, Precision
 from .enums import Write
 from .errors import Error
-from .vec import Vec, operand
+from .vec import Operand, Vec, operand
 
 __all__ = ["read", "write"]
 
@@ -88,7 +88,7 @@ def write(path: str | os.PathLike[str], *signals: Any, delta: float = 1.0, text:
         As lines of text, with 16 digits (7 in single precision), instead of the exact binary form.
     """
     form = int(Write.ASCII if text else Write.BINARY)
-    records = [signal if isinstance(signal, Vec) else operand(signal, delta) for signal in signals]
+    records: list[Vec | Operand] = [signal if isinstance(signal, Vec) else operand(signal, delta) for signal in signals]
     with _opened(DOUBLE, path, "wb") as stream:
         for record in records:
             if record._c.dspf_fwrite2(record._at, stream, form):

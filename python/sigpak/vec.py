@@ -3,13 +3,13 @@
 
 from __future__ import annotations
 
-from ctypes import addressof, c_void_p, memmove
+from ctypes import addressof, memmove
 from typing import TYPE_CHECKING, Any
 
 import numpy as np
 
-from ._arguments import PRECISIONS, Array, ArrayLike, alike, is_plain, samples
-from ._library import Precision
+from ._arguments import PRECISIONS, Array, ArrayLike, in_precision, is_plain, samples
+from ._library import DOUBLE, Precision
 from ._methods import Methods
 from ._record import Storage, address
 from .errors import Error, OutOfMemory
@@ -58,6 +58,8 @@ class Vec(Methods):
             raise Error("Vec", "x", f"of type {type(x).__name__}", "an array is needed to share; Vec.of copies")
         if samples(x) is not x or not x.flags.writeable:
             raise Error("Vec", "x", _seen(x), "native floats side by side, writable, are needed; Vec.of copies")
+        if getattr(self, "_record", None) is not None:  # made anew
+            self.__del__()
         self._lend(x, delta, True)
 
     def _lend(self, x: Array, delta: float, shared: bool) -> None:
@@ -65,6 +67,13 @@ class Vec(Methods):
         self._owner, self._shared, self._data = x, shared, address(x)
         self._record = record = c.structure(delta, self._data, 0, x.size, x.dtype.kind == "c")
         self._at = addressof(record)
+
+    def __del__(self) -> None:
+        try:
+            if self._record.alloc > 0:
+                self._c.dsp_destroy(self._at)
+        except AttributeError:  # refused before there was a record
+            pass
 
     @classmethod
     def of(cls, x: ArrayLike, delta: float = 1.0) -> Self:
@@ -117,8 +126,11 @@ class Vec(Methods):
         self._data = record.data
 
     def _fresh(self) -> Vec:
-        vec = Vec.__new__(Vec)
-        c = self._c
+        return Vec._of(self._c)
+
+    @classmethod
+    def _of(cls, c: Precision) -> Vec:
+        vec = cls.__new__(cls)
         vec._record = record = c.structure(1.0)
         vec._at = addressof(record)
         vec._c, vec._owner, vec._shared, vec._data = c, None, False, None
@@ -154,7 +166,7 @@ class Vec(Methods):
         if self._owner is not None or not 0 < record.alloc <= _FEW:
             return self.array
         array = np.empty(record.points, c.complex if record.complex else c.real)
-        memmove(c_void_p(address(array)), record.data, array.nbytes)
+        memmove(address(array) or 0, record.data, array.nbytes)
         return array
 
     @property
@@ -229,9 +241,43 @@ def _copied(x: ArrayLike) -> Array:
     return x.copy() if is_plain(x) else samples(x).copy()
 
 
-def operand(x: ArrayLike, delta: float = 1.0) -> Vec:
+class Result(Vec):
+    """A new record that becomes an array at once; while its memory is small it serves another call then."""
+
+    __slots__ = ()
+
+    def _taken(self) -> Array:
+        record, c = self._record, self._c
+        if not 0 < record.alloc <= _FEW:
+            return self.array
+        array = np.empty(record.points, c.complex if record.complex else c.real)
+        memmove(address(array) or 0, record.data, array.nbytes)
+        c.results.append(self)
+        return array
+
+
+class Operand(Methods):
+    """Samples that one call reads. The memory is never the library's, so that there is nothing to release."""
+
+    __slots__ = ()
+
+    def __init__(self, x: Array, delta: float = 1.0) -> None:
+        self._c = c = PRECISIONS[x.dtype]
+        self._owner, self._data = x, address(x)
+        self._record = record = c.structure(delta, self._data, 0, x.size, x.dtype.kind == "c")
+        self._at = addressof(record)
+
+    def _fresh(self) -> Vec:
+        try:
+            result: Vec = self._c.results.pop()
+            return result
+        except IndexError:
+            return Result._of(self._c)
+
+
+def operand(x: ArrayLike, delta: float = 1.0) -> Operand:
     """A record for reading alone: x itself wherever the library can read it."""
-    return Vec._lent(samples(x), delta, False)
+    return Operand(samples(x), delta)
 
 
 def scratch(x: ArrayLike, delta: float = 1.0) -> Vec:
@@ -239,9 +285,9 @@ def scratch(x: ArrayLike, delta: float = 1.0) -> Vec:
     return Vec._lent(_copied(x), delta, False)
 
 
-def scratch_pair(a: ArrayLike, b: ArrayLike) -> tuple[Vec, Vec]:
+def operands(a: ArrayLike, b: ArrayLike) -> tuple[Operand, Any]:
     """Two records for reading, in double precision when either is."""
     first, second = samples(a), samples(b)
     if PRECISIONS[first.dtype] is not PRECISIONS[second.dtype]:
-        first, second = alike(first, second)
-    return Vec._lent(first, 1.0, False), Vec._lent(second, 1.0, False)
+        first, second = in_precision(DOUBLE, first), in_precision(DOUBLE, second)
+    return Operand(first), Operand(second)

@@ -5,6 +5,8 @@ from __future__ import annotations
 
 import gc
 import pickle
+import resource
+from pathlib import Path
 from typing import Any
 
 import numpy as np
@@ -34,6 +36,27 @@ def test_results_that_do_not_fit_leave_the_array(real: Any) -> None:
     assert v.mag().array.dtype == real and v.shares(spectrum)
     np.testing.assert_allclose(spectrum.view(real)[:3], [2.5, 0.5**0.5, 0.5], rtol=1e-6)
     assert sp.Vec(x).zpad(3).array is x and sp.Vec(x).shift(1).array.base is x
+
+
+def test_a_record_may_be_made_anew(real: Any) -> None:
+    x, y = np.ones(3, real), np.full(4, 2.0, real)
+    v = Measured(x).zpad(1000)
+    seen = v.array
+    for _ in range(3):
+        v.__init__(y)  # type: ignore[misc]
+        assert v.neg().shares(y) and v.points == 4 and seen[:3].tolist() == [1, 1, 1] and not seen[3:].any()
+        v.zpad(100000)
+    w = sp.Vec.empty(200000, dtype=real)
+    before = resident()
+    for _ in range(200):
+        w.__init__(y)  # type: ignore[misc]
+        w.zpad(200000)
+    assert resident() - before < 50e6  # of 160 or 320 MB
+
+
+def resident() -> int:
+    """The bytes of memory that this process has."""
+    return int(Path("/proc/self/statm").read_text().split()[1]) * resource.getpagesize()
 
 
 def test_views_outlive_growth_and_record() -> None:

@@ -154,6 +154,17 @@ TEST(Input, TablesAreUnderstoodOrRefused) {
        "away"},
       {"1,2,3\n2,3,4\n3,4\n4,5,6\n", "", "TABLE:3: 2 columns, but 3 before"},
       {"1.234,5;2\n2.345,6;3\n", "", "TABLE: column 1: \"1.234,5\" is no number with one decimal sign"},
+      {"0;1,5\n1;1.234,5\n2;1.111,25\n", "",
+       "TABLE: column 2: \"1.234,5\" is no number with one decimal sign"},
+      {"0;1,5\n1;1.234,5\n2;1,25\n", "", "TABLE:2: not a number in \"1.234,5\""},
+      {"0.0,0x2b\n0.1,0x17\n0.2,0xff\n", "",
+       "TABLE: column 2: \"0x2b\" is no number, and column 1 looks like the time; -t none takes it for "
+       "samples"},
+      {"t,word\n0,2b\n1,1f\n5,ff\n", "",
+       "TABLE: column 2: \"2b\" is no number, and column 1 looks like the time; -t none takes it for "
+       "samples"},
+      {"t,word\n0,2b\n1,1f\n5,ff\n", "-t none", "column 1 't' of 2 | 3 samples, no rate"},
+      {"U,test\n1,a1\n2,a2\n4,a3\n", "", "column 1 'U' of 2 | 3 samples, no rate"},
       {"03/04/2024,1\n03/05/2024,2\n", "",
        "TABLE: column 1: \"03/04/2024\" can be two dates; 2024-12-31 is understood"},
       {"1\n2\noops\n4\n", "", "TABLE:3: not a number in \"oops\""},

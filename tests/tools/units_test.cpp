@@ -231,6 +231,7 @@ TEST(Data, SpectraMergeByTheirSegmentsInTheirOrder) {
   const int counts[] = {3000, 1024, 20000};
   std::string all;
   double segments = 0;
+  double variance = 0;  // of the sum of all segments, as that of one is 2 / degrees
   std::vector<long double> sum(2049);
   for (int i = 0; i < 3; ++i) {
     const auto file = noisy_sine(1 + i, 0.1, counts[i], static_cast<unsigned>(i), names[i]);
@@ -240,12 +241,14 @@ TEST(Data, SpectraMergeByTheirSegmentsInTheirOrder) {
     const auto values = data_of(csv).values;
     for (std::size_t k = 0; k < sum.size(); ++k) sum[k] += own * values[k];
     segments += own;
+    variance += own * own * 2 / number_after(csv, "# degrees of freedom: ");
     all += csv;
   }
   const auto merged = run_shell("sigpak merge a.csv b.csv c.csv");
   const auto data = data_of(merged.out);
   EXPECT_EQ(number_after(merged.out, "# segments: "), segments);
   EXPECT_EQ(number_after(merged.out, "# samples: "), 24024);
+  EXPECT_NEAR(number_after(merged.out, "# degrees of freedom: "), 2 * segments * segments / variance, 1e-9);
   ASSERT_EQ(data.values.size(), sum.size());
   for (std::size_t k = 0; k < sum.size(); ++k)
     ASSERT_NEAR(data.values[k], static_cast<double>(sum[k] / segments), 1e-14 * data.values[k] + 1e-300) << k;

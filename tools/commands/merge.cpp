@@ -69,12 +69,17 @@ class merger {
     s.power = std::move(branches_.front().power);
     if (is_mean()) require(dspi_scale(&s.power, 1 / static_cast<double>(s.segments)));
     const auto samples = static_cast<double>(s.samples);
+    if (spectra_ > 1) s.degrees = squared_weight(s.segments) / variance_;
     if (s.samples > 0) s.mean /= samples, s.rms = std::sqrt(s.rms / samples);
     if (spectra_ > 1) s.name = std::to_string(spectra_) + " spectra, the first of " + s.name;
     return std::move(whole_);
   }
 
  private:
+  static double squared_weight(std::uint64_t segments) {
+    return static_cast<double>(segments) * static_cast<double>(segments);
+  }
+
   bool is_mean() const { return whole_->s.average == averaging::mean; }
 
   // Means and mean squares become sums.
@@ -87,6 +92,7 @@ class merger {
     spectrum first;
     first.power = std::move(whole_->s.power);
     first.segments = whole_->s.segments;
+    variance_ = squared_weight(first.segments) / whole_->s.degrees;
     whole_->s.power.resize(first.power.points);
     spectra_ = 1;
     append(std::move(first));
@@ -96,7 +102,7 @@ class merger {
     spectrum& all = whole_->s;
     ++spectra_;
     all.segments += s.segments;
-    all.degrees += s.degrees;
+    variance_ += squared_weight(s.segments) / s.degrees;
     all.samples += s.samples;
     all.unused += s.unused;
     all.gaps += s.gaps;
@@ -134,6 +140,7 @@ class merger {
   std::optional<told_spectrum> whole_;  // without its power
   std::vector<branch> branches_;
   std::uint64_t spectra_ = 0;
+  double variance_ = 0;  // half that of the sum, of noise with the power 1
 };
 
 void merge_file(const std::string& name, merger& all) {

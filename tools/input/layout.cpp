@@ -38,20 +38,21 @@ void find_kind(const std::vector<cell_list>& rows, std::size_t c, std::string_vi
   t.columns[c] = cell_kind::missing;
   const std::span behind = std::span(rows).subspan(rows.size() / 2);
   if (std::ranges::all_of(behind, [c](const cell_list& r) { return is_missing(r[c]); })) return;
+  const auto count = [&](cell_kind kind, char decimal) {
+    return std::ranges::count_if(rows, [&](const cell_list& r) {
+      return kind_of(r[c], {&decimal, 1}) == kind;
+    });
+  };
   std::ptrdiff_t most = 0;
   for (const char decimal : decimals) {
-    const std::string_view sign = decimal == '.' ? "." : ",";
-    for (const auto kind : {cell_kind::number, cell_kind::moment, cell_kind::text}) {
-      const auto count =
-          std::ranges::count_if(rows, [&](const cell_list& r) { return kind_of(r[c], sign) == kind; });
-      const bool better = count > most || (count == most && count > 0 && kind == cell_kind::number &&
-                                           t.columns[c] == cell_kind::text);
-      if (!better) continue;
-      most = count;
+    for (const auto kind : {cell_kind::number, cell_kind::moment}) {
+      if (count(kind, decimal) <= most) continue;
+      most = count(kind, decimal);
       t.columns[c] = kind;
       t.decimals[c] = decimal;
     }
   }
+  if (count(cell_kind::text, t.decimals[c]) > most) t.columns[c] = cell_kind::text;
 }
 
 void find_columns(const std::vector<table_line>& lines, const input_options& options, table_layout& t) {
@@ -175,20 +176,51 @@ void choose_columns(table_layout& t, const input_options& options) {
   }
 }
 
+// The cell of a column that makes it one of words: the first that is no number.
+std::string_view first_word(const std::vector<table_line>& rows, std::size_t c, std::string_view decimals,
+                            const table_layout& t) {
+  cell_list cells;
+  for (const table_line& row : rows) {
+    if (!cells_of(row.text, t.delimiter, cells) || cells.size() < t.columns.size()) continue;
+    if (kind_of(cells[c], decimals) == cell_kind::text) return cells[c];
+  }
+  return {};
+}
+
 // A column of words is passed over, but not one of numbers and dates that are written in a way that nobody
 // can be sure of.
-void refuse_doubtful(const table_layout& t) {
-  cell_list cells;
-  cells_of(t.first.text, t.delimiter, cells);
+void refuse_doubtful(const std::vector<table_line>& rows, const input_options& options,
+                     const table_layout& t) {
+  const std::string_view decimals = decimals_beside(t.delimiter, options);
   for (std::size_t c = 0; c < t.columns.size(); ++c) {
-    if (t.columns[c] != cell_kind::text || cells[c].empty()) continue;
-    const auto other = cells[c].find_first_not_of("+-0123456789.,'");
+    if (t.columns[c] != cell_kind::text) continue;
+    const std::string_view word = first_word(rows, c, decimals, t);
+    if (word.empty()) continue;
+    const auto other = word.find_first_not_of("+-0123456789.,'");
     const bool grouped = other == std::string_view::npos;
-    const bool date = !grouped && cells[c][other] == '/' && is_slashed_date(cells[c]);
+    const bool date = !grouped && word[other] == '/' && is_slashed_date(word);
     if (!grouped && !date) continue;
     throw data_error(
-        "column " + std::to_string(c + 1) + ": \"" + std::string(cells[c]) +
+        "column " + std::to_string(c + 1) + ": \"" + std::string(word) +
         (date ? "\" can be two dates; 2024-12-31 is understood" : "\" is no number with one decimal sign"));
+  }
+}
+
+// Beside words with digits, hexadecimal ones say, the only column of numbers is no signal where it is the
+// time.
+void refuse_time_alone(const std::vector<table_line>& rows, const input_options& options,
+                       const table_layout& t) {
+  const auto numbers = number_columns(t);
+  const bool chosen = std::ranges::any_of(options.channels, [](const auto& c) { return c != "all"; });
+  if (t.time || numbers.size() != 1 || chosen || options.time_column == "none") return;
+  const std::size_t time = numbers[0];
+  if (t.headings.empty() ? !is_even(rows, time, t) : !is_time_heading(t.headings[time])) return;
+  for (std::size_t c = 0; c < t.columns.size(); ++c) {
+    const std::string_view word = t.columns[c] == cell_kind::text ? first_word(rows, c, ".,", t) : "";
+    if (word.find_first_of("0123456789") == std::string_view::npos) continue;
+    throw data_error("column " + std::to_string(c + 1) + ": \"" + std::string(word) +
+                     "\" is no number, and column " + std::to_string(time + 1) +
+                     " looks like the time; -t none takes it for samples");
   }
 }
 
@@ -207,9 +239,11 @@ table_layout understand_table(std::string_view head, bool is_whole, const input_
   find_columns(lines, options, t);
   const std::size_t first_row = find_first_row(lines, t);
   t.first = lines[first_row];
-  refuse_doubtful(t);
+  const std::vector rows(lines.begin() + static_cast<std::ptrdiff_t>(first_row), lines.end());
+  refuse_doubtful(rows, options, t);
   find_headings(lines, first_row, t);
   find_time(lines, first_row, options, t);
+  refuse_time_alone(rows, options, t);
   if (const double rate = told_rate(lines, first_row); rate > 0) use_told_rate(rate, t);
   t.looks_at_time = t.time && options.rate <= 0;
   choose_columns(t, options);

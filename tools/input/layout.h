@@ -72,6 +72,9 @@ std::vector<std::size_t> number_columns(const table_layout& t);
 void find_time(const std::vector<table_line>& lines, std::size_t first_row, const input_options& options,
                table_layout& t);
 
+// Whether the numbers of a column rise by even steps.
+bool is_even(const std::vector<table_line>& rows, std::size_t c, const table_layout& t);
+
 // What lines above the numbers tell about the rate: "Sample Interval,1e-3", "Sampling rate: 48 kHz", or a
 // word and the number below it. 0 without.
 double told_rate(const std::vector<table_line>& lines, std::size_t first_row);

@@ -215,6 +215,11 @@ std::optional<double> even_step(const std::vector<double>& times) {
   return std::nullopt;
 }
 
+bool is_even(const std::vector<table_line>& rows, std::size_t c, const table_layout& t) {
+  const std::vector<double> numbers = head_of_column(rows, 0, t, c);
+  return numbers.size() > 2 && even_step(numbers);
+}
+
 void find_time(const std::vector<table_line>& lines, std::size_t first_row, const input_options& options,
                table_layout& t) {
   time_finder(lines, first_row, options, t).find();
