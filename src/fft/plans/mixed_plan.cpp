@@ -23,7 +23,7 @@ constexpr double split_output_cost = 2;
 // Per group of columns or rows: the latency of its last results.
 constexpr double group_cost = 100;
 // Of all in the cycles that the costs of products count, with vectors of 512 bits and of 256.
-constexpr double wide_cycles = 0.9;
+constexpr double wide_cycles = 0.95;
 constexpr double narrow_cycles = 0.65;
 
 template <class T> void append(pass_plan<T>& plan, const radix_list& list) noexcept {

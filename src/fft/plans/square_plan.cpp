@@ -17,9 +17,6 @@ constexpr index least_points = 4096;
 // Factors A of which the level has squares.
 constexpr index outer_factors[] = {20, 16, 14, 12, 10, 8};
 
-// The first pass over the rows, from the data, has no larger radix.
-constexpr int most_first_row = 12;
-
 constexpr bool divides(index a, index points, index vector_points) noexcept {
   return a % vector_points == 0 && points % (a * a) == 0;
 }
@@ -51,7 +48,7 @@ template <class T> factors choose_blocks(index points) noexcept {
       if (!divides(a, points, lanes / 2)) continue;
       factors block;
       factor_search(points / a, lanes, index{sizeof(T)}).run(block, a);
-      if (block.passes < 3 || block.radix[1] > most_first_row) continue;
+      if (block.passes < 3) continue;
       block.cost = cost_of(block, points, index{sizeof(T)});
       if (best.passes == 0 || block.cost < best.cost) best = block;
     }

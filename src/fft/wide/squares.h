@@ -99,7 +99,7 @@ template <class P> struct square_table {
   square_passes<P> by_radix[kernels::most_radix + 1] = {};
   constexpr square_table() {
     add_squares<8, 10, 12, 14, 16, 20>();
-    add_rows<2, 3, 4, 5, 6, 7, 8, 9, 10, 12>();
+    add_rows<2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 20, 21, 25>();
   }
 
  private:
