@@ -110,7 +110,8 @@ template <class T> void fill(square_plan<T>& plan) noexcept {
   }
 }
 
-// Between those of products and of mixed plans in the same list.
+// In the same list products have the level alone above the multiples of most_lanes, and mixed plans lanes
+// - 1.
 index key_of(index points) noexcept {
   return points * most_lanes + std::size(isa::levels) + static_cast<index>(isa::current());
 }
