@@ -21,6 +21,13 @@ constexpr bool divides(index a, index points, index vector_points) noexcept {
   return a % vector_points == 0 && points % (a * a) == 0;
 }
 
+// Whether lines that hold several vectors are driven out from one to the next, by so many streams in one set
+// of the first cache.
+bool loses_lines(index a, index vectors, index vector_bytes, const pass_costs& caches) noexcept {
+  return vector_bytes < index{machine::line_bytes} && a > caches.caches().first_ways &&
+         caches.in_one_set(vectors / a);
+}
+
 // The columns and the squares in place beside what the blocks take, whose own columns stand for the squares.
 double cost_of(const factors& block, index points, index scalar_bytes) noexcept {
   const butterfly_table costs(block.lanes, scalar_bytes == index{sizeof(double)});
@@ -28,8 +35,9 @@ double cost_of(const factors& block, index points, index scalar_bytes) noexcept 
   const index a = block.radix[0];
   const index vectors = 2 * points / block.lanes;
   const auto all = static_cast<double>(vectors);
+  const double crowding = loses_lines(a, vectors, block.lanes * scalar_bytes, caches) ? crowd_cost : 0;
   return static_cast<double>(a) * block.cost + all / static_cast<double>(a) * costs[a].row +
-         2 * all * caches.sweep(vectors);
+         2 * all * (caches.sweep(vectors) + crowding);
 }
 
 // Fewer lanes pay where the second cache does not hold the data alone.
@@ -110,7 +118,8 @@ template <class T> void fill(square_plan<T>& plan) noexcept {
   }
 }
 
-// Between those of products and of mixed plans in the same list.
+// In the same list products have the level alone above the multiples of most_lanes, and mixed plans lanes
+// - 1.
 index key_of(index points) noexcept {
   return points * most_lanes + std::size(isa::levels) + static_cast<index>(isa::current());
 }
