@@ -52,6 +52,7 @@ template <class T> struct swept {
   T* x;
   index width = 1;
   double amplitude = 1;
+  index ahead = 0;
 };
 
 // Blocks that lanes write, each `apart` points behind the one of the lane before it, before `end`.
@@ -68,7 +69,8 @@ void sweep_lanes(sweep angle, phasor turn, blocks_of_lanes blocks, const swept<T
   static_assert(kernels::sweep_points == rotation_block);
   T spare[2 * rotation_block] = {};
   T last[2 * rotation_block] = {};
-  kernels::sweep_start start = {.re = {}, .im = {}, .c = turn.re, .s = turn.im, .amplitude = to.amplitude};
+  kernels::sweep_start start = {
+      .re = {}, .im = {}, .c = turn.re, .s = turn.im, .amplitude = to.amplitude, .ahead = to.ahead};
   T* x[kernels::most_sweep_lanes];
   std::fill(x, x + kernels::most_sweep_lanes, &spare[0]);
   int lanes = 0;
@@ -114,11 +116,15 @@ template <class T, class Put> void sweep_points(sweep angle, index points, swept
   const auto* const table = points > rotation_block ? at_level<kernels::sweep_table<T>>() : nullptr;
   const phasor turn = phasor_at(angle.step);
   const index in_a_row = table != nullptr ? points_of_lane<T>(points, to.width) : 0;
+  // Beyond the last cache what is foreseen comes too late: the next block of every lane is called for.
+  const bool beyond = points * to.width * index{sizeof(T)} > machine::caches().last;
+  to.ahead = beyond ? rotation_block * to.width : 0;
   index first = 0;
   for (; first < in_a_row; first += rotation_block) {
     const index end = in_a_row / rotation_block * points_of_pass<T>(points, to.width);
     sweep_lanes(angle, turn, {first, in_a_row, end}, to, table->*to.kernel);
   }
+  to.ahead = 0;
   if (in_a_row != 0) first = in_a_row / rotation_block * points_of_pass<T>(points, to.width);
   while (table != nullptr && points - first > rotation_block) {
     const index here = points_of_pass<T>(points - first, to.width);

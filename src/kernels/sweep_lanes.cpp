@@ -101,6 +101,9 @@ template <class Way, int lanes, class T> void turn_lanes(const kernels::sweep_st
     for (index p = 0; p < i; ++p) unroll<z.groups>([&](auto g) SIGPAK_LAMBDA { z.turn(g, c, s); });
   }
   for (; i + steps <= kernels::sweep_points; i += steps) {
+    if (start.ahead != 0) {
+      unroll<lanes>([&](auto l) SIGPAK_LAMBDA { prefetch(x[l] + i * Way::scalars + start.ahead); });
+    }
     turn_vectors<Way>(z, c, s, amplitude, [=](int lane, real a) SIGPAK_LAMBDA {
       T* const to = x[lane] + i * Way::scalars;
       write(to, Way::adds ? read(to) + a : a);

@@ -2,6 +2,7 @@
 // Sinusoids and straight lines.
 #include <numbers>
 
+#include "core/machine.h"
 #include "support/forms.h"
 
 namespace sigpak::test {
@@ -62,10 +63,11 @@ TYPED_TEST(Waveforms, SinusoidsAreTheRotationToTheLastBit) {
 }
 
 // Vectors that are in one line of the cache begin elsewhere in each; long records are written in many places
-// at once.
+// at once, and call for lines ahead beyond the last cache.
 TYPED_TEST(Waveforms, SinusoidsAreTheSameWhereverTheyLie) {
   using V = TypeParam;
   using T = scalar<V>;
+  const machine::cache_sizes caches = machine::caches();
   for (const bool complex : {false, true}) {
     for (const index points : {300, 2600, 5000, 75001}) {
       const index scalars = points * (complex ? 2 : 1);
@@ -78,7 +80,11 @@ TYPED_TEST(Waveforms, SinusoidsAreTheSameWhereverTheyLie) {
         v.points = static_cast<std::uint32_t>(points);
         v.complex = complex ? 1 : 0;
         v.delta = T(0.3);
+        machine::cache_sizes forced = caches;
+        if (offset % 2 != 0) forced.last = 8192;
+        machine::force(forced);
         ASSERT_EQ(TWIN(c_cexp)(&v, T(0.37), T(1)), 0);
+        machine::force(caches);
         ASSERT_EQ(v.data, x.data() + offset) << "the storage that was lent";
         const samples<V> got(x.begin() + offset, x.begin() + offset + scalars);
         if (offset == 0) wanted = got;
