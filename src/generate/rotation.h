@@ -55,9 +55,16 @@ template <class T> struct swept {
   index ahead = 0;
 };
 
-// Blocks from `first` on, the last of which may be cut short. Lanes left over turn nothing, into the void.
+// Blocks that lanes write, each `apart` points behind the one of the lane before it, before `end`.
+struct blocks_of_lanes {
+  index first;
+  index apart;
+  index end;
+};
+
+// The last block may be cut short. Lanes left over turn nothing, into the void.
 template <class T>
-void sweep_lanes(sweep angle, phasor turn, index first, index points, const swept<T>& to,
+void sweep_lanes(sweep angle, phasor turn, blocks_of_lanes blocks, const swept<T>& to,
                  kernels::sweep<T> kernel) noexcept {
   static_assert(kernels::sweep_points == rotation_block);
   T spare[2 * rotation_block] = {};
@@ -67,15 +74,16 @@ void sweep_lanes(sweep angle, phasor turn, index first, index points, const swep
   T* x[kernels::most_sweep_lanes];
   std::fill(x, x + kernels::most_sweep_lanes, &spare[0]);
   int lanes = 0;
-  for (index begin = first; begin < first + points; begin += rotation_block, ++lanes) {
+  index begin = blocks.first;
+  for (; begin < blocks.end && lanes < kernels::most_sweep_lanes; begin += blocks.apart, ++lanes) {
     const phasor z = phasor_at(angle_of(angle, begin));
     start.re[lanes] = z.re;
     start.im[lanes] = z.im;
     x[lanes] = to.x + begin * to.width;
   }
-  T* const end = to.x + (first + points) * to.width;
+  T* const end = to.x + blocks.end * to.width;
   T* const final_block = x[lanes - 1];
-  const bool cut_short = points % rotation_block != 0;
+  const bool cut_short = end - final_block < rotation_block * to.width;
   if (cut_short) {
     std::copy(final_block, end, last);
     x[lanes - 1] = last;
@@ -93,11 +101,13 @@ template <class T> index points_of_pass(index points, index width) noexcept {
   return std::min(points, wide ? 2 * half : half);
 }
 
-// From so many points to the next ones, where the record exceeds the last cache: lines are called for a pass
-// early, as the streams of the lanes are too short for the processor to foresee them.
-template <class T> index scalars_ahead(index points, index width) noexcept {
-  const bool beyond = points * width * index{sizeof(T)} > machine::caches().last;
-  return beyond ? points_of_pass<T>(points, width) * width : 0;
+// Of how many points in a row every lane of a long record writes all: the processor foresees streams of some
+// pages and writes them faster than single blocks. An odd number of blocks, so that the lanes do not meet in
+// one place of the cache. None of a record that is shorter.
+template <class T> index points_of_lane(index points, index width) noexcept {
+  constexpr index least_blocks = 16;
+  const index blocks = points / points_of_pass<T>(points, width);
+  return blocks < least_blocks ? 0 : ((blocks - 1) | 1) * rotation_block;
 }
 
 // put(i, cos, sin) for every point, or what does the same at the wide levels.
@@ -105,11 +115,20 @@ template <class T, class Put> void sweep_points(sweep angle, index points, swept
   const kept_errno kept;  // an angle may be infinite
   const auto* const table = points > rotation_block ? at_level<kernels::sweep_table<T>>() : nullptr;
   const phasor turn = phasor_at(angle.step);
-  to.ahead = scalars_ahead<T>(points, to.width);
+  const index in_a_row = table != nullptr ? points_of_lane<T>(points, to.width) : 0;
+  // Beyond the last cache what is foreseen comes too late: the next block of every lane is called for.
+  const bool beyond = points * to.width * index{sizeof(T)} > machine::caches().last;
+  to.ahead = beyond ? rotation_block * to.width : 0;
   index first = 0;
+  for (; first < in_a_row; first += rotation_block) {
+    const index end = in_a_row / rotation_block * points_of_pass<T>(points, to.width);
+    sweep_lanes(angle, turn, {first, in_a_row, end}, to, table->*to.kernel);
+  }
+  to.ahead = 0;
+  if (in_a_row != 0) first = in_a_row / rotation_block * points_of_pass<T>(points, to.width);
   while (table != nullptr && points - first > rotation_block) {
     const index here = points_of_pass<T>(points - first, to.width);
-    sweep_lanes(angle, turn, first, here, to, table->*to.kernel);
+    sweep_lanes(angle, turn, {first, rotation_block, first + here}, to, table->*to.kernel);
     first += here;
   }
   for (; first < points; first += rotation_block) {

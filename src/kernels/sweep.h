@@ -16,7 +16,7 @@ struct sweep_start {
   double c;
   double s;
   double amplitude;
-  std::int64_t ahead;  // scalars from where a lane writes to where it will in the next pass, or 0
+  std::int64_t ahead;  // scalars from where a lane writes to the lines that are called for, or 0
 };
 
 // Writes sweep_points points from x[lane] on, in eight lanes or in sixteen.

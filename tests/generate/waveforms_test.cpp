@@ -39,6 +39,7 @@ TYPED_TEST(Waveforms, SinusoidsAreTheRotationToTheLastBit) {
   using C = contents<V>;
   auto sizes = edge_sizes();
   sizes.insert(sizes.end(), {2304, 2305, 4095, 4097, 6600, 10000});
+  if (!watched()) sizes.push_back(70001);
   for (const wave& w : waves) {
     const auto f = static_cast<T>(w.frequency);
     const auto phase = static_cast<T>(w.phase);
@@ -61,14 +62,14 @@ TYPED_TEST(Waveforms, SinusoidsAreTheRotationToTheLastBit) {
   expect_empty_untouched<V>({[](V* v) { return TWIN(i_addcos)(v, 1, 1, 1, 0); }});
 }
 
-// Vectors that are in one line of the cache begin elsewhere in each, and records beyond the last cache call
-// for lines ahead.
+// Vectors that are in one line of the cache begin elsewhere in each; long records are written in many places
+// at once, and call for lines ahead beyond the last cache.
 TYPED_TEST(Waveforms, SinusoidsAreTheSameWhereverTheyLie) {
   using V = TypeParam;
   using T = scalar<V>;
   const machine::cache_sizes caches = machine::caches();
   for (const bool complex : {false, true}) {
-    for (const index points : {300, 2600, 5000}) {
+    for (const index points : {300, 2600, 5000, 75001}) {
       const index scalars = points * (complex ? 2 : 1);
       samples<V> wanted;
       for (index offset = 0; offset < 17; ++offset) {
