@@ -7,9 +7,11 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <new>
 
 #include "commands/commands.h"
+#include "commands/options.h"
 #include "errors.h"
 
 namespace {
@@ -36,6 +38,23 @@ constexpr command commands[] = {
     {"window", "The points of a window, and what it does to lines and noise", add_window},
     {"merge", "The spectrum of many files from the spectra of each", add_merge},
     {"apply", "Any operation of the library that works in place", add_apply},
+};
+
+// Help without the options that few need, which --help-all adds.
+class screen_of_help : public CLI::Formatter {
+ public:
+  std::string make_group(std::string group, bool is_positional,
+                         std::vector<const CLI::Option*> members) const override {
+    return group == rare_options && !tells_all ? "More options: --help-all\n"
+                                               : Formatter::make_group(group, is_positional, members);
+  }
+  std::string make_help(const CLI::App* app, std::string name, CLI::AppFormatMode mode) const override {
+    tells_all = mode == CLI::AppFormatMode::All;
+    return Formatter::make_help(app, name, mode);
+  }
+
+ private:
+  mutable bool tells_all = false;
 };
 
 std::string usage_message(const CLI::App* app, const CLI::Error& e) {
@@ -84,6 +103,8 @@ int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);  // a closed pipe is then an error like others, and told by what writes
   CLI::App app("Digital signal processing at the command line", "sigpak");
   app.set_version_flag("--version", "sigpak " SIGPAK_TOOL_VERSION);
+  app.formatter(std::make_shared<screen_of_help>());
+  app.set_help_all_flag("--help-all", "Print the options that few need, too");
   app.require_subcommand(1);
   app.failure_message(usage_message);
   work todo;

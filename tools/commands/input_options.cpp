@@ -47,6 +47,7 @@ void add_input_options(options& o, input_options& input) {
   o.number("-r,--rate", "RATE", "Samples per unit of time, k M G; no time column then", input.rate, 1e-9,
            1e15);
   o.text("-t,--time", "COL|none", "Column of the times, by number or name", input.time_column);
+  o.rare();
   o.choice("--time-unit", "Unit of the times", input.time_unit,
            {"s", "ms", "us", "ns", "min", "h", "d", "yr"});
   o.add("--delimiter", "CHAR", "Parts the columns: , ; tab space",

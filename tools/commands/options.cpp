@@ -129,6 +129,8 @@ void options::choice(const char* names, const char* help, std::string& value,
   add(names, "WORD", (help + (": " + all)).c_str(), take, value);
 }
 
+void options::rare() { app_.option_defaults()->group(rare_options); }
+
 void options::footer(const char* text) { app_.footer(text); }
 
 }  // namespace tool

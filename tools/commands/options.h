@@ -17,6 +17,9 @@ class App;
 namespace tool {
 
 // Takes the text of an option; what it returns is what is wrong with it.
+// The group of options that few need.
+constexpr const char* rare_options = "More options";
+
 using taker = std::function<std::string(const std::string&)>;
 
 class options {
@@ -39,6 +42,9 @@ class options {
               double high);
   void choice(const char* names, const char* help, std::string& value,
               std::initializer_list<const char*> words);
+
+  // The options that follow are told by --help-all alone.
+  void rare();
 
   // Stands below the options.
   void footer(const char* text);
