@@ -110,22 +110,26 @@ template <class T> index points_of_lane(index points, index width) noexcept {
   return blocks < least_blocks ? 0 : ((blocks - 1) | 1) * rotation_block;
 }
 
+// Long parts, one to a lane; how many points they have together. Beyond the last cache what is foreseen comes
+// too late: the next block of every lane is called for.
+template <class T>
+index sweep_parts(sweep angle, phasor turn, index points, swept<T> to, kernels::sweep<T> kernel) noexcept {
+  const index part = points_of_lane<T>(points, to.width);
+  const index end = part / rotation_block * points_of_pass<T>(points, to.width);
+  const bool beyond = points * to.width * index{sizeof(T)} > machine::caches().last;
+  to.ahead = beyond ? rotation_block * to.width : 0;
+  for (index first = 0; first < part; first += rotation_block) {
+    sweep_lanes(angle, turn, {first, part, end}, to, kernel);
+  }
+  return end;
+}
+
 // put(i, cos, sin) for every point, or what does the same at the wide levels.
 template <class T, class Put> void sweep_points(sweep angle, index points, swept<T> to, Put put) noexcept {
   const kept_errno kept;  // an angle may be infinite
   const auto* const table = points > rotation_block ? at_level<kernels::sweep_table<T>>() : nullptr;
   const phasor turn = phasor_at(angle.step);
-  const index in_a_row = table != nullptr ? points_of_lane<T>(points, to.width) : 0;
-  // Beyond the last cache what is foreseen comes too late: the next block of every lane is called for.
-  const bool beyond = points * to.width * index{sizeof(T)} > machine::caches().last;
-  to.ahead = beyond ? rotation_block * to.width : 0;
-  index first = 0;
-  for (; first < in_a_row; first += rotation_block) {
-    const index end = in_a_row / rotation_block * points_of_pass<T>(points, to.width);
-    sweep_lanes(angle, turn, {first, in_a_row, end}, to, table->*to.kernel);
-  }
-  to.ahead = 0;
-  if (in_a_row != 0) first = in_a_row / rotation_block * points_of_pass<T>(points, to.width);
+  index first = table != nullptr ? sweep_parts(angle, turn, points, to, table->*to.kernel) : 0;
   while (table != nullptr && points - first > rotation_block) {
     const index here = points_of_pass<T>(points - first, to.width);
     sweep_lanes(angle, turn, {first, rotation_block, first + here}, to, table->*to.kernel);
