@@ -16,10 +16,10 @@ class App;
 
 namespace tool {
 
-// Takes the text of an option; what it returns is what is wrong with it.
 // The group of options that few need.
 constexpr const char* rare_options = "More options";
 
+// Takes the text of an option; what it returns is what is wrong with it.
 using taker = std::function<std::string(const std::string&)>;
 
 class options {
