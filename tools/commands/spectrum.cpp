@@ -63,9 +63,9 @@ work add_spectrum(options& o) {
   add_analysis_options(o, command->analysis);
   add_telling_options(o, command->telling);
   add_result_options(o, command->result, {"table", "csv", "json", "vector"});
+  add_picture_options(o, command->drawing);
   add_input_options(o, command->input);
   o.flag("--all", "In JSON the values of the spectrum too", command->result.all);
-  add_picture_options(o, command->drawing);
   o.footer(about);
   return [command] { run(*command); };
 }
