@@ -83,8 +83,8 @@ enum class method { fastest, direct };
 template <record V> bool pays_to_transform(const V* in, const V* taps) noexcept {
   const index count = length(taps);
   const auto* const table = at_level<kernels::fir_table<scalar<V>>>();
-  const bool beyond = 2 * length(in) * index{sizeof(scalar<V>)} > machine::caches().last;
-  const index least = beyond ? table->transformed_beyond_caches_from : table->transformed_from;
+  const bool beyond = 2 * length(in) * index{sizeof(scalar<V>)} > machine::caches().second;
+  const index least = beyond ? table->transformed_beyond_cache_from : table->transformed_from;
   return !is_complex(in) && !is_complex(taps) && count >= least && length(in) >= count - 1;
 }
 

@@ -17,7 +17,7 @@ template <class T> struct fir_table {
   static constexpr bool at_baseline = true;
   fir_sum<T> sum;
   std::int64_t transformed_from;  // taps from which on a transform takes less time than the sums
-  std::int64_t transformed_beyond_caches_from;
+  std::int64_t transformed_beyond_cache_from;
 };
 
 }  // namespace sigpak::kernels
