@@ -153,6 +153,7 @@ TEST(Filter, PassesItsBandAndStopsTheRest) {
   EXPECT_EQ(run_shell("sigpak filter --low-pass 200 --decimate 3 x").status, 1) << "aliases";
   EXPECT_EQ(run_shell("sigpak filter --low-pass 500 x").status, 1) << "half the rate";
   EXPECT_EQ(run_shell("sigpak filter --low-pass 50 --taps 9 --transition 5 x").status, 2);
+  EXPECT_EQ(run_shell("sigpak filter --low-pass 50 --transition 1e-6 x").status, 1) << "1e6 taps and more";
   EXPECT_EQ(run_shell("sigpak filter --low-pass 50 x").err, "");
   EXPECT_NE(run_shell("sigpak filter --band-pass 198,202 --taps 129 x").err.find("129 taps"),
             std::string::npos);

@@ -89,6 +89,9 @@ record designed(const filter_command& c, double rate) {
       c.factor > 1 && !c.low_pass && !c.high_pass && c.band_pass.empty() && c.band_stop.empty();
   if (decimates_alone) return decimation_taps(c.factor);
   const filter_design d = in_cycles_per_sample(wanted(c), c, rate);
+  if (transition_of(d, most_taps) > d.transition && d.transition > 0)
+    throw data_error("edges that narrow need more than " + std::to_string(most_taps) +
+                     " taps; a lower rate first");
   if (!c.quiet) warn(warnings_of(d, rate));
   return taps_of(d);
 }
