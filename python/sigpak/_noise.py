@@ -32,6 +32,17 @@ def _gamma_quantile(part: float, k: float) -> float:
     return float((1 - 1 / (9 * k) + NormalDist().inv_cdf(part) / (3 * np.sqrt(k))) ** 3)
 
 
+def median_of_noise(window: Array, hop: int, segments: int, average: str) -> float:
+    """The median of the powers of noise over their mean in one segment; `average` is a word of `RunningSpectrum`."""
+    if average == "maximum":  # of that many, each exponentially distributed
+        return float(-np.log1p(-np.exp2(-1 / segments)))
+    if average == "minimum":
+        return float(np.log(2)) / segments
+    r = 1 / independent_segments(window, hop, segments) if average == "mean" else 1.0
+    # the median of a gamma distribution (Choi 1994)
+    return 1 + r * (-1 / 3 + r * (8 / 405 + r * (184 / 25515 + r * (2248 / 3444525))))
+
+
 class Noise:
     """The level of the noise under a spectrum: medians over the neighbourhood, which lines do not move.
 
@@ -53,12 +64,10 @@ class Noise:
         self._power, self._padding, self._from_zero = power, padding, from_zero
         rare = 1 / (_FALSE_ALARMS * power.size)
         k = independent_segments(window, hop, segments) if average == "mean" else 1.0
-        self._median, self.threshold = _gamma_quantile(0.5, k), _gamma_quantile(1 - rare, k)
-        if average == "maximum":  # of that many, each exponentially distributed
-            self._median = float(-np.log1p(-(2 ** (-1 / segments))))
-            self.threshold = _gamma_quantile(1 - rare / segments, 1.0)
-        elif average == "minimum":
-            self._median, self.threshold = np.log(2) / segments, self.threshold / segments
+        self._median = median_of_noise(window, hop, segments, average)
+        self.threshold = _gamma_quantile(1 - (rare / segments if average == "maximum" else rare), k)
+        if average == "minimum":
+            self.threshold /= segments
         self.level = self._along(min(power.size, int(np.clip(2048 / k, 128, 2048)) * padding))
 
     def _along(self, width: int) -> Array:

@@ -14,7 +14,7 @@ import numpy as np
 from ._arguments import Array, ArrayLike, in_precision, samples, window_number
 from ._library import Precision
 from ._lines import Line, find_lines
-from ._noise import independent_segments
+from ._noise import independent_segments, median_of_noise
 from ._stream import Stream
 from .enums import Average, SpectrumFlag, Window
 from .errors import Error
@@ -77,8 +77,9 @@ class Spectrum:
 
     @property
     def noise_floor(self) -> float:
-        """The median of the values."""
-        return float(np.median(self.values))
+        """The level at which noise shows: the median of the values, which lines do not move, corrected to the mean."""
+        part = median_of_noise(self.window, self.hop, self.segments, self.average)
+        return float(np.median(self.values) / (part if self.quantity in ("power", "psd") else np.sqrt(part)))
 
     @property
     def lines(self) -> list[Line]:

@@ -118,6 +118,9 @@ def test_lines_are_those_above_the_noise_and_no_leakage() -> None:
     assert abs(fine[0].value - 2) < 2e-3 and abs(fine[1].value - 0.01) < 1e-3
     density = sp.spectrum(x, rate, segment=4096, quantity="asd", unit="V")
     assert abs(density.noise_floor / (0.05 * (2 / rate) ** 0.5) - 1) < 0.03 and density.unit == "V/sqrt(Hz)"
+    for segment, average in ((4096, "mean"), (200000, "mean"), (4096, "maximum"), (4096, "minimum")):
+        level = sp.spectrum(noise, rate, segment=segment, quantity="power", average=average).noise_floor
+        assert abs(level / (0.05**2 * 1.5 / (segment / 2)) - 1) < 0.05, (segment, average)
     alarms = sum(bool(sp.spectrum(part, rate, segment=256, quantity="power").lines) for part in np.split(noise, 100))
     assert alarms <= 2
     assert sp.spectrum(np.zeros(100), segment=20).lines == [] and sp.spectrum([1.0, 2.0]).lines == []
