@@ -3,17 +3,17 @@
 
 from __future__ import annotations
 
-from statistics import NormalDist
 from typing import NamedTuple
 
 import numpy as np
 
 from ._arguments import Array
+from ._noise import Noise
 
-#: One spectrum of noise in so many shows a line.
-_FALSE_ALARMS = 1000
 #: Leakage may be so much more than that of one line: where it meets that of its image, amplitudes add.
 _MARGIN = 4.0
+#: So many times less a spectrum is close to a line on both sides, as it is not on a resonance or the edge of a band.
+_LEAST_FALL = 1.25
 _PADDING = 8
 
 
@@ -28,21 +28,6 @@ class Line(NamedTuple):
         return f"Line(frequency={self.frequency:.6}, value={self.value:.6}, snr_db={self.snr_db:.1f})"
 
 
-def independent_segments(window: Array, hop: int, segments: int) -> float:
-    """How many segments without overlap average noise as well (Welch 1967)."""
-    energy = float(np.dot(window, window))
-    terms = 0.0
-    for j in range(1, min(segments, -(-window.size // hop))):
-        shared = float(np.dot(window[: window.size - j * hop], window[j * hop :])) / energy
-        terms += (1 - j / segments) * shared**2
-    return segments / (1 + 2 * terms)
-
-
-def _gamma_quantile(part: float, k: float) -> float:
-    """The quantile of a mean of k exponential variables (Wilson, Hilferty 1931)."""
-    return float((1 - 1 / (9 * k) + NormalDist().inv_cdf(part) / (3 * np.sqrt(k))) ** 3)
-
-
 def _leakage(window: Array) -> Array:
     """The most that a line leaves at a distance of 0, 1/8, 2/8, ... bins and beyond, relative to its top."""
     power = np.abs(np.fft.rfft(window, _PADDING * window.size)) ** 2
@@ -50,21 +35,26 @@ def _leakage(window: Array) -> Array:
     return envelope
 
 
-def find_lines(f: Array, power: Array, window: Array, hop: int, segments: int, padding: int = 1) -> list[Line]:
+def find_lines(
+    f: Array, power: Array, window: Array, hop: int, segments: int, average: str, padding: int
+) -> list[Line]:
     """The lines of a power spectrum, the strongest first."""
     if power.size < 3:
         return []
-    k = independent_segments(window, hop, segments)
-    noise = float(np.median(power)) / _gamma_quantile(0.5, k)
-    threshold = noise * _gamma_quantile(1 - 1 / (_FALSE_ALARMS * power.size), k)
+    noise = Noise(power, window, hop, segments, average, padding, from_zero=f[0] == 0)
+    threshold, fall = noise.threshold, min(noise.threshold, _LEAST_FALL)
     inner = power[1:-1]
-    tops = 1 + np.flatnonzero((inner > power[:-2]) & (inner >= power[2:]) & (inner > threshold))
+    tops = 1 + np.flatnonzero((inner > power[:-2]) & (inner >= power[2:]) & (inner > threshold * noise.level[1:-1]))
     leakage, explained = _leakage(window), np.zeros(power.size)
+    lobe = -(-int(np.argmax(leakage < 0.01)) * padding // _PADDING)
     lines = []
-    for top in tops[np.argsort(-power[tops])]:
-        if power[top] <= (threshold**0.5 + (_MARGIN * explained[top]) ** 0.5) ** 2:  # noise and leakage together
+    for top in tops[np.argsort(-power[tops])].tolist():
+        least = threshold * max(noise.level[top], noise.beside(top, lobe))
+        if power[top] <= (least**0.5 + (_MARGIN * explained[top]) ** 0.5) ** 2:  # noise and leakage together
             continue
-        line = _line(f, power, int(top), padding, noise)
+        if power[top] < fall * noise.foot(top, lobe + padding):
+            continue
+        line = _line(f, power, top, padding, float(noise.level[top]))
         lines.append(line)
         place = (line.frequency - f[0]) / (f[1] - f[0])
         distance = np.abs(np.arange(power.size) - place) * (_PADDING / padding)

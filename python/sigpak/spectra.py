@@ -13,7 +13,8 @@ import numpy as np
 
 from ._arguments import Array, ArrayLike, in_precision, samples, window_number
 from ._library import Precision
-from ._lines import Line, find_lines, independent_segments
+from ._lines import Line, find_lines
+from ._noise import independent_segments, median_of_noise
 from ._stream import Stream
 from .enums import Average, SpectrumFlag, Window
 from .errors import Error
@@ -76,19 +77,20 @@ class Spectrum:
 
     @property
     def noise_floor(self) -> float:
-        """The median of the values."""
-        return float(np.median(self.values))
+        """The level at which noise shows: the median of the values, which lines do not move, corrected to the mean."""
+        part = median_of_noise(self.window, self.hop, self.segments, self.average)
+        return float(np.median(self.values) / (part if self.quantity in ("power", "psd") else np.sqrt(part)))
 
     @property
     def lines(self) -> list[Line]:
         """The lines above the noise, the strongest first.
 
-        A line is listed when averaged noise would reach it in fewer than 1 of 1000 spectra, and when no stronger one
-        explains it by the leakage of the window. Frequency and value are those of the parabola through the logarithms
-        of the highest point and its neighbours.
+        A line is listed when the noise around it would reach it in fewer than 1 of 1000 spectra, when the spectrum
+        falls on both sides of it, and when no stronger one explains it by the leakage of the window. Frequency and
+        value are those of the parabola through the logarithms of the highest point and its neighbours.
         """
         powers = self.values if self.quantity in ("power", "psd") else self.values ** 2
-        found = find_lines(self.f, powers, self.window, self.hop, self.segments, self.padding)
+        found = find_lines(self.f, powers, self.window, self.hop, self.segments, self.average, self.padding)
         if self.quantity in ("power", "psd"):
             return found
         return [Line(line.frequency, line.value**0.5, line.snr_db) for line in found]

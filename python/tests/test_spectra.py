@@ -118,9 +118,33 @@ def test_lines_are_those_above_the_noise_and_no_leakage() -> None:
     assert abs(fine[0].value - 2) < 2e-3 and abs(fine[1].value - 0.01) < 1e-3
     density = sp.spectrum(x, rate, segment=4096, quantity="asd", unit="V")
     assert abs(density.noise_floor / (0.05 * (2 / rate) ** 0.5) - 1) < 0.03 and density.unit == "V/sqrt(Hz)"
+    for segment, average in ((4096, "mean"), (200000, "mean"), (4096, "maximum"), (4096, "minimum")):
+        level = sp.spectrum(noise, rate, segment=segment, quantity="power", average=average).noise_floor
+        assert abs(level / (0.05**2 * 1.5 / (segment / 2)) - 1) < 0.05, (segment, average)
     alarms = sum(bool(sp.spectrum(part, rate, segment=256, quantity="power").lines) for part in np.split(noise, 100))
     assert alarms <= 2
     assert sp.spectrum(np.zeros(100), segment=20).lines == [] and sp.spectrum([1.0, 2.0]).lines == []
+
+
+def test_noise_of_any_colour_has_no_lines() -> None:
+    noise = np.random.default_rng(5).normal(size=(6, 100000))
+    pole = 0.91 * np.exp(0.3j * np.pi)
+    colours = {
+        "white": ([1.0], [1.0]),
+        "drift": ([1.0], [1.0, -1.0]),
+        "flicker": ([0.049922, -0.095993, 0.050612, -0.004408], [1.0, -2.494956, 2.017265, -0.522189]),
+        "resonance": ([1.0], np.poly([pole, pole.conjugate()]).real),
+    }
+    for name, (b, a) in colours.items():
+        for average in ("mean", "maximum", "minimum", "last") if name == "white" else ("mean",):
+            kept = [sp.spectrum(signal.lfilter(b, a, x), segment=512, average=average).lines for x in noise]
+            assert sum(map(len, kept)) <= 1, (name, average, kept)
+
+
+def test_lines_close_to_others_are_found() -> None:
+    n, noise = np.arange(20000), np.random.default_rng(6).normal(0, 1e-4, 20000)
+    x = noise + sum(np.sin(2 * np.pi * (2.3 + 4.2 * k) / 1024 * n) for k in range(6))
+    assert len(sp.spectrum(x, window="hann", segment=1024, padding=4).lines) == 6
 
 
 def test_csv_and_plot(tmp_path: Any) -> None:

@@ -80,9 +80,13 @@ TEST(Stats, FiguresAndHistogramsAreThoseOfTheSamples) {
   EXPECT_EQ(std::ranges::count(csv, '\n'), 15) << "ten bins, a heading, and what they are of";
 }
 
-// Against the definition: taps by the window method, the signal in its place, zeros beyond its ends.
-TEST(Filter, IsTheConvolutionWithTheSignalInItsPlace) {
-  const auto x = noise(70'000);
+// Against the definition: taps by the window method, the signal in its place, zeros beyond its ends; of
+// signals shorter than the filter too.
+class Filtered : public ::testing::TestWithParam<int> {};
+INSTANTIATE_TEST_SUITE_P(Lengths, Filtered, ::testing::Values(70'000, 256, 40, 1));
+
+TEST_P(Filtered, IsTheConvolutionWithTheSignalInItsPlace) {
+  const auto x = noise(GetParam());
   write_vector("x", x, 1e-3, 0);
   std::vector<double> taps;
   for (int n = -32; n <= 32; ++n) {
@@ -129,11 +133,15 @@ TEST(Filter, PassesItsBandAndStopsTheRest) {
                      {"--band-pass 120,280", {0, 1, 0}},
                      {"--band-stop 120,280", {1, 0, 1}},
                      {"--band-stop 0.12k,0.28k --attenuation 60", {1, 0, 1}},
+                     {"--band-pass 190,210", {0, 1, 0}},
+                     {"--band-pass 198,202 --taps 129", {0, 1, 0}},
+                     {"--band-stop 395,405", {1, 1, 0}},
+                     {"--low-pass 195 --transition 6", {1, 0, 0}},
                      {"--low-pass 250 -w flattop --taps 301", {1, 1, 0}}};
   for (const auto& c : cases) {
     auto y = samples_of(run_shell(std::string("sigpak filter ") + c.options + " x").out);
     ASSERT_EQ(y.size(), 20000U) << c.options;
-    y = {y.begin() + 400, y.end() - 400};
+    y = {y.begin() + 600, y.end() - 600};
     EXPECT_NEAR(amplitude_at(y, 0.05), c.passed[0], 2e-3) << c.options;
     EXPECT_NEAR(amplitude_at(y, 0.2), c.passed[1], 2e-3) << c.options;
     EXPECT_NEAR(amplitude_at(y, 0.4), c.passed[2], 2e-3) << c.options;
@@ -144,6 +152,11 @@ TEST(Filter, PassesItsBandAndStopsTheRest) {
   EXPECT_NEAR(amplitude_at(lower, 0.2), 1, 1e-4) << "0.05 of four times the rate";
   EXPECT_EQ(run_shell("sigpak filter --low-pass 200 --decimate 3 x").status, 1) << "aliases";
   EXPECT_EQ(run_shell("sigpak filter --low-pass 500 x").status, 1) << "half the rate";
+  EXPECT_EQ(run_shell("sigpak filter --low-pass 50 --taps 9 --transition 5 x").status, 2);
+  EXPECT_EQ(run_shell("sigpak filter --low-pass 50 --transition 1e-6 x").status, 1) << "1e6 taps and more";
+  EXPECT_EQ(run_shell("sigpak filter --low-pass 50 x").err, "");
+  EXPECT_NE(run_shell("sigpak filter --band-pass 198,202 --taps 129 x").err.find("129 taps"),
+            std::string::npos);
 }
 
 TEST(Window, PointsAndFiguresAreThoseOfTheLibrary) {
@@ -228,7 +241,7 @@ TEST(Pipelines, RunAsTheManualHasThem) {
   const auto objects = run_shell("sigpak spectrum --json -c all a.wav b.wav").out;
   EXPECT_EQ(std::ranges::count(objects, '\n'), 3);
   const auto filtered = run_shell(
-      "sigpak filter --low-pass 7k --taps 129 --decimate 3 in.flac | sigpak spectrum --csv | sigpak plot "
+      "sigpak filter --low-pass 7k --decimate 3 in.flac | sigpak spectrum --csv | sigpak plot "
       "--svg -");
   EXPECT_NE(filtered.out.find("</svg>"), std::string::npos) << filtered.err;
   EXPECT_NE(filtered.out.find(">6.0000"), std::string::npos);

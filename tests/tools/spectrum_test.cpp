@@ -191,6 +191,48 @@ TEST(Spectrum, LinesOfNoiseStandAtItsMaxima) {
   }
 }
 
+// Noise that a filter of the second order colours: y[n] = a y[n-1] + b y[n-2] + x[n] - c x[n-1].
+TEST(Spectrum, ColouredNoiseHasNoLines) {
+  struct {
+    const char* name;
+    double a, b, c;
+  } const colours[] = {{"drift", 1, 0, 0},
+                       {"flicker and drift", 1.2, -0.2, 0.9},
+                       {"resonance of Q = 5", 2 * std::cos(0.3 * pi) * 0.91, -0.91 * 0.91, 0},
+                       {"violet", 0, 0, 1}};
+  std::mt19937 engine(4);
+  std::normal_distribution<double> noise;
+  for (const auto& c : colours) {
+    std::size_t false_lines = 0;
+    for (int trial = 0; trial < 6; ++trial) {
+      std::vector<double> y(200'000);
+      double last = 0;
+      for (std::size_t i = 0; i < y.size(); ++i) {
+        const double x = noise(engine);
+        y[i] = x - c.c * last + (i > 0 ? c.a * y[i - 1] : 0) + (i > 1 ? c.b * y[i - 2] : 0);
+        last = x;
+      }
+      const auto r = run("spectrum --json -s 512 " + write_vector("coloured", y, 1, 0));
+      false_lines += lines_of(r.out).size();
+    }
+    EXPECT_LE(false_lines, 2U) << c.name;
+  }
+}
+
+// A comb of them four resolutions apart, from the second one on.
+TEST(Spectrum, LinesCloseToOthersAreFound) {
+  std::mt19937 engine(6);
+  std::normal_distribution<double> noise;
+  const waveform comb = [&](int i) {
+    double sum = 1e-4 * noise(engine);
+    for (int k = 0; k < 6; ++k) sum += sine(1, 2.3 + 4.2 * k, 1024)(i);
+    return sum;
+  };
+  const auto file = recorded(comb, 20'000, 1024);
+  for (const char* window : {"Hann", "DSP_WINDOW_BLACKMAN"})
+    EXPECT_EQ(lines_of(run("spectrum --json -s 1024 " + file + " -w " + window).out).size(), 6U) << window;
+}
+
 TEST(Spectrum, LinesAtHalfTheRateBelowZeroAndWithoutARate) {
   const waveform alternating = [](int i) { return i % 2 == 0 ? 0.75 : -0.75; };
   expect_sine(run("spectrum --json -l 1 " + recorded(alternating, 9000, 2)), 1, 0.75, 1e-3, 1e-4);

@@ -14,6 +14,10 @@ constexpr double largest_sample = 1e100;
 
 block_reader::block_reader(source& in, std::size_t points, double gain)
     : in_(in), gain_(gain), width_(in.about().is_complex ? 2 : 1), channels_(in.about().channels.size()) {
+  lengthen(points);
+}
+
+void block_reader::lengthen(std::size_t points) {
   frames_.resize(points * width_ * channels_);
   channel_.resize(points, width_ == 2);
 }

@@ -16,6 +16,7 @@ class block_reader {
  public:
   block_reader(source& in, std::size_t points, double gain);
 
+  void lengthen(std::size_t points);         // of the blocks that are read from now on
   std::size_t read();                        // points that were read
   const record& channel(std::size_t index);  // until the next call
 

@@ -13,12 +13,23 @@ struct filter_design {
   int kind = DSP_FIR_LOW_PASS;
   double low = 0;  // edges in cycles per sample; the only one is `low`
   double high = 0;
-  std::size_t taps = 129;     // odd
+  std::size_t taps = 0;       // odd; 0 where the transition tells
+  double transition = 0;      // width of an edge; 0 where half the narrowest band does
   double attenuation = 80;    // of the stop band in dB, by a Kaiser window
   std::optional<int> window;  // in its place
 };
 
-// The taps, with the gain 1 in the middle of the pass band; a usage_error where there are none.
+constexpr std::size_t most_taps = 1'000'001;
+
+// The length that edges of the wanted width need.
+std::size_t length_of(const filter_design& design);
+
+// How wide that many taps leave an edge: where a band is narrower its middle is not passed whole.
+double transition_of(const filter_design& design, std::size_t taps);
+double narrowest_band(const filter_design& design);
+
+// The taps, with the gain 1 in the middle of the band that is passed, where it touches 0 or half the rate
+// there; a usage_error where there are none.
 record taps_of(const filter_design& design);
 
 // What suits a rate that falls to a part: nothing aliases below 0.9 of half the new one.

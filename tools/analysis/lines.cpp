@@ -27,6 +27,10 @@ constexpr std::size_t most_outside = 1000;
 // How many times the leakage of a stronger line the power of another has to be: several leak together.
 constexpr double margin = 10;
 
+// How many times less a spectrum has to be somewhere close to a line, on both sides: on the top of a
+// resonance and at the edge of a band it is not, between lines a few resolutions apart it is.
+constexpr double least_fall = 1.25;
+
 std::vector<std::size_t> maxima(std::span<const double> power) {
   std::vector<std::size_t> found;
   for (std::size_t i = 0; i < power.size(); ++i) {
@@ -134,6 +138,14 @@ std::size_t width_of_lobe(const record& leakage) {
                                   part.begin());
 }
 
+// The least power so many points beside another, on the side where it is higher; 0 where the spectrum ends
+// before.
+double foot_beside(std::span<const double> power, std::size_t at, std::size_t reach) {
+  const double left = at < reach ? 0 : std::ranges::min(power.subspan(at - reach, reach));
+  const double right = at + reach >= power.size() ? 0 : std::ranges::min(power.subspan(at + 1, reach));
+  return std::max(left, right);
+}
+
 }  // namespace
 
 double line_threshold(const spectrum& s) { return noise_threshold(s, chance_of_a_line); }
@@ -154,6 +166,7 @@ std::vector<line> strongest_lines(const spectrum& s, const line_options& options
     if (lines.size() == options.count || power[i] < least) break;
     if (!chosen.empty() && power[i] < range * power[chosen.front()]) break;
     if (power[i] < ratio * noise.at(i) || power[i] < ratio * noise_beside(s, i, lobe)) continue;
+    if (power[i] < std::min(ratio, least_fall) * foot_beside(power, i, lobe + padding)) continue;
     const bool leakage = std::ranges::any_of(
         chosen, [&](std::size_t j) { return power[i] < margin * power[j] * l.leaked(j, i); });
     if (leakage) continue;

@@ -72,6 +72,24 @@ std::size_t neighbourhood(const spectrum& s) {
   return std::min(static_cast<std::size_t>(bins) * padding, std::size_t{s.power.points});
 }
 
+// What the noise just above a point leads to expect there when it goes as 1/f^a, 0 <= a <= 2, as flicker and
+// drift do: below it there is none to compare with. What falls more steeply comes from another line.
+double level_towards_zero(const spectrum& s, std::size_t point, std::size_t apart) {
+  constexpr std::size_t reach = 2 * padding;
+  constexpr double steepest = 3;  // as few powers show a slope of 2
+  const std::size_t begin = point + apart;
+  if (begin + 3 * reach > s.power.points) return 0;
+  const double near = median_of(s.power, begin, reach);
+  const double far = median_of(s.power, begin + reach, 2 * reach);
+  if (far <= 0 || near <= far) return 0;
+  const auto place = [&s](std::size_t i) {
+    return static_cast<double>(s.offset() + std::max(i, std::size_t{1}));
+  };
+  const double middle = place(begin + reach / 2);
+  const double slope = std::log(near / far) / std::log(place(begin + 2 * reach) / middle);
+  return slope > steepest ? 0 : near * std::pow(middle / place(point), std::min(slope, 2.0));
+}
+
 }  // namespace
 
 double degrees_of_freedom(std::span<const double> window, std::size_t hop, std::uint64_t segments) {
@@ -129,7 +147,9 @@ double noise_beside(const spectrum& s, std::size_t point, std::size_t apart) {
     if (point >= k) near.data[count++] = power[point - k];
     if (point + k < power.size()) near.data[count++] = power[point + k];
   }
-  return median_of(near, 0, count) / median_of_noise(s);
+  const bool begins = !s.two_sided && s.offset() + point < apart + reach;
+  const double rising = begins ? level_towards_zero(s, point, apart) : 0;
+  return std::max(median_of(near, 0, count), rising) / median_of_noise(s);
 }
 
 double noise_floor(const spectrum& s) { return median_of(s.power, 0, s.power.points) / median_of_noise(s); }

@@ -32,7 +32,8 @@ class noise_level {
   record medians_;
 };
 
-// The same close to a point, from so many points apart to 8 resolutions more: what rises slowly is no line.
+// The same close to a point, from so many points apart to 8 resolutions more, or what flicker and drift would
+// bring there towards zero: what rises slowly is no line.
 double noise_beside(const spectrum& s, std::size_t point, std::size_t apart);
 
 // The same over the whole spectrum.

@@ -16,7 +16,11 @@
 namespace tool {
 namespace {
 
+// A short first block tells the rate that the filter is designed for; the others are longer than the filter,
+// so that it goes through the transform.
+constexpr std::size_t first_points = 256;
 constexpr std::size_t block_points = std::size_t{1} << 16;
+constexpr std::size_t blocks_of_taps = 4;
 
 struct filter_command {
   std::vector<std::string> names;
@@ -25,7 +29,8 @@ struct filter_command {
   std::optional<double> high_pass;
   std::vector<double> band_pass;
   std::vector<double> band_stop;
-  std::size_t taps = 129;
+  std::size_t taps = 0;
+  double transition = 0;
   double attenuation = 80;
   std::optional<int> window;
   std::size_t factor = 1;
@@ -39,13 +44,16 @@ struct filter_command {
 filter_design wanted(const filter_command& c) {
   if (c.low_pass.has_value() + c.high_pass.has_value() + !c.band_pass.empty() + !c.band_stop.empty() != 1)
     throw usage_error("one of --low-pass, --high-pass, --band-pass and --band-stop is wanted");
-  if (c.taps % 2 == 0) throw usage_error("--taps is odd, so that the signal stays in its place");
+  if (c.taps > 0 && c.taps % 2 == 0)
+    throw usage_error("--taps is odd, so that the signal stays in its place");
+  if (c.taps > 0 && c.transition > 0) throw usage_error("--taps and --transition tell the same");
   filter_design d;
   if (c.low_pass) d.kind = DSP_FIR_LOW_PASS, d.low = *c.low_pass;
   if (c.high_pass) d.kind = DSP_FIR_HIGH_PASS, d.low = *c.high_pass;
   if (!c.band_pass.empty()) d.kind = DSP_FIR_BAND_PASS, d.low = c.band_pass[0], d.high = c.band_pass[1];
   if (!c.band_stop.empty()) d.kind = DSP_FIR_BAND_STOP, d.low = c.band_stop[0], d.high = c.band_stop[1];
   d.taps = c.taps;
+  d.transition = c.transition;
   d.attenuation = c.attenuation;
   d.window = c.window;
   return d;
@@ -63,13 +71,29 @@ filter_design in_cycles_per_sample(filter_design d, const filter_command& c, dou
                      number_text(limit, 6) + " alone; the filter passes others");
   d.low /= rate;
   d.high /= rate;
+  d.transition /= rate;
   return d;
+}
+
+std::vector<std::string> warnings_of(const filter_design& d, double rate) {
+  const std::size_t taps = length_of(d);
+  const double width = transition_of(d, taps);
+  if (width <= narrowest_band(d)) return {};
+  return {std::to_string(taps) + " taps make an edge " + number_text(width * rate, 6) +
+          " wide, and a band between them is " + number_text(narrowest_band(d) * rate, 6) +
+          "; more --taps or a lower rate first"};
 }
 
 record designed(const filter_command& c, double rate) {
   const bool decimates_alone =
       c.factor > 1 && !c.low_pass && !c.high_pass && c.band_pass.empty() && c.band_stop.empty();
-  return decimates_alone ? decimation_taps(c.factor) : taps_of(in_cycles_per_sample(wanted(c), c, rate));
+  if (decimates_alone) return decimation_taps(c.factor);
+  const filter_design d = in_cycles_per_sample(wanted(c), c, rate);
+  if (transition_of(d, most_taps) > d.transition && d.transition > 0)
+    throw data_error("edges that narrow need more than " + std::to_string(most_taps) +
+                     " taps; a lower rate first");
+  if (!c.quiet) warn(warnings_of(d, rate));
+  return taps_of(d);
 }
 
 // The channels of a piece through filters of their own, and together again.
@@ -104,7 +128,7 @@ class bank {
 };
 
 void filter_piece(source& in, const filter_command& c, writer& out, progress_line& progress) {
-  block_reader blocks(in, block_points, c.gain);
+  block_reader blocks(in, first_points, c.gain);
   if (blocks.read() == 0) throw data_error("there are no samples in it");
   subject result = in.about();  // what it tells is known when samples are
   const record taps = designed(c, result.rate > 0 ? result.rate : 1);
@@ -113,10 +137,12 @@ void filter_piece(source& in, const filter_command& c, writer& out, progress_lin
   if (format.name.empty()) format.name = format_of_name(c.file);
   const auto to = open_signal_writer(out, format, result);
   bank filters(taps, c.factor, result.channels.size());
-  do {
+  filters.process(blocks, *to);
+  blocks.lengthen(std::max(block_points, blocks_of_taps * taps.points));
+  while (blocks.read() > 0) {
     filters.process(blocks, *to);
     progress.show(in);
-  } while (blocks.read() > 0);
+  }
   filters.finish(*to);
   to->finish();
   if (!c.quiet) warn(to->warnings());
@@ -156,8 +182,8 @@ taker band_taker(std::vector<double>& edges) {
 constexpr const char* about =
     "Linear phase: the signal stays in its place, and as long as it is. The result is a stream of "
     "vectors.\n\n"
-    "  sigpak filter --low-pass 1k --taps 129 --decimate 4 in.flac | sigpak spectrum\n"
-    "  sigpak filter --band-stop 49,51 --taps 2001 ecg.csv -o clean.vec";
+    "  sigpak filter --low-pass 1k --decimate 4 in.flac | sigpak spectrum\n"
+    "  sigpak filter --band-stop 49,51 ecg.csv -o clean.vec";
 
 }  // namespace
 
@@ -169,7 +195,10 @@ work add_filter(options& o) {
   o.number("--high-pass", "FREQ", "Keep what lies above", command->high_pass, 1e-12, highest);
   o.add("--band-pass", "F1,F2", "Keep what lies between", band_taker(command->band_pass));
   o.add("--band-stop", "F1,F2", "Keep the rest", band_taker(command->band_stop));
-  o.count("--taps", "Length of the filter, odd", command->taps, 3, 1000001);
+  o.number("--transition", "FREQ", "Width of an edge, half the narrowest band if not given",
+           command->transition, 1e-12, highest);
+  o.add("--taps", "N", "Length of the filter, odd, in its place",
+        options::count_taker(command->taps, 3, most_taps));
   o.number("--attenuation", "DB", "Of the stop band, 80 if not given", command->attenuation, 20, 200);
   o.add("-w,--window", "NAME", "A window of the catalogue in its place", [command](const std::string& name) {
     int window = 0;
