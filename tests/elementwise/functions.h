@@ -120,6 +120,23 @@ template <record V> samples<V> arguments(const unary_function& f, index count, u
   return out;
 }
 
+// In single precision the nearest float, in double within 0.8 ulp.
+template <record V> void expect_exact(const unary_function& f, const samples<V>& x) {
+  using T = scalar<V>;
+  signal<V> v(x);
+  ASSERT_EQ(call(f, static_cast<V*>(&v)), 0);
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    const exact argument(static_cast<double>(x[i]));
+    exact wanted;
+    f.definition(wanted.get(), argument.get(), MPFR_RNDN);
+    if constexpr (is_double<V>) {
+      ASSERT_LE(ulps(v.data[i], wanted), 0.8) << f.name << " at " << x[i];
+    } else {
+      ASSERT_EQ(v.data[i], static_cast<T>(mpfr_get_flt(wanted.get(), MPFR_RNDN))) << f.name << " at " << x[i];
+    }
+  }
+}
+
 // Points of every size and direction, with many close to the unit circle, where ln |z| loses digits, some on
 // the axes, and some too far out for the reduction of an angle.
 template <record V> samples<V> points(index count, unsigned seed = 3) {

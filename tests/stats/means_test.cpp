@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Geometric mean, harmonic mean, median.
+// Geometric and harmonic mean.
 #include "stats/statistic.h"
 
 namespace sigpak::test {
@@ -15,26 +15,23 @@ TYPED_TEST(Means, RealValuesByHand) {
   constexpr double h = wide(huge<V>);
   struct {
     std::initializer_list<double> x;
-    double geometric, harmonic, median;
-  } const cases[] = {{{}, 0, 0, 0},
-                     {{5}, 5, 5, 5},
-                     {{1, 0, 2}, 0, 0, 1},
-                     {{1, -1}, 0, h, 0},
-                     {{-2, -8}, 4, -3.2, -5},
-                     {{-2, 8}, 0, -16.0 / 3, 3},
-                     {{3, 1, 2, 4}, std::pow(24, 0.25), 1.92, 2.5},
-                     {{3, 1, 2}, std::cbrt(6), 18.0 / 11, 2},
-                     {{1e-20, 1e-20, 1e20, 1e20}, 1, 2e-20, 5e19},
-                     {{1e-25, 1e-25}, is_double<V> ? 1e-25 : 0, 1e-25, 1e-25},
-                     {{1, nan, -0.0}, 0, 0, nan}};
+    double geometric, harmonic;
+  } const cases[] = {{{}, 0, 0},
+                     {{5}, 5, 5},
+                     {{1, 0, 2}, 0, 0},
+                     {{1, -1}, 0, h},
+                     {{-2, -8}, 4, -3.2},
+                     {{-2, 8}, 0, -16.0 / 3},
+                     {{3, 1, 2, 4}, std::pow(24, 0.25), 1.92},
+                     {{3, 1, 2}, std::cbrt(6), 18.0 / 11},
+                     {{1e-20, 1e-20, 1e20, 1e20}, 1, 2e-20},
+                     {{1e-25, 1e-25}, is_double<V> ? 1e-25 : 0, 1e-25},
+                     {{1, nan, -0.0}, 0, 0}};
   for (const auto& c : cases) {
     const signal<V> v(c.x);
     expect_values<V>(result_of<V>(TWIN(s_gmean), v), {c.geometric}, 1e-14 + 3 * unit_roundoff<V>,
                      "geometric");
     expect_values<V>(result_of<V>(TWIN(s_hmean), v), {c.harmonic}, 3 * unit_roundoff<V>, "harmonic");
-    if (!std::isnan(c.median)) {
-      expect_values<V>(result_of<V>(TWIN(s_median), v), {c.median}, 3 * unit_roundoff<V>, "median");
-    }
   }
 }
 

@@ -123,6 +123,11 @@ TYPED_TEST(Median, OfComplexPointsIsByMagnitudeAndNeedsMemory) {
   }
   EXPECT_EQ(TWIN(s_median)(&pairs, &out), 0);
   EXPECT_EQ(out.values(), (samples<V>{1.5, -1.5})) << "(0, -3) and (3, 0)";
+  for (const bool complex : {false, true}) {
+    const signal<V> nothing({}, complex);
+    EXPECT_EQ(TWIN(s_median)(&nothing, &out), 0);
+    EXPECT_EQ(out.values(), samples<V>(complex ? 2 : 1)) << "of nothing";
+  }
 }
 
 }  // namespace
