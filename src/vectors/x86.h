@@ -58,6 +58,16 @@ SIGPAK_INLINE d4 as_doubles(f8 a) { return {_mm256_castps_pd(a.v)}; }
 SIGPAK_INLINE f4 as_floats(d2 a) { return {_mm_castpd_ps(a.v)}; }
 SIGPAK_INLINE f8 as_floats(d4 a) { return {_mm256_castpd_ps(a.v)}; }
 
+// Two scalars in turn.
+SIGPAK_INLINE d4 alternately(const double* from, d4) {
+  return {_mm256_set_m128d(_mm_loadu_pd(from), _mm_loadu_pd(from))};
+}
+SIGPAK_INLINE f8 alternately(const float* from, f8) {
+  double both;
+  __builtin_memcpy(&both, from, sizeof both);
+  return as_floats(splat<d4>(both));
+}
+
 // Within every 128 bits: the scalars of a, then of b, in even (odd) places; their lower (upper) two.
 SIGPAK_INLINE d2 evens(d2 a, d2 b) { return low_parts(a, b); }
 SIGPAK_INLINE d4 evens(d4 a, d4 b) { return low_parts(a, b); }

@@ -40,6 +40,12 @@ SIGPAK_INLINE d8 fma_odd(d8 a, d8 b, d8 c) { return {_mm512_fmaddsub_pd(a.v, b.v
 SIGPAK_INLINE f16 fma_odd(f16 a, f16 b, f16 c) { return {_mm512_fmaddsub_ps(a.v, b.v, c.v)}; }
 SIGPAK_INLINE d8 as_doubles(f16 a) { return {_mm512_castps_pd(a.v)}; }
 SIGPAK_INLINE f16 as_floats(d8 a) { return {_mm512_castpd_ps(a.v)}; }
+SIGPAK_INLINE d8 alternately(const double* from, d8) { return {_mm512_broadcast_f64x2(_mm_loadu_pd(from))}; }
+SIGPAK_INLINE f16 alternately(const float* from, f16) {
+  double both;
+  __builtin_memcpy(&both, from, sizeof both);
+  return as_floats(splat<d8>(both));
+}
 
 SIGPAK_INLINE d8 backwards(d8 a) { return {_mm512_shuffle_f64x2(a.v, a.v, 0x1b)}; }
 SIGPAK_INLINE f16 backwards(f16 a) {

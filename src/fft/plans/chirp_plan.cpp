@@ -9,6 +9,7 @@
 #include "core/isa.h"
 #include "core/recent_list.h"
 #include "core/scratch.h"
+#include "fft/plans/chirp_rows.h"
 #include "fft/plans/circle.h"
 #include "fft/plans/pass_tables.h"
 #include "fft/wide/kernels.h"
@@ -48,8 +49,44 @@ template <class T> void fill_turns(const chirp_plan<T>& plan, const roots& w) no
   }
 }
 
+// Points of the circle.
+template <class T> index all_points(const chirp_plan<T>& plan) noexcept {
+  return 2 * plan.rounds * plan.circle;
+}
+
+// w^(r n) for the even and the odd lanes of a round.
+template <class T> void fill_slants(const chirp_plan<T>& plan, int round, const roots& w) noexcept {
+  const index count = plan.vectors / plan.radix[0];
+  T* out = plan.slants[round];
+  for (int j = 0; j < plan.radix[0]; ++j, out += 2 * plan.lanes) {
+    for (int lane = 0; lane < plan.lanes; ++lane) {
+      const index n = plan.lanes / 2 * j * count + lane / 2;
+      put_root(out + lane, plan.lanes, w[n * (round + plan.rounds * (lane % 2))]);
+    }
+  }
+}
+
+template <class T> void fill_entries(const chirp_plan<T>& plan) noexcept {
+  const roots w(all_points(plan));
+  for (int round = 0; round < plan.rounds; ++round) {
+    T* out = plan.entries[round];
+    for (index i = 0; i < plan.vectors / plan.radix[0]; ++i) {
+      for (int k = 0; k < plan.radix[0]; ++k, out += 4) {
+        for (const int odd : {0, 1}) {
+          put_root(out + odd, 2, w[plan.lanes / 2 * i * (4 * k + round + plan.rounds * odd)]);
+        }
+      }
+    }
+    fill_slants(plan, round, w);
+  }
+}
+
 template <class T> index chirp_scalars(const chirp_plan<T>& plan) noexcept {
-  return 2 * ((2 * plan.points + plan.lanes - 1) / plan.lanes * plan.lanes);
+  return 2 / plan.rounds * ((2 * plan.points + plan.lanes - 1) / plan.lanes * plan.lanes);
+}
+template <class T> index entry_scalars(const chirp_plan<T>& plan) noexcept { return 4 * plan.vectors; }
+template <class T> index slant_scalars(const chirp_plan<T>& plan) noexcept {
+  return 2 * plan.lanes * plan.radix[0];
 }
 template <class T> index filter_scalars(const chirp_plan<T>& plan) noexcept {
   return 2 * plan.lanes * plan.vectors;
@@ -70,131 +107,75 @@ template <class T> void fill_transforms(chirp_plan<T>& plan) noexcept {
 template <class T> void carve(chirp_plan<T>& plan, carver& memory) noexcept {
   carve_transforms(plan, memory);
   plan.chirp = memory.take<T>(chirp_scalars(plan));
-  plan.filter = memory.take<T>(filter_scalars(plan));
+  for (int round = 0; round < plan.rounds; ++round) {
+    plan.filter[round] = memory.take<T>(filter_scalars(plan));
+    if (plan.rounds == 1) continue;
+    plan.entries[round] = memory.take<T>(entry_scalars(plan));
+    plan.slants[round] = memory.take<T>(slant_scalars(plan));
+  }
 }
-
-constexpr index row_length = 64;
-
-// One part each of neighbouring numbers.
-struct parted_row {
-  double high[row_length];
-  double low[row_length];
-
-  [[gnu::always_inline]] void put(index i, parted x) noexcept {
-    high[i] = x.high;
-    low[i] = x.low;
-  }
-  parted operator[](index i) const noexcept { return {high[i], low[i]}; }
-};
-
-struct root_row {
-  parted_row cosine;
-  parted_row sine;
-
-  [[gnu::always_inline]] void put(index i, root r) noexcept {
-    cosine.put(i, r.cosine);
-    sine.put(i, r.sine);
-  }
-  root operator[](index i) const noexcept { return {cosine[i], sine[i]}; }
-};
-
-// conj g[m] and its product with exp(-i pi m / K): the even and the odd bins of the circle, which lie side by
-// side in the lanes.
-class squares {
- public:
-  squares(index points, const roots& of_circle) noexcept
-      : period_(2 * points), of_data_(2 * points), of_circle_(of_circle) {}
-
-  // From m = first on; those behind m = 2 N - 2 are 0. All loops but those over the table of coarse roots run
-  // in vectors.
-  [[gnu::always_inline]] void fill(root_row (&out)[2], index first, index count) const noexcept {
-    const index left = std::clamp(period_ - 1 - first, index{0}, count);
-    std::int32_t coarse[2][row_length];
-    double fine[2][row_length];
-    find_angles(coarse, fine, first, left);
-    for (const int part : {0, 1}) {
-      root_row& row = out[part];
-      for (index i = 0; i < left; ++i) row.put(i, coarse_root(coarse[part][i]));
-      for (index i = 0; i < left; ++i) row.put(i, turned_by(row[i], fine[part][i]));
-      for (index i = left; i < count; ++i) row.put(i, {});
-    }
-  }
-
- private:
-  [[gnu::always_inline]] void find_angles(std::int32_t (&coarse)[2][row_length],
-                                          double (&fine)[2][row_length], index first,
-                                          index count) const noexcept {
-    const auto square = static_cast<double>(first * first % period_);
-    const auto slope = static_cast<double>(2 * first);
-    const auto start = static_cast<double>(first);
-    const roots of_data = of_data_;
-    const roots of_circle = of_circle_;
-    for (index i = 0; i < count; ++i) {
-      const double step = static_cast<std::int32_t>(i);
-      const angle even = of_data.angle_of(square + step * (slope + step));
-      const angle odd = even - of_circle.angle_of(start + step);
-      coarse[0][i] = even.coarse;
-      fine[0][i] = even.fine;
-      coarse[1][i] = odd.coarse;
-      fine[1][i] = odd.fine;
-    }
-  }
-
-  index period_;
-  roots of_data_;
-  roots of_circle_;
-};
 
 template <class T>
-void put_chirp(T* out, int lanes, index n, const root_row (&row)[2], index count) noexcept {
+void put_chirp(const chirp_plan<T>& plan, index n, const root_row (&row)[2], index count) noexcept {
+  if (plan.rounds == 2) {
+    for (index i = 0; i < count; ++i) {
+      T* const at = plan.chirp + 2 * (n + i);
+      at[0] = static_cast<T>(rounded(row[0].cosine[i]));
+      at[1] = static_cast<T>(-rounded(row[0].sine[i]));
+    }
+    return;
+  }
   for (index i = 0; i < count; ++i) {
-    T* const at = lane_at(out, lanes, 2 * (n + i));
+    T* const at = lane_at(plan.chirp, plan.lanes, 2 * (n + i));
     for (const int part : {0, 1}) {
       at[part] = static_cast<T>(rounded(row[part].cosine[i]));
-      at[lanes + part] = static_cast<T>(-rounded(row[part].sine[i]));
+      at[plan.lanes + part] = static_cast<T>(-rounded(row[part].sine[i]));
     }
   }
 }
 
-inline void put_sums(double* out, int lanes, const root_row (&low)[2], const root_row (&high)[2],
-                     factor scale, index count) noexcept {
+inline void put_sums(double* out, int lanes, const root_row (&sum)[2], factor scale, index count) noexcept {
   for (index i = 0; i < count; ++i) {
     double* const at = lane_at(out, lanes, 2 * i);
     for (const int part : {0, 1}) {
-      at[part] = scale * (low[part].cosine[i] + high[part].cosine[i]);
-      at[lanes + part] = scale * (low[part].sine[i] + high[part].sine[i]);
+      at[part] = scale * sum[part].cosine[i];
+      at[lanes + part] = scale * sum[part].sine[i];
     }
   }
 }
 
-// The power of two near sqrt(2 K). Times it and 1 / (2 K) the spectrum of g is about 1, so that the products
-// with it are of the size of the sums on both sides.
-double balance(index circle) noexcept {
-  const auto bits = static_cast<int>(std::bit_width(static_cast<std::uint64_t>(circle)));
-  return std::ldexp(1.0, (bits + 1) / 2);
+// The power of two near the root of the points of the circle. Times it and their inverse the spectrum of g is
+// about 1, so that the products with it are of the size of the sums on both sides.
+double balance(index all_points) noexcept {
+  const auto bits = static_cast<int>(std::bit_width(static_cast<std::uint64_t>(all_points)));
+  return std::ldexp(1.0, bits / 2);
 }
 
-// The chirp of `plan`, and conj g on the circle of 2 K points, whose two halves m and m + K are folded: in
-// scratch memory, as the first pass of `wide` leaves its results.
+// conj g on the whole circle, whose parts m + t K are folded: in scratch memory, as the first pass of `wide`
+// leaves its results. And the chirp of `plan` with the first round.
 template <class T>
-void fill_squares(const chirp_plan<T>& plan, const chirp_plan<double>& wide, double* scratch) noexcept {
-  std::fill_n(plan.chirp, chirp_scalars(plan), T(0));
-  const squares chirps(plan.points, roots(2 * plan.circle));
-  const factor scale(0.5L * balance(plan.circle) / static_cast<long double>(plan.circle));
+void fill_squares(const chirp_plan<T>& plan, int round, const chirp_plan<double>& wide,
+                  double* scratch) noexcept {
+  if (round == 0) std::fill_n(plan.chirp, chirp_scalars(plan), T(0));
+  const index all = all_points(plan);
+  const squares chirps(plan.points, all, round, plan.rounds);
+  const factor scale(static_cast<long double>(balance(all)) / static_cast<long double>(all));
   const index block = plan.circle / wide.radix[0];
-  isa::run([=, chirp = plan.chirp, points = plan.points, lanes = plan.lanes, wide_lanes = wide.lanes,
-            all = plan.circle, step = 2 * wide.stride * wide.lanes] {
+  isa::run([=, &plan, wide_lanes = wide.lanes, step = 2 * wide.stride * wide.lanes] {
     double* out = scratch;
-    root_row low[2];
-    root_row high[2];
-    for (index start = 0; start < all; start += block, out += step) {
+    root_row sum[2];
+    root_row next[2];
+    for (index start = 0; start < plan.circle; start += block, out += step) {
       for (index i = 0; i < block; i += row_length) {
-        const index m = start + i;
         const index count = std::min(row_length, block - i);
-        chirps.fill(low, m, count);
-        chirps.fill(high, m + all, count);
-        put_sums(out + 4 * i, wide_lanes, low, high, scale, count);
-        put_chirp(chirp, lanes, m, low, std::min(count, points - m));
+        for (index m = start + i; m < all; m += plan.circle) {
+          root_row(&row)[2] = m < plan.circle ? sum : next;
+          chirps.fill(row, m, count);
+          if (round == 0 && m < plan.points) put_chirp(plan, m, row, std::min(count, plan.points - m));
+          if (m < plan.circle) continue;
+          for (const int part : {0, 1}) add_row(sum[part], next[part], count);
+        }
+        put_sums(out + 4 * i, wide_lanes, sum, scale, count);
       }
     }
   });
@@ -213,11 +194,12 @@ template <class T, class Body> void for_each_bin(const chirp_plan<T>& plan, cons
 }
 
 status fill(chirp_plan<double>& plan, scratch_memory<double>& memory) noexcept {
-  fill_transforms(plan);
   double* const scratch = memory.at_least(scratch_of(plan), plan.chirp);
   if (scratch == nullptr) return failed;
-  fill_squares(plan, plan, scratch);
-  at_level<chirp_spectra>()->run(plan, scratch, plan.filter);
+  for (int round = 0; round < plan.rounds; ++round) {
+    fill_squares(plan, round, plan, scratch);
+    at_level<chirp_spectra>()->run(plan, scratch, plan.filter[round]);
+  }
   return ok;
 }
 
@@ -230,13 +212,13 @@ struct wide_filter {
   void carve(carver& memory) noexcept {
     carve_transforms(plan, memory);
     scratch = memory.take<double>(scratch_of(plan));
-    plan.filter = memory.take<double>(filter_scalars(plan));
+    plan.filter[0] = memory.take<double>(filter_scalars(plan));
     bins = memory.take<double>(4 * plan.circle);
   }
 
   void collect() const noexcept {
     for_each_bin(plan, [this](index lane, index bin) {
-      const double* const at = lane_at(plan.filter, plan.lanes, lane);
+      const double* const at = lane_at(plan.filter[0], plan.lanes, lane);
       for (index part = 0; part < 2; ++part) {
         bins[4 * bin + part] = at[part];
         bins[4 * bin + 2 + part] = at[plan.lanes + part];
@@ -245,10 +227,21 @@ struct wide_filter {
   }
 };
 
+void fill_filter(const chirp_plan<float>& plan, int round, const wide_filter& wide) noexcept {
+  fill_squares(plan, round, wide.plan, wide.scratch);
+  at_level<chirp_spectra>()->run(wide.plan, wide.scratch, wide.plan.filter[0]);
+  wide.collect();
+  for_each_bin(plan, [&plan, &wide, round](index lane, index bin) {
+    float* const at = lane_at(plan.filter[round], plan.lanes, lane);
+    for (index part = 0; part < 2; ++part) {
+      at[part] = static_cast<float>(wide.bins[4 * bin + part]);
+      at[plan.lanes + part] = static_cast<float>(wide.bins[4 * bin + 2 + part]);
+    }
+  });
+}
+
 status fill(chirp_plan<float>& plan, scratch_memory<float>&) noexcept {
-  fill_transforms(plan);
   wide_filter wide;
-  wide.plan.points = plan.points;
   choose_passes(wide.plan, plan.circle, at_level<chirp_kernels<double>>()->widest_lanes);
   carver needed(nullptr);
   wide.carve(needed);
@@ -257,28 +250,25 @@ status fill(chirp_plan<float>& plan, scratch_memory<float>&) noexcept {
   carver memory(align(block.get()));
   wide.carve(memory);
   fill_transforms(wide.plan);
-  fill_squares(plan, wide.plan, wide.scratch);
-  at_level<chirp_spectra>()->run(wide.plan, wide.scratch, wide.plan.filter);
-  wide.collect();
-  for_each_bin(plan, [&plan, &wide](index lane, index bin) {
-    float* const at = lane_at(plan.filter, plan.lanes, lane);
-    for (index part = 0; part < 2; ++part) {
-      at[part] = static_cast<float>(wide.bins[4 * bin + part]);
-      at[plan.lanes + part] = static_cast<float>(wide.bins[4 * bin + 2 + part]);
-    }
-  });
+  for (int round = 0; round < plan.rounds; ++round) fill_filter(plan, round, wide);
   return ok;
 }
 
 // Mixed lengths have positive keys in the same list.
 index key_of(index points) noexcept { return -(points * 4 + static_cast<index>(isa::current())); }
 
+// Two where scratch memory, chirp and filter of one, 2 N points each, leave the second cache.
+template <class T> int rounds_of(index points) noexcept {
+  return 3 * 4 * points * index{sizeof(T)} > machine::caches().second ? 2 : 1;
+}
+
 template <class T> chirp_plan<T> lay_out(index points) noexcept {
   const auto* const level = at_level<chirp_kernels<T>>();
   chirp_plan<T> plan = {};
   plan.points = points;
-  choose_circle(plan, points, level->widest_lanes, level->narrowest_lanes);
-  plan.scale[1] = static_cast<T>(1 / balance(plan.circle));
+  plan.rounds = rounds_of<T>(points);
+  choose_circle(plan, (points + plan.rounds - 1) / plan.rounds, level->widest_lanes, level->narrowest_lanes);
+  plan.scale[1] = static_cast<T>(1 / balance(all_points(plan)));
   plan.scale[0] = plan.scale[1] / static_cast<T>(points);
   return plan;
 }
@@ -294,7 +284,11 @@ const chirp_plan<T>* make_chirp_plan(recent_list& plans, scratch_memory<T>& scra
   status filled = failed;
   const auto* const plan = keep_plan(
       lay_out<T>(points), carve<T>,
-      [&filled, &scratch](chirp_plan<T>& fresh) { filled = fill(fresh, scratch); },
+      [&filled, &scratch](chirp_plan<T>& fresh) {
+        fill_transforms(fresh);
+        if (fresh.rounds > 1) fill_entries(fresh);
+        filled = fill(fresh, scratch);
+      },
       [&plans, key = key_of(points)](index bytes) { return plans.append(key, bytes); });
   if (plan != nullptr && filled != ok) return plans.drop_first(), nullptr;
   return plan;

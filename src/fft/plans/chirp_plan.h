@@ -14,6 +14,10 @@
 // run by decimation in frequency and leave their results in place, the V-point ones follow within groups of V
 // neighbouring vectors. The spectrum of g is stored in the order that results, and the way back is the
 // transpose of the way there, so that nothing is ever put in order.
+//
+// Where all this leaves the second cache the circle has 4 K points, 2 K >= N, and is gone round twice with
+// half of the memory: first for the bins 4 q + r with r of 0 and 2, then for those with r of 1 and 3. These
+// are K-point transforms of (z[n] + (-i)^r z[n+K]) exp(-i pi r n / (2 K)).
 #pragma once
 
 #include "fft/plans/pass_plan.h"
@@ -28,14 +32,23 @@ namespace sigpak::kernels {
 // Odd lengths up to this one are transformed by the definition instead, which is more accurate and as fast.
 template <class T> inline constexpr int most_direct_points = sizeof(T) == sizeof(double) ? 61 : 37;
 
-// `vectors` is L, `lanes` 2 V; the last radix is that of the core.
+inline constexpr int most_rounds = 2;
+
+// `vectors` is L, `lanes` 2 V; the last radix is that of the core. With u rounds the bins of one are 2 u q +
+// r, r the number of the round in the even lanes and u more in the odd ones.
 template <class T> struct chirp_plan : pass_plan<T> {
   std::int64_t points;  // N
   std::int64_t circle;  // K
-  T scale[2];           // of the results, forward and inverse, with what the filter leaves of 1 / (2 K)
-  T* chirp;             // vectors of conj g[n] and its product with exp(-i pi n / K), as cosine and sine
-  T* turns;             // w_K^(l kb) within the groups of V vectors: cosine and sine alternate
-  T* filter;            // vectors of the even and odd bins of g, as cosine and sine
+  int rounds;
+  T scale[2];  // of the results, forward and inverse, with what the filter leaves of 1 / (2 u K)
+  T* chirp;    // of one round, vectors of conj g[n] and its product with exp(-i pi n / K), as cosine
+               // and sine; of two, conj g[n], whose cosine and sine alternate
+  T* turns;    // w_K^(l kb) within the groups of V vectors: cosine and sine alternate
+  T* filter[most_rounds];  // vectors of the bins of g, as cosine and sine
+  // Of two rounds the twiddles of the first pass are w^(r n), n = V (i + j L / R) + l, taken apart: of its
+  // butterflies those of V i, for both r, with those of the outputs; and vectors of the others by j.
+  T* entries[most_rounds];
+  T* slants[most_rounds];
 };
 
 // Scalars of scratch memory.

@@ -19,8 +19,8 @@ struct pass_cost {
 };
 constexpr pass_cost inner_costs[] = {{12, 7.1}, {10, 5.7}, {8, 5.2}, {7, 5.5},
                                      {6, 5.2},  {5, 4.3},  {4, 3.8}, {3, 4.1}};
-constexpr pass_cost outer_costs[] = {{8, 6.1}, {5, 5.1}, {4, 3.9}, {3, 4.3}, {1, 2.9}};
-constexpr pass_cost core_costs[] = {{4, 9.6}, {8, 11.0}, {16, 13.0}};
+constexpr pass_cost outer_costs[] = {{8, 5.6}, {5, 4.8}, {4, 3.9}, {3, 4.2}, {1, 2.9}};
+constexpr pass_cost core_costs[] = {{4, 11.0}, {8, 11.0}, {16, 13.0}};
 
 constexpr index largest_factor = 7;
 

@@ -235,9 +235,9 @@ void inner_passes(const chirp_plan<typename P::scalar>& plan, int pass, typename
 }
 
 template <class P, bool filtering>
-void all_inner_passes(const chirp_plan<typename P::scalar>& plan, typename P::scalar* s,
+void all_inner_passes(const chirp_plan<typename P::scalar>& plan, int round, typename P::scalar* s,
                       typename P::scalar* spectrum) {
-  core_tables<typename P::scalar> tables = {plan.turns, plan.filter, spectrum};
+  core_tables<typename P::scalar> tables = {plan.turns, plan.filter[round], spectrum};
   for (int block = 0; block < plan.radix[0]; ++block) {
     inner_passes<P, filtering>(plan, 1, s + 2 * P::width * plan.stride * block, plan.block[1], tables);
   }
@@ -247,7 +247,7 @@ template <class P, bool inverse>
 void run_chirp(const chirp_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
   data_of<P> data(x, plan.points);
   with_outer_radix(plan.radix[0], [&](auto radix) { chirp_in<P, radix, inverse>(plan, data, s); });
-  all_inner_passes<P, true>(plan, s, nullptr);
+  all_inner_passes<P, true>(plan, 0, s, nullptr);
   with_outer_radix(plan.radix[0], [&](auto radix) { chirp_out<P, radix, inverse>(plan, s, data); });
   data.finish();
 }
@@ -258,7 +258,7 @@ void chirp_spectrum(const chirp_plan<typename P::scalar>& plan, typename P::scal
   with_outer_radix(plan.radix[0], [&](auto radix) {
     pass_inwards<P, radix>(s, plan.vectors / radix, plan.stride, plan.twiddles[0]);
   });
-  all_inner_passes<P, false>(plan, s, out);
+  all_inner_passes<P, false>(plan, 0, s, out);
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The chirp transforms of one level, and those by the definition.
-#include "fft/wide/chirp.h"
+#include "fft/wide/chirp_rounds.h"
 #include "fft/wide/definition.h"
 #include "fft/wide/kernels.h"
 #include "vectors/levels.h"
@@ -12,6 +12,9 @@ using widest_d = widest<double>;
 using widest_f = widest<float>;
 
 template <class P, class T> void run_either(const chirp_plan<T>& plan, T* x, T* scratch, bool inverse) {
+  if (plan.rounds == 2) {
+    return inverse ? run_rounds<P, true>(plan, x, scratch) : run_rounds<P, false>(plan, x, scratch);
+  }
   inverse ? run_chirp<P, true>(plan, x, scratch) : run_chirp<P, false>(plan, x, scratch);
 }
 
