@@ -52,12 +52,12 @@ template <class T> struct wide_guard {
 
 // Spacing of the other domain after a transform of n points: 1 / (n * delta), H for 0.
 // A NaN spacing stays NaN here; operations that turn it into H say so. The way back from 1 / n comes to 1
-// without a division, which a call on the same record would wait for.
+// without a division and, as compilers do not know that the period is 1 there, without anything that a call
+// on the same record would wait for.
 template <class T> constexpr T reciprocal_spacing(T delta, T n) noexcept {
   const T period = n * delta;
-  if (period == 1) [[likely]]
-    return 1;
-  return delta != 0 ? T(1) / period : guard<T>::huge;
+  if (period < 1 || period > 1) return delta < 0 || delta > 0 ? T(1) / period : guard<T>::huge;
+  return period != period ? period : T(1);
 }
 
 }  // namespace sigpak

@@ -8,9 +8,8 @@
 #include "fft/baseline/bluestein.h"
 #include "fft/baseline/packed_real.h"
 #include "fft/baseline/split_radix.h"
-#include "fft/wide/kernels.h"
+#include "fft/small_transform.h"
 #include "fft/workshop.h"
-#include "vectors/levels.h"
 
 namespace sigpak {
 
@@ -149,13 +148,6 @@ template <class T> status transform_directly(T* x, index points, bool inverse) n
   return ok;
 }
 
-// Null where the length is none of those that need no plan.
-template <class T> auto small_transform(index points, bool inverse) noexcept -> void (*)(T*) {
-  if (points > kernels::most_small) return nullptr;
-  const auto* const level = at_level<kernels::small_kernels<T>>();
-  return level != nullptr ? level->complex[points].run[inverse] : nullptr;
-}
-
 template <class T> void transform_pair(T* x, bool inverse) noexcept {
   const T scale = inverse ? T(1) : T(0.5);
   for (index part = 0; part < 2; ++part) {
@@ -182,7 +174,7 @@ template <class T> algorithm algorithm_for(index points) noexcept {
   const bool power = is_power_of_two(points);
   const auto* const level = at_level<fft_kernels<T>>();
   if (level == nullptr) return power ? algorithm::split_radix : algorithm::bluestein;
-  const bool is_small = small_transform<T>(points, false) != nullptr;
+  const bool is_small = small_transform(at_level<kernels::small_kernels<T>>(), points, false) != nullptr;
   if (power) return is_small ? algorithm::small : algorithm::lanes;
   if (is_small) return algorithm::coprime;
   if (has_short_factors<T>(points)) return cheapest_passes<T>(points);
@@ -235,7 +227,7 @@ template <class T> [[gnu::noinline]] status transform_longer(T* data, index poin
 
 // A length that needs no plan takes no longer than finding out what it is.
 template <class T> status transform(T* data, index points, bool inverse) noexcept {
-  const auto run = small_transform<T>(points, inverse);
+  const auto run = small_transform(at_level<kernels::small_kernels<T>>(), points, inverse);
   if (run == nullptr) return transform_longer(data, points, inverse);
   run(data);
   return ok;
@@ -270,24 +262,17 @@ template <class T> [[gnu::noinline]] status inverse_longer(T* data, index points
   return level != nullptr ? transform_real(*level, data, points, true) : inverse_packed(data, points);
 }
 
-// Null where the length is none of those that need no plan.
-template <class T> auto small_real_transform(index points, bool inverse) noexcept -> void (*)(T*) {
-  if (!has_packed(points) || points >> kernels::small_real_sizes != 0) return nullptr;
-  const auto* const level = at_level<kernels::small_kernels<T>>();
-  return level != nullptr ? level->real[address_bits(points)].run[inverse] : nullptr;
-}
-
 }  // namespace
 
 template <class T> status forward_real(T* data, index points) noexcept {
-  const auto run = small_real_transform<T>(points, false);
+  const auto run = small_real_transform(at_level<kernels::small_kernels<T>>(), points, false);
   if (run == nullptr) return forward_longer(data, points);
   run(data);
   return ok;
 }
 
 template <class T> status inverse_real(T* data, index points) noexcept {
-  const auto run = small_real_transform<T>(points, true);
+  const auto run = small_real_transform(at_level<kernels::small_kernels<T>>(), points, true);
   if (run == nullptr) return inverse_longer(data, points);
   run(data);
   return ok;

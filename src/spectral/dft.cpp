@@ -5,10 +5,21 @@
 
 namespace sigpak {
 
-template <record V> status dft(V* v, int direction) noexcept {
+namespace {
+
+template <record V> [[gnu::noinline]] status dft_longer(V* v, bool inverse) noexcept {
   const index points = length(v);
-  if (transform_record(v, direction != 0) != ok) return failed;
+  if (transform_record(v, inverse) != ok) return failed;
   v->delta = dft_spacing(v->delta, points);
+  return ok;
+}
+
+}  // namespace
+
+template <record V> status dft(V* v, int direction) noexcept {
+  const bool inverse = direction != 0;
+  if (!transform_small(v, inverse)) return dft_longer(v, inverse);
+  v->delta = dft_spacing(v->delta, index{v->points});
   return ok;
 }
 

@@ -16,10 +16,21 @@ template <record V> status transform_real_record(V* v, bool inverse) noexcept {
   return failed;
 }
 
-template <record V> status fft(V* v, int direction) noexcept {
+namespace {
+
+template <record V> [[gnu::noinline]] status fft_longer(V* v, bool inverse) noexcept {
   const index points = length(v);
-  if (!is_power_of_two(points) || transform_record(v, direction != 0) != ok) return failed;
+  if (!is_power_of_two(points) || transform_record(v, inverse) != ok) return failed;
   v->delta = reciprocal_spacing(v->delta, static_cast<scalar<V>>(points));
+  return ok;
+}
+
+}  // namespace
+
+template <record V> status fft(V* v, int direction) noexcept {
+  const bool inverse = direction != 0;
+  if (!is_power_of_two(v->points) || !transform_small(v, inverse)) return fft_longer(v, inverse);
+  v->delta = reciprocal_spacing(v->delta, static_cast<scalar<V>>(index{v->points}));
   return ok;
 }
 

@@ -5,6 +5,7 @@
 #include "core/power_of_two.h"
 #include "core/storage.h"
 #include "elementwise/elementwise.h"
+#include "fft/small_transform.h"
 #include "fft/transform.h"
 #include "spectral/spacing.h"
 #include "spectral/spectral.h"
@@ -23,7 +24,13 @@ template <record V> status make_room(V* v, index points) noexcept {
   return room <= v->alloc ? ok : reshape(v, room / 2, true);
 }
 
-template <record V> status to_half_spectrum(V* v) noexcept {
+// The way of a length that needs no plan, there or back; null for others, and for records without the room.
+template <record V> auto small_way(const V* v, index points, bool inverse) noexcept -> void (*)(scalar<V>*) {
+  const auto* const level = at_chosen_level<kernels::small_kernels<scalar<V>>>();
+  return points + 2 <= v->alloc ? small_real_transform(level, points, inverse) : nullptr;
+}
+
+template <record V> [[gnu::noinline]] status to_half_spectrum_longer(V* v) noexcept {
   const index points = length(v);
   if (points < 2) return ok;
   if (make_room(v, points) != ok) return failed;
@@ -32,8 +39,17 @@ template <record V> status to_half_spectrum(V* v) noexcept {
   return done ? ok : failed;
 }
 
+template <record V> status to_half_spectrum(V* v) noexcept {
+  const index points = v->points;
+  const auto run = small_way(v, points, false);
+  if (run == nullptr) return to_half_spectrum_longer(v);
+  run(v->data);
+  set_shape(v, points / 2 + 1, true);
+  return ok;
+}
+
 // A lent record moves to storage of its own.
-template <record V> status from_half_spectrum(V* v, index points) noexcept {
+template <record V> [[gnu::noinline]] status from_half_spectrum_longer(V* v, index points) noexcept {
   if (points < 2) return keep_real(v);
   const index bins = length(v);
   if (!is_complex(v) && to_complex(v) != ok) return failed;
@@ -41,6 +57,14 @@ template <record V> status from_half_spectrum(V* v, index points) noexcept {
   const bool done = inverse_real(v->data, points) == ok;
   done ? set_shape(v, points, false) : set_shape(v, bins, true);
   return done ? ok : failed;
+}
+
+template <record V> status from_half_spectrum(V* v, index points) noexcept {
+  const auto run = is_complex(v) ? small_way(v, points, true) : nullptr;
+  if (run == nullptr) return from_half_spectrum_longer(v, points);
+  run(v->data);
+  set_shape(v, points, false);
+  return ok;
 }
 
 // 2 (P - 1) or 2 P - 1 points from P, but one from one.

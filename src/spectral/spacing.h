@@ -19,8 +19,9 @@ template <class T> T transformed_spacing(T delta, index points) noexcept {
 template <class T> T dft_spacing(T delta, index points) noexcept {
   const index n = points > 1 ? points : 1;
   const T spacing = reciprocal_spacing(delta, static_cast<T>(n));
-  const bool keeps_nan = n > 1 && is_power_of_two(n);
-  return std::isnan(spacing) && !keeps_nan ? guard<T>::huge : spacing;
+  if (!std::isnan(spacing)) [[likely]]
+    return spacing;
+  return n > 1 && is_power_of_two(n) ? spacing : guard<T>::huge;
 }
 
 }  // namespace sigpak

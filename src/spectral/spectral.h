@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/record.h"
+#include "fft/small_transform.h"
 #include "fft/transform.h"
 
 namespace sigpak {
@@ -13,6 +14,14 @@ template <record V> status transform_record(V* v, bool inverse) noexcept {
   const index points = length(v);
   if (points < 2) return ok;
   return is_complex(v) ? transform(v->data, points, inverse) : transform_real_record(v, inverse);
+}
+
+// The same of a complex record whose length needs no plan; whether it is one.
+template <record V> bool transform_small(V* v, bool inverse) noexcept {
+  const auto* const level = at_chosen_level<kernels::small_kernels<scalar<V>>>();
+  const auto run = is_complex(v) ? small_transform(level, index{v->points}, inverse) : nullptr;
+  if (run != nullptr) run(v->data);
+  return run != nullptr;
 }
 
 template <record V> status fft(V* v, int direction) noexcept;

@@ -37,6 +37,19 @@ template <class Table> const Table* at_level([[maybe_unused]] isa::level level) 
 }
 template <class Table> const Table* at_level() noexcept { return at_level<Table>(isa::current()); }
 
+// The same without a branch, where the shortest operations look first: null until the level is chosen, and at
+// the baseline, at which such a family has no table.
+template <class Table> const Table* at_chosen_level() noexcept {
+  static_assert(!has_baseline_table<Table> && isa::detail::unknown == -1);
+#if SIGPAK_WIDE_LEVELS
+  static constexpr const Table* tables[] = {nullptr, nullptr, &offered<isa::level::avx2, Table>::table,
+                                            &offered<isa::level::avx512, Table>::table};
+  return tables[static_cast<unsigned>(isa::detail::chosen.load(std::memory_order_relaxed) + 1)];
+#else
+  return nullptr;
+#endif
+}
+
 // The same of one function of the table.
 template <class Table, class Function> Function at_level(Function Table::*function) noexcept {
   const Table* const table = at_level<Table>();

@@ -89,5 +89,15 @@ template <class T, int N, bool inverse> void run_points(T* x) {
   unroll<N>([&](auto k) SIGPAK_LAMBDA { store_point(x + 2 * k, a[result_at<N, inverse>(k)]); });
 }
 
+// Scaled before the sum, which then cannot overflow.
+template <class T, bool inverse> void run_pair(T* x) {
+  using E = typename point_vector<T>::type;
+  const auto half = factor_of<E, inverse>(T(0.5));
+  const E a = scaled(half, load_point(x));
+  const E b = scaled(half, load_point(x + 2));
+  store_point(x, a + b);
+  store_point(x + 2, a - b);
+}
+
 }  // namespace
 }  // namespace sigpak::SIGPAK_LEVEL

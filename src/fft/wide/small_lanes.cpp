@@ -19,6 +19,7 @@ constexpr int rows_of_32 = widest_d::width;
 template <class T> class small_table {
  public:
   constexpr small_table() {
+    all_.complex[2] = {run_pair<T, false>, run_pair<T, true>};
     add_powers();
     add<1, 3>(), add<1, 5>(), add<1, 7>(), add<1, 9>(), add<1, 11>(), add<1, 13>();
     add<2, 3>(), add<2, 5>(), add<2, 7>(), add<2, 9>();
