@@ -293,6 +293,26 @@ template <class T> status inverse_real_apart(T* from, T* to, index points) noexc
   return ok;
 }
 
+template <class T> int circle_order(index points) noexcept {
+  const auto* const level = at_level<fft_kernels<T>>();
+  return plan_apart(level, points) != nullptr ? level->widest_lanes : 0;
+}
+
+template <class T> status make_filter(T* x, index points) noexcept {
+  const auto* const level = at_level<fft_kernels<T>>();
+  const auto* const plan = plan_apart(level, points);
+  if (plan == nullptr) return failed;
+  return with_scratch_of(*plan, false, x, [=](T* scratch) { level->run_filter(*plan, x, scratch); });
+}
+
+template <class T> status run_circle(const T* filter, const T* from, T* to, index points) noexcept {
+  const auto* const level = at_level<fft_kernels<T>>();
+  const auto* const plan = plan_apart(level, points);
+  if (plan == nullptr) return failed;
+  return with_scratch_of(*plan, true, from,
+                         [=](T* scratch) { level->run_circle(*plan, filter, from, to, scratch); });
+}
+
 template void own_plans<double>() noexcept;
 template void own_plans<float>() noexcept;
 template algorithm algorithm_for<double>(index) noexcept;
@@ -309,5 +329,11 @@ template status forward_real_apart(const double*, double*, index) noexcept;
 template status forward_real_apart(const float*, float*, index) noexcept;
 template status inverse_real_apart(double*, double*, index) noexcept;
 template status inverse_real_apart(float*, float*, index) noexcept;
+template int circle_order<double>(index) noexcept;
+template int circle_order<float>(index) noexcept;
+template status make_filter(double*, index) noexcept;
+template status make_filter(float*, index) noexcept;
+template status run_circle(const double*, const double*, double*, index) noexcept;
+template status run_circle(const float*, const float*, float*, index) noexcept;
 
 }  // namespace sigpak

@@ -30,6 +30,16 @@ constexpr index half_spectrum_room(index points) noexcept {
 template <class T> status forward_real_apart(const T* from, T* to, index points) noexcept;
 template <class T> status inverse_real_apart(T* from, T* to, index points) noexcept;
 
+// Whether reals go around a circle of so many points with a filter in one sweep less than by the transforms
+// above, and in what order of bins: 0 where they do not.
+template <class T> int circle_order(index points) noexcept;
+
+// There: a filter, zero-padded to the circle and scaled by the points, to its bins, in place; and data around
+// the circle, also in place.
+constexpr index circle_room(index points) noexcept { return half_spectrum_room(points) + 16; }
+template <class T> status make_filter(T* x, index points) noexcept;
+template <class T> status run_circle(const T* filter, const T* from, T* to, index points) noexcept;
+
 // What transforms complex data.
 enum class algorithm {
   identity,     // of at most one point

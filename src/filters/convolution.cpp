@@ -32,6 +32,7 @@ template <record V> struct kept_filter {
   scalar<V>* section = nullptr;
   index room = 0;       // transform length that both tables have room for
   index transform = 0;  // that of the spectrum; 0 while there is none
+  int order = 0;        // of its bins
 
   status release() noexcept {
     free_table(spectrum);
@@ -47,7 +48,7 @@ template <record V> status make_room(kept_filter<V>& k, index transform) noexcep
   if (transform <= k.room) return ok;
   k.room = k.transform = 0;
   for (scalar<V>** const table : {&k.spectrum, &k.section}) {
-    scalar<V>* const grown = resize_table(*table, half_spectrum_room(transform));
+    scalar<V>* const grown = resize_table(*table, circle_room(transform));
     if (grown == nullptr) return failed;
     *table = grown;
   }
@@ -58,11 +59,12 @@ template <record V> status make_room(kept_filter<V>& k, index transform) noexcep
 // A tap that is not finite makes a difference that is NaN, which passes for none.
 template <record V> bool comparable(const V* taps) noexcept { return all_finite(taps->data, length(taps)); }
 
-template <record V> bool spectrum_fits(const kept_filter<V>& k, const V* taps, index transform) noexcept {
-  if (k.transform != transform) return false;
+template <record V>
+bool spectrum_fits(const kept_filter<V>& k, const V* taps, index transform, int order) noexcept {
+  if (k.transform != transform || k.order != order) return false;
   const auto tolerance = static_cast<scalar<V>>(std::abs(static_cast<double>(taps->data[0])) * same_taps);
-  std::int32_t order = 0;
-  return compare(taps, &k.taps, tolerance, &order) == ok && order == 0;
+  std::int32_t difference = 0;
+  return compare(taps, &k.taps, tolerance, &difference) == ok && difference == 0;
 }
 
 // The spectrum of the taps, scaled so that it makes up for the factor of the forward transform; null on
@@ -71,14 +73,17 @@ template <record V> const scalar<V>* spectrum_of(kept_filter<V>& k, const V* tap
   using T = scalar<V>;
   register_cache<V>(cache::fir, []() noexcept { return filters<V>.release(); });
   const bool keeps = comparable(taps);
-  if (keeps && spectrum_fits(k, taps, transform)) return k.spectrum;
+  const int order = circle_order<T>(transform);
+  if (keeps && spectrum_fits(k, taps, transform, order)) return k.spectrum;
   k.transform = 0;
   if (make_room(k, transform) != ok || copy(&k.taps, taps) != ok) return nullptr;
   const index count = length(taps);
   const T factor = static_cast<T>(transform);
   for (index i = 0; i < count; ++i) k.spectrum[i] = factor * taps->data[i];
   std::fill(k.spectrum + count, k.spectrum + transform, T(0));
-  if (forward_real(k.spectrum, transform) != ok) return nullptr;
+  k.order = order;
+  const status made = order != 0 ? make_filter(k.spectrum, transform) : forward_real(k.spectrum, transform);
+  if (made != ok) return nullptr;
   if (keeps) k.transform = transform;
   return k.spectrum;
 }
@@ -125,6 +130,7 @@ void fill_section(scalar<V>* x, const V* in, const V* history, index begin, inde
 // The circle of a transform: `before` spoiled outputs and those of a section.
 template <class V, class T = scalar<V>>
 status convolve_circle(const kept_filter<V>& k, index transform, const T* from, T* to) noexcept {
+  if (k.order != 0) return run_circle(static_cast<const T*>(k.spectrum), from, to, transform);
   if (forward_real_apart(from, k.section, transform) != ok) return failed;
   multiply_in_place(k.section, 2, k.spectrum, 2, transform / 2 + 1);
   return inverse_real_apart(k.section, to, transform);

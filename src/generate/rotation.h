@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <concepts>
+#include <cstring>
 
 #include "core/blocks.h"
 #include "core/kept_errno.h"
@@ -52,44 +53,41 @@ template <class T> struct swept {
   T* x;
   index width = 1;
   double amplitude = 1;
-  index ahead = 0;
 };
 
-// Blocks that lanes write, each `apart` points behind the one of the lane before it, before `end`.
-struct blocks_of_lanes {
-  index first;
-  index apart;
-  index end;
-};
-
-// The last block may be cut short. Lanes left over turn nothing, into the void.
+// The points from `first` to `end`, a block of them to a lane. The last one may be cut short. Lanes left over
+// turn nothing, into the void.
 template <class T>
-void sweep_lanes(sweep angle, phasor turn, blocks_of_lanes blocks, const swept<T>& to,
+void sweep_lanes(sweep angle, phasor turn, index first, index end, const swept<T>& to,
                  kernels::sweep<T> kernel) noexcept {
   static_assert(kernels::sweep_points == rotation_block);
-  T spare[2 * rotation_block] = {};
-  T last[2 * rotation_block] = {};
-  kernels::sweep_start start = {
-      .re = {}, .im = {}, .c = turn.re, .s = turn.im, .amplitude = to.amplitude, .ahead = to.ahead};
+  T spare[2 * rotation_block];
+  T last[2 * rotation_block];
+  kernels::sweep_start start = {.c = turn.re, .s = turn.im, .amplitude = to.amplitude};
   T* x[kernels::most_sweep_lanes];
-  std::fill(x, x + kernels::most_sweep_lanes, &spare[0]);
   int lanes = 0;
-  index begin = blocks.first;
-  for (; begin < blocks.end && lanes < kernels::most_sweep_lanes; begin += blocks.apart, ++lanes) {
+  for (index begin = first; begin < end; begin += rotation_block, ++lanes) {
     const phasor z = phasor_at(angle_of(angle, begin));
     start.re[lanes] = z.re;
     start.im[lanes] = z.im;
     x[lanes] = to.x + begin * to.width;
   }
-  T* const end = to.x + blocks.end * to.width;
+  const int all =
+      lanes > kernels::most_sweep_lanes / 2 ? kernels::most_sweep_lanes : kernels::most_sweep_lanes / 2;
+  if (lanes < all) {
+    std::memset(spare, 0, sizeof spare);
+    std::fill(x + lanes, x + all, &spare[0]);
+  }
   T* const final_block = x[lanes - 1];
-  const bool cut_short = end - final_block < rotation_block * to.width;
+  const index left = to.x + end * to.width - final_block;
+  const bool cut_short = left < rotation_block * to.width;
   if (cut_short) {
-    std::copy(final_block, end, last);
+    std::memset(last, 0, sizeof last);
+    std::copy_n(final_block, left, last);
     x[lanes - 1] = last;
   }
   kernel(start, x, lanes);
-  if (cut_short) std::copy_n(last, end - final_block, final_block);
+  if (cut_short) std::copy_n(last, left, final_block);
 }
 
 // How many of so many points make the next pass: of more than nine blocks sixteen, but not where blocks are
@@ -110,18 +108,53 @@ template <class T> index points_of_lane(index points, index width) noexcept {
   return blocks < least_blocks ? 0 : ((blocks - 1) | 1) * rotation_block;
 }
 
-// Long parts, one to a lane; how many points they have together. Beyond the last cache what is foreseen comes
-// too late: the next block of every lane is called for.
-template <class T>
-index sweep_parts(sweep angle, phasor turn, index points, swept<T> to, kernels::sweep<T> kernel) noexcept {
-  const index part = points_of_lane<T>(points, to.width);
-  const index end = part / rotation_block * points_of_pass<T>(points, to.width);
-  const bool beyond = points * to.width * index{sizeof(T)} > machine::caches().last;
-  to.ahead = beyond ? rotation_block * to.width : 0;
-  for (index first = 0; first < part; first += rotation_block) {
-    sweep_lanes(angle, turn, {first, part, end}, to, kernel);
+// The blocks at the same place of every part. Their first points are found lane by lane, also while the
+// kernel is at the blocks before, which has its own in registers.
+struct blocks_of_parts {
+  sweep angle;
+  index part;
+  int lanes;
+  kernels::sweep_start start;
+  index first = 0;
+  int found = 0;
+
+  void find(int end) noexcept {
+    for (; found < end; ++found) {
+      const phasor z = phasor_at(angle_of(angle, first + found * part));
+      start.re[found] = z.re;
+      start.im[found] = z.im;
+    }
   }
-  return end;
+  static void find_some(void* next) noexcept {
+    auto& blocks = *static_cast<blocks_of_parts*>(next);
+    blocks.find(blocks.found + blocks.lanes / kernels::meanwhiles);
+  }
+};
+
+// Long parts, one to a lane; how many points they have together. Beyond the second cache, where single
+// precision still waits for its arithmetic alone, the next blocks begin while lines are waited for; beyond
+// the last one what is foreseen comes too late, and the next block of every lane is called for.
+template <class T>
+index sweep_parts(sweep angle, phasor turn, index points, const swept<T>& to,
+                  kernels::sweep<T> kernel) noexcept {
+  const index part = points_of_lane<T>(points, to.width);
+  const int lanes = static_cast<int>(points_of_pass<T>(points, to.width) / rotation_block);
+  const index bytes = points * to.width * index{sizeof(T)};
+  blocks_of_parts next = {angle, part, lanes, {.c = turn.re, .s = turn.im, .amplitude = to.amplitude}};
+  next.start.work = &next;
+  if (sizeof(T) == sizeof(double) && bytes > machine::caches().second) {
+    next.start.meanwhile = blocks_of_parts::find_some;
+  }
+  if (bytes > machine::caches().last) next.start.ahead = rotation_block * to.width;
+  T* x[kernels::most_sweep_lanes];
+  for (index first = 0; first < part; first += rotation_block) {
+    next.find(lanes);
+    for (int l = 0; l < lanes; ++l) x[l] = to.x + (first + l * part) * to.width;
+    next.first = first + rotation_block;
+    next.found = 0;
+    kernel(next.start, x, lanes);
+  }
+  return part * lanes;
 }
 
 // put(i, cos, sin) for every point, or what does the same at the wide levels.
@@ -132,7 +165,7 @@ template <class T, class Put> void sweep_points(sweep angle, index points, swept
   index first = table != nullptr ? sweep_parts(angle, turn, points, to, table->*to.kernel) : 0;
   while (table != nullptr && points - first > rotation_block) {
     const index here = points_of_pass<T>(points - first, to.width);
-    sweep_lanes(angle, turn, {first, rotation_block, first + here}, to, table->*to.kernel);
+    sweep_lanes(angle, turn, first, first + here, to, table->*to.kernel);
     first += here;
   }
   for (; first < points; first += rotation_block) {

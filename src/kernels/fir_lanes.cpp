@@ -31,6 +31,7 @@ template <class T> struct filter {
   index count;
   index tap_stride;
   index x_stride;
+  index row;  // taps whose samples are a vector apart
 };
 
 // M taps, W / x_stride apart, onto R vectors of outputs; h is the first of them, x its samples. From the
@@ -49,50 +50,68 @@ SIGPAK_INLINE void add_taps(P (&sums)[R], const T* h, index spacing, const T* x)
   });
 }
 
-// Sets of M rows of taps, from the last taps down, while a whole set is left; a row is W / x_stride taps.
+// For each k from end - 1 down to `from`: taps k and those M - 1 that follow it by rows.
 template <int M, int W, class P, int R, class T>
-SIGPAK_INLINE index add_sets(P (&sums)[R], const filter<T>& f, index left, const T* x) {
-  const index row = W / f.x_stride;
-  while (left >= M * row) {
-    left -= M * row;
-    for (index k = left + row - 1; k >= left; --k) {
-      add_taps<M, W>(sums, f.taps + k * f.tap_stride, row * f.tap_stride, x + (f.count - 1 - k) * f.x_stride);
-    }
+SIGPAK_INLINE void add_columns(P (&sums)[R], const filter<T>& f, index from, index end, const T* x) {
+  for (index k = end - 1; k >= from; --k) {
+    add_taps<M, W>(sums, f.taps + k * f.tap_stride, f.row * f.tap_stride, x + (f.count - 1 - k) * f.x_stride);
   }
-  return left;
 }
 
-// R vectors of outputs. W is the level's width, also for single scalars, which must go the same way. In
-// vectors of 128 bits the taps come one by one, from the last to the first: few loads cross a line there, and
-// they take less time than the products.
-template <int W, class P, int R, class T>
+// R vectors of outputs. W is the level's width, also for single scalars, which must go the same way. From the
+// last taps down, four rows at a time, until `rows` are left and less than another: as many columns are one
+// tap longer. In vectors of 128 bits the taps come one by one, from the last to the first: few loads cross a
+// line there, and they take less time than the products.
+template <int rows, int W, class P, int R, class T>
 SIGPAK_INLINE void sum_vectors(const filter<T>& f, const T* x, T* out) {
   P sums[R];
   unroll<R>([&](auto r) SIGPAK_LAMBDA { sums[r] = splat<P>(T(0)); });
-  index left = f.count;
   if constexpr (W * sizeof(T) > 16) {
-    left = add_sets<4, W>(sums, f, left, x);
-    left = add_sets<2, W>(sums, f, left, x);
-    left = add_sets<1, W>(sums, f, left, x);
-  }
-  for (index k = left - 1; k >= 0; --k) {
-    add_taps<1, W>(sums, f.taps + k * f.tap_stride, 0, x + (f.count - 1 - k) * f.x_stride);
+    index left = f.count;
+    for (; left >= 4 * f.row; left -= 4 * f.row) {
+      add_columns<4, W>(sums, f, left - 4 * f.row, left - 3 * f.row, x);
+    }
+    left -= rows * f.row;
+    if constexpr (rows > 0) add_columns<rows, W>(sums, f, left, f.row, x);
+    add_columns<rows + 1, W>(sums, f, 0, left, x);
+  } else {
+    add_columns<1, W>(sums, f, 0, f.count, x);
   }
   unroll<R>([&](auto r) SIGPAK_LAMBDA { store(out + r * P::width, sums[r]); });
 }
 
-template <class P, int R, class T = typename P::scalar>
-void sum(const T* taps, index count, index tap_stride, const T* x, index x_stride, T* out, index n) {
+template <int rows, class P, int R, class T>
+SIGPAK_INLINE void sum_rows(const filter<T>& f, const T* x, T* out, index n) {
   constexpr int W = P::width;
-  const filter<T> f = {taps, count, tap_stride, x_stride};
   index j = 0;
-  for (; j + R * W <= n; j += R * W) sum_vectors<W, P, R>(f, x + j, out + j);
-  for (; j + W <= n; j += W) sum_vectors<W, P, 1>(f, x + j, out + j);
+  for (; j + R * W <= n; j += R * W) sum_vectors<rows, W, P, R>(f, x + j, out + j);
+  if (j + R / 2 * W <= n) {
+    sum_vectors<rows, W, P, R / 2>(f, x + j, out + j);
+    j += R / 2 * W;
+  }
+  for (; j + W <= n; j += W) sum_vectors<rows, W, P, 1>(f, x + j, out + j);
   if (j == n) return;
   if (n >= W) {
-    sum_vectors<W, P, 1>(f, x + n - W, out + n - W);  // some outputs once more, with the same bits
+    sum_vectors<rows, W, P, 1>(f, x + n - W, out + n - W);  // some outputs once more, with the same bits
   } else {
-    for (; j < n; ++j) sum_vectors<W, single<T>, 1>(f, x + j, out + j);
+    for (; j < n; ++j) sum_vectors<rows, W, single<T>, 1>(f, x + j, out + j);
+  }
+}
+
+template <class P, int R, class T = typename P::scalar>
+void sum(const T* taps, index count, index tap_stride, const T* x, index x_stride, T* out, index n) {
+  const index row = P::width / x_stride;
+  const filter<T> f = {taps, count, tap_stride, x_stride, row};
+  if constexpr (sizeof(P) == 16) return sum_rows<0, P, R>(f, x, out, n);
+  switch (count / row % 4) {
+    case 0:
+      return sum_rows<0, P, R>(f, x, out, n);
+    case 1:
+      return sum_rows<1, P, R>(f, x, out, n);
+    case 2:
+      return sum_rows<2, P, R>(f, x, out, n);
+    default:
+      return sum_rows<3, P, R>(f, x, out, n);
   }
 }
 

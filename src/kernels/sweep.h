@@ -9,15 +9,20 @@ namespace sigpak::kernels {
 inline constexpr int most_sweep_lanes = 16;
 inline constexpr std::int64_t sweep_points = 256;
 
-// re + i im of every lane is its first point; c + i s turns it to the next.
+// re + i im of every lane is its first point; c + i s turns it to the next. They are read once.
 struct sweep_start {
-  double re[most_sweep_lanes];
-  double im[most_sweep_lanes];
   double c;
   double s;
   double amplitude;
-  std::int64_t ahead;  // scalars from where a lane writes to the lines that are called for, or 0
+  double re[most_sweep_lanes] = {};
+  double im[most_sweep_lanes] = {};
+  std::int64_t ahead = 0;  // scalars from where a lane writes to the lines that are called for
+
+  // Called as often as `meanwhiles` in a block: stores on their way to memory leave time for work.
+  void (*meanwhile)(void* work) = nullptr;
+  void* work = nullptr;
 };
+inline constexpr int meanwhiles = 4;
 
 // Writes sweep_points points from x[lane] on, in eight lanes or in sixteen.
 template <class T> using sweep = void (*)(const sweep_start& start, T* const* x, int lanes);

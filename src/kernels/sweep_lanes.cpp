@@ -100,14 +100,22 @@ template <class Way, int lanes, class T> void turn_lanes(const kernels::sweep_st
     turn_vectors<Way>(first, c, s, amplitude, [=](int lane, real a) SIGPAK_LAMBDA { write(x[lane], a); });
     for (index p = 0; p < i; ++p) unroll<z.groups>([&](auto g) SIGPAK_LAMBDA { z.turn(g, c, s); });
   }
-  for (; i + steps <= kernels::sweep_points; i += steps) {
-    if (start.ahead != 0) {
-      unroll<lanes>([&](auto l) SIGPAK_LAMBDA { prefetch(x[l] + i * Way::scalars + start.ahead); });
+  const index between =
+      start.meanwhile != nullptr ? kernels::sweep_points / kernels::meanwhiles : kernels::sweep_points;
+  for (index end = between; end <= kernels::sweep_points; end += between) {
+    for (; i + steps <= end; i += steps) {
+      if (start.ahead != 0) {
+        unroll<lanes>([&](auto l) SIGPAK_LAMBDA { prefetch(x[l] + i * Way::scalars + start.ahead); });
+      }
+      turn_vectors<Way>(z, c, s, amplitude, [=](int lane, real a) SIGPAK_LAMBDA {
+        T* const to = x[lane] + i * Way::scalars;
+        write(to, Way::adds ? read(to) + a : a);
+      });
     }
-    turn_vectors<Way>(z, c, s, amplitude, [=](int lane, real a) SIGPAK_LAMBDA {
-      T* const to = x[lane] + i * Way::scalars;
-      write(to, Way::adds ? read(to) + a : a);
-    });
+    if (start.meanwhile != nullptr) {
+      unroll<lanes>([&](auto l) SIGPAK_LAMBDA { __builtin_prefetch(x[l] + end * Way::scalars, 1); });
+      start.meanwhile(start.work);
+    }
   }
   if (const index left = kernels::sweep_points - i; left > 0) {
     turn_vectors<Way>(z, c, s, amplitude, [=](int lane, real a) SIGPAK_LAMBDA {

@@ -30,6 +30,10 @@ template <class T> struct fft_kernels {
   // Either may be in place; the way back changes the spectrum.
   void (*run_real)(const real_plan<T>& plan, const T* from, T* to, T* scratch);
   void (*run_real_inverse)(const real_plan<T>& plan, T* from, T* to, T* scratch);
+  // A filter to its bins, in place with room for the lanes behind it, and real data around their circle with
+  // it.
+  void (*run_filter)(const real_plan<T>& plan, T* x, T* scratch);
+  void (*run_circle)(const real_plan<T>& plan, const T* filter, const T* from, T* to, T* scratch);
   // The sweep after the forward transform of half the length, and before the inverse one.
   void (*change_bins)(const half_plan<T>& plan, T* x, bool inverse);
   void (*run_mixed)(const mixed_plan<T>& plan, T* x, T* scratch, bool inverse);

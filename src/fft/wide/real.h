@@ -85,41 +85,81 @@ template <class P> SIGPAK_INLINE cplx<P> packed(cplx<P> a, cplx<P> b, const type
   return {fnma(im, c, fma(re, s, a.re + b.re)), fma(re, c, fma(im, s, a.im - b.im))};
 }
 
+// The bins kb + k' M of a group of W neighbouring kb, in the order of point_at; w holds the group's twiddles.
+template <class P>
+SIGPAK_INLINE void transform_group(const real_plan<typename P::scalar>& plan, index kb,
+                                   const typename P::scalar* s, const typename P::scalar* w,
+                                   cplx<P> (&y)[P::width]) {
+  using T = typename P::scalar;
+  constexpr int W = P::width;
+  const rows<P> row(plan, kb / W);
+  unroll<W>([&](auto p) SIGPAK_LAMBDA {
+    constexpr int v = point_at<T>(p, W);
+    y[p] = unpacked(load_pair<P>(s, row.place(plan, v)), load_pair<P>(s, row.mirror(plan, v)),
+                    plan.unpack + 2 * (kb + v));
+  });
+  transpose(y);
+  unroll<W - 1>([&](auto l) SIGPAK_LAMBDA {
+    const cplx<P> t = load_pair<P>(w, l);
+    y[l + 1] = turned(y[l + 1], t.re, t.im);
+  });
+  transform(y, splat<P>(plan.scale));
+}
+
+// The bins H + k' M, k' < W / 2, as pairs `step` scalars apart.
+template <class P>
+SIGPAK_INLINE void put_middle(const real_plan<typename P::scalar>& plan, cplx<P> z, typename P::scalar* out,
+                              index step) {
+  const P middle = (z.re - z.im) * splat<P>(2);
+  const auto& roots = middle_roots_of<P>;
+  for (int k = 0; k < P::width / 2; ++k, out += step) {
+    out[0] = sum_of_lanes(middle * load<P>(roots.c[k])) * plan.scale;
+    out[1] = -sum_of_lanes(middle * load<P>(roots.s[k])) * plan.scale;
+  }
+}
+
 template <class P>
 void real_last_pass(const real_plan<typename P::scalar>& plan, const typename P::scalar* s,
                     typename P::scalar* x) {
   using T = typename P::scalar;
   constexpr int W = P::width;
   const index vectors = 2 * plan.vectors;
-  const cplx<P> z = load_pair<P>(s, 0);
-  const P middle = (z.re - z.im) * splat<P>(2);
-  const P scale = splat<P>(plan.scale);
+  const cplx<P> middle = load_pair<P>(s, 0);
   const T* w = plan.last;
-  for (index kb = 0, group = 0; kb < plan.vectors; kb += W, ++group, w += 2 * W * (W - 1)) {
-    const rows<P> row(plan, group);
+  for (index kb = 0; kb < plan.vectors; kb += W, w += 2 * W * (W - 1)) {
     cplx<P> y[W];
-    unroll<W>([&](auto p) SIGPAK_LAMBDA {
-      constexpr int v = point_at<T>(p, W);
-      y[p] = unpacked(load_pair<P>(s, row.place(plan, v)), load_pair<P>(s, row.mirror(plan, v)),
-                      plan.unpack + 2 * (kb + v));
-    });
-    transpose(y);
-    unroll<W - 1>([&](auto l) SIGPAK_LAMBDA {
-      const cplx<P> t = load_pair<P>(w, l);
-      y[l + 1] = turned(y[l + 1], t.re, t.im);
-    });
-    transform(y, scale);
+    transform_group(plan, kb, s, w, y);
     unroll<W / 2>([&](auto k) SIGPAK_LAMBDA {
       store_points<P, false>(x + 2 * (kb + k * vectors), y[k]);
       store_backwards(x + 2 * ((k + 1) * vectors - kb), conjugate(y[W - 1 - k]));
     });
   }
+  put_middle(plan, middle, x + 2 * plan.vectors, 2 * vectors);
+}
+
+// The opposite of transform_group, of conjugate bins; the lanes in the order of kb.
+template <class P>
+SIGPAK_INLINE void transform_back(cplx<P> (&y)[P::width], index kb, const typename P::scalar* w,
+                                  typename P::scalar* s) {
+  constexpr int W = P::width;
+  transform(y);
+  unroll<W - 1>([&](auto l) SIGPAK_LAMBDA {
+    const cplx<P> t = load_pair<P>(w, l);
+    y[l + 1] = turned(y[l + 1], t.re, t.im);
+  });
+  transpose(y);
+  unroll<W>([&](auto p) SIGPAK_LAMBDA { store_pair(s, kb + point_at<typename P::scalar>(p, W), y[p]); });
+}
+
+// The vector of kb = H, from the bins that put_middle gives.
+template <class P> SIGPAK_INLINE cplx<P> middle_of(const typename P::scalar* bin, index step) {
   const auto& roots = middle_roots_of<P>;
-  for (int k = 0; k < W / 2; ++k) {
-    T* const out = x + 2 * (plan.vectors + k * vectors);
-    out[0] = sum_of_lanes(middle * load<P>(roots.c[k])) * plan.scale;
-    out[1] = -sum_of_lanes(middle * load<P>(roots.s[k])) * plan.scale;
+  P middle = splat<P>(0);
+  for (int k = 0; k < P::width / 2; ++k, bin += step) {
+    middle = fma(splat<P>(2 * bin[0]), load<P>(roots.c[k]), middle);
+    middle = fnma(splat<P>(2 * bin[1]), load<P>(roots.s[k]), middle);
   }
+  return {middle, splat<P>(0)};
 }
 
 // The opposite of the last pass: the lanes in the order of kb, and one more vector for kb = H.
@@ -136,22 +176,9 @@ void real_head_pass(const real_plan<typename P::scalar>& plan, const typename P:
       y[k] = conjugate(load_points<P, false>(x + 2 * (kb + k * vectors)));
       y[W - 1 - k] = load_backwards<P>(x + 2 * ((k + 1) * vectors - kb));
     });
-    transform(y);
-    unroll<W - 1>([&](auto l) SIGPAK_LAMBDA {
-      const cplx<P> t = load_pair<P>(w, l);
-      y[l + 1] = turned(y[l + 1], t.re, t.im);
-    });
-    transpose(y);
-    unroll<W>([&](auto p) SIGPAK_LAMBDA { store_pair(s, kb + point_at<T>(p, W), y[p]); });
+    transform_back(y, kb, w, s);
   }
-  const auto& roots = middle_roots_of<P>;
-  P middle = splat<P>(0);
-  for (int k = 0; k < W / 2; ++k) {
-    const T* const bin = x + 2 * (plan.vectors + k * vectors);
-    middle = fma(splat<P>(2 * bin[0]), load<P>(roots.c[k]), middle);
-    middle = fnma(splat<P>(2 * bin[1]), load<P>(roots.s[k]), middle);
-  }
-  store_pair(s, plan.vectors, cplx<P>{middle, splat<P>(0)});
+  store_pair(s, plan.vectors, middle_of<P>(x + 2 * plan.vectors, 2 * vectors));
 }
 
 // The last pass within the lanes, straight to the data: butterfly i of the pass has its outputs at result[i]
@@ -167,23 +194,19 @@ void result_pass(typename P::scalar* s, index length, const std::uint32_t* resul
 }
 
 template <class P>
-void run_real(const real_plan<typename P::scalar>& plan, const typename P::scalar* from,
-              typename P::scalar* to, typename P::scalar* s) {
+SIGPAK_INLINE void passes_within_lanes(const real_plan<typename P::scalar>& plan,
+                                       const typename P::scalar* from, typename P::scalar* s) {
   first_pass<P>(
       plan, [from](index i) SIGPAK_LAMBDA { return load_pair<P>(from, i); }, s);
   all_middle_passes<P>(plan, s);
-  real_last_pass<P>(plan, s, to);
 }
 
-// The imaginary parts of the outer bins do not count.
+// Back from what the head pass leaves at s, before which the passes have their place at `blocks`.
 template <class P>
-void run_real_inverse(const real_plan<typename P::scalar>& plan, typename P::scalar* from,
-                      typename P::scalar* to, typename P::scalar* s) {
+void passes_back(const real_plan<typename P::scalar>& plan, const typename P::scalar* s,
+                 typename P::scalar* blocks, typename P::scalar* to) {
   using T = typename P::scalar;
   const index vectors = plan.vectors;
-  from[1] = 0;
-  from[plan.points + 1] = 0;
-  real_head_pass<P>(plan, from, s);
   const T* const w = plan.unpack;
   const auto source = [=](index k) SIGPAK_LAMBDA {
     return packed(load_pair<P>(s, k), load_pair<P>(s, vectors - k), w + 2 * k);
@@ -193,7 +216,6 @@ void run_real_inverse(const real_plan<typename P::scalar>& plan, typename P::sca
     first_pass<P>(plan, source, to);
     return;
   }
-  T* const blocks = s + 2 * P::width * (vectors + 1);
   first_pass<P>(plan, source, blocks);
   const int radix = plan.radix[plan.passes - 1];
   const index step = vectors / radix;
@@ -203,6 +225,30 @@ void run_real_inverse(const real_plan<typename P::scalar>& plan, typename P::sca
     const std::uint32_t* const result = plan.result + (vector - padding) / radix;
     with_even_radix(radix, [=](auto r) { result_pass<P, r>(at, length, result, step, to); });
   });
+}
+
+// What the head pass leaves, and then the blocks.
+template <class P>
+SIGPAK_INLINE typename P::scalar* blocks_behind(const real_plan<typename P::scalar>& plan,
+                                                typename P::scalar* s) {
+  return s + 2 * P::width * (plan.vectors + 1);
+}
+
+template <class P>
+void run_real(const real_plan<typename P::scalar>& plan, const typename P::scalar* from,
+              typename P::scalar* to, typename P::scalar* s) {
+  passes_within_lanes<P>(plan, from, s);
+  real_last_pass<P>(plan, s, to);
+}
+
+// The imaginary parts of the outer bins do not count.
+template <class P>
+void run_real_inverse(const real_plan<typename P::scalar>& plan, typename P::scalar* from,
+                      typename P::scalar* to, typename P::scalar* s) {
+  from[1] = 0;
+  from[plan.points + 1] = 0;
+  real_head_pass<P>(plan, from, s);
+  passes_back<P>(plan, s, blocks_behind<P>(plan, s), to);
 }
 
 }  // namespace

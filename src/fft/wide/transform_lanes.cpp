@@ -7,7 +7,7 @@
 #include "fft/wide/long.h"
 #include "fft/wide/mixed.h"
 #include "fft/wide/passes.h"
-#include "fft/wide/real.h"
+#include "fft/wide/real_circle.h"
 #include "vectors/levels.h"
 
 namespace sigpak::SIGPAK_LEVEL {
@@ -44,7 +44,8 @@ void run_either_mixed(const mixed_plan<typename P::scalar>& plan, typename P::sc
 
 template <class P>
 constexpr kernels::fft_kernels<typename P::scalar> all_kernels = {
-    P::width, run_either<P>, run_real<P>, run_real_inverse<P>, change_bins_either<P>, run_either_mixed<P>};
+    P::width,      run_either<P>, run_real<P>,           run_real_inverse<P>,
+    run_filter<P>, run_circle<P>, change_bins_either<P>, run_either_mixed<P>};
 
 }  // namespace
 }  // namespace sigpak::SIGPAK_LEVEL
