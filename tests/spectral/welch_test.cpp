@@ -319,25 +319,6 @@ TYPED_TEST(Welch, RefusesAndSurvives) {
   ASSERT_EQ(spectra<V>(&a, nullptr, &apart, nullptr, nullptr, square, 0, nullptr), 0);
   ASSERT_EQ(spectra<V>(&in_place, nullptr, &in_place, nullptr, nullptr, square, 0, nullptr), 0);
   EXPECT_EQ(in_place.values(), apart.values());
-  for (const index n : {16, 15}) {
-    const V w = part_of<V>(a, 0, n);
-    for (const int flags : {mean, 4 | square}) {
-      const auto run = [&] {
-        TWIN(_free_internal)();
-        V out = {};
-        V state = {};
-        int segments = 0;
-        const status done =
-            spectra<V>(&a, flags == mean ? &a : nullptr, &out, &state, &w, flags, 0, &segments);
-        EXPECT_EQ(segments > 0, done == 0);
-        TWIN(_destroy)(&out);
-        TWIN(_destroy)(&state);
-        return done;
-      };
-      EXPECT_GE(failures_before_success<failing_records>(run), 2);
-      failures_before_success<failing_tables>(run);
-    }
-  }
 }
 
 }  // namespace
