@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Running spectra against their definition in long double, and streams cut anywhere.
-#include "references/exact_transform.h"
+#include "spectral/reference.h"
 #include "support/failing.h"
 #include "support/forms.h"
 #include "support/split.h"
@@ -21,7 +21,6 @@ using wide = std::vector<long double>;
 // One segment, from its definition: complex bins.
 exact_signal exact_spectrum(const exact_signal& x, const wide& w, int flags, long double delta) {
   const std::size_t n = w.size();
-  const std::size_t padded = n << ((flags / 256) & 3);
   long double sum = 0;
   long double squares = 0;
   exact level = 0;
@@ -32,28 +31,14 @@ exact_signal exact_spectrum(const exact_signal& x, const wide& w, int flags, lon
   }
   level = (flags & centre) != 0 ? level / sum : 0;
   const long double gain = (flags & density) != 0 ? std::sqrt(delta / squares) : 1 / sum;
-  exact_signal out(padded);
-  exact_signal roots(padded);
-  for (std::size_t k = 0; k < padded; ++k) roots[k] = exact_root(k, padded, -1);
-  for (std::size_t k = 0; k < padded; ++k) {
-    for (std::size_t i = 0; i < n; ++i) {
-      out[k] += times(w[i] * (x[i] - level), roots[i * k % padded]);
-    }
-    out[k] *= gain;
-  }
-  return out;
+  exact_signal padded(n << ((flags / 256) & 3));
+  for (std::size_t i = 0; i < n; ++i)
+    padded[i] = gain * static_cast<long double>(padded.size()) * w[i] * (x[i] - level);
+  return exact_transform(padded, false);
 }
 
 long double sides(std::size_t k, std::size_t padded, bool real) {
   return real && k >= 1 && k <= (padded - 1) / 2 ? 2 : 1;
-}
-
-template <record V> exact_signal exact_points(const V& v, index begin, index n) {
-  exact_signal out;
-  for (index i = begin; i < begin + n; ++i) {
-    out.emplace_back(v.data[i * width(&v)], is_complex(&v) ? v.data[2 * i + 1] : scalar<V>(0));
-  }
-  return out;
 }
 
 template <record V>
@@ -75,8 +60,9 @@ exact_signal exact_mean(const V& a, const V* b, const V& window, int flags, inde
   exact_signal sums;
   *segments = 0;
   for (index begin = 0; begin + n <= length(&a); begin += hop, ++*segments) {
-    const auto x = exact_spectrum(exact_points(a, begin, n), w, flags, a.delta);
-    const auto y = b != nullptr ? exact_spectrum(exact_points(*b, begin, n), w, flags, a.delta) : x;
+    const auto x = exact_spectrum(exact_points<V>(part_of(a, begin, n)), w, flags, a.delta);
+    const auto y =
+        b != nullptr ? exact_spectrum(exact_points<V>(part_of(*b, begin, n)), w, flags, a.delta) : x;
     const std::size_t bins = real ? x.size() / 2 + 1 : x.size();
     sums.resize(b != nullptr ? 3 * bins : bins);
     for (std::size_t k = 0; k < bins; ++k) {
@@ -120,7 +106,7 @@ TYPED_TEST(Welch, FollowsItsDefinition) {
           ASSERT_EQ(is_complex<V>(&avg), both || (flags & square) == 0);
           const index padded = n << (flags / 256);
           ASSERT_EQ(avg.delta, 1 / (static_cast<T>(padded) * T(0.25)));
-          const auto got = exact_points<V>(avg, 0, length<V>(&avg));
+          const auto got = exact_points<V>(avg);
           long double largest = 0;
           for (const auto& z : wanted) largest = std::max(largest, std::abs(z));
           if ((flags & centre) != 0 && n == 1) largest = 1;  // nothing but rounding is left
