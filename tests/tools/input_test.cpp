@@ -86,6 +86,8 @@ TEST(Input, TablesAreUnderstoodOrRefused) {
        "column 2 'U, V' of 2, time 1 'time, s' in s, 2 Hz | 2 samples at 2 Hz, 1 s"},
       {" 0.0D+00  1.0D+00\n 1.0D-03 -2.0d+00\n 2.0D-03  3.0D+00\n", "",
        "column 2 of 2, time 1 in s, 1 kHz | 3 samples at 1000 Hz, 0.003 s"},
+      {"\"time in s\";\"value, in V\"\n5; 0,5;\n5,001; 0,6;\n5,002; 0,4;\n", "",
+       "column 2 'value, in V' of 3, time 1 'time in s' in s, 1 kHz | 3 samples at 1000 Hz, 0.003 s"},
       // line ends and encodings
       {"1\r2\r3\r4\r", "", "column of numbers | 4 samples, no rate"},
       {"\xEF\xBB\xBFtime_ms,U_V,I_mA\r\n0,1,2\r\n1,2,3\r\n2,3,4\r\n", "-c I_mA",
@@ -111,6 +113,8 @@ TEST(Input, TablesAreUnderstoodOrRefused) {
        "column of numbers, 48 kHz by the lines above | 3 samples at 48000 Hz, 6.25e-05 s"},
       {"# made on 3.4.2020, by x\n# t v\n% more\n0 1 # a\n1 2\n// b\n2 3\n", "",
        "column 2 'v' of 2, time 1 't' in s, 1 Hz | 3 samples at 1 Hz, 3 s"},
+      {"# t a b\nt a b\n\n0\t7  1.5 # x\r\n0.5\t7  2.5 # x\r\n1\t7  3.5 # x\r\n", "-c 2",
+       "column 3 'b' of 3, time 1 't' in s, 2 Hz | 3 samples at 2 Hz, 1.5 s"},
       {"# t [ms]  U [V]\n0 1\n1 2\n2 3\n", "-c U",
        "column 2 'U [V]' of 2, time 1 't [ms]' in ms, 1 kHz | 3 samples at 1000 Hz, 0.003 s"},
       {"x-axis,1\nsecond,Volt\n-0.5,1\n0.0,2\n0.5,3\n", "",
