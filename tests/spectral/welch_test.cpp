@@ -31,10 +31,15 @@ exact_signal exact_spectrum(const exact_signal& x, const wide& w, int flags, lon
   }
   level = (flags & centre) != 0 ? level / sum : 0;
   const long double gain = (flags & density) != 0 ? std::sqrt(delta / squares) : 1 / sum;
-  exact_signal padded(n << ((flags / 256) & 3));
-  for (std::size_t i = 0; i < n; ++i)
-    padded[i] = gain * static_cast<long double>(padded.size()) * w[i] * (x[i] - level);
-  return exact_transform(padded, false);
+  const std::size_t padded = n << ((flags / 256) & 3);
+  exact_signal roots(padded);
+  for (std::size_t k = 0; k < padded; ++k) roots[k] = exact_root(k, padded, -1);
+  exact_signal out(padded);
+  for (std::size_t k = 0; k < padded; ++k) {
+    for (std::size_t i = 0; i < n; ++i) out[k] += times(w[i] * (x[i] - level), roots[i * k % padded]);
+    out[k] *= gain;
+  }
+  return out;
 }
 
 long double sides(std::size_t k, std::size_t padded, bool real) {
