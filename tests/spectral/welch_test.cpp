@@ -140,6 +140,19 @@ TYPED_TEST(Welch, WithoutSpacingThereIsNoDensity) {
   EXPECT_EQ(avg.delta, huge<V>);
 }
 
+// Lengths of every kind of transform, beyond those that the definition is summed for.
+TYPED_TEST(Welch, OneLongSegmentIsTheTransformOfAllPoints) {
+  using V = TypeParam;
+  for (const index n : {1000, 4096, 10007}) {
+    const signal<V> a(noise<V>(n, 12));
+    signal<V> wanted(a.values());
+    ASSERT_EQ(TWIN(i_rdft)(&wanted), 0);
+    signal<V> got;
+    ASSERT_EQ(spectra<V>(&a, nullptr, &got, nullptr, nullptr, 0, 0, nullptr), 0);
+    EXPECT_LT(relative_l2(got.values(), wanted.values()), 16 * unit_roundoff<V>) << n;
+  }
+}
+
 // The modes fold segment after segment as dsph_avg folds records.
 TYPED_TEST(Welch, ModesAreThoseOfTheRunningAverage) {
   using V = TypeParam;
