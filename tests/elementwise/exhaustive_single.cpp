@@ -88,10 +88,6 @@ float correctly_rounded(const single_function& f, float x) {
   return mpfr_get_flt(y.get(), MPFR_RNDN);
 }
 
-bool same(float a, float b) {
-  return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b) || (a != a && b != b);
-}
-
 struct outcome {
   std::uint64_t tested = 0;
   std::uint64_t in_doubt = 0;
@@ -122,8 +118,8 @@ void judge(const single_function& f, float x, float got, double nearly, outcome&
   if (is_inside(f, x)) {
     if (is_decided(got, nearly)) return;
     ++seen.in_doubt;
-    if (!same(got, correctly_rounded(f, x))) seen.misrounded.push_back(x);
-  } else if (!same(got, x != x ? x : f.outside(x))) {
+    if (!same_number(got, correctly_rounded(f, x))) seen.misrounded.push_back(x);
+  } else if (!same_number(got, x != x ? x : f.outside(x))) {
     seen.misrounded.push_back(x);
   }
 }

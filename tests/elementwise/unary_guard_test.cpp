@@ -12,10 +12,6 @@ namespace {
 template <class V> class UnaryGuard : public testing::Test {};
 TYPED_TEST_SUITE(UnaryGuard, records, record_names);
 
-template <class T> bool same(T a, T b) {
-  return (a != a && b != b) || (a == b && std::signbit(a) == std::signbit(b));
-}
-
 // What the functions meet at the edges of their ranges, by precision.
 template <record V> struct edge {
   using T = scalar<V>;
@@ -131,7 +127,7 @@ template <record V> void expect_limits(const std::vector<real_limits<V>>& functi
         ASSERT_EQ(f.run(&v), 0);
         ASSERT_TRUE(v.data == v.lent().data() && v.points == size && v.delta == 3);
         for (index i = 0; i < size; ++i) {
-          ASSERT_TRUE(same(v.data[i], i == place ? wanted : harmless.data[0]))
+          ASSERT_TRUE(same_number(v.data[i], i == place ? wanted : harmless.data[0]))
               << f.name << "(" << x << ") at " << place << ": " << v.data[i];
         }
       }
@@ -245,9 +241,9 @@ TYPED_TEST(UnaryGuard, ComplexLimits) {
         point[0] = a;
         point[1] = b;
         ASSERT_EQ(f.run(&v), 0);
-        ASSERT_TRUE(same(point[0], re) && same(point[1], im))
+        ASSERT_TRUE(same_number(point[0], re) && same_number(point[1], im))
             << f.name << "(" << a << ", " << b << "): " << point[0] << ", " << point[1];
-        ASSERT_TRUE(same(v.data[2 * ((place + 1) % size)], v.data[2 * ((place + 2) % size)]));
+        ASSERT_TRUE(same_number(v.data[2 * ((place + 1) % size)], v.data[2 * ((place + 2) % size)]));
       }
     }
   }
@@ -282,12 +278,11 @@ TYPED_TEST(UnaryGuard, ExponentialOfTenStopsAtASampleBelowTheLimit) {
   } const cases[] = {{false, {1, below, 2, nan}, {10, below, 2, nan}},
                      {false, {1, nan, 2, -inf, 1}, {10, nan, 100, -inf, 1}},
                      {false, late, ten_before},
-                     {true, {1, 0, below, 0, 2, 0}, {10, 0, -huge<V>, 0, 100, 0}}};
+                     {true, {1, 0, below, 0, 2, 0}, {10, 0, -huge<V>, -T(0), 100, 0}}};
   for (const auto& c : cases) {
     signal<V> v(c.x, c.pairs);
     ASSERT_EQ(TWIN(i_exp10)(&v), 0);
-    EXPECT_TRUE(
-        std::ranges::equal(v.values(), c.wanted, [](T a, T b) { return a == b || (a != a && b != b); }));
+    EXPECT_TRUE(same_numbers(v.values(), c.wanted));
   }
 }
 
@@ -316,7 +311,7 @@ TYPED_TEST(UnaryGuard, DecibelsScaleTheLogarithmAndItsFloor) {
     signal<V> v{c.x};
     ASSERT_EQ(TWIN(i_db)(&v, static_cast<T>(c.factor)), 0);
     // 0.1 is above its nearest float, or below
-    EXPECT_TRUE(same(v.data[0], static_cast<T>(c.wanted)) ||
+    EXPECT_TRUE(same_number(v.data[0], static_cast<T>(c.wanted)) ||
                 std::abs(static_cast<double>(v.data[0]) - c.wanted) < 1e-5)
         << c.factor << " " << c.x << " " << v.data[0];
   }
@@ -333,13 +328,13 @@ TYPED_TEST(UnaryGuard, DecibelsGiveZeroTheSignOfItsFactors) {
     const T zero = std::copysign(T(0), factor);
     signal<V> v{1};
     ASSERT_EQ(TWIN(i_db)(&v, factor), 0);
-    EXPECT_TRUE(same(v.data[0], zero)) << factor;
+    EXPECT_TRUE(same_number(v.data[0], zero)) << factor;
     signal<V> z({1, 0, 2, -0.0, 1e3, 0}, true);
     ASSERT_EQ(TWIN(i_db)(&z, factor), 0);
-    EXPECT_TRUE(same(z.data[0], zero)) << factor;
-    EXPECT_TRUE(same(z.data[1], zero)) << factor;
-    EXPECT_TRUE(same(z.data[3], -zero)) << factor;
-    EXPECT_TRUE(same(z.data[5], zero)) << factor;
+    EXPECT_TRUE(same_number(z.data[0], zero)) << factor;
+    EXPECT_TRUE(same_number(z.data[1], zero)) << factor;
+    EXPECT_TRUE(same_number(z.data[3], -zero)) << factor;
+    EXPECT_TRUE(same_number(z.data[5], zero)) << factor;
   }
 }
 
@@ -364,7 +359,7 @@ TYPED_TEST(UnaryGuard, LimitTakesItsBoundsInEitherOrder) {
         std::int32_t clipped = 7;
         ASSERT_EQ(TWIN(i_limit)(&v, 3, a, -a, &clipped), 0);
         EXPECT_EQ(clipped, c.clipped);
-        EXPECT_TRUE(std::ranges::equal(v.values(), c.wanted, same<T>));
+        EXPECT_TRUE(same_numbers(v.values(), c.wanted));
         EXPECT_EQ(TWIN(i_limit)(&v, 0, T(1), T(1), nullptr), 0);
         EXPECT_EQ(clipped, c.clipped);
       }

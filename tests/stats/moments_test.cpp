@@ -61,28 +61,19 @@ TYPED_TEST(Moments, OfValuesFarFromZeroLoseNoDigits) {
   }
 }
 
-// The definition of the variance, transcribed, in the order of its blocks.
+// From the sums of deviations and of their squares, in the order of their blocks.
 TYPED_TEST(Moments, VarianceToTheLastBit) {
   using V = TypeParam;
   using T = scalar<V>;
   for (const index n : {1, 2, 2047, 2048, 4097, 2048 * 8, 2048 * 15 + 3}) {
     const signal<V> v(noise<V>(n, 7));
     const T c = (v.data[n - 1] + v.data[n / 2] + v.data[0]) * static_cast<T>(0.3333333333333333);
-    double s1 = 0;
-    double s2 = 0;
-    for (index begin = 0; begin < n; begin += 2048) {
-      double b1 = 0;
-      double b2 = 0;
-      for (index i = begin; i < std::min(n, begin + 2048); ++i) {
-        const double d = wide(v.data[i]) - wide(c);
-        b1 += d;
-        b2 += d * d;
-      }
-      s1 += b1;
-      s2 += b2;
-    }
+    const pair sums = plain_blocks(v.values(), [c](pair x) {
+      const double d = x.real() - wide(c);
+      return pair(d, d * d);
+    });
     const double r = 1.0 / static_cast<double>(n);
-    const double variance = s2 * r - s1 * r * (s1 * r);
+    const double variance = sums.imag() * r - sums.real() * r * (sums.real() * r);
     EXPECT_EQ(result_of<V>(TWIN(s_pop_var), v), samples<V>{static_cast<T>(variance)}) << n;
   }
 }

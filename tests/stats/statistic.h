@@ -17,6 +17,20 @@ template <record V, class Run> samples<V> result_of(Run run, const V& v) {
   return out.values();
 }
 
+using pair = std::complex<double>;
+
+// The definition, transcribed: blocks of 2048 points from zero, each then added to the total.
+template <class Points, class Term> pair plain_blocks(const Points& points, Term term) {
+  pair total = 0;
+  for (std::size_t begin = 0; begin < points.size(); begin += 2048) {
+    pair block = 0;
+    for (std::size_t i = begin; i < std::min(points.size(), begin + 2048); ++i)
+      block += term(pair(points[i]));
+    total += block;
+  }
+  return total;
+}
+
 // Within a relative tolerance, and the roundoff of the stored value on top; NaN equal NaN.
 template <record V>
 void expect_values(const samples<V>& got, const std::vector<double>& wanted, double relative,

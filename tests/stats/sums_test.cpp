@@ -8,20 +8,6 @@ namespace {
 template <class V> class Sums : public testing::Test {};
 TYPED_TEST_SUITE(Sums, records, record_names);
 
-using pair = std::complex<double>;
-
-// The definition, transcribed: blocks of 2048 points from zero, each then added to the total.
-template <class Points, class Term> pair plain_blocks(const Points& points, Term term) {
-  pair total = 0;
-  for (std::size_t begin = 0; begin < points.size(); begin += 2048) {
-    pair block = 0;
-    for (std::size_t i = begin; i < std::min(points.size(), begin + 2048); ++i)
-      block += term(pair(points[i]));
-    total += block;
-  }
-  return total;
-}
-
 TYPED_TEST(Sums, EveryBlockIsSummedInOrder) {
   using V = TypeParam;
   using T = scalar<V>;

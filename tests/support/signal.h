@@ -95,6 +95,19 @@ template <class T> bool same_bits(const std::vector<T>& a, const std::vector<T>&
   return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(T)) == 0);
 }
 
+// The same number: any NaN is every other, whatever its sign and payload, and the signs of zeros count.
+template <class T> bool same_number(T a, T b) {
+  return (a != a && b != b) || (a == b && std::signbit(a) == std::signbit(b));
+}
+
+// Of two lists the first numbers that are not the same are told.
+template <class T> testing::AssertionResult same_numbers(const std::vector<T>& a, const std::vector<T>& b) {
+  if (a.size() != b.size()) return testing::AssertionFailure() << a.size() << " and " << b.size();
+  const auto [at, other] = std::ranges::mismatch(a, b, same_number<T>);
+  if (at == a.end()) return testing::AssertionSuccess();
+  return testing::AssertionFailure() << *at << " and " << *other << " at " << at - a.begin();
+}
+
 // Relative distance in the Euclidean norm; the reference is the second.
 template <class A, class B> double relative_l2(const A& got, const B& wanted) {
   long double difference = 0;

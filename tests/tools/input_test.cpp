@@ -86,6 +86,8 @@ TEST(Input, TablesAreUnderstoodOrRefused) {
        "column 2 'U, V' of 2, time 1 'time, s' in s, 2 Hz | 2 samples at 2 Hz, 1 s"},
       {" 0.0D+00  1.0D+00\n 1.0D-03 -2.0d+00\n 2.0D-03  3.0D+00\n", "",
        "column 2 of 2, time 1 in s, 1 kHz | 3 samples at 1000 Hz, 0.003 s"},
+      {"\"time in s\";\"value, in V\"\n5; 0,5;\n5,001; 0,6;\n5,002; 0,4;\n", "",
+       "column 2 'value, in V' of 3, time 1 'time in s' in s, 1 kHz | 3 samples at 1000 Hz, 0.003 s"},
       // line ends and encodings
       {"1\r2\r3\r4\r", "", "column of numbers | 4 samples, no rate"},
       {"\xEF\xBB\xBFtime_ms,U_V,I_mA\r\n0,1,2\r\n1,2,3\r\n2,3,4\r\n", "-c I_mA",
@@ -111,6 +113,8 @@ TEST(Input, TablesAreUnderstoodOrRefused) {
        "column of numbers, 48 kHz by the lines above | 3 samples at 48000 Hz, 6.25e-05 s"},
       {"# made on 3.4.2020, by x\n# t v\n% more\n0 1 # a\n1 2\n// b\n2 3\n", "",
        "column 2 'v' of 2, time 1 't' in s, 1 Hz | 3 samples at 1 Hz, 3 s"},
+      {"# t a b\nt a b\n\n0\t7  1.5 # x\r\n0.5\t7  2.5 # x\r\n1\t7  3.5 # x\r\n", "-c 2",
+       "column 3 'b' of 3, time 1 't' in s, 2 Hz | 3 samples at 2 Hz, 1.5 s"},
       {"# t [ms]  U [V]\n0 1\n1 2\n2 3\n", "-c U",
        "column 2 'U [V]' of 2, time 1 't [ms]' in ms, 1 kHz | 3 samples at 1000 Hz, 0.003 s"},
       {"x-axis,1\nsecond,Volt\n-0.5,1\n0.0,2\n0.5,3\n", "",
@@ -217,15 +221,14 @@ TEST(Input, GapsAreRefusedSplitOrBridged) {
             "time_s,a,b\n0,1,2\n1,2,3\n2,3,4\n3,4,5\n4,5,6\n5,6,7\n6,7,8\n7,8,9\n");
   EXPECT_EQ(told(file + " -c b --gaps split"),
             "column 3 'b' of 3, time 1 't' in s, 1 Hz | 6 samples at 1 Hz, 6 s | 2");
-  EXPECT_NE(csv_of(file + " -c b --gaps split").find("a gap would close up"), std::string::npos);
+  EXPECT_TRUE(says(csv_of(file + " -c b --gaps split"), "a gap would close up"));
   const auto missing = write_file("missing.csv", "t,a\n0,1\n1,1\n4,1\n");
   EXPECT_EQ(csv_of(missing), "sigpak: " + missing +
                                  ":4: 2 samples are missing before this line; --gaps linear bridges "
                                  "them, --gaps split goes around\n");
   const double nan = std::nan("");
   const auto raw = write_file("raw", bytes_of<double>({1, nan, 3, nan, nan}));
-  EXPECT_NE(csv_of(raw + " --raw f64").find("sample 2 is not a number; --gaps linear bridges it"),
-            std::string::npos);
+  EXPECT_TRUE(says(csv_of(raw + " --raw f64"), "sample 2 is not a number; --gaps linear bridges it"));
   EXPECT_EQ(csv_of(raw + " --raw f64 --gaps linear"), "ch1\n1\n2\n3\n");
   std::string uneven = "t,v\n";
   for (const double t : {0.0, 1.0, 2.4, 3.0, 4.0})
@@ -275,10 +278,9 @@ TEST(Input, ArraysInEveryOrder) {
     EXPECT_EQ(csv(array("|i1", "False", "3, 1", "\x01\x02\xFF")), "ch1\n1\n2\n-1\n");
     EXPECT_EQ(csv(array(">u2", "False", "2,", std::string("\x01\x00\x00\x02", 4))), "ch1\n256\n2\n");
   }
-  EXPECT_NE(told(array("|O", "False", "3,", "")).find("the type '|O' cannot be read"), std::string::npos);
-  EXPECT_NE(told(array("<f8", "False", "3, 2, 1", six)).find("one or two axes"), std::string::npos);
-  EXPECT_NE(told(array("<f8", "False", "9,", six)).find("cut short: 6 of 9 samples were found"),
-            std::string::npos);
+  EXPECT_TRUE(says(told(array("|O", "False", "3,", "")), "the type '|O' cannot be read"));
+  EXPECT_TRUE(says(told(array("<f8", "False", "3, 2, 1", six)), "one or two axes"));
+  EXPECT_TRUE(says(told(array("<f8", "False", "9,", six)), "cut short: 6 of 9 samples were found"));
 }
 
 TEST(Input, SoundCutShortIsReadWithAWarning) {
@@ -291,11 +293,10 @@ TEST(Input, SoundCutShortIsReadWithAWarning) {
               "WAV, 16 bit, channels 1, 2 of 2 | 500 samples at 8000 Hz, 0.0625 s | "
               "cut short: 500 of 1000 samples were found");
   }
-  EXPECT_NE(run("info --json " + cut).out.find("\"truncated\":true,\"promised\":1000"), std::string::npos);
-  EXPECT_NE(run("spectrum " + cut).err.find("cut short"), std::string::npos);
-  EXPECT_NE(
-      run("stats " + write_file("s.csv", "Frequency (kHz),level\n0,1\n1,2\n2,3\n")).err.find("is a spectrum"),
-      std::string::npos);
+  EXPECT_TRUE(says(run("info --json " + cut).out, "\"truncated\":true,\"promised\":1000"));
+  EXPECT_TRUE(says(run("spectrum " + cut).err, "cut short"));
+  EXPECT_TRUE(says(run("stats " + write_file("s.csv", "Frequency (kHz),level\n0,1\n1,2\n2,3\n")).err,
+                   "is a spectrum"));
   std::string endless = wave;
   for (const std::size_t at : {4U, 40U}) endless.replace(at, 4, "\xFF\xFF\xFF\xFF");
   EXPECT_EQ(told_piped(write_file("endless.wav", endless)),
@@ -337,8 +338,8 @@ TEST(Input, PartsChannelsAndRecords) {
   EXPECT_EQ(csv_of(both), "time_s,ch1\n0,1\n0.5,2\n1,1\n1.5,2\n2,3\n") << "a stream is one signal";
   EXPECT_EQ(told(both + " --each"), "5 samples at 2 Hz, 2.5 s");
   const auto faster = read_file(write_vector("faster", {4}, 0.25, 0));
-  EXPECT_NE(csv_of(write_file("mixed", one + faster)).find("the records differ in spacing or form; --each"),
-            std::string::npos);
+  EXPECT_TRUE(
+      says(csv_of(write_file("mixed", one + faster)), "the records differ in spacing or form; --each"));
 }
 
 // What any form holds comes back from any other.
@@ -351,7 +352,7 @@ TEST(Convert, EveryFormGivesTheSamplesBack) {
   const auto file = write_file("signal.csv", text);
   const auto values = [](const std::string& csv) { return csv.substr(csv.find('\n')); };
   const auto wanted = values(csv_of(file + " -r 8000"));
-  EXPECT_NE(wanted.find("-0.78125,0\n"), std::string::npos);
+  EXPECT_TRUE(says(wanted, "-0.78125,0\n"));
   struct {
     std::string end;
     std::string options;
@@ -371,9 +372,9 @@ TEST(Convert, EveryFormGivesTheSamplesBack) {
             values(run_shell("$SIGPAK convert -c 1 " + file + " | $SIGPAK convert --format csv").out));
   EXPECT_EQ(run("convert " + file + " -o " + path("two.vec")).status, 1) << "a vector holds one channel";
   EXPECT_EQ(run("convert " + write_file("plain", "1\n2\n") + " -o " + path("no.wav")).status, 1) << "no rate";
-  EXPECT_NE(run("convert -r 1 " + write_file("plain", "1\n2\n") + " --bits 16 -o " + path("loud.wav"))
-                .err.find("1 samples lie beyond"),
-            std::string::npos);
+  EXPECT_TRUE(
+      says(run("convert -r 1 " + write_file("plain", "1\n2\n") + " --bits 16 -o " + path("loud.wav")).err,
+           "1 samples lie beyond"));
 }
 
 TEST(Convert, AnotherRateKeepsTheSine) {
@@ -435,5 +436,5 @@ TEST(Writing, FilesAppearWhenTheyAreWhole) {
       write_sound("m.flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_16, 8000, 100, {[](int) { return 0.5; }}) +
       " | TMPDIR=/nowhere $SIGPAK info -");
   EXPECT_EQ(full.status, 3);
-  EXPECT_NE(full.err.find("temporary folder /nowhere: No such file"), std::string::npos) << full.err;
+  EXPECT_TRUE(says(full.err, "temporary folder /nowhere: No such file"));
 }

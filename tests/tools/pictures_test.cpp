@@ -111,7 +111,7 @@ void expect_tidy(const std::string& svg) {
         std::pair(frame_left - 9, frame_top + 4), std::pair(frame_left - 9, frame_bottom + 4)}) {
     std::ostringstream place;
     place << std::fixed << std::setprecision(1) << "x=\"" << end.first << "\" y=\"" << end.second << "\">";
-    EXPECT_NE(svg.find(place.str()), std::string::npos) << place.str();
+    EXPECT_TRUE(says(svg, place.str()));
   }
 }
 
@@ -193,13 +193,12 @@ TEST(Picture, APeakStandsWhereTheAxesSay) {
     const auto top = *std::ranges::min_element(curve, {}, &std::pair<double, double>::second);
     EXPECT_NEAR(top.first, circles[0].first, 1.1);
     EXPECT_NEAR(top.second, circles[0].second, 0.5);
-    EXPECT_NE(svg.find(axis == "log" ? ">1000.0000<" : ">1.0000000<"), std::string::npos)
-        << "in the unit of the axis";
+    EXPECT_TRUE(says(svg, axis == "log" ? ">1000.0000<" : ">1.0000000<")) << "in the unit of the axis";
     const auto dashes =
         points_of(svg, "<line class=\"floor\" x1=\"80.0\" y1=\"([0-9.]+)\" x2=\"806.0\" y2=\"([0-9.]+)\"");
     ASSERT_EQ(dashes.size(), 1U);
     EXPECT_GT(dashes[0].first, 400) << "some 100 dB below the line";
-    EXPECT_NE(svg.find(">noise floor<"), std::string::npos);
+    EXPECT_TRUE(says(svg, ">noise floor<"));
   }
 }
 
@@ -222,9 +221,9 @@ TEST(Picture, OverlaidSpectraShareTheirAxes) {
   const auto r = run_shell("sigpak plot a.csv b.csv --svg -");
   expect_tidy(r.out);
   EXPECT_EQ(points_of(r.out, "class=\"curve c[01]\" d=\"M([0-9.]+) ([0-9.]+)").size(), 2U);
-  EXPECT_NE(run_shell("sigpak spectrum --csv --unit V -o c.csv eighth; sigpak plot a.csv c.csv --svg -")
-                .err.find("one picture cannot show both"),
-            std::string::npos);
+  EXPECT_TRUE(
+      says(run_shell("sigpak spectrum --csv --unit V -o c.csv eighth; sigpak plot a.csv c.csv --svg -").err,
+           "one picture cannot show both"));
 }
 
 // What is kept is what the program draws: a picture that changes is looked at, and kept anew where it is
@@ -292,6 +291,6 @@ TEST(Terminal, ThePlotFillsTheWindowAndStandsOnItsAxis) {
         << r.out;
   }
   const auto colored = run_in_terminal("spectrum " + eighth());
-  EXPECT_NE(colored.out.find("\033[1;31m"), std::string::npos) << "the peak";
+  EXPECT_TRUE(says(colored.out, "\033[1;31m")) << "the peak";
   EXPECT_EQ(run_shell("NO_COLOR=1 sigpak spectrum eighth").out.find('\033'), std::string::npos);
 }

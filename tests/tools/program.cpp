@@ -85,9 +85,14 @@ std::vector<line> lines_of(const std::string& report) {
   return lines;
 }
 
+testing::AssertionResult says(const std::string& text, const std::string& words) {
+  if (text.find(words) != std::string::npos) return testing::AssertionSuccess();
+  return testing::AssertionFailure() << words << " is not in " << text;
+}
+
 double number_after(const std::string& report, const std::string& word) {
   const auto at = report.find(word);
-  EXPECT_NE(at, std::string::npos) << word << " in " << report;
+  EXPECT_TRUE(says(report, word));
   return at == std::string::npos ? 0 : std::strtod(report.c_str() + at + word.size(), nullptr);
 }
 

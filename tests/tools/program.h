@@ -2,6 +2,8 @@
 // Running the program on files made for it.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <string>
 #include <vector>
@@ -34,6 +36,9 @@ result run_shell(const std::string& text);
 // The lines of a report in JSON, and the number behind a word of any.
 std::vector<line> lines_of(const std::string& report);
 double number_after(const std::string& report, const std::string& word);
+
+// Whether the words stand in a text, which is shown where they do not.
+testing::AssertionResult says(const std::string& text, const std::string& words);
 
 // A name in a directory of this test's own, and files there.
 std::string path(const std::string& name);

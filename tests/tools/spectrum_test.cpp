@@ -67,14 +67,6 @@ std::string recorded(const waveform& x, int count, double rate) {
 TEST(Spectrum, EveryFormOfFile) {
   constexpr double rate = 8000;
   const auto x = samples(sine(0.5, 1234.5, rate), 30000);
-  std::string timed = "\"time in s\";\"value, in V\"\n";
-  std::string table = "# t a b\nt a b\n\n";
-  for (int i = 0; i < 30000; ++i) {
-    std::string value = std::to_string(x[static_cast<std::size_t>(i)]);
-    table += std::to_string(i / rate) + "\t7  " + value + " # remark\r\n";
-    value.replace(value.find('.'), 1, ",");
-    timed += std::to_string(5 + i / rate) + "; " + value + ";\n";
-  }
   const auto pair = [&x](bool swap) {
     const waveform wanted = [&x](int i) { return x[static_cast<std::size_t>(i)]; };
     const waveform other = sine(0.3, 100, rate);
@@ -88,8 +80,6 @@ TEST(Spectrum, EveryFormOfFile) {
       {write_vector("floats", x, 1 / rate, 0, false, true), ""},
       {write_vector("ascii", x, 1 / rate, 1), ""},
       {write_file("column", column(x)), "--rate 8000"},
-      {write_file("timed.csv", timed), ""},
-      {write_file("table", table), "-c 2"},
       {write_sound("mono.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 8000, 30000, {pair(false)[0]}), ""},
       {write_sound("float.wav", SF_FORMAT_WAV | SF_FORMAT_FLOAT, 8000, 30000, pair(true)), "--channel 2"},
       {write_sound("stereo.flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_24, 8000, 30000, pair(false)), ""}};
@@ -136,7 +126,7 @@ TEST(Spectrum, TheMeanIsNoLineAndLeakageNeither) {
   EXPECT_EQ(lines_of(run("spectrum --json -l 50 " + recorded(faint, 20000, 1000)).out).size(), 2U);
   const auto constant = run("spectrum " + write_file("constant", column(std::vector<double>(1000, 0.1))));
   EXPECT_EQ(constant.status, 0);
-  EXPECT_NE(constant.out.find("no line above the noise"), std::string::npos) << constant.out;
+  EXPECT_TRUE(says(constant.out, "no line above the noise"));
   EXPECT_NEAR(number_after(constant.out, "\nmean "), 0.1, 1e-9);
 }
 
@@ -246,7 +236,7 @@ TEST(Spectrum, LinesAtHalfTheRateBelowZeroAndWithoutARate) {
                 1.0 / 8192, 5e-4);
   }
   const auto r = run("spectrum --json -l 1 " + write_file("plain", column(samples(sine(1, 0.125, 1), 1000))));
-  EXPECT_NE(r.out.find("\"unit\":\"\""), std::string::npos) << r.out;
+  EXPECT_TRUE(says(r.out, "\"unit\":\"\""));
   EXPECT_EQ(r.out.find("Hz"), std::string::npos) << r.out;
   expect_sine(r, 0.125, 1, 1e-3, 1e-3);
 }

@@ -73,10 +73,10 @@ TEST(Units, TheTestSignalOfTheFlatTopReport) {
   EXPECT_NEAR(lines[0].amplitude, 2, 0.002);
   EXPECT_NEAR(lines[1].frequency, 2500.2157, 0.005);
   EXPECT_NEAR(lines[1].amplitude, 0.70711, 0.00071);
-  EXPECT_NE(amplitudes.out.find("\"unit\":\"V rms\",\"level_unit\":\"dBV\""), std::string::npos);
+  EXPECT_TRUE(says(amplitudes.out, "\"unit\":\"V rms\",\"level_unit\":\"dBV\""));
   const auto density = run("spectrum -r 10k -s 4096 --as asd --from 3200 --to 4900 --json " + file).out;
   EXPECT_NEAR(number_after(density, "\"noise_floor\":"), 4.08e-6, 0.03 * 4.08e-6) << density;
-  EXPECT_NE(density.find("\"noise_floor_unit\":\"V/sqrt(Hz)\",\"lines\":[]"), std::string::npos) << density;
+  EXPECT_TRUE(says(density, "\"noise_floor_unit\":\"V/sqrt(Hz)\",\"lines\":[]"));
 }
 
 // A = 2 at 1 kHz, Hann under 1000 samples: ENBW 1.5 Hz, where it lies on a bin.
@@ -123,9 +123,9 @@ TEST(Units, OfALineInEveryQuantity) {
     ASSERT_EQ(lines.size(), 1U) << c.arguments << ": " << r.out << r.err;
     EXPECT_NEAR(lines[0].amplitude, c.value, 1e-4 * c.value) << c.arguments;
     EXPECT_NEAR(lines[0].level, c.level, 1e-3) << c.arguments;
-    EXPECT_NE(r.out.find(std::string("\"unit\":\"") + c.unit + "\",\"level_unit\":\"" + c.level_unit + '"'),
-              std::string::npos)
-        << c.arguments << r.out;
+    EXPECT_TRUE(
+        says(r.out, std::string("\"unit\":\"") + c.unit + "\",\"level_unit\":\"" + c.level_unit + '"'))
+        << c.arguments;
   }
 }
 
@@ -170,8 +170,7 @@ TEST(Units, SegmentsStopAtGaps) {
   EXPECT_NEAR(lines[0].amplitude, 1, 1e-5);
   const auto none = run("spectrum --gaps split -s 6000 " + file);
   EXPECT_EQ(none.status, 1);
-  EXPECT_NE(none.err.find("no piece between the gaps is as long as a segment"), std::string::npos)
-      << none.err;
+  EXPECT_TRUE(says(none.err, "no piece between the gaps is as long as a segment"));
 }
 
 // Records of noise, every one a spectrum of its own: fewer than one in a thousand shows a line.
@@ -220,7 +219,7 @@ TEST(Data, ASpectrumComesBackFromItsText) {
   const std::string schema = read_file(SIGPAK_TOP "/docs/spectrum.schema.json");
   const std::regex key("\"([a-z_]+)\":");
   for (std::sregex_iterator at(object.begin(), object.end(), key), end; at != end; ++at)
-    EXPECT_NE(schema.find("\"" + std::string((*at)[1]) + "\": {"), std::string::npos) << (*at)[1];
+    EXPECT_TRUE(says(schema, "\"" + std::string((*at)[1]) + "\": {"));
   const auto vector =
       run_shell("sigpak spectrum --format vector -s 1024 --as power " + file + " | sigpak stats --json");
   EXPECT_EQ(number_after(vector.out, "\"count\":"), 2049);
@@ -298,14 +297,14 @@ TEST(Data, ExtremesMergeAndUnlikeSpectraAreRefusedByName) {
     const auto r = run_shell("sigpak merge a.mean other");
     EXPECT_EQ(r.status, 1);
     EXPECT_EQ(r.out, "");
-    EXPECT_NE(r.err.find(u.reason), std::string::npos) << r.err;
-    EXPECT_NE(r.err.find("other"), std::string::npos) << r.err;
+    EXPECT_TRUE(says(r.err, u.reason));
+    EXPECT_TRUE(says(r.err, "other"));
   }
   const auto kept = run_shell("sigpak merge --keep-going a.mean other missing b.mean");
   EXPECT_EQ(kept.status, 1);
   EXPECT_EQ(data_of(kept.out).values, mean);
-  EXPECT_NE(kept.err.find("missing: No such file"), std::string::npos) << kept.err;
-  EXPECT_NE(kept.err.find("2 files were left out"), std::string::npos) << kept.err;
+  EXPECT_TRUE(says(kept.err, "missing: No such file"));
+  EXPECT_TRUE(says(kept.err, "2 files were left out"));
 }
 
 TEST(Data, BrokenSpectraAreRefusedWithTheirLine) {
@@ -337,7 +336,7 @@ TEST(Data, BrokenSpectraAreRefusedWithTheirLine) {
   for (const auto& c : cases) {
     const auto r = run("merge " + write_file("broken.csv", c.text));
     EXPECT_EQ(r.status, 1) << c.reason;
-    EXPECT_NE(r.err.find(c.reason), std::string::npos) << r.err;
+    EXPECT_TRUE(says(r.err, c.reason));
   }
   for (std::size_t length = 0; length < good.size(); length += 1 + length / 7) {
     const auto r = run("plot " + write_file("cut.csv", good.substr(0, length)));

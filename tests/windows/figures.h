@@ -21,14 +21,14 @@ struct figures {
 
 inline constexpr int figure_points = 2048;
 
-// The window that apply leaves of a record of ones.
-template <class Apply> std::vector<double> unit_window(Apply apply) {
+// The points of a window whose peak is 1, its middle in place.
+inline std::vector<double> unit_window(int window) {
   std::vector<double> points(figure_points, 1.0);
   dsp_vec v;
   dsp_init(&v);
   v.points = figure_points;
   v.data = points.data();
-  apply(&v);
+  dspi_window(&v, window, DSP_WINDOW_FLAG_PEAK | DSP_WINDOW_FLAG_NO_ROTATE);
   points.assign(v.data, v.data + figure_points);
   dsp_destroy(&v);
   return points;
@@ -96,8 +96,7 @@ inline double flatness(const window_spectrum& w) {
 }
 
 inline figures figures_of(int window) {
-  constexpr int shape = DSP_WINDOW_FLAG_PEAK | DSP_WINDOW_FLAG_NO_ROTATE;
-  const window_spectrum spectrum(unit_window([window](dsp_vec* v) { dspi_window(v, window, shape); }));
+  const window_spectrum spectrum(unit_window(window));
   figures f{};
   double scale = 0;
   dsp_window_scale(&scale, window, DSP_WINDOW_FLAG_MEAN, figure_points);

@@ -61,31 +61,5 @@ TEST(WindowFigures, FlatTopsAreFlatAndCentred) {
   }
 }
 
-// Sums of the report of 2002 that are not in the catalogue: the caller's terms give their figures.
-TEST(WindowFigures, PublishedSumsOfTheCallersTerms) {
-  const struct {
-    std::vector<double> terms;
-    double side_lobe;
-    double noise_bandwidth;
-    double flatness;
-  } published[] = {{{0.35875, 0.48829, 0.14128, 0.01168}, -92.0, 2.0044, -0.8256},
-                   {{0.375, 0.5, 0.125}, -46.7, 1.9444, -0.8630},
-                   {{0.40897, 0.5, 0.09103}, -64.2, 1.7721, -1.0453},
-                   {{0.3125, 0.46875, 0.1875, 0.03125}, -60.9, 2.3100, -0.6184},
-                   {{0.338946, 0.481973, 0.161054, 0.018027}, -82.6, 2.1253, -0.7321},
-                   {{0.3635819, 0.4891775, 0.1365995, 0.0106411}, -98.1, 1.9761, -0.8506},
-                   {{1, 1.942604, 1.340318, 0.440811, 0.043097}, -90.2, 3.8832, -0.0039},
-                   {{1, 1.9383379, 1.3045202, 0.4028270, 0.0350665}, -95.0, 3.8112, 0.0044}};
-  for (const auto& p : published) {
-    const signal<dsp_vec> terms(p.terms);
-    const auto w = unit_window([&terms](dsp_vec* v) { dspi_window_cos(v, &terms, by_rms | 32); });
-    const window_spectrum spectrum(w);
-    const double mean = static_cast<double>(level_of(w).mean);
-    EXPECT_NEAR(highest_side_lobe(spectrum), p.side_lobe, 0.07) << p.side_lobe;
-    EXPECT_NEAR(1 / (mean * mean), p.noise_bandwidth, 6e-5) << p.side_lobe;
-    EXPECT_NEAR(std::abs(flatness(spectrum)), std::abs(p.flatness), 6e-5) << p.side_lobe;
-  }
-}
-
 }  // namespace
 }  // namespace sigpak::test

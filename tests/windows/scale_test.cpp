@@ -61,30 +61,14 @@ TYPED_TEST(WindowScale, ScalesAreThoseOfThePoints) {
   }
 }
 
-TYPED_TEST(WindowScale, KnownValues) {
+TYPED_TEST(WindowScale, OfNoPointsIsOneWhateverTheWindow) {
   using V = TypeParam;
-  struct {
-    int window;
-    int mode;
-    int n;
-    double scale;
-  } const known[] = {
-      {DSP_WINDOW_HANN, by_mean, 1024, 2},
-      {DSP_WINDOW_HANN, by_rms, 1024, 1.632993161855452},
-      {DSP_WINDOW_TRIANGULAR, by_mean, 4, 2},
-      {DSP_WINDOW_TRIANGULAR, by_rms, 4, 1.632993161855452},
-      {DSP_WINDOW_TRIANGULAR, by_mean, 5, 1.9230769230769231},
-      // with 3 points the fourth term of the five is a constant too
-      {DSP_WINDOW_FLATTOP, by_mean, 3, 0.9996403 / 0.213283237831627 * 0.9996403 / (0.9996403 + 0.4038558)}};
-  for (const auto& k : known)
-    EXPECT_NEAR(scale_of<V>(k.window, k.mode, k.n), k.scale, 4 * unit_roundoff<V>) << k.window;
-  EXPECT_NEAR(bandwidth_of<V>(DSP_WINDOW_HANN, 0, 1024), 1.5, 4 * unit_roundoff<V>);
   for (const int n : {0, -1, std::numeric_limits<int>::min()}) {
     EXPECT_EQ(scale_of<V>(DSP_WINDOW_HANN, 0, n), 1);
     EXPECT_EQ(scale_of<V>(99, 3, n), 1);
     EXPECT_EQ(bandwidth_of<V>(99, 0, n), 1);
   }
-  EXPECT_EQ(scale_of<V>(99, by_peak, 8), 1);
+  EXPECT_EQ(scale_of<V>(99, by_peak, 8), 1) << "nor is a window asked for its peak";
 }
 
 TYPED_TEST(WindowScale, RefusalsStoreNothing) {
