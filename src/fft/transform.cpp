@@ -117,11 +117,14 @@ status transform_real(const fft_kernels<T>& level, T* x, index points, bool inve
                  : forward_lanes(level, *plans.lanes, static_cast<const T*>(x), x);
 }
 
+constexpr bool is_planned_real(index points) noexcept {
+  return points >> kernels::small_real_sizes != 0 && is_power_of_two(points);
+}
+
 // The plan by which real data go from one place to another as fast as in place; null where they do not.
 template <class T>
 const kernels::real_plan<T>* plan_apart(const fft_kernels<T>* level, index points) noexcept {
-  const bool planned = points >> kernels::small_real_sizes != 0 && is_power_of_two(points);
-  if (level == nullptr || !planned) return nullptr;
+  if (level == nullptr || !is_planned_real(points)) return nullptr;
   return real_plans_of(*level, points).lanes;
 }
 
@@ -310,19 +313,30 @@ template <class T> status inverse_real_apart(T* from, T* to, index points) noexc
 
 template <class T> int circle_order(index points) noexcept {
   const auto* const level = at_level<fft_kernels<T>>();
-  return plan_apart(level, points) != nullptr ? level->widest_lanes : 0;
+  if (level == nullptr || !is_planned_real(points)) return 0;
+  return kernels::suits_half<T>(points, level->widest_lanes) ? 0 : level->widest_lanes;
 }
+
+namespace {
+
+template <class T> const kernels::real_plan<T>* circle_plan(index points, int lanes) noexcept {
+  if (const auto* const plan = kernels::find_real_plan<T>(points, lanes)) return plan;
+  own_plans<T>();
+  return kernels::make_real_plan<T>(points, lanes);
+}
+
+}  // namespace
 
 template <class T> status make_filter(T* x, index points) noexcept {
   const auto* const level = at_level<fft_kernels<T>>();
-  const auto* const plan = plan_apart(level, points);
+  const auto* const plan = circle_plan<T>(points, level->widest_lanes);
   if (plan == nullptr) return failed;
   return with_scratch_of(*plan, false, x, [=](T* scratch) { level->run_filter(*plan, x, scratch); });
 }
 
 template <class T> status run_circle(const T* filter, const T* from, T* to, index points) noexcept {
   const auto* const level = at_level<fft_kernels<T>>();
-  const auto* const plan = plan_apart(level, points);
+  const auto* const plan = circle_plan<T>(points, level->widest_lanes);
   if (plan == nullptr) return failed;
   return with_scratch_of(*plan, true, from,
                          [=](T* scratch) { level->run_circle(*plan, filter, from, to, scratch); });
