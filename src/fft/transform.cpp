@@ -3,6 +3,7 @@
 #include "fft/transform.h"
 
 #include "core/frame.h"
+#include "core/machine.h"
 #include "core/power_of_two.h"
 #include "fft/any_length.h"
 #include "fft/baseline/bluestein.h"
@@ -117,14 +118,11 @@ status transform_real(const fft_kernels<T>& level, T* x, index points, bool inve
                  : forward_lanes(level, *plans.lanes, static_cast<const T*>(x), x);
 }
 
-constexpr bool is_planned_real(index points) noexcept {
-  return points >> kernels::small_real_sizes != 0 && is_power_of_two(points);
-}
-
 // The plan by which real data go from one place to another as fast as in place; null where they do not.
 template <class T>
 const kernels::real_plan<T>* plan_apart(const fft_kernels<T>* level, index points) noexcept {
-  if (level == nullptr || !is_planned_real(points)) return nullptr;
+  const bool planned = points >> kernels::small_real_sizes != 0 && is_power_of_two(points);
+  if (level == nullptr || !planned) return nullptr;
   return real_plans_of(*level, points).lanes;
 }
 
@@ -311,10 +309,12 @@ template <class T> status inverse_real_apart(T* from, T* to, index points) noexc
   return ok;
 }
 
+// Where the two places that the passes take turns in stay in the second cache.
 template <class T> int circle_order(index points) noexcept {
   const auto* const level = at_level<fft_kernels<T>>();
-  if (level == nullptr || !is_planned_real(points)) return 0;
-  return kernels::suits_half<T>(points, level->widest_lanes) ? 0 : level->widest_lanes;
+  const bool planned = points >> kernels::small_real_sizes != 0 && is_power_of_two(points);
+  const bool stays = 2 * points * index{sizeof(T)} <= machine::caches().second;
+  return level != nullptr && planned && stays ? level->widest_lanes : 0;
 }
 
 namespace {
