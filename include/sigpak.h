@@ -1331,15 +1331,15 @@ SIGPAK_API int32_t dspfc_fir2(dspf_vec *v, int32_t code);
              not in, out or taps, nor over their data. It is brought to the form of in, zero-padded or cut to
              its first taps - 1 points, and leaves holding the last taps - 1 samples of the stream: the next
              call goes on where this one ended. An empty record starts a stream.
-   Real blocks of at least taps - 1 samples go through the transform from 46 taps on, with AVX2 from 64 on,
-   with AVX-512 from 72 on (overlap-save; the spectrum of the taps is kept for the next call, and serves taps
-   that differ from them by at most 1.11e-15 |taps[0]|). Everything else is summed directly. Any split of a
-   stream into blocks gives the same output, to the last bit where it is summed directly. Transformed outputs
-   have an error of up to 4 u times the largest sample of their section times sum |taps|, u the unit roundoff,
-   however small they are themselves. A sample of in that is not finite then reaches every output of the
-   sections that hold it, earlier ones too: a section is a short block as a whole, otherwise 4 to 16 times the
-   taps and at least 1024 samples. One in the history reaches only the outputs that see it, and so does any
-   where the sum is direct.
+   Real blocks of at least taps - 1 samples go through the transform from 46 taps on, with AVX2 from 50 on,
+   with AVX-512 from 58 on, with either from 14 taps more on where a block leaves the second cache (overlap-save;
+   the spectrum of the taps is kept for the next call, and serves taps that differ from them by at most 1.11e-15
+   |taps[0]|). Everything else is summed directly. Any split of a stream into blocks gives the same output, to
+   the last bit where it is summed directly. Transformed outputs have an error of up to 4 u times the largest
+   sample of their section times sum |taps|, u the unit roundoff, however small they are themselves. A sample
+   of in that is not finite then reaches every output of the sections that hold it, earlier ones too: a section
+   is a short block as a whole, otherwise 4 to 16 times the taps and at least 1024 samples. One in the history
+   reaches only the outputs that see it, and so does any where the sum is direct.
    A failure may leave out and history partly updated. */
 SIGPAK_API int32_t dspd_fir (const dsp_vec  *in, dsp_vec  *out, const dsp_vec  *taps, dsp_vec  *history);
 SIGPAK_API int32_t dspfd_fir(const dspf_vec *in, dspf_vec *out, const dspf_vec *taps, dspf_vec *history);

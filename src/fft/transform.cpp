@@ -3,6 +3,7 @@
 #include "fft/transform.h"
 
 #include "core/frame.h"
+#include "core/machine.h"
 #include "core/power_of_two.h"
 #include "fft/any_length.h"
 #include "fft/baseline/bluestein.h"
@@ -293,21 +294,34 @@ template <class T> status inverse_real_apart(T* from, T* to, index points) noexc
   return ok;
 }
 
+// Where the two places that the passes take turns in stay in the second cache.
 template <class T> int circle_order(index points) noexcept {
   const auto* const level = at_level<fft_kernels<T>>();
-  return plan_apart(level, points) != nullptr ? level->widest_lanes : 0;
+  const bool planned = points >> kernels::small_real_sizes != 0 && is_power_of_two(points);
+  const bool stays = 2 * points * index{sizeof(T)} <= machine::caches().second;
+  return level != nullptr && planned && stays ? level->widest_lanes : 0;
 }
+
+namespace {
+
+template <class T> const kernels::real_plan<T>* circle_plan(index points, int lanes) noexcept {
+  if (const auto* const plan = kernels::find_real_plan<T>(points, lanes)) return plan;
+  own_plans<T>();
+  return kernels::make_real_plan<T>(points, lanes);
+}
+
+}  // namespace
 
 template <class T> status make_filter(T* x, index points) noexcept {
   const auto* const level = at_level<fft_kernels<T>>();
-  const auto* const plan = plan_apart(level, points);
+  const auto* const plan = circle_plan<T>(points, level->widest_lanes);
   if (plan == nullptr) return failed;
   return with_scratch_of(*plan, false, x, [=](T* scratch) { level->run_filter(*plan, x, scratch); });
 }
 
 template <class T> status run_circle(const T* filter, const T* from, T* to, index points) noexcept {
   const auto* const level = at_level<fft_kernels<T>>();
-  const auto* const plan = plan_apart(level, points);
+  const auto* const plan = circle_plan<T>(points, level->widest_lanes);
   if (plan == nullptr) return failed;
   return with_scratch_of(*plan, true, from,
                          [=](T* scratch) { level->run_circle(*plan, filter, from, to, scratch); });

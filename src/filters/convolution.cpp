@@ -96,19 +96,20 @@ template <class T> constexpr index section_transform(index taps) noexcept {
 }
 
 // What a block takes in sections of one length, in products of the sums that a transform saves: its passes,
-// one of them more than its length tells from 8192 points on, and what comes to six more of them to fill,
-// multiply and copy.
-index price_of(index transform, index points, index before) noexcept {
+// one of them more than its length tells from 8192 points on, and what comes to three more of them to fill
+// and copy, and to three to multiply in a sweep of its own.
+template <class T> index price_of(index transform, index points, index before) noexcept {
   const index step = transform - before;
   const index bits = address_bits(transform);
-  return (points + step - 1) / step * transform * (bits + (bits > 12 ? 9 : 6));
+  const index others = bits > 12 ? 9 : circle_order<T>(transform) != 0 ? 3 : 6;
+  return (points + step - 1) / step * transform * (bits + others);
 }
 
 // The cheapest transform for sections of a short block, up to one that takes it whole.
-index short_transform(index points, index before) noexcept {
+template <class T> index short_transform(index points, index before) noexcept {
   index cheapest = next_power_of_two(points + before);
   for (index other = cheapest / 2; other >= 2 * before; other /= 2) {
-    if (price_of(other, points, before) < price_of(cheapest, points, before)) cheapest = other;
+    if (price_of<T>(other, points, before) < price_of<T>(cheapest, points, before)) cheapest = other;
   }
   return cheapest;
 }
@@ -175,10 +176,11 @@ status convolve_sections(const V* in, V* out, const V* taps, const V* history, i
 }  // namespace
 
 template <record V> index convolve_fast(const V* in, V* out, const V* taps, const V* history) noexcept {
+  using T = scalar<V>;
   const index points = length(in);
   const index count = length(taps);
   const index before = count - 1;
-  const index transform = section_transform<scalar<V>>(count);
+  const index transform = section_transform<T>(count);
   constexpr index many = 16;
   if (points > many * (transform - before)) {
     return convolve_sections(in, out, taps, history, before, transform) == ok ? 0 : failed;
@@ -186,9 +188,10 @@ template <record V> index convolve_fast(const V* in, V* out, const V* taps, cons
   // A transform of the block alone wraps onto its first outputs, unless there is room for them anyhow.
   // Repairing them costs count^2 / 2 products.
   const index circle = next_power_of_two(points);
-  const index shorter = short_transform(points, before);
+  const index shorter = short_transform<T>(points, before);
   const index repair = count * count / 2;
-  if (circle < points + before && price_of(circle, points, 0) + repair < price_of(shorter, points, before)) {
+  if (circle < points + before &&
+      price_of<T>(circle, points, 0) + repair < price_of<T>(shorter, points, before)) {
     return convolve_sections(in, out, taps, history, 0, circle) == ok ? before : failed;
   }
   return convolve_sections(in, out, taps, history, before, shorter) == ok ? 0 : failed;

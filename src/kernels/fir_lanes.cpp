@@ -10,14 +10,13 @@
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
-// Wide vectors speed up sums more than transforms. Measured at 10^4 and 10^5 points: from 64 to 1024 taps
-// neither way takes more than about a tenth longer than the other would, in either precision of the wide
-// levels. In vectors of 128 bits 46 has stayed what it was when sums were slower there. Sums read and write
-// memory as they go, sections by bursts: beyond the second cache, measured at 10^6 and 4 * 10^6 points, they
-// pay later.
+// Wide vectors speed up sums more than transforms. Measured from 10^3 to 10^5 points: neither way takes more
+// than a tenth longer than the other would, in either precision of the wide levels. In vectors of 128 bits 46
+// has stayed what it was when sums were slower there. Sums read and write memory as they go, sections by
+// bursts: beyond the second cache, measured from 3 10^5 to 10^7 points, they pay later.
 constexpr int bytes = SIGPAK_VECTOR_BYTES;
-constexpr index transformed_from = bytes == 16 ? 46 : bytes == 32 ? 64 : 72;
-constexpr index transformed_beyond_cache_from = bytes == 16 ? 46 : bytes == 32 ? 72 : 96;
+constexpr index transformed_from = bytes == 16 ? 46 : bytes == 32 ? 50 : 58;
+constexpr index transformed_beyond_cache_from = bytes == 16 ? 46 : bytes == 32 ? 64 : 72;
 
 // Keeps a loaded vector in its register: folded into every product that uses it, it would be loaded as often,
 // and most of these loads cross a cache line. Those of 128 bits are not folded.

@@ -201,7 +201,7 @@ SIGPAK_INLINE void passes_within_lanes(const real_plan<typename P::scalar>& plan
   all_middle_passes<P>(plan, s);
 }
 
-// Back from what the head pass leaves at s, before which the passes have their place at `blocks`.
+// Back from what the head pass leaves at s; the passes work at `blocks`.
 template <class P>
 void passes_back(const real_plan<typename P::scalar>& plan, const typename P::scalar* s,
                  typename P::scalar* blocks, typename P::scalar* to) {
@@ -227,7 +227,7 @@ void passes_back(const real_plan<typename P::scalar>& plan, const typename P::sc
   });
 }
 
-// What the head pass leaves, and then the blocks.
+// Scratch memory of the way back: what the head pass leaves, then the blocks of the passes.
 template <class P>
 SIGPAK_INLINE typename P::scalar* blocks_behind(const real_plan<typename P::scalar>& plan,
                                                 typename P::scalar* s) {
