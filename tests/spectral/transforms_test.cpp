@@ -163,7 +163,7 @@ TYPED_TEST(Transforms, TinyDataKeepTheErrorBound) {
   constexpr double tiny = std::numeric_limits<T>::min();
   for (const auto& op : transforms<V>()) {
     if (op.model != forward && op.model != inverse && op.model != half_spectrum) continue;
-    for (const index n : {4, 8, 16, 32, 64, 128, 1024, 65536, 37, 67, 480, 1000, 1003, 4099}) {
+    for (const index n : {4, 8, 16, 32, 64, 128, 1024, 65536, 5, 10, 12, 37, 67, 480, 1000, 1003, 4099}) {
       if (op.accepted == lengths::powers && !std::has_single_bit(static_cast<unsigned>(n))) continue;
       const bool complex = op.form == takes::all;
       const double growth = std::sqrt(static_cast<double>(n));

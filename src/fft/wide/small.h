@@ -4,6 +4,7 @@
 
 #include "fft/plans/sines.h"
 #include "fft/wide/passes.h"
+#include "vectors/places.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
@@ -87,6 +88,26 @@ template <class T, int N, bool inverse> void run_points(T* x) {
   unroll<N>([&](auto i) SIGPAK_LAMBDA { a[i] = load_point(x + 2 * i); });
   transform(a, factor_of<E, inverse>(T(1) / N));
   unroll<N>([&](auto k) SIGPAK_LAMBDA { store_point(x + 2 * k, a[result_at<N, inverse>(k)]); });
+}
+
+// Four points, by the operations that take the least time one after the other.
+template <class T, bool inverse> void run_four(T* x) {
+  using E = typename point_vector<T>::type;
+  const E x0 = load_point(x), x1 = load_point(x + 2), x2 = load_point(x + 4), x3 = load_point(x + 6);
+  const E a = x0 + x2, b = x0 - x2, c = x1 + x3, d = x1 - x3;
+  if constexpr (inverse) {
+    store_point(x, a + c);
+    store_point(x + 2, quick_plus_i(b, d));
+    store_point(x + 4, a - c);
+    store_point(x + 6, quick_minus_i(b, d));
+  } else {
+    const E quarter = splat<E>(T(0.25));
+    const E sum = a * quarter, difference = b * quarter;
+    store_point(x, fma(c, quarter, sum));
+    store_point(x + 2, fma(exchanged(d), alternating(quarter), difference));
+    store_point(x + 4, fnma(c, quarter, sum));
+    store_point(x + 6, fnma(exchanged(d), alternating(quarter), difference));
+  }
 }
 
 // Scaled before the sum, which then cannot overflow.
