@@ -110,6 +110,38 @@ template <class T, bool inverse> void run_four(T* x) {
   }
 }
 
+// Eight points in the same way. Of d, the differences of points four apart, and r, the root of one half,
+//   X[1], X[7] = a -/+ i b, a = d0 + r (d1 - d3), b = d2 + r (d1 + d3),
+// and X[5], X[3] the same with -r. The factor is on the way of a alone, which is the shorter one.
+template <class T, bool inverse> void run_eight(T* x) {
+  using E = typename point_vector<T>::type;
+  constexpr T scale = inverse ? T(1) : T(0.125);
+  constexpr auto r = static_cast<T>(half_root);
+  const auto factor = factor_of<E, inverse>(scale);
+  const E s = splat<E>(scale);
+  const auto store_both = [&](auto k, E a, E b) SIGPAK_LAMBDA {
+    store_point(x + 2 * result_at<8, inverse>(k), fnma_i(s, b, a));
+    store_point(x + 2 * result_at<8, inverse>(8 - k), fma_i(s, b, a));
+  };
+  E sum[4], difference[4];
+  unroll<4>([&](auto i) SIGPAK_LAMBDA {
+    const E low = load_point(x + 2 * i);
+    const E high = load_point(x + 2 * (i + 4));
+    sum[i] = low + high;
+    difference[i] = low - high;
+  });
+  const E t1 = difference[1] - difference[3];
+  const E t3 = difference[1] + difference[3];
+  const E first = scaled(factor, difference[0]);
+  store_both(constant<1>{}, fma(splat<E>(r * scale), t1, first), fma(splat<E>(r), t3, difference[2]));
+  store_both(constant<5>{}, fnma(splat<E>(r * scale), t1, first), fnma(splat<E>(r), t3, difference[2]));
+  store_both(constant<2>{}, scaled(factor, sum[0] - sum[2]), sum[1] - sum[3]);
+  const E even = scaled(factor, sum[0] + sum[2]);
+  const E odd = sum[1] + sum[3];
+  store_point(x, fma(s, odd, even));
+  store_point(x + 8, fnma(s, odd, even));
+}
+
 // Scaled before the sum, which then cannot overflow.
 template <class T, bool inverse> void run_pair(T* x) {
   using E = typename point_vector<T>::type;

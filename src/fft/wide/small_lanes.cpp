@@ -21,6 +21,7 @@ template <class T> class small_table {
   constexpr small_table() {
     all_.complex[2] = {run_pair<T, false>, run_pair<T, true>};
     all_.complex[4] = {run_four<T, false>, run_four<T, true>};
+    all_.complex[8] = {run_eight<T, false>, run_eight<T, true>};
     add_powers();
     add<1, 3>(), add<1, 5>(), add<1, 7>(), add<1, 9>(), add<1, 11>(), add<1, 13>(), add<1, 25>(),
         add<1, 27>();
@@ -36,11 +37,11 @@ template <class T> class small_table {
  private:
   constexpr void add_powers() {
     if constexpr (is_single<T>) {
-      add_rows<f4, 2, 4>(), add_rows<f8, 4, 4>(), add_rows<f8, 8, 4>();
+      add_rows<f8, 4, 4>(), add_rows<f8, 8, 4>();
       add_half<f8, 8, 4>(), add_half<widest_f, 8, 8>();
       add_half<widest_f, 16, 8>(), add_half<widest_f, 16, 16>();
     } else {
-      add_points<8>(), add_points<16>(), add_rows<widest_d, rows_of_32, 32 / rows_of_32>();
+      add_points<16>(), add_rows<widest_d, rows_of_32, 32 / rows_of_32>();
       add_half<widest_d, rows_of_32, 32 / rows_of_32>(), add_half<widest_d, 8, 8>();
       add_half<widest_d, 8, 16>(), add_half<widest_d, 16, 16>();
     }
