@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Every transform against long double: of every length and form, with its spacing, its refusals, its
 // failures.
+#include "core/isa.h"
 #include "spectral/reference.h"
 #include "support/failing.h"
 #include "support/forms.h"
@@ -141,6 +142,21 @@ TYPED_TEST(Transforms, FollowTheirDefinitions) {
       EXPECT_TRUE(in_place || v.lent() == lent);
     });
   }
+}
+
+TYPED_TEST(Transforms, FindTheLevelAtTheFirstCall) {
+  using V = TypeParam;
+  const isa::level level = isa::current();
+  for (const auto& op : transforms<V>()) {
+    const index n = op.accepted == lengths::halves_of_powers ? 5 : 8;
+    const bool complex = op.form == takes::all;
+    signal<V> v(noise<V>(complex ? 2 * n : n), complex);
+    const auto wanted = op.model(exact_points<V>(v));
+    isa::detail::chosen = isa::detail::unknown;
+    ASSERT_EQ(op.run(&v), 0);
+    EXPECT_LT(transform_error<V>(v, wanted, n), op.limit) << op.name;
+  }
+  isa::force(level);
 }
 
 TYPED_TEST(Transforms, StayAccurateWhenLong) {
