@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Every transform against long double: of every length and form, with its spacing, its refusals, its
 // failures.
+#include "core/isa.h"
 #include "spectral/reference.h"
 #include "support/failing.h"
 #include "support/forms.h"
@@ -143,6 +144,21 @@ TYPED_TEST(Transforms, FollowTheirDefinitions) {
   }
 }
 
+TYPED_TEST(Transforms, FindTheLevelAtTheFirstCall) {
+  using V = TypeParam;
+  const isa::level level = isa::current();
+  for (const auto& op : transforms<V>()) {
+    const index n = op.accepted == lengths::halves_of_powers ? 5 : 8;
+    const bool complex = op.form == takes::all;
+    signal<V> v(noise<V>(complex ? 2 * n : n), complex);
+    const auto wanted = op.model(exact_points<V>(v));
+    isa::detail::chosen = isa::detail::unknown;
+    ASSERT_EQ(op.run(&v), 0);
+    EXPECT_LT(transform_error<V>(v, wanted, n), op.limit) << op.name;
+  }
+  isa::force(level);
+}
+
 TYPED_TEST(Transforms, StayAccurateWhenLong) {
   using V = TypeParam;
   for (const auto& op : transforms<V>()) {
@@ -163,7 +179,7 @@ TYPED_TEST(Transforms, TinyDataKeepTheErrorBound) {
   constexpr double tiny = std::numeric_limits<T>::min();
   for (const auto& op : transforms<V>()) {
     if (op.model != forward && op.model != inverse && op.model != half_spectrum) continue;
-    for (const index n : {4, 8, 16, 32, 64, 128, 1024, 65536, 37, 67, 480, 1000, 1003, 4099}) {
+    for (const index n : {4, 8, 16, 32, 64, 128, 1024, 65536, 5, 10, 12, 37, 67, 480, 1000, 1003, 4099}) {
       if (op.accepted == lengths::powers && !std::has_single_bit(static_cast<unsigned>(n))) continue;
       const bool complex = op.form == takes::all;
       const double growth = std::sqrt(static_cast<double>(n));

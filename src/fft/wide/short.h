@@ -11,9 +11,9 @@
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
-// The factor 1/N, which enters with the sines and with the last sums; in two parts where its rounding would
-// be seen: among those of few sums, and in single precision. The second is not negative, so that infinite
-// sums stay what they are.
+// The factor 1/N, which enters with the cosines and sines, where it keeps nothing waiting; that of the first
+// point in two parts where its rounding would be seen: among those of few sums, and in single precision. The
+// second is not negative, so that infinite sums stay what they are.
 template <class E, int N> struct one_over {
   using T = typename E::scalar;
   static constexpr bool is_power = (N & (N - 1)) == 0;
@@ -35,34 +35,44 @@ template <class E, int N> SIGPAK_INLINE E scaled(one_over<E, N> f, E a) {
   if constexpr (f.has_rest) return fma(a, splat<E>(f.part), a * splat<E>(f.rest));
   return a * splat<E>(f.part);
 }
+// The same where the rest of the factor does not count.
+template <class E, int N> SIGPAK_INLINE E plus(one_over<E, N> f, E a, E b) {
+  if constexpr (N == 1) return a + b;
+  return fma(a, splat<E>(f.nearest), b);
+}
 
 // As the transform of odd length of any vectors (butterflies_odd.h), for the shortest way from load to store:
-// the real and imaginary parts of the differences are exchanged first.
+// the real and imaginary parts of the differences are exchanged first, and the first point comes last where
+// its factor has two parts. Long sums take the factor at the end, where the adders have less to do.
 template <class T, int W, int R, int N>
 requires(R % 2 == 1 && R > 1 && R <= 13) SIGPAK_INLINE
     void transform(pack<T, W> (&x)[R], one_over<pack<T, W>, N> factor) {
   using E = pack<T, W>;
   constexpr int half = R / 2;
+  constexpr bool is_long = R > 9;
+  constexpr bool is_last = !is_long && factor.has_rest;
   E t[half], u[half];
-  E total = x[0];
   unroll<half>([&](auto k) SIGPAK_LAMBDA {
     t[k] = x[k + 1] + x[R - 1 - k];
     u[k] = exchanged(x[k + 1] - x[R - 1 - k]);
-    total = total + t[k];
   });
-  const E x0 = x[0];
-  x[0] = scaled(factor, total);
+  E total = t[0];
+  unroll<half - 1>([&](auto k) SIGPAK_LAMBDA { total = total + t[k + 1]; });
+  const E x0 = is_long ? x[0] : scaled(factor, x[0]);
+  x[0] = is_long ? scaled(factor, x0 + total) : plus(factor, total, x0);
   unroll<half>([&](auto j) SIGPAK_LAMBDA {
     E a = x0;
     E q = {};
     unroll<half>([&](auto k) SIGPAK_LAMBDA {
       constexpr int turn = (j + 1) * (k + 1) % R;
+      const E cosine = splat_constant<E>(kernels::cosine_of(turn, R) / (is_long ? 1 : N));
       const E sine = alternating(splat_constant<E>(kernels::sine_of(turn, R) / N));
-      a = fma(splat<E>(cosine_constant<T, turn, R>), t[k], a);
+      a = k == 0 && is_last ? cosine * t[k] : fma(cosine, t[k], a);
       q = k > 0 ? fma(sine, u[k], q) : sine * u[k];
     });
-    x[j + 1] = joined(factor, a, q);
-    x[R - 1 - j] = joined(factor, a, -q);
+    if constexpr (is_last) a = a + x0;
+    x[j + 1] = is_long ? joined(factor, a, q) : a + q;
+    x[R - 1 - j] = is_long ? joined(factor, a, -q) : a - q;
   });
 }
 

@@ -4,6 +4,7 @@
 
 #include "fft/plans/sines.h"
 #include "fft/wide/passes.h"
+#include "vectors/places.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
@@ -87,6 +88,58 @@ template <class T, int N, bool inverse> void run_points(T* x) {
   unroll<N>([&](auto i) SIGPAK_LAMBDA { a[i] = load_point(x + 2 * i); });
   transform(a, factor_of<E, inverse>(T(1) / N));
   unroll<N>([&](auto k) SIGPAK_LAMBDA { store_point(x + 2 * k, a[result_at<N, inverse>(k)]); });
+}
+
+// Four points, by the operations that take the least time one after the other.
+template <class T, bool inverse> void run_four(T* x) {
+  using E = typename point_vector<T>::type;
+  const E x0 = load_point(x), x1 = load_point(x + 2), x2 = load_point(x + 4), x3 = load_point(x + 6);
+  const E a = x0 + x2, b = x0 - x2, c = x1 + x3, d = x1 - x3;
+  if constexpr (inverse) {
+    store_point(x, a + c);
+    store_point(x + 2, quick_plus_i(b, d));
+    store_point(x + 4, a - c);
+    store_point(x + 6, quick_minus_i(b, d));
+  } else {
+    const E quarter = splat<E>(T(0.25));
+    const E sum = a * quarter, difference = b * quarter;
+    store_point(x, fma(c, quarter, sum));
+    store_point(x + 2, fma(exchanged(d), alternating(quarter), difference));
+    store_point(x + 4, fnma(c, quarter, sum));
+    store_point(x + 6, fnma(exchanged(d), alternating(quarter), difference));
+  }
+}
+
+// Eight points in the same way. Of d, the differences of points four apart, and r, the root of one half,
+//   X[1], X[7] = a -/+ i b, a = d0 + r (d1 - d3), b = d2 + r (d1 + d3),
+// and X[5], X[3] the same with -r. The factor is on the way of a alone, which is the shorter one.
+template <class T, bool inverse> void run_eight(T* x) {
+  using E = typename point_vector<T>::type;
+  constexpr T scale = inverse ? T(1) : T(0.125);
+  constexpr auto r = static_cast<T>(half_root);
+  const auto factor = factor_of<E, inverse>(scale);
+  const E s = splat<E>(scale);
+  const auto store_both = [&](auto k, E a, E b) SIGPAK_LAMBDA {
+    store_point(x + 2 * result_at<8, inverse>(k), fnma_i(s, b, a));
+    store_point(x + 2 * result_at<8, inverse>(8 - k), fma_i(s, b, a));
+  };
+  E sum[4], difference[4];
+  unroll<4>([&](auto i) SIGPAK_LAMBDA {
+    const E low = load_point(x + 2 * i);
+    const E high = load_point(x + 2 * (i + 4));
+    sum[i] = low + high;
+    difference[i] = low - high;
+  });
+  const E t1 = difference[1] - difference[3];
+  const E t3 = difference[1] + difference[3];
+  const E first = scaled(factor, difference[0]);
+  store_both(constant<1>{}, fma(splat<E>(r * scale), t1, first), fma(splat<E>(r), t3, difference[2]));
+  store_both(constant<5>{}, fnma(splat<E>(r * scale), t1, first), fnma(splat<E>(r), t3, difference[2]));
+  store_both(constant<2>{}, scaled(factor, sum[0] - sum[2]), sum[1] - sum[3]);
+  const E even = scaled(factor, sum[0] + sum[2]);
+  const E odd = sum[1] + sum[3];
+  store_point(x, fma(s, odd, even));
+  store_point(x + 8, fnma(s, odd, even));
 }
 
 // Scaled before the sum, which then cannot overflow.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The transforms of one level without a plan.
+#include "fft/wide/broadcast.h"
 #include "fft/wide/kernels.h"
-#include "fft/wide/short.h"
 #include "fft/wide/small.h"
 #include "fft/wide/small_half.h"
 #include "fft/wide/small_real.h"
@@ -20,14 +20,16 @@ template <class T> class small_table {
  public:
   constexpr small_table() {
     all_.complex[2] = {run_pair<T, false>, run_pair<T, true>};
+    all_.complex[4] = {run_four<T, false>, run_four<T, true>};
+    all_.complex[8] = {run_eight<T, false>, run_eight<T, true>};
     add_powers();
-    add<1, 3>(), add<1, 5>(), add<1, 7>(), add<1, 9>(), add<1, 11>(), add<1, 13>();
-    add<2, 3>(), add<2, 5>(), add<2, 7>(), add<2, 9>();
-    add<3, 5>(), add<3, 7>(), add<4, 3>(), add<4, 5>();
-    add<2, 11>(), add<2, 13>(), add<1, 25>(), add<1, 27>(), add<3, 11>(), add<3, 13>();
-    add<8, 3>(), add<4, 7>(), add<6, 5>();
-    if constexpr (!is_single<T>) add<4, 9>(), add<8, 5>();
-    if constexpr (widest<T>::width == 4) add<16, 3>(), add<8, 7>(), add<12, 5>();
+    add<1, 3>(), add<1, 5>(), add<1, 7>(), add<1, 9>(), add<1, 11>(), add<1, 13>(), add<1, 25>(),
+        add<1, 27>();
+    add<3, 5>(), add<3, 7>(), add<3, 11>(), add<3, 13>(), add<8, 3>();
+    if constexpr (!is_single<T>) add<8, 5>();
+    if constexpr (widest<T>::width == 4) add<16, 3>(), add<8, 7>();
+    add_across<3>(), add_across<5>(), add_across<7>(), add_across<9>(), add_across<11>(), add_across<13>();
+    add_across<15>(), add_across<21>(), add_across<25>(), add_across<27>();
     add_real<4>(), add_real<8>(), add_real<16>(), add_real<32>();
   }
   constexpr const kernels::small_kernels<T>& all() const { return all_; }
@@ -35,11 +37,11 @@ template <class T> class small_table {
  private:
   constexpr void add_powers() {
     if constexpr (is_single<T>) {
-      add_points<4>(), add_rows<f4, 2, 4>(), add_rows<f8, 4, 4>(), add_rows<f8, 8, 4>();
+      add_rows<f8, 4, 4>(), add_rows<f8, 8, 4>();
       add_half<f8, 8, 4>(), add_half<widest_f, 8, 8>();
       add_half<widest_f, 16, 8>(), add_half<widest_f, 16, 16>();
     } else {
-      add_points<4>(), add_points<8>(), add_points<16>(), add_rows<widest_d, rows_of_32, 32 / rows_of_32>();
+      add_points<16>(), add_rows<widest_d, rows_of_32, 32 / rows_of_32>();
       add_half<widest_d, rows_of_32, 32 / rows_of_32>(), add_half<widest_d, 8, 8>();
       add_half<widest_d, 8, 16>(), add_half<widest_d, 16, 16>();
     }
@@ -47,6 +49,13 @@ template <class T> class small_table {
   }
   template <int A, int B> constexpr void add() {
     all_.complex[A * B] = {run_short<T, A, B, false>, run_short<T, A, B, true>};
+  }
+  // Twice and four times an odd length.
+  template <int M> constexpr void add_across() {
+    using pair = pack<T, 4>;
+    using four = pack<T, M == 3 || widest<T>::width == 4 ? 4 : 8>;
+    all_.complex[2 * M] = {run_across<pair, 2, M, false>, run_across<pair, 2, M, true>};
+    all_.complex[4 * M] = {run_across<four, 4, M, false>, run_across<four, 4, M, true>};
   }
   template <int N> constexpr void add_points() {
     all_.complex[N] = {run_points<T, N, false>, run_points<T, N, true>};
