@@ -9,6 +9,7 @@ namespace sigpak::kernels {
 
 // Beside the butterflies:
 inline constexpr double loop_cost = 1.5;  // of the butterflies of one row
+inline constexpr double pass_cost = 15;   // of waiting for the last results of the pass before
 inline constexpr double crowd_cost = 2;   // of a vector of output among many in one set of the first cache
 
 inline constexpr butterfly_table wide_costs(8, true);
@@ -62,8 +63,9 @@ class factor_search {
       const bool is_last = radix == rest;
       const double butterfly =
           radix * sweep + (is_last ? costs_[radix].result + crowding(radix) : costs_[radix].row);
-      const double sum = cost + static_cast<double>(rows / radix) *
-                                    (loop_cost + static_cast<double>(row_vectors_) * butterfly);
+      const double sum =
+          cost + pass_cost +
+          static_cast<double>(rows / radix) * (loop_cost + static_cast<double>(row_vectors_) * butterfly);
       begun_.radix[begun_.passes++] = radix;
       is_last ? consider(best, sum) : extend(best, rest, rest / radix, radix, sum);
       --begun_.passes;
