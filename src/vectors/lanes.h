@@ -3,7 +3,7 @@
 // of the level gives, for every width that it has:
 //   fma fms fnma fma_even fma_odd                       fused products
 //   low_parts high_parts evens odds low_pairs high_pairs evens_twice odds_twice exchanged middle_exchanged
-//   evens_first backwards mirrored joined transpose_blocks  shuffles
+//   evens_first backwards mirrored joined alternately transpose_blocks  shuffles
 //   load_first store_first store_lanes write_some made_of load_point store_point
 //   any_zero all_below turned_sum lanes_below lanes_at_most lanes_alike left_first left_only
 //   lesser greater

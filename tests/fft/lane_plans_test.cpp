@@ -290,6 +290,28 @@ TYPED_TEST(WideFft, ScalesToTheLastDigit) {
 }
 
 // Where they are not made in double.
+// Errors of constants, of which the scale is one, are the same at every point: they must not add up.
+TYPED_TEST(WideFft, ResultsAreAsLargeAsTheyShouldBe) {
+  using V = TypeParam;
+  if (!is_wide<scalar<V>>(2048)) GTEST_SKIP();
+  for (const index n : {144, 432, 1280, 13122}) {
+    for (const bool inverse : {false, true}) {
+      long double error = 0;
+      long double total = 0;
+      for (unsigned seed = 0; seed < (n < 2000 ? 6 : 1); ++seed) {
+        const auto in = noise<V>(2 * n, seed);
+        const auto wanted = exact_transform(exact_points<V>(signal<V>(in, true)), inverse);
+        const auto got = exact_points<V>(signal<V>(wide<V>(in, inverse, 0), true));
+        for (std::size_t k = 0; k < wanted.size(); ++k) {
+          error += std::real(std::conj(wanted[k]) * (got[k] - wanted[k]));
+          total += std::norm(wanted[k]);
+        }
+      }
+      EXPECT_LT(std::abs(error / total), 0.9 * unit_roundoff<V>) << n << " inverse " << inverse;
+    }
+  }
+}
+
 TYPED_TEST(WideFft, SumsBeyondTheRangeAreInfinite) {
   using V = TypeParam;
   using T = scalar<V>;

@@ -151,8 +151,23 @@ double balance(index all_points) noexcept {
   return std::ldexp(1.0, bits / 2);
 }
 
-// conj g on the whole circle, whose parts m + t K are folded: in scratch memory, as the first pass of `wide`
-// leaves its results. And the chirp of `plan` with the first round.
+// conj g of the points m + t K of the circle, folded; with the first round those that are points of the data
+// go to the chirp.
+template <class T>
+[[gnu::always_inline]] inline void fold(const chirp_plan<T>& plan, int round, const squares& chirps, index m,
+                                        index count, root_row (&sum)[2]) noexcept {
+  root_row next[2];
+  for (index at = m; at < all_points(plan); at += plan.circle) {
+    root_row(&row)[2] = at == m ? sum : next;
+    chirps.fill(row, at, count);
+    if (round == 0 && at < plan.points) put_chirp(plan, at, row, std::min(count, plan.points - at));
+    if (at == m) continue;
+    for (const int part : {0, 1}) add_row(sum[part], next[part], count);
+  }
+}
+
+// conj g on the whole circle: in scratch memory, as the first pass of `wide` leaves its results. And the
+// chirp of `plan` with the first round.
 template <class T>
 void fill_squares(const chirp_plan<T>& plan, int round, const chirp_plan<double>& wide,
                   double* scratch) noexcept {
@@ -164,17 +179,10 @@ void fill_squares(const chirp_plan<T>& plan, int round, const chirp_plan<double>
   isa::run([=, &plan, wide_lanes = wide.lanes, step = 2 * wide.stride * wide.lanes] {
     double* out = scratch;
     root_row sum[2];
-    root_row next[2];
     for (index start = 0; start < plan.circle; start += block, out += step) {
       for (index i = 0; i < block; i += row_length) {
         const index count = std::min(row_length, block - i);
-        for (index m = start + i; m < all; m += plan.circle) {
-          root_row(&row)[2] = m < plan.circle ? sum : next;
-          chirps.fill(row, m, count);
-          if (round == 0 && m < plan.points) put_chirp(plan, m, row, std::min(count, plan.points - m));
-          if (m < plan.circle) continue;
-          for (const int part : {0, 1}) add_row(sum[part], next[part], count);
-        }
+        fold(plan, round, chirps, start + i, count, sum);
         put_sums(out + 4 * i, wide_lanes, sum, scale, count);
       }
     }
@@ -267,7 +275,8 @@ template <class T> chirp_plan<T> lay_out(index points) noexcept {
   chirp_plan<T> plan = {};
   plan.points = points;
   plan.rounds = rounds_of<T>(points);
-  choose_circle(plan, (points + plan.rounds - 1) / plan.rounds, level->widest_lanes, level->narrowest_lanes);
+  const int narrowest = plan.rounds == 1 ? level->narrowest_lanes : level->widest_lanes;
+  choose_circle(plan, (points + plan.rounds - 1) / plan.rounds, level->widest_lanes, narrowest);
   plan.scale[1] = static_cast<T>(1 / balance(all_points(plan)));
   plan.scale[0] = plan.scale[1] / static_cast<T>(points);
   return plan;

@@ -2,6 +2,9 @@
 // Which factors make the fastest product of short transforms.
 #pragma once
 
+#include <algorithm>
+#include <iterator>
+
 #include "fft/plans/butterfly_costs.h"
 #include "fft/plans/pass_costs.h"
 
@@ -9,6 +12,7 @@ namespace sigpak::kernels {
 
 // Beside the butterflies:
 inline constexpr double loop_cost = 1.5;  // of the butterflies of one row
+inline constexpr double pass_cost = 15;   // of waiting for the last results of the pass before
 inline constexpr double crowd_cost = 2;   // of a vector of output among many in one set of the first cache
 
 inline constexpr butterfly_table wide_costs(8, true);
@@ -32,10 +36,17 @@ class factor_search {
         costs_(lanes, scalar_bytes == index{sizeof(double)}),
         caches_(lanes * scalar_bytes, false) {
     begun_.lanes = lanes;
+    for (const radix_costs& costs : butterfly_costs) {
+      if (points % costs.radix != 0) continue;
+      radices_[radix_count_++] = costs.radix;
+      least_result_ = std::min(least_result_, costs_[costs.radix].result / costs.radix);
+    }
   }
 
   void run(factors& best) noexcept {
-    for (index a = vector_points_; a <= most_radix; ++a) run(best, a);
+    for (int k = 0; k < radix_count_; ++k) {
+      if (radices_[k] >= vector_points_) run(best, radices_[k]);
+    }
   }
 
   // With this first factor.
@@ -48,24 +59,27 @@ class factor_search {
     const auto groups = static_cast<double>(ceiling(rows, vector_points_));
     begun_.radix[0] = static_cast<int>(a);
     begun_.passes = 1;
-    extend(best, rows, rows, 2, groups * costs_[a].column + passages);
+    extend(best, rows, rows, 0, groups * costs_[a].column + passages);
   }
 
  private:
-  // `swept` rows were left by the pass before.
-  void extend(factors& best, index swept, index rest, int least, double cost) noexcept {
-    if (begun_.passes == most_factors || (best.passes > 0 && best.cost <= cost)) return;
+  // `swept` rows were left by the pass before; the radices are those from this one on.
+  void extend(factors& best, index swept, index rest, int from, double cost) noexcept {
     const index rows = points_ / begun_.radix[0];
+    const double least = cost + static_cast<double>(rows * row_vectors_) * least_result_;
+    if (begun_.passes == most_factors || (best.passes > 0 && best.cost <= least)) return;
     const double sweep = caches_.sweep(swept * row_vectors_);
-    for (int radix = least; radix <= most_radix && radix <= rest; ++radix) {
-      if (!is_radix(radix) || rest % radix != 0) continue;
+    for (int k = from; k < radix_count_ && radices_[k] <= rest; ++k) {
+      const int radix = radices_[k];
+      if (rest % radix != 0) continue;
       const bool is_last = radix == rest;
       const double butterfly =
           radix * sweep + (is_last ? costs_[radix].result + crowding(radix) : costs_[radix].row);
-      const double sum = cost + static_cast<double>(rows / radix) *
-                                    (loop_cost + static_cast<double>(row_vectors_) * butterfly);
+      const double sum =
+          cost + pass_cost +
+          static_cast<double>(rows / radix) * (loop_cost + static_cast<double>(row_vectors_) * butterfly);
       begun_.radix[begun_.passes++] = radix;
-      is_last ? consider(best, sum) : extend(best, rest, rest / radix, radix, sum);
+      is_last ? consider(best, sum) : extend(best, rest, rest / radix, k, sum);
       --begun_.passes;
     }
   }
@@ -84,6 +98,9 @@ class factor_search {
   index vector_points_;
   butterfly_table costs_;
   pass_costs caches_;
+  int radices_[std::size(butterfly_costs)] = {};  // that divide N, in rising order
+  int radix_count_ = 0;
+  double least_result_ = 1e9;  // of a vector, which bounds what is still to come
   index row_vectors_ = 0;
   factors begun_;
 };

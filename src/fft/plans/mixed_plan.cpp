@@ -136,11 +136,12 @@ template <class T> index first_column(const mixed_plan<T>& plan, index group) no
 template <class T>
 void fill_twiddles(T* out, const mixed_plan<T>& plan, index groups, const roots& w) noexcept {
   const int lanes = plan.lanes;
+  const double missing = missing_length<T>(plan.points, static_cast<long double>(plan.scale));
   for (index group = 0; group < groups; ++group) {
     const index n2 = first_column(plan, group);
     for (index k1 = 0; k1 < plan.columns.vectors; ++k1, out += 2 * lanes) {
       for (int p = 0; p < lanes; ++p) {
-        put_root(out + p, lanes, w[(n2 + point_at<T>(p, lanes)) * k1]);
+        put_root(out + p, lanes, lengthened(w[(n2 + point_at<T>(p, lanes)) * k1], missing));
       }
     }
   }

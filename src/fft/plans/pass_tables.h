@@ -3,12 +3,14 @@
 #pragma once
 
 #include <algorithm>
+#include <limits>
 #include <memory>
 
 #include "core/power_of_two.h"
 #include "core/published.h"
 #include "fft/plans/pass_costs.h"
 #include "fft/plans/roots_of_unity.h"
+#include "fft/plans/sines.h"
 
 namespace sigpak::kernels {
 
@@ -113,6 +115,19 @@ template <class T> int turning_passes(const pass_plan<T>& plan) noexcept {
 template <class T> void put_root(T* to, index distance, root r) noexcept {
   to[0] = static_cast<T>(rounded(r.cosine));
   to[distance] = static_cast<T>(rounded(r.sine));
+}
+
+// What twiddles are to be longer, so that results lack nothing as forward and inverse transforms do on
+// average. Errors of sums cancel, but that of a constant is the same at every point: that of the scale, and
+// of the sine of a third of a turn, of which a transform of 3 points takes on a third. Rounding keeps the
+// length on average, as it meets every twiddle differently; so little that 1 stays 1.
+template <class T> double missing_length(index points, long double scale) noexcept {
+  constexpr long double sine = sine_of(1, 3);
+  constexpr auto lacking_sine = static_cast<double>(1 - static_cast<long double>(T(sine)) / sine);
+  constexpr double most = 0.4 * double{std::numeric_limits<T>::epsilon()};
+  auto missing = static_cast<double>(1 - scale * static_cast<long double>(points)) / 2;
+  for (; points % 3 == 0; points /= 3) missing += lacking_sine / 3;
+  return std::clamp(missing, -most / 2, most);
 }
 
 template <class T> void carve_passes(pass_plan<T>& plan, carver& memory) noexcept {

@@ -68,6 +68,8 @@ template <class T> void carve(product_plan<T>& plan, carver& memory) noexcept {
 
 template <class T> void fill_twiddles(const product_plan<T>& plan, const roots& w) noexcept {
   const index vector_points = plan.lanes / 2;
+  const long double rest = sizeof(T) == sizeof(float) ? plan.scale_rest : 0;
+  const double missing = missing_length<T>(plan.points, rest + static_cast<long double>(plan.scale));
   T* out = plan.twiddles;
   T* first = plan.firsts;
   for (index group = 0; group < column_groups(plan); ++group) {
@@ -77,7 +79,9 @@ template <class T> void fill_twiddles(const product_plan<T>& plan, const roots& 
       if (group > 0) continue;
     }
     for (index k1 = 1; k1 < plan.radix[0]; ++k1) {
-      for (index p = 0; p < vector_points; ++p, out += 2) put_root(out, 1, w[(n2 + p) * k1]);
+      for (index p = 0; p < vector_points; ++p, out += 2) {
+        put_root(out, 1, lengthened(w[(n2 + p) * k1], missing));
+      }
     }
   }
 }

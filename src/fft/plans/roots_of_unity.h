@@ -46,6 +46,12 @@ struct root {
 };
 constexpr root conjugate(root a) noexcept { return {a.cosine, -a.sine}; }
 
+// The same, longer by a part of at most a few times 2^-24.
+constexpr parted lengthened(parted x, double by) noexcept { return {x.high, x.low + by * x.high}; }
+constexpr root lengthened(root a, double by) noexcept {
+  return {lengthened(a.cosine, by), lengthened(a.sine, by)};
+}
+
 // An angle as so many 256ths of a turn and at most a few times 2^-7 on top.
 struct angle {
   std::int32_t coarse;

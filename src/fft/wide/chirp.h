@@ -156,6 +156,9 @@ template <class T> struct core_tables {
   T* spectrum;  // where the transforms go, instead of the filter's products back into place
 };
 
+// Vectors of the filter from one that is used to one that is asked for: it comes from afar, and only once.
+constexpr index prefetched = 32;
+
 // The last L-point pass and the V-point transforms, the filter, and back again.
 template <class P, int R, bool filtering>
 void core(typename P::scalar* s, index length, core_tables<typename P::scalar>& tables) {
@@ -177,6 +180,7 @@ void core(typename P::scalar* s, index length, core_tables<typename P::scalar>& 
       transform(y);
       unroll<V>([&](auto k) SIGPAK_LAMBDA {
         if constexpr (filtering) {
+          __builtin_prefetch(tables.filter + 2 * W * (i + V * group + k + prefetched), 0, 2);
           const cplx<P> g = load_pair<P>(tables.filter, i + V * group + k);
           y[k] = turned(y[k], g.re, g.im);
         } else {

@@ -12,14 +12,15 @@ using widest_d = widest<double>;
 using widest_f = widest<float>;
 
 template <class P, class T> void run_either(const chirp_plan<T>& plan, T* x, T* scratch, bool inverse) {
-  if (plan.rounds == 2) {
-    return inverse ? run_rounds<P, true>(plan, x, scratch) : run_rounds<P, false>(plan, x, scratch);
-  }
   inverse ? run_chirp<P, true>(plan, x, scratch) : run_chirp<P, false>(plan, x, scratch);
+}
+template <class P, class T> void run_both_rounds(const chirp_plan<T>& plan, T* x, T* scratch, bool inverse) {
+  inverse ? run_rounds<P, true>(plan, x, scratch) : run_rounds<P, false>(plan, x, scratch);
 }
 
 template <class Wide, class Narrow, class T>
 void run_lanes(const chirp_plan<T>& plan, T* x, T* scratch, bool inverse) {
+  if (plan.rounds == 2) return run_both_rounds<Wide>(plan, x, scratch, inverse);
   if (plan.lanes == Wide::width) return run_either<Wide>(plan, x, scratch, inverse);
   run_either<Narrow>(plan, x, scratch, inverse);
 }

@@ -45,7 +45,8 @@ template <class P, int round> class half_circle {
   // The transpose: the parts of X[n] and X[n+K]; the latter is still to be taken times -i in the second
   // round.
   template <int j> SIGPAK_INLINE cplx<P> leaving(constant<j>, cplx<P> a) const {
-    const cplx<P> parts = interlaced_pair(slanted<j>(a));
+    const cplx<P> t = slanted<j>(a);
+    const cplx<P> parts = interlaced(t.re, t.im);
     return {parts.re + parts.im, parts.re - parts.im};
   }
 
@@ -62,7 +63,6 @@ template <class P, int round> class half_circle {
     const cplx<P> t = load_pair<P>(slants_, j);
     return turned(a, t.re, t.im);
   }
-  SIGPAK_INLINE static cplx<P> interlaced_pair(cplx<P> a) { return interlaced(a.re, a.im); }
   template <int R> SIGPAK_INLINE cplx<P> entered(cplx<P> a, index i, int k) const {
     const T* const w = entries_ + 4 * (R * i + k);
     return turned(a, alternately(w, P{}), alternately(w + 2, P{}));
