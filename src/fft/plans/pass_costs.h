@@ -12,6 +12,11 @@
 
 namespace sigpak::kernels {
 
+struct bin_costs {
+  double forward;
+  double inverse;
+};
+
 class pass_costs {
  public:
   // For vectors of so many bytes, real and imaginary parts together.
@@ -55,6 +60,13 @@ class pass_costs {
       cost += scatter(list.radix[pass], vectors);
     }
     return cost;
+  }
+
+  // Of the change of bins, less what the last transform of real data in the lanes costs beyond that of
+  // complex ones. Eight lanes of many registers make that one cheap; backwards it is dear, but sixteen lanes
+  // are slow with results that split lines.
+  bin_costs bins(int lanes) const noexcept {
+    return {!few_registers_ && lanes == 8 ? 4 : -0.5, lanes == 16 ? -0.5 : -3};
   }
 
   // The part of so many vectors that has left a cache, a quarter of which is for tables and the stack.
