@@ -29,9 +29,9 @@ class pass_costs {
       case 2:
         return 4.5;
       case 4:
-        return few_registers_ ? 4.5 : 5;
+        return few_registers_ ? 4.75 : 5;
       case 8:
-        return few_registers_ ? 6.5 : 6;
+        return few_registers_ ? 6.75 : 6;
       case 16:
         return few_registers_ ? 8.5 : 7.3;
       default:
@@ -53,7 +53,7 @@ class pass_costs {
 
   // Of all passes over so many vectors, but for where the first fetches its own.
   template <class List> double passes(const List& list, index vectors) const noexcept {
-    double cost = streams(list.radix[0]) + work(list.radix[0]);
+    double cost = streams(list.radix[0], vectors) + work(list.radix[0]);
     for (int pass = 1; pass < list.passes; ++pass) {
       cost += work(list.radix[pass]) + sweep(vectors);
       vectors /= list.radix[pass - 1];
@@ -93,8 +93,13 @@ class pass_costs {
   static constexpr double near = 2.5;  // a fetch of wide_bytes from the second cache
   static constexpr double far = 14;    // and from beyond
 
-  // What the first pass costs on top: it reads streams a power of two apart.
-  double streams(int radix) const noexcept { return radix == 16 || (radix == 8 && few_registers_) ? 1 : 0; }
+  // What the first pass costs on top: it reads streams a power of two apart. With few registers it waits for
+  // its spills, during which what has left the first cache comes.
+  double streams(int radix, index vectors) const noexcept {
+    if (!few_registers_) return radix == 16 ? 1 : 0;
+    if (radix < 8) return 0;
+    return radix == 16 && missing(vectors, caches_.first) > 0 ? 0.5 : 1;
+  }
 
   // What a later one over blocks of so many vectors costs on top, for the same reason.
   double scatter(int radix, index block) const noexcept {
