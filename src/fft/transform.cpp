@@ -37,7 +37,7 @@ template <class T> const kernels::lane_plan<T>* lane_plan_of(index points, int l
 
 // Calls body(scratch), with null where the plan needs none for these data.
 template <class T, class Body>
-status with_scratch_of(const kernels::lane_plan<T>& plan, T* x, const Body& body) noexcept {
+status with_scratch_of(const kernels::lane_plan<T>& plan, const T* x, const Body& body) noexcept {
   const index vectors = kernels::scratch_vectors(plan, kernels::course_of(plan, x));
   if (vectors == 0) {
     body(nullptr);
@@ -53,21 +53,31 @@ template <class T>
 status transform_lanes(const fft_kernels<T>& level, T* x, index points, bool inverse) noexcept {
   const auto* const plan = lane_plan_of<T>(points, level.widest_lanes);
   if (plan == nullptr) return failed;
-  return with_scratch_of(*plan, x, [=, &level](T* scratch) { level.run(*plan, x, scratch, inverse); });
+  return with_scratch_of(*plan, x, [=, &level](T* scratch) { level.run(*plan, x, x, scratch, inverse); });
 }
 
 // The scale of the forward transform waits for the last sums.
 template <class T>
-status transform_by_half(const fft_kernels<T>& level, const kernels::half_plan<T>& half, T* x,
-                         bool inverse) noexcept {
+status forward_by_half(const fft_kernels<T>& level, const kernels::half_plan<T>& half, const T* from,
+                       T* to) noexcept {
   const auto* const plan = lane_plan_of<T>(half.points / 2, level.widest_lanes);
   if (plan == nullptr) return failed;
   auto unscaled = *plan;
   unscaled.scale = 1;
-  return with_scratch_of(unscaled, x, [&](T* scratch) {
-    if (inverse) level.change_bins(half, x, true);
-    level.run(unscaled, x, scratch, inverse);
-    if (!inverse) level.change_bins(half, x, false);
+  return with_scratch_of(unscaled, to, [&](T* scratch) {
+    level.run(unscaled, from, to, scratch, false);
+    level.change_bins(half, to, false);
+  });
+}
+
+template <class T>
+status inverse_by_half(const fft_kernels<T>& level, const kernels::half_plan<T>& half, T* from,
+                       T* to) noexcept {
+  const auto* const plan = lane_plan_of<T>(half.points / 2, level.widest_lanes);
+  if (plan == nullptr) return failed;
+  return with_scratch_of(*plan, to, [&](T* scratch) {
+    level.change_bins(half, from, true);
+    level.run(*plan, from, to, scratch, true);
   });
 }
 
@@ -94,35 +104,37 @@ status inverse_lanes(const fft_kernels<T>& level, const kernels::real_plan<T>& p
                          [&](T* scratch) { level.run_real_inverse(plan, from, to, scratch); });
 }
 
-// Whichever of the two there is; both are null where none could be made.
-template <class T> struct real_plans {
-  const kernels::half_plan<T>* half;
-  const kernels::real_plan<T>* lanes;
-};
-template <class T> real_plans<T> real_plans_of(const fft_kernels<T>& level, index points) noexcept {
-  const int lanes = level.widest_lanes;
-  if (const auto* const half = kernels::find_half_plan<T>(points, lanes)) return {half, nullptr};
-  if (const auto* const plan = kernels::find_real_plan<T>(points, lanes)) return {nullptr, plan};
+template <class T> const kernels::half_plan<T>* half_plan_of(index points, int lanes) noexcept {
+  if (const auto* const plan = kernels::find_half_plan<T>(points, lanes)) return plan;
   own_plans<T>();
-  if (kernels::suits_half<T>(points, lanes)) return {kernels::make_half_plan<T>(points, lanes), nullptr};
-  return {nullptr, kernels::make_real_plan<T>(points, lanes)};
+  return kernels::make_half_plan<T>(points, lanes);
+}
+template <class T> const kernels::real_plan<T>* real_plan_of(index points, int lanes) noexcept {
+  const auto* const plan = kernels::find_real_plan<T>(points, lanes);
+  return plan != nullptr ? plan : kernels::make_real_plan<T>(points, lanes);
 }
 
+// The plan of half the length tells which of the two ways suits.
 template <class T>
-status transform_real(const fft_kernels<T>& level, T* x, index points, bool inverse) noexcept {
-  const real_plans<T> plans = real_plans_of(level, points);
-  if (plans.half != nullptr) return transform_by_half(level, *plans.half, x, inverse);
-  if (plans.lanes == nullptr) return failed;
-  return inverse ? inverse_lanes(level, *plans.lanes, x, x)
-                 : forward_lanes(level, *plans.lanes, static_cast<const T*>(x), x);
+status forward_apart(const fft_kernels<T>& level, const T* from, T* to, index points) noexcept {
+  const auto* const half = half_plan_of<T>(points, level.widest_lanes);
+  if (half == nullptr) return failed;
+  if (half->suits_forward) return forward_by_half(level, *half, from, to);
+  const auto* const plan = real_plan_of<T>(points, level.widest_lanes);
+  return plan != nullptr ? forward_lanes(level, *plan, from, to) : failed;
+}
+template <class T> status inverse_apart(const fft_kernels<T>& level, T* from, T* to, index points) noexcept {
+  const auto* const half = half_plan_of<T>(points, level.widest_lanes);
+  if (half == nullptr) return failed;
+  if (half->suits_inverse) return inverse_by_half(level, *half, from, to);
+  const auto* const plan = real_plan_of<T>(points, level.widest_lanes);
+  return plan != nullptr ? inverse_lanes(level, *plan, from, to) : failed;
 }
 
-// The plan by which real data go from one place to another as fast as in place; null where they do not.
-template <class T>
-const kernels::real_plan<T>* plan_apart(const fft_kernels<T>* level, index points) noexcept {
+// The level that takes real data from one place to another as fast as in place; null where none does.
+template <class T> const fft_kernels<T>* level_apart(index points) noexcept {
   const bool planned = points >> kernels::small_real_sizes != 0 && is_power_of_two(points);
-  if (level == nullptr || !planned) return nullptr;
-  return real_plans_of(*level, points).lanes;
+  return planned ? at_level<fft_kernels<T>>() : nullptr;
 }
 
 template <class T> const kernels::product_plan<T>* short_product_plan(index points) noexcept {
@@ -249,7 +261,7 @@ namespace {
 template <class T> [[gnu::noinline]] status forward_longer(T* data, index points) noexcept {
   if (!has_packed(points)) return transform_reals(data, points, false);
   const auto* const level = at_level<fft_kernels<T>>();
-  return level != nullptr ? transform_real(*level, data, points, false) : forward_packed(data, points);
+  return level != nullptr ? forward_apart<T>(*level, data, data, points) : forward_packed(data, points);
 }
 
 template <class T> [[gnu::noinline]] status inverse_longer(T* data, index points) noexcept {
@@ -260,7 +272,7 @@ template <class T> [[gnu::noinline]] status inverse_longer(T* data, index points
     return ok;
   }
   const auto* const level = at_level<fft_kernels<T>>();
-  return level != nullptr ? transform_real(*level, data, points, true) : inverse_packed(data, points);
+  return level != nullptr ? inverse_apart(*level, data, data, points) : inverse_packed(data, points);
 }
 
 }  // namespace
@@ -280,15 +292,17 @@ template <class T> status inverse_real(T* data, index points) noexcept {
 }
 
 template <class T> status forward_real_apart(const T* from, T* to, index points) noexcept {
-  const auto* const level = at_level<fft_kernels<T>>();
-  if (const auto* const plan = plan_apart(level, points)) return forward_lanes(*level, *plan, from, to);
+  if (const auto* const level = level_apart<T>(points)) {
+    return forward_apart(*level, from, to, points);
+  }
   std::copy_n(from, points, to);
   return forward_real(to, points);
 }
 
 template <class T> status inverse_real_apart(T* from, T* to, index points) noexcept {
-  const auto* const level = at_level<fft_kernels<T>>();
-  if (const auto* const plan = plan_apart(level, points)) return inverse_lanes(*level, *plan, from, to);
+  if (const auto* const level = level_apart<T>(points)) {
+    return inverse_apart(*level, from, to, points);
+  }
   if (inverse_real(from, points) != ok) return failed;
   std::copy_n(from, points, to);
   return ok;

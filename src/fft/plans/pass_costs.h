@@ -12,6 +12,11 @@
 
 namespace sigpak::kernels {
 
+struct bin_costs {
+  double forward;
+  double inverse;
+};
+
 class pass_costs {
  public:
   // For vectors of so many bytes, real and imaginary parts together.
@@ -24,9 +29,9 @@ class pass_costs {
       case 2:
         return 4.5;
       case 4:
-        return few_registers_ ? 4.5 : 5;
+        return few_registers_ ? 4.75 : 5;
       case 8:
-        return few_registers_ ? 6.5 : 6;
+        return few_registers_ ? 6.75 : 6;
       case 16:
         return few_registers_ ? 8.5 : 7.3;
       default:
@@ -48,13 +53,20 @@ class pass_costs {
 
   // Of all passes over so many vectors, but for where the first fetches its own.
   template <class List> double passes(const List& list, index vectors) const noexcept {
-    double cost = streams(list.radix[0]) + work(list.radix[0]);
+    double cost = streams(list.radix[0], vectors) + work(list.radix[0]);
     for (int pass = 1; pass < list.passes; ++pass) {
       cost += work(list.radix[pass]) + sweep(vectors);
       vectors /= list.radix[pass - 1];
       cost += scatter(list.radix[pass], vectors);
     }
     return cost;
+  }
+
+  // Of the change of bins, less what the last transform of real data in the lanes costs beyond that of
+  // complex ones. Eight lanes of many registers make that one cheap; backwards it is dear, but sixteen lanes
+  // are slow with results that split lines.
+  bin_costs bins(int lanes) const noexcept {
+    return {!few_registers_ && lanes == 8 ? 4 : -0.5, lanes == 16 ? -0.5 : -3};
   }
 
   // The part of so many vectors that has left a cache, a quarter of which is for tables and the stack.
@@ -81,8 +93,13 @@ class pass_costs {
   static constexpr double near = 2.5;  // a fetch of wide_bytes from the second cache
   static constexpr double far = 14;    // and from beyond
 
-  // What the first pass costs on top: it reads streams a power of two apart.
-  double streams(int radix) const noexcept { return radix == 16 || (radix == 8 && few_registers_) ? 1 : 0; }
+  // What the first pass costs on top: it reads streams a power of two apart. With few registers it waits for
+  // its spills, during which what has left the first cache comes.
+  double streams(int radix, index vectors) const noexcept {
+    if (!few_registers_) return radix == 16 ? 1 : 0;
+    if (radix < 8) return 0;
+    return radix == 16 && missing(vectors, caches_.first) > 0 ? 0.5 : 1;
+  }
 
   // What a later one over blocks of so many vectors costs on top, for the same reason.
   double scatter(int radix, index block) const noexcept {

@@ -52,16 +52,16 @@ template <class P, bool inverse> class block_passes {
 };
 
 template <class P, bool inverse>
-void transform_blocks(const lane_plan<typename P::scalar>& plan, typename P::scalar* x,
-                      typename P::scalar* s) {
+void transform_blocks(const lane_plan<typename P::scalar>& plan, const typename P::scalar* from,
+                      typename P::scalar* to, typename P::scalar* s) {
   constexpr int W = P::width;
   constexpr index pair = 2 * W;
   const index block = plan.block[1];
   const index turns = plan.is_stepped ? block / plan.radix[plan.passes - 1] : block;
   const block_passes<P, inverse> passes(plan);
   first_pass<P, W>(
-      plan, [x](index i) SIGPAK_LAMBDA { return load_points<P, inverse>(x + pair * i); }, x);
-  for (int b = 0; b < W; ++b) passes.run(x + pair * block * b, plan.last + pair * turns * b, s);
+      plan, [from](index i) SIGPAK_LAMBDA { return load_points<P, inverse>(from + pair * i); }, to);
+  for (int b = 0; b < W; ++b) passes.run(to + pair * block * b, plan.last + pair * turns * b, s);
 }
 
 // The W vectors of a column, `step` scalars apart: the later half of them is read before the first results
@@ -81,16 +81,17 @@ SIGPAK_INLINE void transform_column_in_place(const lanes_transform<P, inverse>& 
 
 // The scratch memory holds one block. Two passes leave the blocks in order without any.
 template <class P, bool inverse>
-void run_by_blocks(const lane_plan<typename P::scalar>& by_scratch, typename P::scalar* x,
-                   typename P::scalar* s) {
+void run_by_blocks(const lane_plan<typename P::scalar>& by_scratch, const typename P::scalar* from,
+                   typename P::scalar* to, typename P::scalar* s) {
   constexpr index pair = 2 * P::width;
   lane_plan<typename P::scalar> plan = by_scratch;
   plan.stride = plan.block[1];
-  plan.passes == 2 ? transform_lanes<P, inverse>(plan, x, x) : transform_blocks<P, inverse>(plan, x, s);
+  plan.passes == 2 ? transform_lanes<P, inverse>(plan, from, to)
+                   : transform_blocks<P, inverse>(plan, from, to, s);
   const lanes_transform<P, inverse> last(plan.scale);
   const index block = plan.block[1];
   for (index column = 0; column < block; ++column) {
-    transform_column_in_place(last, x + pair * column, pair * block);
+    transform_column_in_place(last, to + pair * column, pair * block);
   }
 }
 

@@ -83,11 +83,12 @@ void exchange_all_columns(const lane_plan<typename P::scalar>& plan, typename P:
 
 // The passes are those in scratch memory, whose blocks may be apart; here they are not.
 template <class P, bool inverse>
-void run_in_place(const lane_plan<typename P::scalar>& by_scratch, typename P::scalar* x) {
+void run_in_place(const lane_plan<typename P::scalar>& by_scratch, const typename P::scalar* from,
+                  typename P::scalar* to) {
   lane_plan<typename P::scalar> plan = by_scratch;
   plan.stride = plan.block[1];
-  transform_lanes<P, inverse>(plan, x, x);
-  exchange_all_columns<P, inverse>(plan, x);
+  transform_lanes<P, inverse>(plan, from, to);
+  exchange_all_columns<P, inverse>(plan, to);
 }
 
 }  // namespace

@@ -1,59 +1,101 @@
 // SPDX-License-Identifier: MIT
-// Between the transform of long real data and that of half as many points, each made of two neighbours: one
-// sweep, in place, over pairs of bins k and H - k, H = N / 2. With Z the transform of the points,
+// Between the transform of real data and that of half as many points, each made of two neighbours: one sweep
+// over pairs of bins k and H - k, H = N / 2. With Z the transform of the points,
 //   2 X[k] = (Z[k] + conj Z[H-k]) - i w_N^k (Z[k] - conj Z[H-k]),
 // conj X[H-k] has the other sign, and the way back conj w_N^k for w_N^k and the other signs.
 #pragma once
 
 #include "fft/plans/half_plan.h"
-#include "fft/wide/real.h"
+#include "fft/wide/passes.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
-using kernels::fine_vectors;
 using kernels::half_plan;
 
-// Twice X[k] and conj X[H-k] of Z[k] and Z[H-k]; backwards, Z[k] and conj Z[H-k] of X[k] and X[H-k].
-template <class P, bool inverse> SIGPAK_INLINE void change_pair(cplx<P>& a, cplx<P>& b, cplx<P> w) {
-  const cplx<P> mirrored = conjugate(b);
-  const cplx<P> sum = a + mirrored;
-  const P s = inverse ? -w.im : w.im;
-  const cplx<P> difference = turned(a - mirrored, w.re, s);
-  a = inverse ? plus_i(sum, difference) : minus_i(sum, difference);
-  b = inverse ? minus_i(sum, difference) : plus_i(sum, difference);
+// The change of W / 2 pairs, of interleaved points: Z[k] and Z[H-k] to X[k] and X[H-k], or back.
+template <class P, bool inverse> class bin_change {
+ public:
+  SIGPAK_INLINE explicit bin_change(typename P::scalar scale)
+      : factor_(splat<P>(scale)), alternating_(alternating(splat<P>(inverse ? 1 : scale))) {}
+
+  // w_N^k = c - i s.
+  SIGPAK_INLINE void run(P& a, P& b, P c, P s) const {
+    const P sum = fma_even(a, splat_constant<P>(1), b);
+    const P difference = turned_sum(a, b);
+    const P crossed = exchanged(difference);
+    if constexpr (inverse) {
+      const P turn = fma_even(crossed, c, difference * s);
+      a = turned_sum(sum, turn);
+      b = fma(sum, alternating_, turn);
+    } else {
+      const P turn = fma_odd(crossed, c, difference * s) * factor_;
+      a = fma_even(sum, factor_, turn);
+      b = fms(sum, alternating_, turn);
+    }
+  }
+
+ private:
+  P factor_, alternating_;
+};
+
+// The bins k, H - k, and H/2 - k, H/2 + k, whose roots have cosine and sine exchanged, for `count` of k;
+// `first` is k times two.
+template <class P, bool inverse, class Root>
+SIGPAK_INLINE void change_run(const bin_change<P, inverse>& change, index half, index first, index count,
+                              typename P::scalar* x, const Root& root) {
+  constexpr int W = P::width;
+  for (index i = 0; i < 2 * count; i += W) {
+    const index low = first + i;
+    const index high = 2 * half + 2 - W - low;
+    const index below = half + 2 - W - low;
+    const index above = half + low;
+    P a = load<P>(x + low), b = backwards(load<P>(x + high));
+    P c = backwards(load<P>(x + below)), d = load<P>(x + above);
+    const cplx<P> w = root(i);
+    change.run(a, b, w.re, w.im);
+    change.run(c, d, w.im, w.re);
+    store(x + low, a);
+    store(x + high, backwards(b));
+    store(x + below, backwards(c));
+    store(x + above, d);
+  }
 }
 
-// Of the pairs from k = 0 on the first has its second half at H, where there is room for it; the bin in the
-// middle is its own.
+// Cosines and sines of W / 2 points, each twice.
+template <class P> SIGPAK_INLINE cplx<P> twice(P roots) { return {evens_twice(roots), odds_twice(roots)}; }
+
+// The outer bins are real, and the one in the middle is its own.
+template <class T, bool inverse> void change_single_bins(index half, T scale, T* x) {
+  const T factor = inverse ? T(1) : 2 * scale;
+  const T first = x[0];
+  const T other = inverse ? x[2 * half] : x[1];
+  const T difference = factor * (first - other);
+  x[0] = factor * (first + other);
+  x[1] = inverse ? difference : T(0);
+  x[2 * half] = inverse ? T(0) : difference;
+  x[2 * half + 1] = 0;
+  x[half] *= 2 * (inverse ? T(1) : scale);
+  x[half + 1] *= -2 * (inverse ? T(1) : scale);
+}
+
 template <class P, bool inverse>
 void change_bins(const half_plan<typename P::scalar>& plan, typename P::scalar* x) {
   using T = typename P::scalar;
-  constexpr int W = P::width;
   const index half = plan.points / 2;
-  const auto factor = factor_of<P, inverse>(plan.scale);
-  if constexpr (inverse) {
-    x[1] = 0;
-    x[2 * half + 1] = 0;
-  } else {
-    x[2 * half] = x[0];
-    x[2 * half + 1] = x[1];
+  const bin_change<P, inverse> change(plan.scale);
+  change_single_bins<T, inverse>(half, plan.scale, x);
+  if (plan.runs == 1) {
+    return change_run(change, half, 2, plan.run, x,
+                      [fine = plan.fine](index i) SIGPAK_LAMBDA { return twice(load<P>(fine + i)); });
   }
   const T* coarse = plan.coarse;
-  for (index begin = 0; 2 * begin < half; begin += fine_vectors * W, coarse += 2) {
+  for (index run = 0; run < plan.runs; ++run, coarse += 2) {
     const cplx<P> first = {splat<P>(coarse[0]), splat<P>(coarse[1])};
-    for (index v = 0; v < fine_vectors; ++v) {
-      const index k = begin + W * v;
-      cplx<P> a = load_points<P, false>(x + 2 * k);
-      cplx<P> b = load_backwards<P>(x + 2 * (half - k));
-      change_pair<P, inverse>(a, b, joined(first, load_pair<P>(plan.fine, v)));
-      store_points<P, false>(x + 2 * k, scaled(factor, a));
-      store_backwards(x + 2 * (half - k), scaled(factor, conjugate(b)));
-    }
+    change_run(change, half, 2 + 2 * run * plan.run, plan.run, x,
+               [first, fine = plan.fine](index i)
+                   SIGPAK_LAMBDA { return joined(first, twice(load<P>(fine + i))); });
   }
-  const T twice = inverse ? T(2) : 2 * plan.scale;
-  x[half] *= twice;
-  x[half + 1] *= -twice;
 }
 
 }  // namespace

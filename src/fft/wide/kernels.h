@@ -26,8 +26,8 @@ template <class T> struct small_kernels {
 
 template <class T> struct fft_kernels {
   int widest_lanes;
-  void (*run)(const lane_plan<T>& plan, T* x, T* scratch, bool inverse);
-  // Either may be in place; the way back changes the spectrum.
+  // Either may be in place; the way back of real data changes the spectrum.
+  void (*run)(const lane_plan<T>& plan, const T* from, T* to, T* scratch, bool inverse);
   void (*run_real)(const real_plan<T>& plan, const T* from, T* to, T* scratch);
   void (*run_real_inverse)(const real_plan<T>& plan, T* from, T* to, T* scratch);
   // A filter to its bins, in place with room for the lanes behind it, and real data around their circle with

@@ -16,19 +16,20 @@ namespace {
 using kernels::course;
 
 template <class P, bool inverse>
-void run(const lane_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* s) {
-  const course chosen = course_of(plan, x);
-  if (chosen == course::in_place) return run_in_place<P, inverse>(plan, x);
-  if (chosen == course::by_blocks) return run_by_blocks<P, inverse>(plan, x, s);
-  transform_lanes<P, inverse>(plan, x, s);
-  chosen == course::collected ? collecting_last_pass<P, inverse>(plan, s, x)
-                              : last_pass<P, inverse>(plan, s, x);
+void run(const lane_plan<typename P::scalar>& plan, const typename P::scalar* from, typename P::scalar* to,
+         typename P::scalar* s) {
+  const course chosen = course_of(plan, to);
+  if (chosen == course::in_place) return run_in_place<P, inverse>(plan, from, to);
+  if (chosen == course::by_blocks) return run_by_blocks<P, inverse>(plan, from, to, s);
+  transform_lanes<P, inverse>(plan, from, s);
+  chosen == course::collected ? collecting_last_pass<P, inverse>(plan, s, to)
+                              : last_pass<P, inverse>(plan, s, to);
 }
 
 template <class P>
-void run_either(const lane_plan<typename P::scalar>& plan, typename P::scalar* x, typename P::scalar* scratch,
-                bool inverse) {
-  inverse ? run<P, true>(plan, x, scratch) : run<P, false>(plan, x, scratch);
+void run_either(const lane_plan<typename P::scalar>& plan, const typename P::scalar* from,
+                typename P::scalar* to, typename P::scalar* scratch, bool inverse) {
+  inverse ? run<P, true>(plan, from, to, scratch) : run<P, false>(plan, from, to, scratch);
 }
 
 template <class P>
