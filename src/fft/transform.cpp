@@ -110,8 +110,9 @@ template <class T> const kernels::half_plan<T>* half_plan_of(index points, int l
   return kernels::make_half_plan<T>(points, lanes);
 }
 template <class T> const kernels::real_plan<T>* real_plan_of(index points, int lanes) noexcept {
-  const auto* const plan = kernels::find_real_plan<T>(points, lanes);
-  return plan != nullptr ? plan : kernels::make_real_plan<T>(points, lanes);
+  if (const auto* const plan = kernels::find_real_plan<T>(points, lanes)) return plan;
+  own_plans<T>();
+  return kernels::make_real_plan<T>(points, lanes);
 }
 
 // The plan of half the length tells which of the two ways suits.
@@ -310,32 +311,21 @@ template <class T> status inverse_real_apart(T* from, T* to, index points) noexc
 
 // Where the two places that the passes take turns in stay in the second cache.
 template <class T> int circle_order(index points) noexcept {
-  const auto* const level = at_level<fft_kernels<T>>();
-  const bool planned = points >> kernels::small_real_sizes != 0 && is_power_of_two(points);
+  const auto* const level = level_apart<T>(points);
   const bool stays = 2 * points * index{sizeof(T)} <= machine::caches().second;
-  return level != nullptr && planned && stays ? level->widest_lanes : 0;
+  return level != nullptr && stays ? level->widest_lanes : 0;
 }
-
-namespace {
-
-template <class T> const kernels::real_plan<T>* circle_plan(index points, int lanes) noexcept {
-  if (const auto* const plan = kernels::find_real_plan<T>(points, lanes)) return plan;
-  own_plans<T>();
-  return kernels::make_real_plan<T>(points, lanes);
-}
-
-}  // namespace
 
 template <class T> status make_filter(T* x, index points) noexcept {
   const auto* const level = at_level<fft_kernels<T>>();
-  const auto* const plan = circle_plan<T>(points, level->widest_lanes);
+  const auto* const plan = real_plan_of<T>(points, level->widest_lanes);
   if (plan == nullptr) return failed;
   return with_scratch_of(*plan, false, x, [=](T* scratch) { level->run_filter(*plan, x, scratch); });
 }
 
 template <class T> status run_circle(const T* filter, const T* from, T* to, index points) noexcept {
   const auto* const level = at_level<fft_kernels<T>>();
-  const auto* const plan = circle_plan<T>(points, level->widest_lanes);
+  const auto* const plan = real_plan_of<T>(points, level->widest_lanes);
   if (plan == nullptr) return failed;
   return with_scratch_of(*plan, true, from,
                          [=](T* scratch) { level->run_circle(*plan, filter, from, to, scratch); });
