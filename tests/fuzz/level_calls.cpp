@@ -195,7 +195,8 @@ template <record V> class scene {
     const long double root = u * std::sqrt(steps(x.data.size()));
     const long double sums = u * std::max(largest(finite(first.data)), largest(finite(history.data))) *
                              sum_of_magnitudes(finite(taps.data));
-    const auto terms = static_cast<long double>(taps.data.size() + 1);
+    const std::size_t count = taps.data.size() * (op_.is("dspd_sfir") ? 2 : 1);  // of which half are given
+    const auto terms = static_cast<long double>(count + 1);
     switch (of) {
       case measure::norm:
         return root * norm(x.data);
@@ -211,7 +212,7 @@ template <record V> class scene {
       default: {
         // Complex signals, few taps and short blocks are summed one after the other.
         const bool transformed = first.shape.complex == 0 && taps.shape.complex == 0 && terms > 129 &&
-                                 first.data.size() >= taps.data.size();
+                                 first.data.size() + 1 >= count;
         return transformed ? sums : sums * std::max(1.0L, terms / 8);
       }
     }
