@@ -34,12 +34,9 @@ template <class P, int A, int B, bool inverse, bool is_scaled> struct row_twiddl
 template <class P, int A, int B, bool inverse, bool is_scaled>
 constinit const row_twiddles<P, A, B, inverse, is_scaled> row_twiddles_of{};
 
-// Vectors of N points.
-template <class P, int N> inline constexpr int vectors_of = 2 * N / P::width;
-
 // In place and in natural order.
 template <class P, int A, int B, bool inverse, bool is_scaled>
-SIGPAK_INLINE void transform_small(P (&z)[vectors_of<P, A * B>]) {
+SIGPAK_INLINE void transform_small(P (&z)[2 * A * B / P::width]) {
   using T = typename P::scalar;
   constexpr int C = P::width / 2;
   constexpr int vectors = B / C;
@@ -74,7 +71,7 @@ SIGPAK_INLINE void transform_small(P (&z)[vectors_of<P, A * B>]) {
 }
 
 template <class P, int A, int B, bool inverse> void run_small(typename P::scalar* x) {
-  constexpr int vectors = vectors_of<P, A * B>;
+  constexpr int vectors = 2 * A * B / P::width;
   P z[vectors];
   unroll<vectors>([&](auto i) SIGPAK_LAMBDA { z[i] = load<P>(x + P::width * i); });
   transform_small<P, A, B, inverse, !inverse>(z);
