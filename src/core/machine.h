@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The memory of the machine: lines, pages, and the sizes of the caches that a choice depends on. Choices
-// decide the order in which memory is met, never a result.
+// decide the order in which memory is met, and by the plans of transforms the last bits of their results.
 #pragma once
 
 #include <cstddef>
