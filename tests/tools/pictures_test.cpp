@@ -213,6 +213,19 @@ TEST(Picture, NoiseStandsAtItsFloor) {
   }
 }
 
+// Leakage that falls through what noise reaches: 4 dB lay between the two sides of that level.
+TEST(Picture, SkirtsFallWithoutAStep) {
+  const auto svg =
+      run_shell("sigpak gen cos -n 16384 -f 1000.5 -r 8192 | sigpak spectrum -w Uniform --svg -").out;
+  const auto circles = points_of(svg, "cx=\"([0-9.]+)\" cy=\"([0-9.]+)\"");
+  ASSERT_EQ(circles.size(), 1U);
+  const auto curve = points_of(svg.substr(svg.find("class=\"curve")), "[ML]([0-9.]+) ([0-9.]+)");
+  for (std::size_t i = 1; i < curve.size(); ++i) {
+    if (std::abs(curve[i].first - circles[0].first) < 15) continue;
+    ASSERT_NEAR(curve[i].second, curve[i - 1].second, 6) << curve[i].first;
+  }
+}
+
 TEST(Picture, OverlaidSpectraShareTheirAxes) {
   EXPECT_EQ(run_shell("sigpak spectrum --csv -o a.csv " + eighth() +
                       "; sigpak spectrum --csv --gain 0.1 -o b.csv eighth")
