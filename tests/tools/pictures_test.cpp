@@ -239,6 +239,23 @@ TEST(Picture, OverlaidSpectraShareTheirAxes) {
            "one picture cannot show both"));
 }
 
+// By colour, or where none is shown as a gap in what the first one fills; files of one name by what they
+// hold.
+TEST(Picture, CurvesOnATerminalAreToldApart) {
+  const std::string two = "sigpak spectrum -w Uniform --csv -o a " + eighth() +
+                          "; sigpak spectrum -w Hann --gain 0.1 --csv -o b eighth; ";
+  const auto apart = run_shell(two + "LC_ALL=C.UTF-8 sigpak plot --color never a b").out;
+  EXPECT_TRUE(apart.ends_with("       \u2588 Uniform  \u2500 Hann\n")) << apart;
+  const auto first = run_shell("LC_ALL=C.UTF-8 sigpak plot --color never a").out;
+  const std::regex gap("\u28FF\xE2[\xA2-\xA3][\x80-\xBE]\u28FF");  // between full characters
+  EXPECT_TRUE(std::regex_search(apart, gap)) << apart;
+  EXPECT_FALSE(std::regex_search(first, gap)) << first;
+  const auto typed = run_shell("LC_ALL=C sigpak plot --color never a b").out;
+  EXPECT_TRUE(typed.ends_with("       # Uniform  * Hann\n")) << typed;
+  const auto svg = run_shell("sigpak plot a b --svg -").out;
+  EXPECT_TRUE(says(svg, ">Uniform<") && says(svg, ">Hann<"));
+}
+
 // What is kept is what the program draws: a picture that changes is looked at, and kept anew where it is
 // better. The first is the README's.
 TEST(Picture, LooksAsItDid) {

@@ -77,11 +77,6 @@ std::string tick_text(double value, double step) {
 
 }  // namespace
 
-std::string file_name(const std::string& path) {
-  const auto slash = path.find_last_of('/');
-  return slash == std::string::npos || slash + 1 == path.size() ? path : path.substr(slash + 1);
-}
-
 std::vector<double> round_values(double low, double high, int count) {
   const double rough = (high - low) / count;
   const double decade = std::pow(10, std::floor(std::log10(rough)));
