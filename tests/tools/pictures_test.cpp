@@ -213,6 +213,19 @@ TEST(Picture, NoiseStandsAtItsFloor) {
   }
 }
 
+// Leakage that falls through what noise reaches: 4 dB lay between the two sides of that level.
+TEST(Picture, SkirtsFallWithoutAStep) {
+  const auto svg =
+      run_shell("sigpak gen cos -n 16384 -f 1000.5 -r 8192 | sigpak spectrum -w Uniform --svg -").out;
+  const auto circles = points_of(svg, "cx=\"([0-9.]+)\" cy=\"([0-9.]+)\"");
+  ASSERT_EQ(circles.size(), 1U);
+  const auto curve = points_of(svg.substr(svg.find("class=\"curve")), "[ML]([0-9.]+) ([0-9.]+)");
+  for (std::size_t i = 1; i < curve.size(); ++i) {
+    if (std::abs(curve[i].first - circles[0].first) < 15) continue;
+    ASSERT_NEAR(curve[i].second, curve[i - 1].second, 6) << curve[i].first;
+  }
+}
+
 TEST(Picture, OverlaidSpectraShareTheirAxes) {
   EXPECT_EQ(run_shell("sigpak spectrum --csv -o a.csv " + eighth() +
                       "; sigpak spectrum --csv --gain 0.1 -o b.csv eighth")
@@ -224,6 +237,23 @@ TEST(Picture, OverlaidSpectraShareTheirAxes) {
   EXPECT_TRUE(
       says(run_shell("sigpak spectrum --csv --unit V -o c.csv eighth; sigpak plot a.csv c.csv --svg -").err,
            "one picture cannot show both"));
+}
+
+// By colour, or where none is shown as a gap in what the first one fills; files of one name by what they
+// hold.
+TEST(Picture, CurvesOnATerminalAreToldApart) {
+  const std::string two = "sigpak spectrum -w Uniform --csv -o a " + eighth() +
+                          "; sigpak spectrum -w Hann --gain 0.1 --csv -o b eighth; ";
+  const auto apart = run_shell(two + "LC_ALL=C.UTF-8 sigpak plot --color never a b").out;
+  EXPECT_TRUE(apart.ends_with("       \u2588 Uniform  \u2500 Hann\n")) << apart;
+  const auto first = run_shell("LC_ALL=C.UTF-8 sigpak plot --color never a").out;
+  const std::regex gap("\u28FF\xE2[\xA2-\xA3][\x80-\xBE]\u28FF");  // between full characters
+  EXPECT_TRUE(std::regex_search(apart, gap)) << apart;
+  EXPECT_FALSE(std::regex_search(first, gap)) << first;
+  const auto typed = run_shell("LC_ALL=C sigpak plot --color never a b").out;
+  EXPECT_TRUE(typed.ends_with("       # Uniform  * Hann\n")) << typed;
+  const auto svg = run_shell("sigpak plot a b --svg -").out;
+  EXPECT_TRUE(says(svg, ">Uniform<") && says(svg, ">Hann<"));
 }
 
 // What is kept is what the program draws: a picture that changes is looked at, and kept anew where it is

@@ -43,8 +43,9 @@ picture gallery::drawn() const {
   for (const auto& k : shown_) {
     refuse_unlike(first.told.level_unit(), k->told.level_unit());
     refuse_unlike(frequency_unit(first.s), frequency_unit(k->s));
-    p.curves.push_back({k->s, k->told, k->lines, k->floor});
+    p.curves.push_back({k->s, k->told, k->lines, k->floor, ""});
   }
+  name_apart(p.curves);
   return p;
 }
 

@@ -77,11 +77,6 @@ std::string tick_text(double value, double step) {
 
 }  // namespace
 
-std::string file_name(const std::string& path) {
-  const auto slash = path.find_last_of('/');
-  return slash == std::string::npos || slash + 1 == path.size() ? path : path.substr(slash + 1);
-}
-
 std::vector<double> round_values(double low, double high, int count) {
   const double rough = (high - low) / count;
   const double decade = std::pow(10, std::floor(std::log10(rough)));
@@ -168,6 +163,23 @@ bool has_signal(const curve& c) {
   return std::ranges::any_of(c.s.power.scalars(), [](double power) { return power > 0; });
 }
 
+namespace {
+
+// From the mean of a column to its highest point, over a decade of power above what noise reaches: what falls
+// smoothly through that level does so in the picture. A line that is listed stands at its height.
+double level_inside(const curve& c, const points_inside& inside, double first, double reach_of_noise) {
+  const double mean = c.told.level(inside.sum / static_cast<double>(inside.count));
+  const double highest = std::max(first, c.told.level(inside.highest));
+  const bool is_listed = std::ranges::any_of(c.lines, [&](const line& l) {
+    return std::abs((l.frequency - c.s.first()) / c.s.step() - static_cast<double>(inside.place)) < 1;
+  });
+  if (is_listed) return highest;
+  if (!(inside.highest > reach_of_noise)) return mean;
+  return std::lerp(mean, highest, std::min(std::log10(inside.highest / reach_of_noise), 1.0));
+}
+
+}  // namespace
+
 std::vector<double> outline_of(const curve& c, const frequency_axis& axis, std::size_t columns) {
   const double last = static_cast<double>(c.s.power.points) - 1;
   const auto place = [&](std::size_t edge) {
@@ -184,13 +196,8 @@ std::vector<double> outline_of(const curve& c, const frequency_axis& axis, std::
     if (begin > end) continue;
     const double first = level_between(c, begin);
     const auto inside = powers_between(power, begin, end);
-    if (inside.count == 0) {
-      levels[column] = first;
-    } else if (inside.highest > threshold * noise.at(inside.place)) {
-      levels[column] = std::max(first, c.told.level(inside.highest));
-    } else {
-      levels[column] = c.told.level(inside.sum / static_cast<double>(inside.count));
-    }
+    levels[column] =
+        inside.count == 0 ? first : level_inside(c, inside, first, threshold * noise.at(inside.place));
   }
   return levels;
 }

@@ -60,7 +60,7 @@ struct level_axis {
 
 // The level in each of `columns` of the frequency axis; not a number where the curve has none. Where a column
 // holds several points, it is that of their mean power, so that noise is shown at its level however many they
-// are; or the highest, where that is above what noise reaches.
+// are; it goes over to the highest above what noise reaches.
 std::vector<double> outline_of(const curve& c, const frequency_axis& axis, std::size_t columns);
 
 // The axis that shows these outlines, with some `count` ticks.

@@ -70,20 +70,6 @@ std::string line_between(std::string_view kind, double x1, double y1, double x2,
                 "\" y2=\"", at(y2), "\"/>\n");
 }
 
-// At most so many characters; what is cut away is its middle.
-std::string shortened(const std::string& text, std::size_t most) {
-  if (text.size() <= most) return text;
-  const std::size_t kept = most - 3;
-  std::size_t front = kept - kept / 2;
-  std::size_t back = text.size() - kept / 2;
-  const auto is_inside = [&text](std::size_t i) {
-    return (static_cast<unsigned char>(text[i]) & 0xC0) == 0x80;
-  };
-  while (front > 0 && is_inside(front)) --front;
-  while (back < text.size() && is_inside(back)) ++back;
-  return text.substr(0, front) + "..." + text.substr(back);
-}
-
 // Where frequencies and levels lie in the picture.
 struct plane {
   frequency_axis frequencies;
@@ -237,7 +223,7 @@ std::string legend(const picture& p) {
   }
   for (std::size_t i = p.curves.size(); p.curves.size() > 1 && i-- > 0; y -= row_height) {
     out += line_between("curve c" + std::to_string(i % 4), list_left - 6, y - 4, list_left + 18, y - 4);
-    out += text_at(list_left + 26, y, "", shortened(file_name(p.curves[i].s.name), longest_note - 6));
+    out += text_at(list_left + 26, y, "", shortened(p.curves[i].name, longest_note - 6));
   }
   return out;
 }

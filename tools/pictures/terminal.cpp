@@ -29,9 +29,11 @@ struct strokes {
   const char* corner;
   const char* base;
   const char* base_tick;
+  const char* filled;
+  const char* line;
 };
-constexpr strokes drawn{"\u2502", "\u2524", "\u2514", "\u2500", "\u252C"};
-constexpr strokes typed{"|", "+", "+", "-", "+"};
+constexpr strokes drawn{"\u2502", "\u2524", "\u2514", "\u2500", "\u252C", "\u2588", "\u2500"};
+constexpr strokes typed{"|", "+", "+", "-", "+", "#", "*"};
 
 // U+2800 and a bit for each dot: down the left column 0, 1, 2, 6, down the right one 3, 4, 5, 7.
 std::string braille(unsigned dots) {
@@ -51,7 +53,7 @@ class plot {
         columns_(std::max(on.columns - margin, fewest_columns)),
         axis_(p),
         lines_(on.utf8 ? drawn : typed) {
-    rows_ = std::max(on.rows - rows_below, fewest_rows);
+    rows_ = std::max(on.rows - rows_below - (p.curves.size() > 1 ? 1 : 0), fewest_rows);
     std::vector<std::vector<double>> outlines;
     for (const curve& c : p.curves)
       outlines.push_back(outline_of(c, axis_, static_cast<std::size_t>(columns_ * dots_across)));
@@ -85,16 +87,25 @@ class plot {
     return out;
   }
 
-  // The dots of a curve in a character: the first is filled down to the axis, others are lines.
+  // The first curve is filled down to the axis, others are lines, which reach as far as where they come from.
+  std::pair<int, int> dots_at(std::size_t curve, std::size_t place) const {
+    const heights& all = curves_[curve];
+    const int height = all[place];
+    if (curve == 0 || height < 0) return {0, height};
+    const int before = place > 0 && all[place - 1] >= 0 ? all[place - 1] : height;
+    return {std::min(before, height - 1), std::max(height, before - 1)};
+  }
+
+  // The dots of a curve in a character.
   unsigned dots(std::size_t curve, int column, int row) const {
     constexpr unsigned bits[dots_across][dots_down] = {{0x01, 0x02, 0x04, 0x40}, {0x08, 0x10, 0x20, 0x80}};
     const int above = (rows_ - row) * dots_down;  // dots below the upper edge of the row
     unsigned out = 0;
     for (int x = 0; x < dots_across; ++x) {
-      const int height = curves_[curve][static_cast<std::size_t>(column * dots_across + x)];
+      const auto [low, high] = dots_at(curve, static_cast<std::size_t>(column * dots_across + x));
       for (int y = 0; y < dots_down; ++y) {
         const int place = above - 1 - y;
-        if (curve == 0 ? height > place : height - 1 == place) out |= bits[x][y];
+        if (low <= place && place < high) out |= bits[x][y];
       }
     }
     return out;
@@ -108,8 +119,9 @@ class plot {
       std::size_t top = 0;
       for (std::size_t c = 0; c < curves_.size(); ++c) {
         const unsigned own = dots(c, column, row);
-        if (own != 0) top = c;
-        all |= own;
+        if (own == 0) continue;
+        top = c;
+        all = on_.color || !on_.utf8 ? own : all ^ own;  // a line without a colour leaves the filled ground
       }
       const bool peak = top == 0 && std::ranges::find(peaks_, column) != peaks_.end();
       const std::string color = !on_.color || all == 0 ? "" : peak ? peak_color : curve_colors[top % 4];
@@ -156,7 +168,24 @@ class plot {
     std::string out(margin - 1, ' ');
     out += lines_.corner;
     for (const char* const c : axis) out += c;
-    return out + '\n' + labels + '\n' + std::string(margin, ' ') + title + '\n';
+    return out + '\n' + labels + '\n' + std::string(margin, ' ') + title + '\n' + legend();
+  }
+
+  // Which curve is which, where there are several.
+  std::string legend() const {
+    if (p_.curves.size() < 2) return "";
+    constexpr std::size_t longest_name = 24;
+    constexpr std::size_t besides = 4;
+    std::string out(margin - 2, ' ');
+    std::size_t used = 0;
+    for (std::size_t c = 0; c < p_.curves.size(); ++c) {
+      const std::string name = shortened(p_.curves[c].name, longest_name);
+      used += name.size() + besides;
+      if (used > static_cast<std::size_t>(columns_)) break;
+      const std::string mark = c == 0 ? lines_.filled : lines_.line;
+      out += "  " + (on_.color ? curve_colors[c % 4] + mark + plain : mark) + ' ' + name;
+    }
+    return out + '\n';
   }
 
   const picture& p_;
