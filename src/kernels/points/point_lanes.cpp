@@ -125,7 +125,14 @@ template <class Step, class T> void run_pairs(const T* a, const T* b, T* out, in
     run_rest<Step>(a + 2 * i, b + 2 * i, out + 2 * i, count);
     i += count;
   }
-  for (; i + P::width <= points; i += P::width) Step::template run<P>(a + 2 * i, b + 2 * i, out + 2 * i);
+  const bool far = 2 * points * index{sizeof(T)} >= machine::worth_fetching;
+  for (; i + P::width <= points; i += P::width) {
+    if (far) {
+      fetch_ahead<2 * P::width>(a + 2 * i);
+      fetch_ahead<2 * P::width>(b + 2 * i);
+    }
+    Step::template run<P>(a + 2 * i, b + 2 * i, out + 2 * i);
+  }
   if (i < points) run_rest<Step>(a + 2 * i, b + 2 * i, out + 2 * i, points - i);
 }
 
@@ -148,7 +155,11 @@ template <class T> void square_magnitudes(const T* z, T* out, index points) noex
     magnitudes_of_rest(z + 2 * i, out + i, count);
     i += count;
   }
-  for (; i + P::width <= points; i += P::width) magnitude_step::run<P>(z + 2 * i, out + i);
+  const bool far = 2 * points * index{sizeof(T)} >= machine::worth_fetching;
+  for (; i + P::width <= points; i += P::width) {
+    if (far) fetch_ahead<2 * P::width>(z + 2 * i);
+    magnitude_step::run<P>(z + 2 * i, out + i);
+  }
   if (i < points) magnitudes_of_rest(z + 2 * i, out + i, points - i);
 }
 
