@@ -19,6 +19,7 @@
 #endif
 #ifdef BENCH_HWY
 #include <hwy/contrib/sort/vqsort.h>
+#include <hwy/targets.h>
 #endif
 
 #include "buffer.h"
@@ -376,7 +377,18 @@ template <class T> void order_rows(const options& o, const values& kind, index n
   }
 }
 
+// Highway chooses among the targets of the processor: none beyond the level that is measured, at the baseline
+// its narrowest.
+void hold_peers_to_level() {
+#if defined(BENCH_HWY) && SIGPAK_WIDE_LEVELS
+  using sigpak::isa::level;
+  if (sigpak::isa::current() == level::avx2) hwy::SetSupportedTargetsForTest(HWY_AVX2 | HWY_SSE4 | HWY_SSSE3);
+  if (sigpak::isa::current() == level::baseline) hwy::SetSupportedTargetsForTest(HWY_SSSE3);
+#endif
+}
+
 void order_table(const options& o) {
+  hold_peers_to_level();
   bench::print_head(
       {"operation", "precision", "values", "points", "ns / point", "to std", "to GSL", "to Highway"});
   for (const values& kind : value_kinds) {
