@@ -19,6 +19,7 @@
 #endif
 #ifdef BENCH_HWY
 #include <hwy/contrib/sort/vqsort.h>
+#include <hwy/targets.h>
 #endif
 
 #include "buffer.h"
@@ -38,6 +39,7 @@ namespace plain = bench::plain;
 
 constexpr index most_scalars = index{64} << 17;  // 64 MiB
 constexpr index scalar_bytes = sizeof(double);
+constexpr index block = 2048;  // points of a sum that are added in turn
 
 constexpr double turn = 2 * std::numbers::pi;
 
@@ -78,12 +80,25 @@ struct arena {
   }
 };
 
-enum class bound { stream, two, widen, narrow, join, read, divider, root };
+// What the time goes to at least: the greater of moving the data, and of the arithmetic where it may take
+// longer.
+enum class moves { stream, write, two, widen, narrow, join, read };
+enum class computes { nothing, quotients, roots, blocks };
+struct bounds {
+  moves data;
+  computes with;
+  constexpr bounds(moves d, computes c = computes::nothing) : data(d), with(c) {}
+};
+constexpr bounds quotients{moves::stream, computes::quotients};
+constexpr bounds quotients_of_two{moves::two, computes::quotients};
+constexpr bounds roots{moves::stream, computes::roots};
+constexpr bounds sums{moves::read, computes::blocks};
+constexpr bounds sum_of_quotients{moves::read, computes::quotients};
 
 // One operation on `points` points that occupy `footprint` scalars each, and move `moved` scalars each.
 struct operation {
   std::string_view name;
-  bound limit;
+  bounds limit;
   bool complex;
   int footprint;
   int moved;
@@ -107,78 +122,77 @@ template <int32_t (*verb)(const dsp_vec*, const dsp_vec*, dsp_vec*)> void combin
 }
 
 constexpr std::array operations = {
-    operation{"scale", bound::stream, false, 1, 2, [](arena& m, index) { dspi_scale(&m.va, -1.0); },
+    operation{"scale", moves::stream, false, 1, 2, [](arena& m, index) { dspi_scale(&m.va, -1.0); },
               [](arena& m, index n) { plain::scale(m.a.data(), n, -1.0); }},
-    operation{"offset", bound::stream, false, 1, 2, [](arena& m, index) { dspi_offset(&m.va, 1e-3); },
+    operation{"offset", moves::stream, false, 1, 2, [](arena& m, index) { dspi_offset(&m.va, 1e-3); },
               [](arena& m, index n) { plain::offset(m.a.data(), n, -1e-3); }},
-    operation{"limit", bound::stream, false, 1, 2,
+    operation{"limit", moves::stream, false, 1, 2,
               [](arena& m, index) {
                 std::int32_t clipped = 0;
                 dspi_limit(&m.va, 0, -0.99, 0.99, &clipped);
               },
               [](arena& m, index n) { m.sink += plain::limit(m.a.data(), n, -0.99, 0.99) ? 1 : 0; }},
-    operation{"add", bound::two, false, 2, 3, combine<dspb_add>,
+    operation{"add", moves::two, false, 2, 3, combine<dspb_add>,
               [](arena& m, index n) { plain::add(m.a.data(), m.b.data(), n); }},
-    operation{"multiply", bound::two, false, 2, 3, combine<dspb_mul>,
+    operation{"multiply", moves::two, false, 2, 3, combine<dspb_mul>,
               [](arena& m, index n) { plain::multiply(m.a.data(), m.b.data(), n); }},
-    operation{"minimum", bound::two, false, 2, 3, combine<dspb_min>,
+    operation{"minimum", moves::two, false, 2, 3, combine<dspb_min>,
               [](arena& m, index n) { plain::minimum(m.a.data(), m.b.data(), n); }},
-    operation{"weighted mean", bound::two, false, 2, 3,
+    operation{"weighted mean", moves::two, false, 2, 3,
               [](arena& m, index) { dspb_avg_add(&m.va, &m.vb, &m.va, 0.75); },
               [](arena& m, index n) { plain::blend(m.a.data(), m.b.data(), n, 0.75); }},
-    operation{"complex multiply", bound::two, true, 4, 6, combine_points<dspb_mul>,
+    operation{"complex multiply", moves::two, true, 4, 6, combine_points<dspb_mul>,
               [](arena& m, index n) { plain::multiply_points(m.a.data(), m.turns.data(), n); }},
-    operation{"divide", bound::divider, false, 2, 1, combine<dspb_div>,
+    operation{"divide", quotients_of_two, false, 2, 3, combine<dspb_div>,
               [](arena& m, index n) { plain::divide(m.a.data(), m.b.data(), n); }},
-    operation{"complex divide", bound::divider, true, 4, 1, combine_points<dspb_div>,
+    operation{"complex divide", quotients_of_two, true, 4, 6, combine_points<dspb_div>,
               [](arena& m, index n) { plain::divide_points(m.a.data(), m.turns.data(), n); }},
-    operation{"reciprocal", bound::divider, false, 1, 1, change<dspi_recip>,
+    operation{"reciprocal", quotients, false, 1, 2, change<dspi_recip>,
               [](arena& m, index n) { plain::reciprocal(m.a.data(), n); }},
-    operation{"square root", bound::root, false, 1, 1, change<dspi_sqrt>,
+    operation{"square root", roots, false, 1, 2, change<dspi_sqrt>,
               [](arena& m, index n) { plain::square_root(m.a.data(), n); }},
-    operation{"sum", bound::read, false, 1, 1, reduce<dsps_sum>,
+    operation{"sum", sums, false, 1, 1, reduce<dsps_sum>,
               [](arena& m, index n) { m.sink += plain::sum(m.a.data(), n); }},
-    operation{"sum of squares", bound::read, false, 1, 1, reduce<dsps_magsq_sum>,
+    operation{"sum of squares", sums, false, 1, 1, reduce<dsps_magsq_sum>,
               [](arena& m, index n) { m.sink += plain::sum_of_squares(m.a.data(), n); }},
-    operation{"variance", bound::read, false, 1, 1, reduce<dsps_pop_var>,
+    operation{"variance", sums, false, 1, 1, reduce<dsps_pop_var>,
               [](arena& m, index n) { m.sink += plain::variance(m.a.data(), n); }},
-    operation{"skewness", bound::read, false, 1, 1, reduce<dsps_skew>,
+    operation{"skewness", sums, false, 1, 1, reduce<dsps_skew>,
               [](arena& m, index n) { m.sink += plain::skewness(m.a.data(), n); }},
-    operation{"excess", bound::read, false, 1, 2, reduce<dsps_excess>,
+    operation{"excess", sums, false, 1, 2, reduce<dsps_excess>,
               [](arena& m, index n) { m.sink += plain::excess(m.a.data(), n); }},
-    operation{"harmonic mean", bound::read, false, 1, 1, reduce<dsps_hmean>,
+    operation{"harmonic mean", sum_of_quotients, false, 1, 1, reduce<dsps_hmean>,
               [](arena& m, index n) { m.sink += plain::harmonic_mean(m.a.data(), n); }},
-    operation{"smallest", bound::read, false, 1, 1, reduce<dsps_min>,
+    operation{"smallest", moves::read, false, 1, 1, reduce<dsps_min>,
               [](arena& m, index n) { m.sink += plain::smallest(m.a.data(), n); }},
-    operation{"smallest complex", bound::read, true, 2, 2, reduce<dsps_min>,
+    operation{"smallest complex", moves::read, true, 2, 2, reduce<dsps_min>,
               [](arena& m, index n) { m.sink += static_cast<double>(plain::smallest_point(m.a.data(), n)); }},
-    operation{"dot product", bound::read, false, 2, 2,
-              [](arena& m, index) { dspbs_dot(&m.va, &m.vb, &m.result); },
+    operation{"dot product", sums, false, 2, 2, [](arena& m, index) { dspbs_dot(&m.va, &m.vb, &m.result); },
               [](arena& m, index n) { m.sink += plain::dot(m.a.data(), m.b.data(), n); }},
-    operation{"reverse", bound::stream, false, 1, 2, change<dspi_rev>,
+    operation{"reverse", moves::stream, false, 1, 2, change<dspi_rev>,
               [](arena& m, index n) { plain::reverse(m.a.data(), n); }},
-    operation{"swap halves, even", bound::stream, false, 1, 2, change<dspi_swap_halves>,
+    operation{"swap halves, even", moves::stream, false, 1, 2, change<dspi_swap_halves>,
               [](arena& m, index n) { plain::swap_halves(m.a.data(), n); }},
-    operation{"swap halves, odd", bound::stream, false, 1, 2,
+    operation{"swap halves, odd", moves::stream, false, 1, 2,
               [](arena& m, index n) {
                 m.va.points = static_cast<std::uint32_t>(n - 1);
                 dspi_swap_halves(&m.va);
               },
               [](arena& m, index n) { plain::swap_halves(m.a.data(), n - 1); }},
-    operation{"real to complex", bound::widen, false, 2, 3, change_form<dspi_rtoc, 0>,
+    operation{"real to complex", moves::widen, false, 2, 3, change_form<dspi_rtoc, 0>,
               [](arena& m, index n) { plain::to_complex(m.a.data(), n); }},
-    operation{"real part", bound::narrow, true, 2, 3, change_form<dspi_real, 1>,
+    operation{"real part", moves::narrow, true, 2, 3, change_form<dspi_real, 1>,
               [](arena& m, index n) { plain::keep_part(m.a.data(), n, 0); }},
-    operation{"imaginary part", bound::narrow, true, 2, 3, change_form<dspi_imag, 1>,
+    operation{"imaginary part", moves::narrow, true, 2, 3, change_form<dspi_imag, 1>,
               [](arena& m, index n) { plain::keep_part(m.a.data(), n, 1); }},
-    operation{"squared magnitude", bound::narrow, true, 2, 3, change_form<dspi_magsq, 1>,
+    operation{"squared magnitude", moves::narrow, true, 2, 3, change_form<dspi_magsq, 1>,
               [](arena& m, index n) { plain::square_magnitude(m.a.data(), n); }},
-    operation{"parts to complex", bound::join, false, 4, 4,
+    operation{"parts to complex", moves::join, false, 4, 4,
               [](arena& m, index) { dspb_ritoc(&m.va, &m.vb, &m.vc); },
               [](arena& m, index n) { plain::interleave(m.a.data(), m.b.data(), m.c.data(), n); }},
-    operation{"cosine", bound::stream, false, 1, 1, [](arena& m, index) { dspc_cos(&m.va, 0.01, 0); },
+    operation{"cosine", moves::write, false, 1, 1, [](arena& m, index) { dspc_cos(&m.va, 0.01, 0); },
               [](arena& m, index n) { plain::cosine(m.a.data(), n, turn / 100); }},
-    operation{"complex exponential", bound::stream, true, 2, 2,
+    operation{"complex exponential", moves::write, true, 2, 2,
               [](arena& m, index) { dspc_cexp(&m.va, 0.01, 0); },
               [](arena& m, index n) { plain::complex_exponential(m.a.data(), n, turn / 100); }},
 };
@@ -188,41 +202,56 @@ void refresh(arena& m, const operation& o, index points) {
   for (index i = 0; i < points * o.footprint; ++i) m.a.data()[i] = m.b.data()[i] * 0.5 + 1e-9;
 }
 
-// The limit at the same footprint: the same loads and stores, or as many scalars moved.
-contender limit_of(arena& m, const operation& o, index points) {
-  switch (o.limit) {
-    case bound::stream: {
-      const index n = points * o.footprint / 64 * 64;
+// The same loads and stores at the same footprint, or as many scalars moved.
+contender move_as(arena& m, const operation& o, index points) {
+  const index n = points * o.footprint / 64 * 64;
+  switch (o.limit.data) {
+    case moves::stream:
       return {"limit", [] {}, [&m, n] { bench::copy_scale(m.c.aligned(), n, -1.0); }};
-    }
-    case bound::two: {
-      const index n = points * o.footprint / 2;
-      return {"limit", [] {}, [&m, n] { bench::add_to(m.c.aligned(), m.b.aligned(), n); }};
-    }
-    case bound::widen:
+    case moves::write:
+      return {"limit", [] {}, [&m, n] { bench::write_all(m.c.aligned(), n, 1.0); }};
+    case moves::two:
+      return {"limit", [] {}, [&m, n] { bench::add_to(m.c.aligned(), m.b.aligned(), n / 2); }};
+    case moves::widen:
       return {"limit", [] {}, [&m, points] { bench::widen(m.c.aligned(), points); }};
-    case bound::narrow:
+    case moves::narrow:
       return {"limit", [] {}, [&m, points] { bench::narrow(m.c.aligned(), points); }};
-    case bound::join:
+    case moves::join:
       return {"limit", [] {},
               [&m, points] { bench::join(m.a.aligned(), m.b.aligned(), m.c.aligned(), points); }};
-    case bound::read: {
-      const index n = points * o.footprint / 64 * 64;
-      return {"limit", [] {}, [&m, n] { m.sink += bench::read_all(m.c.aligned(), n); }};
-    }
-    case bound::divider:
-      return {"limit", [] {}, [&m, points] { bench::divide_one(m.d.aligned(), points); }};
     default:
-      return {"limit", [] {}, [&m, points] { bench::root_one(m.d.aligned(), points); }};
+      return {"limit", [] {}, [&m, n] { m.sink += bench::read_all(m.c.aligned(), n); }};
   }
 }
 
-// Scalars moved by the operation for each one moved by its limit.
-double traffic(const operation& o) {
-  switch (o.limit) {
-    case bound::stream:
+// A division or a root for every point, on data that stay in the cache; the additions of one block.
+contender compute_as(arena& m, const operation& o, index points) {
+  const auto in_pieces = [points](auto part) {
+    return [points, part] {
+      for (index i = 0; i < points; i += block) part(std::min(block, points - i));
+    };
+  };
+  switch (o.limit.with) {
+    case computes::quotients:
+      return {"arithmetic", [] {}, in_pieces([&m](index n) { bench::divide_one(m.d.aligned(), n); })};
+    case computes::roots:
+      return {"arithmetic", [] {},
+              in_pieces([&m](index n) { bench::root_one(m.d.aligned(), m.c.aligned(), n); })};
+    case computes::blocks:
+      return {"arithmetic", [] {},
+              [&m, points] { m.sink += bench::add_in_turn<double>(std::min(points, block)); }};
+    default:
+      return {"arithmetic", [] {}, {}};
+  }
+}
+
+// Passes over the data for each one of its limit.
+double passes(const operation& o) {
+  switch (o.limit.data) {
+    case moves::stream:
       return o.moved / (2.0 * o.footprint);
-    case bound::read:
+    case moves::write:
+    case moves::read:
       return o.moved / (1.0 * o.footprint);
     default:
       return 1;
@@ -239,15 +268,18 @@ void stream_table(const options& o) {
     for (const index bytes : {index{1} << 14, index{1} << 18, index{1} << 22, index{1} << 26}) {
       const index points = bytes / scalar_bytes / op.footprint;
       refresh(m, op, points);
-      std::vector<contender> all = {limit_of(m, op, points),
-                                    {"sigpak", [] {}, [&] { op.ours(m, points); }},
-                                    {"plain", [] {}, [&] { op.plain(m, points); }}};
+      std::vector<contender> all = {{"sigpak", [] {}, [&] { op.ours(m, points); }},
+                                    {"plain", [] {}, [&] { op.plain(m, points); }},
+                                    move_as(m, op, points),
+                                    compute_as(m, op, points)};
       if (bytes == 8 * most_scalars) {  // nobody finds what the one before left in the cache
         for (contender& c : all) c.refill = [&] { m.sink += bench::read_all(m.d.aligned(), most_scalars); };
       }
       for (contender& c : all) c.repeats = static_cast<int>(std::max<index>(1, (index{1} << 18) / bytes));
       const auto t = bench::compare(all, rounds_of(o), 1e-4);
-      std::printf(" %.2f, %.1fx |", t[1].ratio * traffic(op), t[2].seconds / t[1].seconds);
+      const double moving = passes(op) / t[2].ratio;
+      const double computing = all[3].once ? passes(op) / t[3].ratio : 0;
+      std::printf(" %.2f, %.1fx |", std::max(moving, computing), t[1].seconds / t[0].seconds);
       std::fflush(stdout);
     }
     std::printf("\n");
@@ -376,7 +408,18 @@ template <class T> void order_rows(const options& o, const values& kind, index n
   }
 }
 
+// Highway chooses among the targets of the processor: none beyond the level that is measured, at the baseline
+// its narrowest.
+void hold_peers_to_level() {
+#if defined(BENCH_HWY) && SIGPAK_WIDE_LEVELS
+  using sigpak::isa::level;
+  if (sigpak::isa::current() == level::avx2) hwy::SetSupportedTargetsForTest(HWY_AVX2 | HWY_SSE4 | HWY_SSSE3);
+  if (sigpak::isa::current() == level::baseline) hwy::SetSupportedTargetsForTest(HWY_SSSE3);
+#endif
+}
+
 void order_table(const options& o) {
+  hold_peers_to_level();
   bench::print_head(
       {"operation", "precision", "values", "points", "ns / point", "to std", "to GSL", "to Highway"});
   for (const values& kind : value_kinds) {

@@ -14,6 +14,10 @@ namespace {
 constexpr std::size_t line = 64;
 constexpr std::ptrdiff_t block = 16;  // scalars, one cache line or two
 
+// What comes from memory is worth calling for, so far ahead.
+constexpr std::ptrdiff_t far_bytes = std::ptrdiff_t{8} << 20;
+constexpr std::size_t ahead_bytes = 4096;
+
 template <class T> T* at_line(T* x) { return static_cast<T*>(__builtin_assume_aligned(x, line)); }
 
 constexpr int chains = 10;  // more than the adders have under way
@@ -123,13 +127,39 @@ template <class T> T read_all(const T* x, std::ptrdiff_t n) {
   return run([=] {
     const T* const aligned = at_line(x);
     T sums[64] = {};
+    const bool far = n * static_cast<std::ptrdiff_t>(sizeof(T)) >= far_bytes;
     for (std::ptrdiff_t i = 0; i < n; i += 64) {
+      for (std::size_t j = 0; far && j < 64 * sizeof(T); j += line) {
+        __builtin_prefetch(reinterpret_cast<const char*>(aligned + i) + ahead_bytes + j);
+      }
       for (std::ptrdiff_t j = 0; j < 64; ++j) sums[j] += aligned[i + j];
     }
     T total = 0;
     for (const T s : sums) total += s;
     return total;
   });
+}
+
+template <class T> void write_all(T* x, std::ptrdiff_t n, T c) {
+  run([=] {
+    T* const aligned = at_line(x);
+    const bool far = n * static_cast<std::ptrdiff_t>(sizeof(T)) >= far_bytes;
+    for (std::ptrdiff_t i = 0; i < n; i += 64) {
+      for (std::size_t j = 0; far && j < 64 * sizeof(T); j += line) {
+        __builtin_prefetch(reinterpret_cast<const char*>(aligned + i) + ahead_bytes + j);
+      }
+      for (std::ptrdiff_t j = 0; j < 64; ++j) aligned[i + j] = c;
+    }
+  });
+}
+
+template <class T> T add_in_turn(long times) {
+  T sum = 0;
+  for (long i = 0; i < times; ++i) {
+    sum += 1;
+    asm volatile("" : "+x"(sum));
+  }
+  return sum;
 }
 
 template <class T> void divide_one(T* x, std::ptrdiff_t n) {
@@ -139,10 +169,11 @@ template <class T> void divide_one(T* x, std::ptrdiff_t n) {
   });
 }
 
-template <class T> void root_one(T* x, std::ptrdiff_t n) {
+template <class T> void root_one(const T* x, T* y, std::ptrdiff_t n) {
   run([=] {
-    T* const aligned = at_line(x);
-    for (std::ptrdiff_t i = 0; i < n; ++i) aligned[i] = std::sqrt(aligned[i]);
+    const T* __restrict const from = at_line(x);
+    T* __restrict const to = at_line(y);
+    for (std::ptrdiff_t i = 0; i < n; ++i) to[i] = std::sqrt(from[i]);
   });
 }
 
@@ -162,9 +193,13 @@ template void narrow(float*, std::ptrdiff_t);
 template void join(const float*, const float*, float*, std::ptrdiff_t);
 template double read_all(const double*, std::ptrdiff_t);
 template float read_all(const float*, std::ptrdiff_t);
+template void write_all(double*, std::ptrdiff_t, double);
+template void write_all(float*, std::ptrdiff_t, float);
+template double add_in_turn(long);
+template float add_in_turn(long);
 template void divide_one(double*, std::ptrdiff_t);
 template void divide_one(float*, std::ptrdiff_t);
-template void root_one(double*, std::ptrdiff_t);
-template void root_one(float*, std::ptrdiff_t);
+template void root_one(const double*, double*, std::ptrdiff_t);
+template void root_one(const float*, float*, std::ptrdiff_t);
 
 }  // namespace bench

@@ -16,14 +16,21 @@ template <class T> void widen(T* x, std::ptrdiff_t n);
 template <class T> void narrow(T* x, std::ptrdiff_t n);
 template <class T> void join(const T* x, const T* y, T* z, std::ptrdiff_t n);
 
-// Reads every value once, in many independent chains.
+// Reads every value once, in many independent chains, and calls for those that come later.
 template <class T> T read_all(const T* x, std::ptrdiff_t n);
+
+// Writes every value once.
+template <class T> void write_all(T* x, std::ptrdiff_t n, T c);
+
+// So many additions of which each waits for the one before, as within a block of a sum.
+template <class T> T add_in_turn(long times);
 
 // x[i] = 1 / x[i], nothing but the divider.
 template <class T> void divide_one(T* x, std::ptrdiff_t n);
 
-// x[i] = sqrt(x[i]), nothing but the divider; x positive.
-template <class T> void root_one(T* x, std::ptrdiff_t n);
+// y[i] = sqrt(x[i]), nothing but the divider, which is faster on the ones that roots of roots become; x
+// positive.
+template <class T> void root_one(const T* x, T* y, std::ptrdiff_t n);
 
 // Adds so often to each of a number of registers, nothing but the adders; the scalars that were added.
 template <class T> T add_in_registers(long times);

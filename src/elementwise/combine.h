@@ -77,6 +77,8 @@ template <class A, class B, class Out, class F>
   alignas(machine::line_bytes) T piece[most * Out::width];
   for (index begin = 0; begin < points; begin += most) {
     const index count = std::min(most, points - begin);
+    call_for_next(points_from(a, begin).data, most * A::width);
+    call_for_next(points_from(b, begin).data, most * B::width);
     combine_points(points_from(a, begin), points_from(b, begin), Out{piece}, count, f);
     stream(points_from(out, begin).data, piece, count * Out::width);
   }

@@ -7,6 +7,8 @@
 #include "core/storage.h"
 #include "elementwise/elementwise.h"
 #include "elementwise/in_place.h"
+#include "kernels/points/points.h"
+#include "vectors/levels.h"
 
 namespace sigpak {
 namespace {
@@ -37,6 +39,8 @@ template <record V> status take_absolute(V* v) noexcept {
 }
 
 template <class T> void rotate_points(T* z, index points, point<double> factor) noexcept {
+  const auto wide = points > isa::short_run ? at_level(&kernels::point_functions<T>::turn) : nullptr;
+  if (wide != nullptr) return wide(z, points, factor.re, factor.im);
   isa::run(points, [=] {
     map_pairs(z, points, [=](double a, double b) { return product(point<double>{a, b}, factor); });
   });

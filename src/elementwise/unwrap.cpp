@@ -17,7 +17,8 @@ template <class T> void unwrap_phases(T* phase, index points) noexcept {
   constexpr T turn = 2 * half_turn;
   T previous = 0;
   for (index i = 0; i < points; ++i) {
-    T step = std::fmod(phase[i] - previous, turn);
+    T step = phase[i] - previous;
+    if (!(std::abs(step) < turn)) step = std::fmod(step, turn);  // what is less stays as it is
     if (step > half_turn) {
       step -= turn;
     } else if (step < -half_turn) {

@@ -105,7 +105,8 @@ template <class Way, int lanes, class T> void turn_lanes(const kernels::sweep_st
   for (index end = between; end <= kernels::sweep_points; end += between) {
     for (; i + steps <= end; i += steps) {
       if (start.ahead != 0) {
-        unroll<lanes>([&](auto l) SIGPAK_LAMBDA { prefetch(x[l] + i * Way::scalars + start.ahead); });
+        unroll<lanes>([&](auto l)
+                          SIGPAK_LAMBDA { __builtin_prefetch(x[l] + i * Way::scalars + start.ahead); });
       }
       turn_vectors<Way>(z, c, s, amplitude, [=](int lane, real a) SIGPAK_LAMBDA {
         T* const to = x[lane] + i * Way::scalars;

@@ -36,5 +36,12 @@ template <class T> SIGPAK_INLINE index to_whole_vectors(const T* x, index n) {
 // Into all caches but the nearest.
 SIGPAK_INLINE void prefetch(const void* from) { __builtin_prefetch(from, 0, 2); }
 
+// Calls for `count` scalars that are met a while after those at x, line by line. There may be none any more.
+template <int count, class T> SIGPAK_INLINE void fetch_ahead(const T* x) {
+  constexpr index ahead = 512;
+  constexpr int line = machine::line_bytes / sizeof(T);
+  for (int i = 0; i < count; i += line) __builtin_prefetch(x + ahead + i);
+}
+
 }  // namespace
 }  // namespace sigpak::SIGPAK_LEVEL

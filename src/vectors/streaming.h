@@ -17,7 +17,13 @@
 namespace sigpak {
 
 // Scalars streamed at a time, computed in the nearest cache.
-template <class T> inline constexpr index streamed_piece = machine::way_bytes / sizeof(T);
+template <class T> inline constexpr index streamed_piece = machine::way_bytes / 2 / sizeof(T);
+
+// Calls for what lies two pieces of n scalars behind x; there may be nothing any more.
+template <class T> void call_for_next(const T* x, index n) noexcept {
+  constexpr index line = machine::line_bytes / sizeof(T);
+  for (index i = 2 * n; i < 3 * n; i += line) __builtin_prefetch(x + i);
+}
 
 // A result as large as the last cache exceeds it with its operands.
 template <class T> bool worth_streaming(const T* out, index n) noexcept {

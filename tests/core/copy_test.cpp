@@ -123,5 +123,30 @@ TYPED_TEST(Copy, TheFirstDifferenceBeyondTheToleranceOrders) {
   }
 }
 
+TYPED_TEST(Copy, OfLongRecordsTheFirstDifferenceIsFoundAtAnyPlace) {
+  using V = TypeParam;
+  using T = scalar<V>;
+  for_each_form<V>({31, 32, 33, 70}, [](signal<V>& a) {
+    samples<V> values = a.values();
+    const T nan = std::numeric_limits<T>::quiet_NaN();
+    const auto order_to = [&](T tolerance) {
+      signal<V> b(values, a.complex != 0);
+      b.delta = a.delta;
+      std::int32_t order = 5;
+      EXPECT_EQ(TWIN(_cmp)(&a, &b, tolerance, &order), 0);
+      return order;
+    };
+    for (std::size_t place = 0; place < values.size(); ++place) {
+      values = a.values();
+      values[place] += T(8);
+      values.back() -= place + 1 < values.size() ? T(8) : T(0);
+      EXPECT_EQ(order_to(0), -1) << place;
+      EXPECT_EQ(order_to(9), 0) << place;
+      values[place] = nan;  // as good as equal
+      EXPECT_EQ(order_to(0), place + 1 < values.size() ? 1 : 0) << place;
+    }
+  });
+}
+
 }  // namespace
 }  // namespace sigpak::test

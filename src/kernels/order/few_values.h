@@ -115,7 +115,11 @@ template <class T> class few_values {
       return end;
     }
     store(to, all);
-    for (T* at = to + to_whole_vectors(to, count); end - at >= width; at += width) store(at, all);
+    const bool far = count * index{sizeof(T)} >= machine::worth_fetching;
+    for (T* at = to + to_whole_vectors(to, count); end - at >= width; at += width) {
+      if (far) fetch_ahead<width>(at);
+      store(at, all);
+    }
     store(end - width, all);
     return end;
   }

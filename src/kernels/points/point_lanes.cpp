@@ -125,7 +125,14 @@ template <class Step, class T> void run_pairs(const T* a, const T* b, T* out, in
     run_rest<Step>(a + 2 * i, b + 2 * i, out + 2 * i, count);
     i += count;
   }
-  for (; i + P::width <= points; i += P::width) Step::template run<P>(a + 2 * i, b + 2 * i, out + 2 * i);
+  const bool far = 2 * points * index{sizeof(T)} >= machine::worth_fetching;
+  for (; i + P::width <= points; i += P::width) {
+    if (far) {
+      fetch_ahead<2 * P::width>(a + 2 * i);
+      fetch_ahead<2 * P::width>(b + 2 * i);
+    }
+    Step::template run<P>(a + 2 * i, b + 2 * i, out + 2 * i);
+  }
   if (i < points) run_rest<Step>(a + 2 * i, b + 2 * i, out + 2 * i, points - i);
 }
 
@@ -148,7 +155,11 @@ template <class T> void square_magnitudes(const T* z, T* out, index points) noex
     magnitudes_of_rest(z + 2 * i, out + i, count);
     i += count;
   }
-  for (; i + P::width <= points; i += P::width) magnitude_step::run<P>(z + 2 * i, out + i);
+  const bool far = 2 * points * index{sizeof(T)} >= machine::worth_fetching;
+  for (; i + P::width <= points; i += P::width) {
+    if (far) fetch_ahead<2 * P::width>(z + 2 * i);
+    magnitude_step::run<P>(z + 2 * i, out + i);
+  }
   if (i < points) magnitudes_of_rest(z + 2 * i, out + i, points - i);
 }
 
@@ -185,15 +196,46 @@ template <class T> void reciprocate(T* z, index points) noexcept {
   if (i < points) reciprocate_guarded(z + 2 * i, points - i);
 }
 
+template <class T> SIGPAK_INLINE void turn_rest(T* z, index points, double re, double im) {
+  for (index i = 0; i < 2 * points; i += 2) {
+    const auto a = static_cast<double>(z[i]);
+    const auto b = static_cast<double>(z[i + 1]);
+    z[i] = static_cast<T>(a * re + -b * im);
+    z[i + 1] = static_cast<T>(b * re + a * im);
+  }
+}
+
+template <class T> void turn(T* z, index points, double re, double im) noexcept {
+  constexpr index vectors = 2;
+  const real c = all(re);
+  const real s = all(im);
+  index i = points_to_line(z, points, 2);
+  turn_rest(z, i, re, im);
+  // Floats, half a vector at a time, come too slowly unless they are called for; doubles gain nothing.
+  const bool far = is_single<T> && 2 * points * index{sizeof(T)} >= machine::worth_fetching;
+  for (; i + vectors * real::width / 2 <= points; i += vectors * real::width / 2) {
+    T* const to = z + 2 * i;
+    if (far) fetch_ahead<vectors * real::width>(to);
+    unroll<vectors>([&](auto v) SIGPAK_LAMBDA {
+      const real a = read(to + v * real::width);
+      write(to + v * real::width, turned_sum(a * c, exchanged(a) * s));
+    });
+  }
+  turn_rest(z + 2 * i, points - i, re, im);
+}
+
 // Of a product in 128 bits the shuffles take as long as the plain loop's.
 template <bool conjugate, class T> constexpr kernels::point_function<T> multiplication() {
   return lane_count == 2 ? nullptr : run_pairs<product_step<conjugate>, T>;
 }
 
 template <class T>
-constexpr kernels::point_functions<T> table = {multiplication<false, T>(), multiplication<true, T>(),
-                                               run_pairs<quotient_step, T>, square_magnitudes<T>,
-                                               reciprocate<T>};
+constexpr kernels::point_functions<T> table = {multiplication<false, T>(),
+                                               multiplication<true, T>(),
+                                               run_pairs<quotient_step, T>,
+                                               square_magnitudes<T>,
+                                               reciprocate<T>,
+                                               lane_count == 2 ? nullptr : turn<T>};
 
 }  // namespace
 

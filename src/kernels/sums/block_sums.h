@@ -98,9 +98,14 @@ template <class Term, class T> class lane_pass {
     constants_.first = static_cast<double>(begin);
   }
 
+  // The points come from memory: call for them, and for those so many points behind every lane's.
+  void fetch(index to_next) noexcept {
+    from_.fetch = true;
+    from_.to_next = to_next;
+  }
+
   // `last` points of the last block, all of the others.
-  template <std::size_t count> void add(index last, bool fetch_next, sums<count>& total) noexcept {
-    from_.fetch_next = fetch_next;
+  template <std::size_t count> void add(index last, sums<count>& total) noexcept {
     const index final_lane = blocks_ - 1;
     const index final_end = last - lead(final_lane);
     const index whole_end = sum_block - lead(0);
@@ -189,7 +194,8 @@ auto sum_in_lanes(index points, Term term, const lane_terms<T>& terms,
     const index here = std::min(most, points - i);
     const index blocks = (here + sum_block - 1) / sum_block;
     lane_pass<Term, T> pass(term, terms, table.*terms.kernel, i, blocks);
-    pass.add(here - (blocks - 1) * sum_block, beyond_the_cache && points - i >= 2 * most, total);
+    if (beyond_the_cache) pass.fetch(points - i >= 2 * most ? most : 0);
+    pass.add(here - (blocks - 1) * sum_block, total);
     i += here;
   }
   add_in_turn(i, points, term, total);

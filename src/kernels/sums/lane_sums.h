@@ -17,7 +17,8 @@ template <class T> struct lane_points_of {
   const T* y[most_lanes];  // for terms of two records
   std::int64_t begin;
   std::int64_t end;
-  bool fetch_next;  // as many blocks behind those of x and y come next, and come from memory
+  bool fetch = false;        // the points come from memory
+  std::int64_t to_next = 0;  // from a point of a lane to that of its next block, where there is one
 };
 
 // What the terms are made with.

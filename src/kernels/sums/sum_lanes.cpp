@@ -86,13 +86,21 @@ template <int rows, class T> SIGPAK_INLINE void read_points(real* r, const T* co
   unroll<rows>([&](auto k) SIGPAK_LAMBDA { read_rows(r + k * steps<T>, x, at * rows + k * steps<T>); });
 }
 
-// The share of so many points of a stretch in what the next stretch reads, line after line.
-template <int rows, class T> SIGPAK_INLINE void fetch(const T* x, index at, index points) {
+// Before every eighth point, calls for what one of these lanes reads a while later in as many points as all
+// of them read until its turn comes again: several lines in a row. Behind the end of its block a lane goes on
+// in its next one.
+template <int rows, int lanes, class T>
+SIGPAK_INLINE void fetch(const kernels::lane_points_of<T>& from, const T* const* x, index i) {
   constexpr index line = machine::line_bytes / sizeof(T);
-  const T* const next = x + (kernels::lane_points + at) * rows * side_by_side;
-  for (index i = 0; i < points * rows * side_by_side; i += line) {
-    prefetch(next + i);
-  }
+  constexpr index turn = 8;
+  constexpr index ahead = 256;
+  const index done = i - from.begin;
+  if (done % turn != 0) return;
+  const index lane = done / turn % lanes;
+  index at = i - lane * turn + ahead;
+  if (at >= kernels::lane_points) at += from.to_next - kernels::lane_points;
+  const T* const first = x[lane] + at * rows;
+  for (index j = 0; j < turn * lanes * rows; j += line) __builtin_prefetch(first + j);
 }
 
 template <class Term> constexpr int state_rows = Term::sums + (requires { Term::counts; } ? 1 : 0);
@@ -113,9 +121,9 @@ void sum_lanes(const kernels::lane_points_of<T>& from, const kernels::term_const
     }
   }
   for (index i = from.begin; i < from.end; i += steps<T>) {
-    if (from.fetch_next) {
-      fetch<Term::x_rows>(from.x[0], i, steps<T>);
-      if constexpr (Term::y_rows > 0) fetch<Term::y_rows>(from.y[0], i, steps<T>);
+    if (from.fetch) {
+      fetch<Term::x_rows, side_by_side>(from, from.x, i);
+      if constexpr (Term::y_rows > 0) fetch<Term::y_rows, side_by_side>(from, from.y, i);
     }
     unroll<vectors>([&](auto v) SIGPAK_LAMBDA {
       real x[steps<T> * Term::x_rows];
@@ -139,9 +147,9 @@ void sum_products(const kernels::lane_points_of<double>& from, const kernels::te
     constexpr int first = v * width;
     real total = load<real>(&sums[0][first]);
     for (index i = from.begin; i < from.end; i += width) {
-      if (from.fetch_next) {
-        fetch<1>(from.x[0], i, width);
-        fetch<1>(from.y[0], i, width);
+      if (from.fetch) {
+        fetch<1, width>(from, from.x + first, i);
+        fetch<1, width>(from, from.y + first, i);
       }
       real r[width];
       unroll<width>([&](auto l) SIGPAK_LAMBDA {
