@@ -82,9 +82,13 @@ SIGPAK_INLINE void transpose_blocks(f16& a, f16& b, f16& c, f16& d) {
   d = {_mm512_shuffle_f32x4(ab_high, cd_high, 0xdd)};
 }
 
-// The lower (upper) halves of both.
+// The lower (upper) halves of both; and with neighbours exchanged, in the same operation.
 SIGPAK_INLINE f16 lower_halves(f16 a, f16 b) { return {_mm512_shuffle_f32x4(a.v, b.v, 0x44)}; }
 SIGPAK_INLINE f16 upper_halves(f16 a, f16 b) { return {_mm512_shuffle_f32x4(a.v, b.v, 0xee)}; }
+SIGPAK_INLINE f16 upper_halves_exchanged(f16 a, f16 b) {
+  const __m512i places = _mm512_setr_epi32(9, 8, 11, 10, 13, 12, 15, 14, 25, 24, 27, 26, 29, 28, 31, 30);
+  return {_mm512_permutex2var_ps(a.v, places, b.v)};
+}
 
 SIGPAK_INLINE d8 evens_first(d8 a) {
   return {_mm512_permutexvar_pd(_mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7), a.v)};

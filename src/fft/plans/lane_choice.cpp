@@ -20,6 +20,8 @@ constexpr double collecting_cost = 3;
 constexpr index least_collected = 128;
 // Of data whose vectors are split between lines:
 constexpr double split_pass_cost = 3;
+constexpr double split_block_cost = 5.5;  // by blocks, in three sweeps whatever the passes
+constexpr double split_start_cost = 1;    // there, where the first pass both reads and writes them
 constexpr double split_output_cost = 4;
 constexpr double crowded_output_cost = 16;
 
@@ -45,7 +47,8 @@ class lane_costs {
     if (vectors_ > passes_.resident() && vectors_ >= least_collected) {
       consider(course::collected, by_scratch + collecting_cost);
     }
-    if (has_blocks(list)) consider(course::by_blocks, inner + ordering() + splits);
+    const double block_splits = at_line ? 0 : split_start_cost + split_block_cost * passes_.width();
+    if (has_blocks(list)) consider(course::by_blocks, inner + ordering() + block_splits);
     if (pairs_columns(list, lanes_)) consider(course::in_place, inner + exchange(list) + splits);
     return best;
   }

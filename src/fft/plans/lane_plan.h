@@ -21,7 +21,7 @@ enum class course {
 
 struct lane_choice {
   radix_list radices;
-  course at_line;    // for data that begin at a line of the caches
+  course at_line;    // for data whose vectors lie within lines of the caches
   course elsewhere;  // for all others
   double cost;       // at a line, per vector
 };
@@ -49,9 +49,11 @@ template <class T> struct lane_plan : pass_plan<T> {
   std::uint32_t* order;
 };
 
+// Vectors that begin at a multiple of their size are not split, wherever the line of the first begins.
 template <class T>
 [[gnu::always_inline]] inline course course_of(const lane_plan<T>& plan, const T* x) noexcept {
-  return machine::begins_line(x) ? plan.at_line : plan.elsewhere;
+  const auto vector = static_cast<std::uintptr_t>(plan.lanes) * sizeof(T);
+  return (reinterpret_cast<std::uintptr_t>(x) & (vector - 1)) == 0 ? plan.at_line : plan.elsewhere;
 }
 
 // Vectors of scratch memory for a course.

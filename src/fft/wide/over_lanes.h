@@ -60,17 +60,18 @@ template <class P, bool inverse> class lanes_transform {
   SIGPAK_INLINE void finish_by_quarters(const P (&sum)[rows], const P (&difference)[rows], T* x,
                                         index vectors) const {
     const rows_of_16<P, factor> last(factor_);
+    const P one = splat_constant<P>(1);
     P quarter[4][4];
     unroll<4>([&](auto q) SIGPAK_LAMBDA {
       constexpr int p = q < 2 ? q : q + 2;
       const P a = lower_halves(sum[p], sum[p + 2]);
       const P b = upper_halves(sum[p], sum[p + 2]);
       const P c = lower_halves(difference[p], difference[p + 2]);
-      const P d = upper_halves(difference[p], difference[p + 2]);
+      const P d = upper_halves_exchanged(difference[p], difference[p + 2]);
       quarter[0][q] = a + b;
-      quarter[1][q] = minus_i(c, d);
+      quarter[1][q] = fma_even(c, one, d);  // c - i d, whose parts are exchanged already
       quarter[2][q] = a - b;
-      quarter[3][q] = plus_i(c, d);
+      quarter[3][q] = fma_odd(c, one, d);
     });
     unroll<4>([&](auto k) SIGPAK_LAMBDA {
       transpose_half_rows(quarter[k]);
