@@ -18,7 +18,7 @@ constexpr int level_count = std::size(isa::levels);
 constexpr int short_keys = static_cast<int>(most_short_product + 1) * level_count;
 template <class T> constinit published<std::byte, short_keys> short_plans;
 
-constexpr index largest_factor = 13;  // that is prime
+constexpr index largest_factor = 13;  // that is prime and has a butterfly of its own
 
 // Beyond the second cache data and scratch memory are swept too often.
 template <class T> bool leaves_cache(index points) noexcept {
@@ -26,7 +26,9 @@ template <class T> bool leaves_cache(index points) noexcept {
 }
 
 template <class T> bool suits_products(const product_kernels<T>* level, index points) noexcept {
-  return level != nullptr && is_smooth(points, largest_factor) && !leaves_cache<T>(points);
+  if (level == nullptr) return false;
+  const index rest = without_long_primes(points);
+  return is_smooth(rest, largest_factor) && (rest < points || !leaves_cache<T>(points));
 }
 
 template <class T> factors choose_factors(index points) noexcept {
@@ -41,8 +43,8 @@ template <class T> factors choose_factors(index points) noexcept {
 
 // Whether the largest radices first, so many at most, make up the rows.
 bool has_radices(index rows, int most) noexcept {
-  for (int radix = most_radix; radix > 1; --radix) {
-    for (; is_radix(radix) && rows % radix == 0; rows /= radix, --most) {
+  for (int radix = most_prime; radix > 1; --radix) {
+    for (; rows % radix == 0 && is_radix(radix); rows /= radix, --most) {
     }
   }
   return rows == 1 && most >= 0;
@@ -105,7 +107,7 @@ template <class T> bool has_product_plan(index points) noexcept {
   const auto* const level = at_level<product_kernels<T>>();
   if (!suits_products(level, points)) return false;
   const index least = level->narrowest_lanes / 2;
-  for (index a = least; a <= most_radix && a * least <= points; ++a) {
+  for (index a = least; a <= most_prime && a * least <= points; ++a) {
     if (is_radix(a) && points % a == 0 && has_radices(points / a, most_factors - 1)) return true;
   }
   return false;

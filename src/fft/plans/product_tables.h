@@ -7,6 +7,7 @@
 
 #include "fft/plans/factor_search.h"
 #include "fft/plans/pass_tables.h"
+#include "fft/plans/prime_table.h"
 
 namespace sigpak::kernels {
 
@@ -44,8 +45,22 @@ template <class T> index last_blocks(const product_plan<T>& plan) noexcept {
   return plan.rows / plan.radix[plan.passes - 1];
 }
 
+// The pass, of those up to this one, that goes over the same long prime first.
+template <class T> int first_with_radix(const product_plan<T>& plan, int pass) noexcept {
+  return static_cast<int>(std::find(plan.radix, plan.radix + pass, plan.radix[pass]) - plan.radix);
+}
+
+template <class T> void carve_terms(product_plan<T>& plan, carver& memory) noexcept {
+  for (int pass = 0; pass < plan.passes; ++pass) {
+    if (!is_long_prime(plan.radix[pass])) continue;
+    const int first = first_with_radix(plan, pass);
+    plan.terms[pass] = first < pass ? plan.terms[first] : memory.take<T>(prime_scalars(plan.radix[pass]));
+  }
+}
+
 // What the passes over the rows need.
 template <class T> void carve_rows(product_plan<T>& plan, carver& memory) noexcept {
+  carve_terms(plan, memory);
   for (int pass = 1; pass < plan.passes - 1; ++pass) {
     plan.turns[pass] = memory.take<T>(2 * plan.block[pass + 1] * (plan.radix[pass] - 1));
   }
@@ -79,6 +94,9 @@ template <class T> void fill_order(const product_plan<T>& plan) noexcept {
 
 // Out of the roots of unity of the plan's points.
 template <class T> void fill_rows(const product_plan<T>& plan, const roots& w) noexcept {
+  for (int pass = 0; pass < plan.passes; ++pass) {
+    if (plan.terms[pass] != nullptr) fill_prime(plan.terms[pass], plan.radix[pass]);
+  }
   fill_turns(plan, w);
   fill_order(plan);
 }

@@ -6,19 +6,11 @@
 #pragma once
 
 #include "fft/plans/product_plan.h"
-#include "fft/wide/butterflies_composite.h"
 #include "fft/wide/passes.h"
+#include "fft/wide/product_primes.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
-
-using kernels::product_plan;
-
-// a times w or, for the inverse, its conjugate; c and s hold its parts once for each part of a.
-template <bool inverse, class P> SIGPAK_INLINE P turned_forth_or_back(P a, P c, P s) {
-  if constexpr (inverse) return fma_odd(a, c, exchanged(a) * s);
-  return turned(a, c, s);
-}
 
 // R rows of C points of a column each, to C rows of R points, which end with the last repeated up to whole
 // vectors.
@@ -137,7 +129,15 @@ template <class P> struct product_passes {
 };
 template <class P> struct product_table {
   product_passes<P> by_radix[kernels::most_radix + 1] = {};
-  constexpr product_table() { add<2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 20, 21, 25>(); }
+  constexpr product_table() {
+    add<2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 20, 21, 25>();
+    for (const int p : kernels::long_primes) {
+      if (p <= kernels::most_radix) by_radix[p] = of_prime;
+    }
+  }
+  static constexpr product_passes<P> of_prime = {{prime_columns<P, false>, prime_columns<P, true>},
+                                                 {prime_block<P, false, true>, prime_block<P, true, true>},
+                                                 prime_results<P>};
 
  private:
   template <int... radices> constexpr void add() {
@@ -148,6 +148,9 @@ template <class P> struct product_table {
   }
 };
 template <class P> constinit const product_table<P> products{};
+template <class P> SIGPAK_INLINE const product_passes<P>& passes_over(int radix) {
+  return radix > kernels::most_radix ? product_table<P>::of_prime : products<P>.by_radix[radix];
+}
 
 // All passes from this one on over so many rows, whole blocks of it: as many at a time as the first cache
 // holds. The last pass is last(row, rows).
@@ -155,7 +158,7 @@ template <class P, class Last>
 void product_rows(const product_plan<typename P::scalar>& plan, int pass, index row, index rows,
                   typename P::scalar* s, bool inverse, const Last& last) {
   if (pass == plan.passes - 1) return last(row, rows);
-  const auto& passes = products<P>.by_radix[plan.radix[pass]];
+  const auto& passes = passes_over<P>(plan.radix[pass]);
   const index block = plan.block[pass];
   const index held = plan.resident >= rows   ? rows
                      : plan.resident > block ? plan.resident / block * block
@@ -175,9 +178,9 @@ template <class P>
 void all_product_columns(const product_plan<typename P::scalar>& plan, const typename P::scalar* x,
                          typename P::scalar* s, bool inverse) {
   constexpr int C = P::width / 2;
-  const auto pass = products<P>.by_radix[plan.radix[0]].columns[inverse];
+  const auto pass = passes_over<P>(plan.radix[0]).columns[inverse];
   if (!plan.is_stepped) return pass(plan, 0, plan.rows, plan.twiddles, x, s);
-  alignas(machine::line_bytes) typename P::scalar joined[P::width * (kernels::most_radix - 1)];
+  alignas(machine::line_bytes) typename P::scalar joined[P::width * (kernels::most_prime - 1)];
   const index turned = plan.radix[0] - 1;
   for (index group = 0; group < plan.rows; group += C) {
     join_twiddles<P>(plan.firsts + 2 * turned * (group / C), turned, plan.twiddles, joined);
@@ -188,7 +191,7 @@ void all_product_columns(const product_plan<typename P::scalar>& plan, const typ
 template <class P>
 void run_product(const product_plan<typename P::scalar>& plan, typename P::scalar* x,
                  typename P::scalar* scratch, bool inverse) {
-  const auto results = products<P>.by_radix[plan.radix[plan.passes - 1]].results;
+  const auto results = passes_over<P>(plan.radix[plan.passes - 1]).results;
   all_product_columns<P>(plan, x, scratch, inverse);
   if (plan.passes == 2) return results(plan, 0, plan.rows, scratch, x, inverse);
   product_rows<P>(plan, 1, 0, plan.rows, scratch, inverse,

@@ -128,7 +128,7 @@ void run_square(const square_plan<typename P::scalar>& plan, typename P::scalar*
   const auto& over = plan.block;
   const auto& passes = squares<P>.by_radix[over.radix[0]];
   const auto first_pass = squares<P>.by_radix[over.radix[1]].rows[inverse];
-  const auto results = products<P>.by_radix[over.radix[over.passes - 1]].results;
+  const auto results = passes_over<P>(over.radix[over.passes - 1]).results;
   passes.columns[inverse](plan, x);
   for (int k1 = 0; k1 < over.radix[0]; ++k1) {
     auto* const block = x + 2 * over.points * k1;
