@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "core/power_of_two.h"
+#include "fft/plans/radices.h"
 #include "fft/wide/kernels.h"
 #include "fft/workshop.h"
 #include "vectors/levels.h"
@@ -56,6 +57,8 @@ template <class T> algorithm cheapest_passes(index points) noexcept {
     best = way;
   };
   if (product) consider(algorithm::product, kernels::product_cost<T>(points));
+  if (!kernels::is_smooth(points, kernels::most_short_prime))
+    consider(algorithm::chirp, kernels::chirp_cost<T>(points));
   if (kernels::has_mixed_plan<T>(points, lanes))
     consider(algorithm::mixed, kernels::mixed_cost<T>(points, lanes));
   if (!product && kernels::has_square_plan<T>(points))

@@ -12,6 +12,7 @@
 #include "fft/plans/chirp_rows.h"
 #include "fft/plans/circle.h"
 #include "fft/plans/pass_tables.h"
+#include "fft/plans/radices.h"
 #include "fft/wide/kernels.h"
 #include "vectors/levels.h"
 
@@ -270,19 +271,34 @@ template <class T> int rounds_of(index points) noexcept {
   return 3 * 4 * points * index{sizeof(T)} > machine::caches().second ? 2 : 1;
 }
 
-template <class T> chirp_plan<T> lay_out(index points) noexcept {
+template <class T> int narrowest_lanes(int rounds) noexcept {
   const auto* const level = at_level<chirp_kernels<T>>();
+  return rounds == 1 ? level->narrowest_lanes : level->widest_lanes;
+}
+
+template <class T> chirp_plan<T> lay_out(index points) noexcept {
+  const int widest = at_level<chirp_kernels<T>>()->widest_lanes;
   chirp_plan<T> plan = {};
   plan.points = points;
   plan.rounds = rounds_of<T>(points);
-  const int narrowest = plan.rounds == 1 ? level->narrowest_lanes : level->widest_lanes;
-  choose_circle(plan, (points + plan.rounds - 1) / plan.rounds, level->widest_lanes, narrowest);
+  choose_circle(plan, ceiling(points, plan.rounds), widest, narrowest_lanes<T>(plan.rounds));
   plan.scale[1] = static_cast<T>(1 / balance(all_points(plan)));
   plan.scale[0] = plan.scale[1] / static_cast<T>(points);
   return plan;
 }
 
+// Cycles of one unit of the cost of circles, with vectors of 512 bits and of 256.
+template <class T> constexpr double wide_cycles = sizeof(T) == sizeof(double) ? 2.2 : 2.7;
+template <class T> constexpr double narrow_cycles = sizeof(T) == sizeof(double) ? 1.5 : 1.8;
+
 }  // namespace
+
+template <class T> double chirp_cost(index points) noexcept {
+  const int widest = at_level<chirp_kernels<T>>()->widest_lanes;
+  const int rounds = rounds_of<T>(points);
+  const double cycles = widest * index{sizeof(T)} < 64 ? narrow_cycles<T> : wide_cycles<T>;
+  return cycles * rounds * circle_cost<T>(ceiling(points, rounds), widest, narrowest_lanes<T>(rounds));
+}
 
 template <class T> const chirp_plan<T>* find_chirp_plan(recent_list& plans, index points) noexcept {
   return kept_plan<chirp_plan<T>>(plans.find(key_of(points)));
@@ -303,6 +319,8 @@ const chirp_plan<T>* make_chirp_plan(recent_list& plans, scratch_memory<T>& scra
   return plan;
 }
 
+template double chirp_cost<double>(index) noexcept;
+template double chirp_cost<float>(index) noexcept;
 template const chirp_plan<double>* find_chirp_plan(recent_list&, index) noexcept;
 template const chirp_plan<float>* find_chirp_plan(recent_list&, index) noexcept;
 template const chirp_plan<double>* make_chirp_plan(recent_list&, scratch_memory<double>&, index) noexcept;

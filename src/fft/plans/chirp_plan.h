@@ -56,6 +56,9 @@ template <class T> constexpr std::int64_t scratch_of(const chirp_plan<T>& plan) 
   return 2 * plan.lanes * plan.stride * plan.radix[0];
 }
 
+// The cycles of a transform, as the costs of products count them.
+template <class T> double chirp_cost(std::int64_t points) noexcept;
+
 // The plan of the current level that is in the list already; a new one, made into it. Null where there is
 // none yet, and on failure.
 template <class T> const chirp_plan<T>* find_chirp_plan(recent_list& plans, std::int64_t points) noexcept;

@@ -18,8 +18,6 @@ inline constexpr double crowd_cost = 2;   // of a vector of output among many in
 inline constexpr butterfly_table wide_costs(8, true);
 constexpr bool is_radix(index n) noexcept { return n <= most_prime && wide_costs[n].row > 0; }
 
-constexpr index ceiling(index a, index b) noexcept { return (a + b - 1) / b; }
-
 struct factors {
   int lanes = 0;
   int passes = 0;  // 0 where there are none
@@ -98,7 +96,7 @@ class factor_search {
   index vector_points_;
   butterfly_table costs_;
   pass_costs caches_;
-  int radices_[std::size(butterfly_costs) + std::size(long_primes)] = {};  // that divide N, in rising order
+  int radices_[std::size(butterfly_costs) + std::size(primes)] = {};  // that divide N, in rising order
   int radix_count_ = 0;
   double least_result_ = 1e9;  // of a vector, which bounds what is still to come
   index row_vectors_ = 0;

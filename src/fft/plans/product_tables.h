@@ -52,7 +52,7 @@ template <class T> int first_with_radix(const product_plan<T>& plan, int pass) n
 
 template <class T> void carve_terms(product_plan<T>& plan, carver& memory) noexcept {
   for (int pass = 0; pass < plan.passes; ++pass) {
-    if (!is_long_prime(plan.radix[pass])) continue;
+    if (long_factor(plan.radix[pass]) == 1) continue;
     const int first = first_with_radix(plan, pass);
     plan.terms[pass] = first < pass ? plan.terms[first] : memory.take<T>(prime_scalars(plan.radix[pass]));
   }

@@ -131,9 +131,7 @@ template <class P> struct product_table {
   product_passes<P> by_radix[kernels::most_radix + 1] = {};
   constexpr product_table() {
     add<2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 20, 21, 25>();
-    for (const int p : kernels::long_primes) {
-      if (p <= kernels::most_radix) by_radix[p] = of_prime;
-    }
+    for (const int p : {17, 19, 23}) by_radix[p] = of_prime;
   }
   static constexpr product_passes<P> of_prime = {{prime_columns<P, false>, prime_columns<P, true>},
                                                  {prime_block<P, false, true>, prime_block<P, true, true>},
