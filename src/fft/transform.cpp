@@ -22,7 +22,7 @@ template <class T> void own_plans() noexcept {
     kernels::release_real_plans<T>();
     kernels::release_half_plans<T>();
     kernels::release_short_product_plans<T>();
-    kernels::release_direct_tables<T>();
+    kernels::release_direct_plans<T>();
     return workshops<T>.release();
   });
 }
@@ -151,14 +151,15 @@ template <class T> status transform_by(const kernels::product_plan<T>* plan, T* 
   });
 }
 
-template <class T> status transform_directly(T* x, index points, bool inverse) noexcept {
-  const T* table = kernels::find_direct_table<T>(points);
-  if (table == nullptr) {
-    own_plans<T>();
-    table = kernels::make_direct_table<T>(points);
-    if (table == nullptr) return failed;
-  }
-  at_level<kernels::chirp_kernels<T>>()->run_direct(table, points, x, inverse);
+template <class T> const kernels::direct_plan<T>* direct_plan_of(index points) noexcept {
+  return points <= kernels::most_direct_points ? kernels::find_direct_plan<T>(points) : nullptr;
+}
+
+// Null where none could be made.
+template <class T>
+status transform_directly(const kernels::direct_plan<T>* plan, T* x, bool inverse) noexcept {
+  if (plan == nullptr) return failed;
+  at_level<kernels::chirp_kernels<T>>()->run_direct(*plan, x, inverse);
   return ok;
 }
 
@@ -191,8 +192,8 @@ template <class T> algorithm algorithm_for(index points) noexcept {
   const bool is_small = small_transform(at_level<kernels::small_kernels<T>>(), points, false) != nullptr;
   if (power) return is_small ? algorithm::small : algorithm::lanes;
   if (is_small) return algorithm::coprime;
-  if (has_short_factors<T>(points)) return cheapest_passes<T>(points);
-  return points % 2 != 0 && points <= kernels::most_direct_points<T> ? algorithm::direct : algorithm::chirp;
+  if (kernels::has_direct_plan(points)) return algorithm::direct;
+  return has_short_factors<T>(points) ? cheapest_passes<T>(points) : algorithm::chirp;
 }
 
 namespace {
@@ -208,8 +209,12 @@ template <class T> [[gnu::noinline]] status transform_longer(T* data, index poin
   if (const auto* const plan = short_product_plan<T>(points); plan != nullptr) {
     return transform_by(plan, data, inverse);
   }
-  const bool listed = points > kernels::most_short_product && !power;
-  if (level != nullptr && listed) return transform_any(data, points, inverse);
+  if (const auto* const plan = direct_plan_of<T>(points); plan != nullptr) {
+    return transform_directly(plan, data, inverse);
+  }
+  if (level != nullptr && points > kernels::most_short_product && !power) {
+    return transform_any(data, points, inverse);
+  }
   switch (algorithm_for<T>(points)) {
     case algorithm::identity:
       return ok;
@@ -224,7 +229,8 @@ template <class T> [[gnu::noinline]] status transform_longer(T* data, index poin
       own_plans<T>();
       return transform_by(kernels::make_short_product_plan<T>(points), data, inverse);
     case algorithm::direct:
-      return transform_directly(data, points, inverse);
+      own_plans<T>();
+      return transform_directly(kernels::make_direct_plan<T>(points), data, inverse);
     case algorithm::square:
     case algorithm::mixed:
     case algorithm::chirp:

@@ -12,10 +12,10 @@
 namespace sigpak::kernels {
 
 // Of the forward transform.
-template <class Plan> void set_scale(Plan& plan) noexcept {
+template <class Plan> void set_scale(Plan& plan, index points) noexcept {
   using T = decltype(plan.scale);
-  const long double scale = 1.0L / static_cast<long double>(plan.points);
-  plan.scale = T(1) / static_cast<T>(plan.points);
+  const long double scale = 1.0L / static_cast<long double>(points);
+  plan.scale = T(1) / static_cast<T>(points);
   if (sizeof(T) == sizeof(float) && static_cast<long double>(plan.scale) > scale)
     plan.scale = std::nextafter(plan.scale, T(0));
   plan.scale_rest = static_cast<T>(scale - static_cast<long double>(plan.scale));
@@ -37,7 +37,7 @@ template <class T> product_plan<T> lay_out_product(index points, const factors& 
   const index row_vectors = ceiling(plan.radix[0], plan.lanes / 2);
   plan.stride = row_vectors * (plan.lanes / 2);
   plan.resident = 2 * costs.resident() / row_vectors;
-  set_scale(plan);
+  set_scale(plan, points);
   return plan;
 }
 

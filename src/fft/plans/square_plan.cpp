@@ -70,7 +70,7 @@ template <class T> square_plan<T> lay_out(index points) noexcept {
   plan.block = lay_out_product<T>(points / chosen.radix[0], chosen);
   plan.block.scale = 1;
   plan.block.scale_rest = T(0x1p-60);
-  set_scale(plan);
+  set_scale(plan, points);
   return plan;
 }
 

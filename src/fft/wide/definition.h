@@ -1,89 +1,140 @@
 // SPDX-License-Identifier: MIT
-// Transforms of short odd lengths by the definition. With c and s the cosine and sine of 2 pi j k / N,
-//   X[k], X[N-k] = x[0] + sum over j of c (x[j] + x[N-j]) -/+ i s (x[j] - x[N-j]),  j, k = 1 ... (N-1)/2.
-// The k lie in the lanes.
+// Transforms of short primes p, and of twice and three times one, by the definition. With c and s the cosine
+// and sine of 2 pi j k / p,
+//   X[k], X[p-k] = x[0] + sum over j of c (x[j] + x[p-j]) -/+ i s (x[j] - x[p-j]),  j, k = 1 ... (p-1)/2.
+// The k lie in the lanes. Those of the last vector may go beyond (p-1)/2, where results are found twice.
 #pragma once
 
-#include "fft/plans/chirp_plan.h"
-#include "fft/wide/butterflies.h"
+#include "fft/plans/direct_plan.h"
+#include "fft/wide/butterflies_odd.h"
+#include "fft/wide/passes.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
 
-// Sums and differences of the points j and N - j, and of all points.
-template <class T> struct folded {
-  static constexpr int most = kernels::most_direct_points<T> / 2;
-  T sum[most][2];
-  T difference[most][2];
-  T total[2];
+using kernels::direct_plan;
 
-  folded(const T* x, index points) {
-    for (int part = 0; part < 2; ++part) total[part] = x[part];
-    for (index j = 1; j <= points / 2; ++j) {
-      for (int part = 0; part < 2; ++part) {
-        const T a = x[2 * j + part];
-        const T b = x[2 * (points - j) + part];
-        sum[j - 1][part] = a + b;
-        difference[j - 1][part] = a - b;
-        total[part] += a + b;
+// Sums and differences of the points j and p - j of A columns, `pitch` scalars from one to the next, and of
+// all their points.
+template <class T, int A> struct folded {
+  static constexpr int most = kernels::most_direct_prime / 2;
+  T sum[most][A][2];
+  T difference[most][A][2];
+  T first[A][2];
+  T total[A][2];
+
+  folded(const T* x, index length, index pitch) {
+    for (int column = 0; column < A; ++column, x += pitch) {
+      const auto x0 = load_point(x);
+      auto all = x0;
+      for (index j = 1; j <= length / 2; ++j) {
+        const auto a = load_point(x + 2 * j);
+        const auto b = load_point(x + 2 * (length - j));
+        store_point(sum[j - 1][column], a + b);
+        store_point(difference[j - 1][column], a - b);
+        all = all + (a + b);
       }
+      store_point(first[column], x0);
+      store_point(total[column], all);
     }
   }
 };
 
 // One term of the cosine and sine sums.
 template <class P>
-SIGPAK_INLINE void add_term(cplx<P>& even, cplx<P>& odd, const folded<typename P::scalar>& in, index j,
-                            const typename P::scalar* table) {
-  const P c = load<P>(table);
-  const P s = load<P>(table + P::width);
-  even = {fma(c, splat<P>(in.sum[j][0]), even.re), fma(c, splat<P>(in.sum[j][1]), even.im)};
-  odd = {fma(s, splat<P>(in.difference[j][0]), odd.re), fma(s, splat<P>(in.difference[j][1]), odd.im)};
+SIGPAK_INLINE void add_term(cplx<P>& even, cplx<P>& odd, P c, P s, const typename P::scalar (&sum)[2],
+                            const typename P::scalar (&difference)[2]) {
+  even = {fma(c, splat<P>(sum[0]), even.re), fma(c, splat<P>(sum[1]), even.im)};
+  odd = {fma(s, splat<P>(difference[0]), odd.re), fma(s, splat<P>(difference[1]), odd.im)};
+}
+
+template <class P> SIGPAK_INLINE cplx<P> times(cplx<P> a, P factor, P rest) {
+  return {fma(a.re, factor, a.re * rest), fma(a.im, factor, a.im * rest)};
+}
+
+// The columns in place.
+template <class P, int A>
+void transform_columns(const direct_plan<typename P::scalar>& plan, typename P::scalar* x, index pitch,
+                       bool inverse) {
+  using T = typename P::scalar;
+  constexpr int W = P::width;
+  // Of one column two sums each, for half the latency and fewer roundings in a row.
+  constexpr int parts = A == 1 ? 2 : 1;
+  const index p = plan.length;
+  const index half = p / 2;
+  const folded<T, A> in(x, p, pitch);
+  const T scale = inverse ? T(1) : plan.scale;
+  const T scale_rest = inverse ? T(0x1p-60) : plan.scale_rest;
+  const P factor = splat<P>(scale);
+  const P rest = splat<P>(scale_rest);
+  unroll<A>([&](auto column) SIGPAK_LAMBDA {
+    for (int part = 0; part < 2; ++part) {
+      x[pitch * column + part] = in.total[column][part] * scale;
+    }
+  });
+  const T* table = plan.table;
+  for (index k = 1; k <= half; k += W) {
+    cplx<P> even[A][parts] = {};
+    cplx<P> odd[A][parts] = {};
+    unroll<A>([&](auto a)
+                  SIGPAK_LAMBDA { even[a][0] = {splat<P>(in.first[a][0]), splat<P>(in.first[a][1])}; });
+    const auto add = [&](index j, auto part) SIGPAK_LAMBDA {
+      const P c = load<P>(table);
+      const P s = load<P>(table + W);
+      unroll<A>([&](auto a)
+                    SIGPAK_LAMBDA { add_term(even[a][part], odd[a][part], c, s, in.sum[j][a], in.difference[j][a]); });
+      table += 2 * W;
+    };
+    index j = 0;
+    for (; j + parts <= half; j += parts) unroll<parts>([&](auto part) SIGPAK_LAMBDA { add(j + part, part); });
+    if (j < half) add(j, constant<0>{});
+    unroll<A>([&](auto column) SIGPAK_LAMBDA {
+      cplx<P> a = even[column][0], b = odd[column][0];
+      if constexpr (parts > 1) a = a + even[column][1], b = b + odd[column][1];
+      const cplx<P> low = times(inverse ? plus_i(a, b) : minus_i(a, b), factor, rest);
+      const cplx<P> high = times(inverse ? minus_i(a, b) : plus_i(a, b), factor, rest);
+      T* const up = x + pitch * column + 2 * k;
+      store_points<P, false>(up, low);
+      T* const down = x + pitch * column + 2 * (p - k - W + 1);
+      store(down, backwards(high_parts(high.re, high.im)));
+      store(down + W, backwards(low_parts(high.re, high.im)));
+    });
+  }
+}
+
+// Columns, their transforms, and the results in order.
+template <class P, int A>
+void transform_by_columns(const direct_plan<typename P::scalar>& plan, typename P::scalar* x, bool inverse) {
+  using T = typename P::scalar;
+  using E = typename point_vector<T>::type;
+  constexpr index pitch = 2 * kernels::most_direct_prime;
+  alignas(64) T columns[A * pitch];
+  const index p = plan.length;
+  const index n = A * p;
+  for (index n2 = 0, start = 0; n2 < p; ++n2, start += A) {
+    E a[A];
+    unroll<A>([&](auto n1) SIGPAK_LAMBDA {
+      const index at = start + p * n1;
+      a[n1] = load_point(x + 2 * (at < n ? at : at - n));
+    });
+    transform(a);
+    unroll<A>([&](auto k1) SIGPAK_LAMBDA {
+      store_point(columns + pitch * (inverse ? (A - k1) % A : int(k1)) + 2 * n2, a[k1]);
+    });
+  }
+  transform_columns<P, A>(plan, columns, pitch, inverse);
+  for (index k = 0, k1 = 0, k2 = 0; k < n; ++k) {
+    store_point(x + 2 * k, load_point(columns + pitch * k1 + 2 * k2));
+    k1 = k1 + 1 < A ? k1 + 1 : 0;
+    k2 = k2 + 1 < p ? k2 + 1 : 0;
+  }
 }
 
 template <class P>
-void run_direct(const typename P::scalar* table, index points, typename P::scalar* x, bool inverse) {
-  using T = typename P::scalar;
-  constexpr int W = P::width;
-  const folded<T> in(x, points);
-  const index half = points / 2;
-  const T scale = inverse ? T(1) : T(1) / static_cast<T>(points);
-  const P factor = splat<P>(scale);
-  const cplx<P> first = {splat<P>(x[0]), splat<P>(x[1])};
-  x[0] = in.total[0] * scale;
-  x[1] = in.total[1] * scale;
-  for (index k = 1; k <= half; k += W) {
-    // Two sums each, for half the latency and fewer roundings in a row.
-    cplx<P> even[2] = {first, {}};
-    cplx<P> odd[2] = {};
-    index j = 0;
-    for (; j + 1 < half; j += 2, table += 4 * W) {
-      add_term(even[0], odd[0], in, j, table);
-      add_term(even[1], odd[1], in, j + 1, table + 2 * W);
-    }
-    if (j < half) {
-      add_term(even[0], odd[0], in, j, table);
-      table += 2 * W;
-    }
-    const cplx<P> a = even[0] + even[1];
-    const cplx<P> b = odd[0] + odd[1];
-    const cplx<P> low = (inverse ? plus_i(a, b) : minus_i(a, b)) * factor;
-    const cplx<P> high = (inverse ? minus_i(a, b) : plus_i(a, b)) * factor;
-    alignas(64) T parts[4][W];
-    store(parts[0], low.re);
-    store(parts[1], low.im);
-    store(parts[2], high.re);
-    store(parts[3], high.im);
-    const index count = half + 1 - k < W ? half + 1 - k : W;
-    T* up = x + 2 * k;
-    T* down = x + 2 * (points - k);
-    for (index p = 0; p < count; ++p, up += 2, down -= 2) {
-      up[0] = parts[0][p];
-      up[1] = parts[1][p];
-      down[0] = parts[2][p];
-      down[1] = parts[3][p];
-    }
-  }
+void run_direct(const direct_plan<typename P::scalar>& plan, typename P::scalar* x, bool inverse) {
+  if (plan.columns == 1) return transform_columns<P, 1>(plan, x, 0, inverse);
+  if (plan.columns == 2) return transform_by_columns<P, 2>(plan, x, inverse);
+  transform_by_columns<P, 3>(plan, x, inverse);
 }
 
 }  // namespace
