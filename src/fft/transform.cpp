@@ -138,31 +138,6 @@ template <class T> const fft_kernels<T>* level_apart(index points) noexcept {
   return planned ? at_level<fft_kernels<T>>() : nullptr;
 }
 
-template <class T> const kernels::product_plan<T>* short_product_plan(index points) noexcept {
-  return points <= kernels::most_short_product ? kernels::find_short_product_plan<T>(points) : nullptr;
-}
-
-// Null where none could be made.
-template <class T> status transform_by(const kernels::product_plan<T>* plan, T* x, bool inverse) noexcept {
-  if (plan == nullptr) return failed;
-  return with_scratch(workshops<T>, kernels::scratch_of(*plan), x, [=](T* scratch) {
-    at_level<kernels::product_kernels<T>>()->run(*plan, x, scratch, inverse);
-    return ok;
-  });
-}
-
-template <class T> const kernels::direct_plan<T>* direct_plan_of(index points) noexcept {
-  return points <= kernels::most_direct_points ? kernels::find_direct_plan<T>(points) : nullptr;
-}
-
-// Null where none could be made.
-template <class T>
-status transform_directly(const kernels::direct_plan<T>* plan, T* x, bool inverse) noexcept {
-  if (plan == nullptr) return failed;
-  at_level<kernels::chirp_kernels<T>>()->run_direct(*plan, x, inverse);
-  return ok;
-}
-
 template <class T> void transform_pair(T* x, bool inverse) noexcept {
   const T scale = inverse ? T(1) : T(0.5);
   for (index part = 0; part < 2; ++part) {
@@ -198,47 +173,26 @@ template <class T> algorithm algorithm_for(index points) noexcept {
 
 namespace {
 
-// Powers of two are met first, then short products, by their plan; long lengths of all kinds are looked up in
-// one list, without finding out first which kind it is.
+// Powers of two are met first.
 template <class T> [[gnu::noinline]] status transform_longer(T* data, index points, bool inverse) noexcept {
   const auto* const level = at_level<fft_kernels<T>>();
   const bool power = is_power_of_two(points);
   if (level != nullptr && power && points > kernels::most_small) {
     return transform_lanes(*level, data, points, inverse);
   }
-  if (const auto* const plan = short_product_plan<T>(points); plan != nullptr) {
-    return transform_by(plan, data, inverse);
-  }
-  if (const auto* const plan = direct_plan_of<T>(points); plan != nullptr) {
-    return transform_directly(plan, data, inverse);
-  }
-  if (level != nullptr && points > kernels::most_short_product && !power) {
-    return transform_any(data, points, inverse);
-  }
+  if (level != nullptr && points > 2 && !power) return transform_any(data, points, inverse);
   switch (algorithm_for<T>(points)) {
     case algorithm::identity:
       return ok;
     case algorithm::pair:
       transform_pair(data, inverse);
       return ok;
-    case algorithm::small:
-    case algorithm::lanes:
-    case algorithm::coprime:
-      break;  // met before
-    case algorithm::product:
-      own_plans<T>();
-      return transform_by(kernels::make_short_product_plan<T>(points), data, inverse);
-    case algorithm::direct:
-      own_plans<T>();
-      return transform_directly(kernels::make_direct_plan<T>(points), data, inverse);
-    case algorithm::square:
-    case algorithm::mixed:
-    case algorithm::chirp:
-      return transform_any(data, points, inverse);
     case algorithm::split_radix:
       return split_radix_transform(data, points, inverse);
     case algorithm::bluestein:
       return bluestein_transform(data, domain::complex, points, inverse);
+    default:
+      break;  // met before
   }
   return failed;
 }

@@ -40,71 +40,85 @@ template <class T, int A> struct folded {
   }
 };
 
-// One term of the cosine and sine sums.
-template <class P>
-SIGPAK_INLINE void add_term(cplx<P>& even, cplx<P>& odd, P c, P s, const typename P::scalar (&sum)[2],
-                            const typename P::scalar (&difference)[2]) {
-  even = {fma(c, splat<P>(sum[0]), even.re), fma(c, splat<P>(sum[1]), even.im)};
-  odd = {fma(s, splat<P>(difference[0]), odd.re), fma(s, splat<P>(difference[1]), odd.im)};
-}
-
 template <class P> SIGPAK_INLINE cplx<P> times(cplx<P> a, P factor, P rest) {
   return {fma(a.re, factor, a.re * rest), fma(a.im, factor, a.im * rest)};
 }
 
-// The columns in place.
-template <class P, int A>
-void transform_columns(const direct_plan<typename P::scalar>& plan, typename P::scalar* x, index pitch,
-                       bool inverse) {
+// K vectors of results of each column, from k on, and as many from p - k downwards, times the factors.
+template <class P, int A, int K, bool inverse>
+SIGPAK_INLINE void direct_results(const direct_plan<typename P::scalar>& plan,
+                                  const folded<typename P::scalar, A>& in, index k, typename P::scalar* x,
+                                  index pitch) {
   using T = typename P::scalar;
   constexpr int W = P::width;
-  // Of one column two sums each, for half the latency and fewer roundings in a row.
-  constexpr int parts = A == 1 ? 2 : 1;
-  const index p = plan.length;
-  const index half = p / 2;
-  const folded<T, A> in(x, p, pitch);
-  const T scale = inverse ? T(1) : plan.scale;
-  const T scale_rest = inverse ? T(0x1p-60) : plan.scale_rest;
-  const P factor = splat<P>(scale);
-  const P rest = splat<P>(scale_rest);
-  unroll<A>([&](auto column) SIGPAK_LAMBDA {
-    for (int part = 0; part < 2; ++part) {
-      x[pitch * column + part] = in.total[column][part] * scale;
-    }
+  // Of few sums two parts each, for half the latency and fewer roundings in a row.
+  constexpr int parts = 4 * A * K < 8 ? 2 : 1;
+  const index half = plan.length / 2;
+  const T* table = plan.table + 2 * half * (k - 1);
+  cplx<P> even[K][A][parts] = {};
+  cplx<P> odd[K][A][parts] = {};
+  unroll<K>([&](auto i) SIGPAK_LAMBDA {
+    unroll<A>([&](auto a) SIGPAK_LAMBDA { even[i][a][0] = {splat<P>(in.first[a][0]), splat<P>(in.first[a][1])}; });
   });
-  const T* table = plan.table;
-  for (index k = 1; k <= half; k += W) {
-    cplx<P> even[A][parts] = {};
-    cplx<P> odd[A][parts] = {};
-    unroll<A>([&](auto a)
-                  SIGPAK_LAMBDA { even[a][0] = {splat<P>(in.first[a][0]), splat<P>(in.first[a][1])}; });
-    const auto add = [&](index j, auto part) SIGPAK_LAMBDA {
-      const P c = load<P>(table);
-      const P s = load<P>(table + W);
-      unroll<A>([&](auto a)
-                    SIGPAK_LAMBDA { add_term(even[a][part], odd[a][part], c, s, in.sum[j][a], in.difference[j][a]); });
-      table += 2 * W;
-    };
-    index j = 0;
-    for (; j + parts <= half; j += parts) unroll<parts>([&](auto part) SIGPAK_LAMBDA { add(j + part, part); });
-    if (j < half) add(j, constant<0>{});
-    unroll<A>([&](auto column) SIGPAK_LAMBDA {
-      cplx<P> a = even[column][0], b = odd[column][0];
-      if constexpr (parts > 1) a = a + even[column][1], b = b + odd[column][1];
+  const auto add = [&](index j, auto part) SIGPAK_LAMBDA {
+    P c[K], s[K];
+    unroll<K>([&](auto i) SIGPAK_LAMBDA {
+      c[i] = load<P>(table + 2 * W * half * i);
+      s[i] = load<P>(table + 2 * W * half * i + W);
+    });
+    table += 2 * W;
+    unroll<A>([&](auto a) SIGPAK_LAMBDA {
+      const cplx<P> sum = {splat<P>(in.sum[j][a][0]), splat<P>(in.sum[j][a][1])};
+      const cplx<P> difference = {splat<P>(in.difference[j][a][0]), splat<P>(in.difference[j][a][1])};
+      unroll<K>([&](auto i) SIGPAK_LAMBDA {
+        even[i][a][part] = fma(c[i], sum, even[i][a][part]);
+        odd[i][a][part] = fma(s[i], difference, odd[i][a][part]);
+      });
+    });
+  };
+  index j = 0;
+  for (; j + parts <= half; j += parts) unroll<parts>([&](auto part) SIGPAK_LAMBDA { add(j + part, part); });
+  if (j < half) add(j, constant<0>{});
+  const P factor = splat<P>(inverse ? T(1) : plan.scale);
+  const P rest = splat<P>(inverse ? T(0x1p-60) : plan.scale_rest);
+  unroll<A>([&](auto column) SIGPAK_LAMBDA {
+    unroll<K>([&](auto i) SIGPAK_LAMBDA {
+      cplx<P> a = even[i][column][0], b = odd[i][column][0];
+      if constexpr (parts > 1) a = a + even[i][column][1], b = b + odd[i][column][1];
       const cplx<P> low = times(inverse ? plus_i(a, b) : minus_i(a, b), factor, rest);
       const cplx<P> high = times(inverse ? minus_i(a, b) : plus_i(a, b), factor, rest);
-      T* const up = x + pitch * column + 2 * k;
+      T* const up = x + pitch * column + 2 * (k + W * i);
       store_points<P, false>(up, low);
-      T* const down = x + pitch * column + 2 * (p - k - W + 1);
+      T* const down = x + pitch * column + 2 * (plan.length - k - W * (i + 1) + 1);
       store(down, backwards(high_parts(high.re, high.im)));
       store(down + W, backwards(low_parts(high.re, high.im)));
     });
+  });
+}
+
+// The columns in place.
+template <class P, int A, bool inverse>
+void transform_columns(const direct_plan<typename P::scalar>& plan, typename P::scalar* x, index pitch) {
+  using T = typename P::scalar;
+  constexpr int W = P::width;
+  constexpr int most = A == 1 || sizeof(P) == 64 ? 2 : 1;  // vectors at a time that the registers hold
+  const index half = plan.length / 2;
+  const folded<T, A> in(x, plan.length, pitch);
+  unroll<A>([&](auto column) SIGPAK_LAMBDA {
+    for (int part = 0; part < 2; ++part) {
+      x[pitch * column + part] = in.total[column][part] * (inverse ? T(1) : plan.scale);
+    }
+  });
+  index k = 1;
+  for (; k + W * (most - 1) <= half; k += W * most) direct_results<P, A, most, inverse>(plan, in, k, x, pitch);
+  if constexpr (most > 1) {
+    if (k <= half) direct_results<P, A, 1, inverse>(plan, in, k, x, pitch);
   }
 }
 
 // Columns, their transforms, and the results in order.
-template <class P, int A>
-void transform_by_columns(const direct_plan<typename P::scalar>& plan, typename P::scalar* x, bool inverse) {
+template <class P, int A, bool inverse>
+void transform_by_columns(const direct_plan<typename P::scalar>& plan, typename P::scalar* x) {
   using T = typename P::scalar;
   using E = typename point_vector<T>::type;
   constexpr index pitch = 2 * kernels::most_direct_prime;
@@ -119,10 +133,10 @@ void transform_by_columns(const direct_plan<typename P::scalar>& plan, typename 
     });
     transform(a);
     unroll<A>([&](auto k1) SIGPAK_LAMBDA {
-      store_point(columns + pitch * (inverse ? (A - k1) % A : int(k1)) + 2 * n2, a[k1]);
+      store_point(columns + pitch * result_at<A, inverse>(k1) + 2 * n2, a[k1]);
     });
   }
-  transform_columns<P, A>(plan, columns, pitch, inverse);
+  transform_columns<P, A, inverse>(plan, columns, pitch);
   for (index k = 0, k1 = 0, k2 = 0; k < n; ++k) {
     store_point(x + 2 * k, load_point(columns + pitch * k1 + 2 * k2));
     k1 = k1 + 1 < A ? k1 + 1 : 0;
@@ -130,11 +144,15 @@ void transform_by_columns(const direct_plan<typename P::scalar>& plan, typename 
   }
 }
 
+template <class P, bool inverse>
+void run_direct(const direct_plan<typename P::scalar>& plan, typename P::scalar* x) {
+  if (plan.columns == 1) return transform_columns<P, 1, inverse>(plan, x, 0);
+  if (plan.columns == 2) return transform_by_columns<P, 2, inverse>(plan, x);
+  transform_by_columns<P, 3, inverse>(plan, x);
+}
 template <class P>
-void run_direct(const direct_plan<typename P::scalar>& plan, typename P::scalar* x, bool inverse) {
-  if (plan.columns == 1) return transform_columns<P, 1>(plan, x, 0, inverse);
-  if (plan.columns == 2) return transform_by_columns<P, 2>(plan, x, inverse);
-  transform_by_columns<P, 3>(plan, x, inverse);
+void run_direct_either(const direct_plan<typename P::scalar>& plan, typename P::scalar* x, bool inverse) {
+  inverse ? run_direct<P, true>(plan, x) : run_direct<P, false>(plan, x);
 }
 
 }  // namespace
