@@ -68,8 +68,7 @@ template <class T> algorithm cheapest_passes(index points) noexcept {
 
 namespace {
 
-template <class T>
-status run_directly(const kernels::direct_plan<T>* plan, T* x, bool inverse) noexcept {
+template <class T> status run_directly(const kernels::direct_plan<T>* plan, T* x, bool inverse) noexcept {
   if (plan == nullptr) return failed;
   at_level<kernels::chirp_kernels<T>>()->run_direct(*plan, x, inverse);
   return ok;

@@ -13,9 +13,9 @@ inline constexpr int most_direct_points = most_direct_columns * most_direct_prim
 // N = A p. The A-point transforms of the points n = p n1 + A n2 leave as many columns of p points n2, of
 // which k1 has the results k = k1 mod A (I. J. Good, as in wide/butterflies_composite.h).
 template <class T> struct direct_plan {
-  int length;   // p
-  int columns;  // A
-  T scale;      // of the forward transform
+  int length;    // p
+  int columns;   // A
+  T scale;       // of the forward transform
   T scale_rest;  // 1/N less the scale, above 0
   // By vectors of k from 1 on, and then by j, the cosines and sines of 2 pi j k / p. The k are in the lanes
   // in the order of point_at.

@@ -14,8 +14,28 @@ namespace {
 
 using kernels::direct_plan;
 
-// Sums and differences of the points j and p - j of A columns, `pitch` scalars from one to the next, and of
-// all their points.
+// The A-point transforms of the points n = p n1 + A n2, whose result k1 is point n2 of column k1.
+template <class T, int A, bool inverse> class direct_columns {
+ public:
+  using E = typename point_vector<T>::type;
+  SIGPAK_INLINE direct_columns(const T* x, index length) : x_(x), length_(length) {}
+
+  SIGPAK_INLINE void take(index n2, E (&out)[A]) const {
+    E a[A];
+    unroll<A>([&](auto n1) SIGPAK_LAMBDA {
+      const index n = A * n2 + length_ * n1;
+      a[n1] = load_point(x_ + 2 * (A == 1 || n < A * length_ ? n : n - A * length_));
+    });
+    transform(a);
+    unroll<A>([&](auto k1) SIGPAK_LAMBDA { out[k1] = a[result_at<A, inverse>(k1)]; });
+  }
+
+ private:
+  const T* x_;
+  index length_;
+};
+
+// Sums and differences of the points j and p - j of all columns, their first points, and the sums of all.
 template <class T, int A> struct folded {
   static constexpr int most = kernels::most_direct_prime / 2;
   T sum[most][A][2];
@@ -23,20 +43,21 @@ template <class T, int A> struct folded {
   T first[A][2];
   T total[A][2];
 
-  folded(const T* x, index length, index pitch) {
-    for (int column = 0; column < A; ++column, x += pitch) {
-      const auto x0 = load_point(x);
-      auto all = x0;
-      for (index j = 1; j <= length / 2; ++j) {
-        const auto a = load_point(x + 2 * j);
-        const auto b = load_point(x + 2 * (length - j));
-        store_point(sum[j - 1][column], a + b);
-        store_point(difference[j - 1][column], a - b);
-        all = all + (a + b);
-      }
-      store_point(first[column], x0);
-      store_point(total[column], all);
+  template <bool inverse> SIGPAK_INLINE folded(const direct_columns<T, A, inverse>& columns, index length) {
+    typename point_vector<T>::type low[A], high[A], all[A];
+    columns.take(0, all);
+    unroll<A>([&](auto k1) SIGPAK_LAMBDA { store_point(first[k1], all[k1]); });
+    for (index j = 1; j <= length / 2; ++j) {
+      columns.take(j, low);
+      columns.take(length - j, high);
+      unroll<A>([&](auto k1) SIGPAK_LAMBDA {
+        const auto both = low[k1] + high[k1];
+        store_point(sum[j - 1][k1], both);
+        store_point(difference[j - 1][k1], low[k1] - high[k1]);
+        all[k1] = all[k1] + both;
+      });
     }
+    unroll<A>([&](auto k1) SIGPAK_LAMBDA { store_point(total[k1], all[k1]); });
   }
 };
 
@@ -58,7 +79,9 @@ SIGPAK_INLINE void direct_results(const direct_plan<typename P::scalar>& plan,
   cplx<P> even[K][A][parts] = {};
   cplx<P> odd[K][A][parts] = {};
   unroll<K>([&](auto i) SIGPAK_LAMBDA {
-    unroll<A>([&](auto a) SIGPAK_LAMBDA { even[i][a][0] = {splat<P>(in.first[a][0]), splat<P>(in.first[a][1])}; });
+    unroll<A>([&](auto a) SIGPAK_LAMBDA {
+      even[i][a][0] = {splat<P>(in.first[a][0]), splat<P>(in.first[a][1])};
+    });
   });
   const auto add = [&](index j, auto part) SIGPAK_LAMBDA {
     P c[K], s[K];
@@ -96,57 +119,49 @@ SIGPAK_INLINE void direct_results(const direct_plan<typename P::scalar>& plan,
   });
 }
 
-// The columns in place.
+// The results of the columns, `pitch` scalars from one to the next, which may be where the data are.
 template <class P, int A, bool inverse>
-void transform_columns(const direct_plan<typename P::scalar>& plan, typename P::scalar* x, index pitch) {
+SIGPAK_INLINE void transform_columns(const direct_plan<typename P::scalar>& plan, const typename P::scalar* x,
+                                     typename P::scalar* out, index pitch) {
   using T = typename P::scalar;
   constexpr int W = P::width;
   constexpr int most = A == 1 || sizeof(P) == 64 ? 2 : 1;  // vectors at a time that the registers hold
   const index half = plan.length / 2;
-  const folded<T, A> in(x, plan.length, pitch);
+  const folded<T, A> in(direct_columns<T, A, inverse>(x, plan.length), plan.length);
   unroll<A>([&](auto column) SIGPAK_LAMBDA {
     for (int part = 0; part < 2; ++part) {
-      x[pitch * column + part] = in.total[column][part] * (inverse ? T(1) : plan.scale);
+      out[pitch * column + part] = in.total[column][part] * (inverse ? T(1) : plan.scale);
     }
   });
   index k = 1;
-  for (; k + W * (most - 1) <= half; k += W * most) direct_results<P, A, most, inverse>(plan, in, k, x, pitch);
+  for (; k + W * (most - 1) <= half; k += W * most)
+    direct_results<P, A, most, inverse>(plan, in, k, out, pitch);
   if constexpr (most > 1) {
-    if (k <= half) direct_results<P, A, 1, inverse>(plan, in, k, x, pitch);
+    if (k <= half) direct_results<P, A, 1, inverse>(plan, in, k, out, pitch);
   }
 }
 
-// Columns, their transforms, and the results in order.
+// The same, and the results k = k1 mod A = k2 mod p in order.
 template <class P, int A, bool inverse>
 void transform_by_columns(const direct_plan<typename P::scalar>& plan, typename P::scalar* x) {
   using T = typename P::scalar;
-  using E = typename point_vector<T>::type;
   constexpr index pitch = 2 * kernels::most_direct_prime;
-  alignas(64) T columns[A * pitch];
+  alignas(machine::line_bytes) T columns[A * pitch];
+  transform_columns<P, A, inverse>(plan, x, columns, pitch);
   const index p = plan.length;
-  const index n = A * p;
-  for (index n2 = 0, start = 0; n2 < p; ++n2, start += A) {
-    E a[A];
-    unroll<A>([&](auto n1) SIGPAK_LAMBDA {
-      const index at = start + p * n1;
-      a[n1] = load_point(x + 2 * (at < n ? at : at - n));
+  const T* of[2 * A];
+  for (index i = 0; i < 2 * A; ++i) of[i] = columns + pitch * (i % A);
+  for (index k2 = 0, k1 = 0; k2 < p; ++k2, k1 = k1 + 1 < A ? k1 + 1 : 0) {
+    unroll<A>([&](auto i) SIGPAK_LAMBDA {
+      const index k = k2 + p * i;
+      store_point(x + 2 * k, load_point(of[k1 + i * p % A] + 2 * k2));
     });
-    transform(a);
-    unroll<A>([&](auto k1) SIGPAK_LAMBDA {
-      store_point(columns + pitch * result_at<A, inverse>(k1) + 2 * n2, a[k1]);
-    });
-  }
-  transform_columns<P, A, inverse>(plan, columns, pitch);
-  for (index k = 0, k1 = 0, k2 = 0; k < n; ++k) {
-    store_point(x + 2 * k, load_point(columns + pitch * k1 + 2 * k2));
-    k1 = k1 + 1 < A ? k1 + 1 : 0;
-    k2 = k2 + 1 < p ? k2 + 1 : 0;
   }
 }
 
 template <class P, bool inverse>
 void run_direct(const direct_plan<typename P::scalar>& plan, typename P::scalar* x) {
-  if (plan.columns == 1) return transform_columns<P, 1, inverse>(plan, x, 0);
+  if (plan.columns == 1) return transform_columns<P, 1, inverse>(plan, x, x, 0);
   if (plan.columns == 2) return transform_by_columns<P, 2, inverse>(plan, x);
   transform_by_columns<P, 3, inverse>(plan, x);
 }

@@ -20,7 +20,8 @@ template <bool inverse, class P> SIGPAK_INLINE P turned_forth_or_back(P a, P c, 
 
 // Calls body(constant<V>, first, at) for pairs of groups of C points, and for one that is left: the points
 // from `first` on, `at` those of the last vector. A last group overlaps the one before.
-template <int C, class Body> SIGPAK_INLINE void with_groups(index from, index to, index points, const Body& body) {
+template <int C, class Body>
+SIGPAK_INLINE void with_groups(index from, index to, index points, const Body& body) {
   const auto start = [=](index group) { return group < points - C ? group : points - C; };
   for (; to - from > C; from += 2 * C) body(constant<2>{}, start(from), start(from + C));
   if (from < to) body(constant<1>{}, start(from), start(from));
@@ -28,7 +29,8 @@ template <int C, class Body> SIGPAK_INLINE void with_groups(index from, index to
 
 // Rows of points to rows of `stride` scalars, which end with the last repeated up to whole vectors.
 template <class P, int V>
-SIGPAK_INLINE void store_rows_transposed(P (*y)[V], index rows, int v, typename P::scalar* out, index stride) {
+SIGPAK_INLINE void store_rows_transposed(P (*y)[V], index rows, int v, typename P::scalar* out,
+                                         index stride) {
   constexpr int C = P::width / 2;
   for (index row = 0; row < rows; row += C) {
     P square[C];
@@ -47,7 +49,8 @@ void prime_columns(const product_plan<typename P::scalar>& plan, index from, ind
   with_groups<C>(from, to, plan.rows, [&](auto count, index first, index last) {
     constexpr int V = count;
     P y[kernels::most_prime][V];
-    prime_transform<P, V>(plan.terms[0], p, {x + 2 * first, 2 * plan.rows, 2 * (last - first)}, inverse, one, y);
+    prime_transform<P, V>(plan.terms[0], p, {x + 2 * first, 2 * plan.rows, 2 * (last - first)}, inverse, one,
+                          y);
     for (int v = 0; v < V; ++v) {
       for (index k = 1; k < p; ++k, w += P::width) {
         const P t = load<P>(w);
