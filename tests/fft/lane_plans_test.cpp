@@ -209,8 +209,8 @@ TYPED_TEST(WideFft, EveryMachineTransformsRealDataAndSmoothLengths) {
 std::vector<index> smooth_lengths() {
   std::vector<index> lengths;
   for (index n = 1; n <= 600; ++n) lengths.push_back(n);
-  for (const index n : {1000, 1001, 1155, 1331, 2197, 2744, 3375, 4095, 4116, 6006, 8000, 9375, 10000, 14641,
-                        15625, 19683, 32768, 100000}) {
+  for (const index n : {1000,  1001, 1155, 1331, 2032,  2197,  2744,  3375,  4095,  4116,  4913,
+                        6006,  8000, 9375, 9976, 10000, 14641, 15625, 19683, 32768, 83521, 100000}) {
     lengths.push_back(n);
   }
   return lengths;
@@ -221,6 +221,7 @@ bool is_smooth(algorithm chosen) {
          chosen == algorithm::mixed;
 }
 
+// Prime factors up to 127 are small.
 TYPED_TEST(WideFft, LengthsWithSmallPrimeFactors) {
   using V = TypeParam;
   using T = scalar<V>;
@@ -372,7 +373,7 @@ TYPED_TEST(WideFft, PlansOfTheLastLengthsStay) {
 
 TYPED_TEST(WideFft, LengthsWithLargePrimeFactorsAreLeftAlone) {
   using T = scalar<TypeParam>;
-  for (const index n : {0, 1, 17, 101, 289, 1003, 4099, 65537})
+  for (const index n : {0, 1, 17, 101, 404, 1048, 4099, 17161, 65537})
     EXPECT_FALSE(is_smooth(algorithm_for<T>(n))) << n;
 }
 
