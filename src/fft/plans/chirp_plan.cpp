@@ -320,7 +320,7 @@ template <class T> chirp_plan<T> lay_out(index points) noexcept {
 
 // Cycles of one unit of the cost of circles, with vectors of 512 bits and of 256; and what two rounds, which
 // leave the second cache, take longer.
-template <class T> constexpr double wide_cycles = sizeof(T) == sizeof(double) ? 2.2 : 2.7;
+template <class T> constexpr double wide_cycles = sizeof(T) == sizeof(double) ? 2.05 : 2.3;
 template <class T> constexpr double narrow_cycles = sizeof(T) == sizeof(double) ? 1.5 : 1.8;
 constexpr double round_cost = 1.4;
 
