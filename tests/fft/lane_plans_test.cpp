@@ -209,8 +209,8 @@ TYPED_TEST(WideFft, EveryMachineTransformsRealDataAndSmoothLengths) {
 std::vector<index> smooth_lengths() {
   std::vector<index> lengths;
   for (index n = 1; n <= 600; ++n) lengths.push_back(n);
-  for (const index n : {1000,  1001, 1155, 1331, 2032,  2197,  2744,  3375,  4095,  4116,  4913,
-                        6006,  8000, 9375, 9976, 10000, 14641, 15625, 19683, 32768, 83521, 100000}) {
+  for (const index n : {1000, 1001, 1155, 1331, 2032,  2197,  2744,  3375,  4095,  4116,  4913,
+                        6006, 8000, 9375, 9976, 10000, 14641, 15625, 19683, 32768, 83521, 100000}) {
     lengths.push_back(n);
   }
   return lengths;

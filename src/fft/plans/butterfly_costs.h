@@ -47,7 +47,7 @@ inline constexpr radix_costs butterfly_costs[] = {
 // Of long primes p: (p - 1)^2 / 2 fused products, which take half a cycle of 512 bits each, and their points.
 constexpr butterfly_cost prime_cost(double p, bool wide) noexcept {
   const double sums = (wide ? 0.25 : 0.18) * (p - 1) * (p - 1);
-  return {sums + 8 * p, sums + 4 * p, sums + 5 * p};
+  return {sums + 12 * p, sums + 4 * p, sums + 5 * p};
 }
 
 // By radix; all 0 where a number is none.

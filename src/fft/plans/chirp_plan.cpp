@@ -154,8 +154,8 @@ double balance(index all_points) noexcept {
 }
 
 // What rounded constants add to the length of the results of a butterfly: the mean of their errors in its
-// matrix. Of eights that of the root of one half, which a quarter of all products take; other radices stand on
-// the transform of their odd part.
+// matrix. Of eights that of the root of one half, which a quarter of all products take; other radices stand
+// on the transform of their odd part.
 constexpr long double lengthening(int radix) noexcept {
   if (radix == 8) {
     constexpr long double root = sine_of(1, 8);
@@ -172,8 +172,8 @@ constexpr long double lengthening(int radix) noexcept {
 }
 
 // What results of forward and inverse transforms have too much on average, as those errors are the same at
-// every point and add up: of three transforms, as the filter is the result of one, and of the scale. In single
-// precision the filter makes nothing longer, and there is little to gain.
+// every point and add up: of three transforms, as the filter is the result of one, and of the scale. In
+// single precision the filter makes nothing longer, and there is little to gain.
 long double excess(const chirp_plan<double>& plan) noexcept {
   long double sum = 0;
   for (int pass = 0; pass < plan.passes; ++pass) sum += 3 * lengthening(plan.radix[pass]);
