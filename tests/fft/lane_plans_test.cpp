@@ -217,8 +217,8 @@ std::vector<index> smooth_lengths() {
 }
 
 bool is_smooth(algorithm chosen) {
-  return chosen == algorithm::coprime || chosen == algorithm::product || chosen == algorithm::square ||
-         chosen == algorithm::mixed;
+  return chosen == algorithm::coprime || chosen == algorithm::direct || chosen == algorithm::product ||
+         chosen == algorithm::square || chosen == algorithm::mixed;
 }
 
 // Prime factors up to 127 are small.
@@ -235,7 +235,8 @@ TYPED_TEST(WideFft, LengthsWithSmallPrimeFactors) {
       const auto got = wide<V>(in, inverse, 1);
       if (!watched()) {
         const auto wanted = exact_transform(exact_points<V>(signal<V>(in, true)), inverse);
-        EXPECT_LT(transform_error<V>(signal<V>(got, true), wanted, n), error_limit) << n << " " << inverse;
+        const double limit = chosen == algorithm::direct ? 1.5 : error_limit;  // long sums
+        EXPECT_LT(transform_error<V>(signal<V>(got, true), wanted, n), limit) << n << " " << inverse;
       }
       if (n < 500) continue;
       ASSERT_EQ(TWIN(_free_internal)(), 0);
@@ -282,7 +283,7 @@ TYPED_TEST(WideFft, ScalesToTheLastDigit) {
   using V = TypeParam;
   using T = scalar<V>;
   std::vector<index> lengths = {3, 6, 9, 12};
-  if constexpr (sizeof(T) == sizeof(float)) lengths = {3, 12, 30, 35, 120, 125, 1000, 2000};
+  if constexpr (sizeof(T) == sizeof(float)) lengths = {3, 12, 17, 30, 34, 35, 51, 120, 125, 272, 1000, 2000};
   for (const index n : lengths) {
     if (!is_smooth(algorithm_for<T>(n))) continue;
     for (const T height : noise<V>(32)) {
@@ -373,7 +374,7 @@ TYPED_TEST(WideFft, PlansOfTheLastLengthsStay) {
 
 TYPED_TEST(WideFft, LengthsWithLargePrimeFactorsAreLeftAlone) {
   using T = scalar<TypeParam>;
-  for (const index n : {0, 1, 17, 101, 404, 1048, 4099, 17161, 65537})
+  for (const index n : {0, 1, 131, 404, 1048, 4099, 17161, 65537})
     EXPECT_FALSE(is_smooth(algorithm_for<T>(n))) << n;
 }
 

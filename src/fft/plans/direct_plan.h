@@ -6,7 +6,7 @@
 
 namespace sigpak::kernels {
 
-inline constexpr int most_direct_prime = 103;
+inline constexpr int most_direct_prime = 101;
 inline constexpr int most_direct_columns = 3;
 inline constexpr int most_direct_points = most_direct_columns * most_direct_prime;
 

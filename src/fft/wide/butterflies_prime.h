@@ -17,11 +17,13 @@ template <class T> struct point_rows {
   index apart;
 };
 
-// Sums and differences of the points k and p - k.
+// Sums and differences of the points k and p - k, side by side: in places of their own they would be 4 KiB
+// apart, so that loads of one wait for stores of the other.
 template <class P, int V> struct folded_points {
   P first[V];
-  P sum[kernels::most_prime / 2][V];
-  P difference[kernels::most_prime / 2][V];
+  struct {
+    P sum[V], difference[V];
+  } pairs[kernels::most_prime / 2];
 };
 
 // The inverse transform takes the points in the opposite order. The sum of all points comes back.
@@ -36,9 +38,9 @@ SIGPAK_INLINE void fold(const point_rows<typename P::scalar>& from, index p, boo
     unroll<V>([&](auto v) SIGPAK_LAMBDA {
       const P a = load<P>(low + from.apart * v);
       const P b = load<P>(high + from.apart * v);
-      out.sum[k][v] = a + b;
-      out.difference[k][v] = a - b;
-      total[v] = total[v] + out.sum[k][v];
+      out.pairs[k].sum[v] = a + b;
+      out.pairs[k].difference[v] = a - b;
+      total[v] = total[v] + out.pairs[k].sum[v];
     });
   }
 }
@@ -57,12 +59,12 @@ SIGPAK_INLINE void prime_sums(const folded_points<P, V>& in, index pairs, const 
   });
   for (index k = 0; k < pairs; ++k, w += 2 * pairs) {
     P t[V], u[V];
-    unroll<V>([&](auto v) SIGPAK_LAMBDA { t[v] = in.sum[k][v]; });
+    unroll<V>([&](auto v) SIGPAK_LAMBDA { t[v] = in.pairs[k].sum[v]; });
     unroll<J>([&](auto j) SIGPAK_LAMBDA {
       const P c = splat<P>(w[2 * j]);
       unroll<V>([&](auto v) SIGPAK_LAMBDA { a[j][v] = fma(c, t[v], a[j][v]); });
     });
-    unroll<V>([&](auto v) SIGPAK_LAMBDA { u[v] = in.difference[k][v]; });
+    unroll<V>([&](auto v) SIGPAK_LAMBDA { u[v] = in.pairs[k].difference[v]; });
     unroll<J>([&](auto j) SIGPAK_LAMBDA {
       const P s = splat<P>(w[2 * j + 1]);
       unroll<V>([&](auto v) SIGPAK_LAMBDA { b[j][v] = fma(s, u[v], b[j][v]); });

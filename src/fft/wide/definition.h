@@ -7,6 +7,7 @@
 
 #include "fft/plans/direct_plan.h"
 #include "fft/wide/butterflies_odd.h"
+#include "fft/wide/exact_scale.h"
 #include "fft/wide/passes.h"
 
 namespace sigpak::SIGPAK_LEVEL {
@@ -61,60 +62,65 @@ template <class T, int A> struct folded {
   }
 };
 
-template <class P> SIGPAK_INLINE cplx<P> times(cplx<P> a, P factor, P rest) {
-  return {fma(a.re, factor, a.re * rest), fma(a.im, factor, a.im * rest)};
-}
-
-// K vectors of results of each column, from k on, and as many from p - k downwards, times the factors.
-template <class P, int A, int K, bool inverse>
-SIGPAK_INLINE void direct_results(const direct_plan<typename P::scalar>& plan,
-                                  const folded<typename P::scalar, A>& in, index k, typename P::scalar* x,
-                                  index pitch) {
-  using T = typename P::scalar;
-  constexpr int W = P::width;
-  // Of few sums two parts each, for half the latency and fewer roundings in a row.
-  constexpr int parts = 4 * A * K < 8 ? 2 : 1;
+// The cosine and sine sums of K vectors of results of each column, from k on.
+template <class P, int A, int K>
+SIGPAK_INLINE void direct_sums(const direct_plan<typename P::scalar>& plan,
+                               const folded<typename P::scalar, A>& in, index k, cplx<P> (&even)[K][A],
+                               cplx<P> (&odd)[K][A]) {
+  // Where the registers hold them two parts of each sum, for half the latency and fewer roundings in a row.
+  constexpr int parts = A == 1 && (K == 1 || sizeof(P) == 64) ? 2 : 1;
   const index half = plan.length / 2;
-  const T* table = plan.table + 2 * half * (k - 1);
-  cplx<P> even[K][A][parts] = {};
-  cplx<P> odd[K][A][parts] = {};
-  unroll<K>([&](auto i) SIGPAK_LAMBDA {
-    unroll<A>([&](auto a) SIGPAK_LAMBDA {
-      even[i][a][0] = {splat<P>(in.first[a][0]), splat<P>(in.first[a][1])};
-    });
+  const index row = 2 * P::width * half;
+  const auto* table = plan.table + 2 * half * (k - 1);
+  cplx<P> a[parts][K][A] = {};
+  cplx<P> b[parts][K][A] = {};
+  const auto each = [](const auto& body) SIGPAK_LAMBDA {
+    unroll<K * A>([&](auto i) SIGPAK_LAMBDA { body(constant<i / A>{}, constant<i % A>{}); });
+  };
+  each([&](auto i, auto column) SIGPAK_LAMBDA {
+    a[0][i][column] = {splat<P>(in.first[column][0]), splat<P>(in.first[column][1])};
   });
   const auto add = [&](index j, auto part) SIGPAK_LAMBDA {
-    P c[K], s[K];
-    unroll<K>([&](auto i) SIGPAK_LAMBDA {
-      c[i] = load<P>(table + 2 * W * half * i);
-      s[i] = load<P>(table + 2 * W * half * i + W);
-    });
-    table += 2 * W;
-    unroll<A>([&](auto a) SIGPAK_LAMBDA {
-      const cplx<P> sum = {splat<P>(in.sum[j][a][0]), splat<P>(in.sum[j][a][1])};
-      const cplx<P> difference = {splat<P>(in.difference[j][a][0]), splat<P>(in.difference[j][a][1])};
+    unroll<A>([&](auto column) SIGPAK_LAMBDA {
+      const cplx<P> sum = {splat<P>(in.sum[j][column][0]), splat<P>(in.sum[j][column][1])};
+      const cplx<P> difference = {splat<P>(in.difference[j][column][0]),
+                                  splat<P>(in.difference[j][column][1])};
       unroll<K>([&](auto i) SIGPAK_LAMBDA {
-        even[i][a][part] = fma(c[i], sum, even[i][a][part]);
-        odd[i][a][part] = fma(s[i], difference, odd[i][a][part]);
+        a[part][i][column] = fma(load<P>(table + row * i), sum, a[part][i][column]);
+        b[part][i][column] = fma(load<P>(table + row * i + P::width), difference, b[part][i][column]);
       });
     });
+    table += 2 * P::width;
   };
   index j = 0;
   for (; j + parts <= half; j += parts) unroll<parts>([&](auto part) SIGPAK_LAMBDA { add(j + part, part); });
   if (j < half) add(j, constant<0>{});
-  const P factor = splat<P>(inverse ? T(1) : plan.scale);
-  const P rest = splat<P>(inverse ? T(0x1p-60) : plan.scale_rest);
+  each([&](auto i, auto column) SIGPAK_LAMBDA {
+    even[i][column] = parts > 1 ? a[0][i][column] + a[parts - 1][i][column] : a[0][i][column];
+    odd[i][column] = parts > 1 ? b[0][i][column] + b[parts - 1][i][column] : b[0][i][column];
+  });
+}
+
+// Those results of each column, and as many from p - k downwards.
+template <class P, int A, int K, bool inverse>
+SIGPAK_INLINE void direct_results(const direct_plan<typename P::scalar>& plan,
+                                  const folded<typename P::scalar, A>& in, index k, typename P::scalar* x,
+                                  index pitch) {
+  constexpr int W = P::width;
+  const exact_scale<P> scale(plan, inverse);
+  cplx<P> even[K][A], odd[K][A];
+  direct_sums(plan, in, k, even, odd);
   unroll<A>([&](auto column) SIGPAK_LAMBDA {
     unroll<K>([&](auto i) SIGPAK_LAMBDA {
-      cplx<P> a = even[i][column][0], b = odd[i][column][0];
-      if constexpr (parts > 1) a = a + even[i][column][1], b = b + odd[i][column][1];
-      const cplx<P> low = times(inverse ? plus_i(a, b) : minus_i(a, b), factor, rest);
-      const cplx<P> high = times(inverse ? minus_i(a, b) : plus_i(a, b), factor, rest);
-      T* const up = x + pitch * column + 2 * (k + W * i);
-      store_points<P, false>(up, low);
-      T* const down = x + pitch * column + 2 * (plan.length - k - W * (i + 1) + 1);
-      store(down, backwards(high_parts(high.re, high.im)));
-      store(down + W, backwards(low_parts(high.re, high.im)));
+      const cplx<P> plus = plus_i(even[i][column], odd[i][column]);
+      const cplx<P> minus = minus_i(even[i][column], odd[i][column]);
+      const cplx<P> low = inverse ? plus : minus;
+      const cplx<P> high = inverse ? minus : plus;
+      auto* const up = x + pitch * column + 2 * (k + W * i);
+      store_points<P, false>(up, {scale(low.re), scale(low.im)});
+      auto* const down = x + pitch * column + 2 * (plan.length - k - W * (i + 1) + 1);
+      store(down, backwards(high_parts(scale(high.re), scale(high.im))));
+      store(down + W, backwards(low_parts(scale(high.re), scale(high.im))));
     });
   });
 }
@@ -128,11 +134,9 @@ SIGPAK_INLINE void transform_columns(const direct_plan<typename P::scalar>& plan
   constexpr int most = A == 1 || sizeof(P) == 64 ? 2 : 1;  // vectors at a time that the registers hold
   const index half = plan.length / 2;
   const folded<T, A> in(direct_columns<T, A, inverse>(x, plan.length), plan.length);
-  unroll<A>([&](auto column) SIGPAK_LAMBDA {
-    for (int part = 0; part < 2; ++part) {
-      out[pitch * column + part] = in.total[column][part] * (inverse ? T(1) : plan.scale);
-    }
-  });
+  const exact_scale<typename point_vector<T>::type> scale(plan, inverse);
+  unroll<A>([&](auto column)
+                SIGPAK_LAMBDA { store_point(out + pitch * column, scale(load_point(in.total[column]))); });
   index k = 1;
   for (; k + W * (most - 1) <= half; k += W * most)
     direct_results<P, A, most, inverse>(plan, in, k, out, pitch);

@@ -6,6 +6,7 @@
 #include "fft/plans/product_plan.h"
 #include "fft/wide/butterflies_composite.h"
 #include "fft/wide/butterflies_prime.h"
+#include "fft/wide/exact_scale.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
@@ -101,19 +102,19 @@ void prime_results(const product_plan<typename P::scalar>& plan, index row, inde
   const index p = plan.radix[pass];
   const index a_points = plan.radix[0];
   const index out_step = 2 * a_points * (plan.rows / p);
-  const P factor = splat<P>(inverse ? T(1) : plan.scale);
-  [[maybe_unused]] const P rest = splat<P>(inverse ? T(0x1p-60) : plan.scale_rest);
+  const exact_scale<P> scale(plan, inverse);
   for (index at = row; at < row + rows; at += p) {
     T* const out = x + 2 * a_points * static_cast<index>(plan.order[at / p]);
     with_groups<C>(0, a_points, a_points, [&](auto vectors, index first, index last) {
       constexpr int V = vectors;
       P y[kernels::most_prime][V];
       const point_rows<T> from = {s + 2 * (plan.stride * at + first), 2 * plan.stride, 2 * (last - first)};
-      prime_transform<P, V>(plan.terms[pass], p, from, inverse, is_single<T> ? splat<P>(1) : factor, y);
+      prime_transform<P, V>(plan.terms[pass], p, from, inverse, is_single<T> ? splat<P>(1) : scale.nearest,
+                            y);
       T* to = out + 2 * first;
       for (index k = 0; k < p; ++k, to += out_step) {
         unroll<V>([&](auto v) SIGPAK_LAMBDA {
-          if constexpr (is_single<T>) y[k][v] = fma(y[k][v], factor, y[k][v] * rest);
+          if constexpr (is_single<T>) y[k][v] = scale(y[k][v]);
           store(to + from.apart * v, y[k][v]);
         });
       }

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "fft/plans/product_plan.h"
+#include "fft/wide/exact_scale.h"
 #include "fft/wide/passes.h"
 #include "fft/wide/product_primes.h"
 
@@ -95,9 +96,7 @@ void product_results(const product_plan<typename P::scalar>& plan, index row, in
   const index a_points = plan.radix[0];
   const index out_step = 2 * a_points * (plan.rows / R);
   const index in_step = inverse ? -2 * plan.stride : 2 * plan.stride;
-  const P factor = splat<P>(inverse ? T(1) : plan.scale);
-  // Above 0, so that sums beyond the range stay infinite; that of the inverse is rounded away.
-  [[maybe_unused]] const P rest = splat<P>(inverse ? T(0x1p-60) : plan.scale_rest);
+  const exact_scale<P> scale(plan, inverse);
   const std::uint32_t* order = plan.order + row / R;
   s += 2 * plan.stride * row;
   for (const T* const end = s + 2 * plan.stride * rows; s != end; s += 2 * plan.stride * R) {
@@ -110,9 +109,9 @@ void product_results(const product_plan<typename P::scalar>& plan, index row, in
       unroll<R - 1>([&](auto i) SIGPAK_LAMBDA { a[i + 1] = load<P>(others + 2 * k1 + (i + 1) * in_step); });
       if constexpr (is_single<T>) {
         transform(a);
-        unroll<R>([&](auto k) SIGPAK_LAMBDA { a[k] = fma(a[k], factor, a[k] * rest); });
+        unroll<R>([&](auto k) SIGPAK_LAMBDA { a[k] = scale(a[k]); });
       } else {
-        transform(a, factor);
+        transform(a, scale.nearest);
       }
       unroll<R>([&](auto k) SIGPAK_LAMBDA { store(out + 2 * k1 + k * out_step, a[k]); });
     }
