@@ -22,10 +22,9 @@ template <class T> struct direct_plan {
   T* table;
 };
 
+// Whether a length is one of those. The plan of the current level, which stays until the release: the one
+// that is there already; a new one. Null where there is none yet, and on failure.
 bool has_direct_plan(std::int64_t points) noexcept;
-
-// The plan of the current level, which stays until the release: the one that is there already; a new one.
-// Null where there is none yet, and on failure.
 template <class T> const direct_plan<T>* find_direct_plan(std::int64_t points) noexcept;
 template <class T> const direct_plan<T>* make_direct_plan(std::int64_t points) noexcept;
 template <class T> void release_direct_plans() noexcept;

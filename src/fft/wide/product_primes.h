@@ -62,23 +62,22 @@ void prime_columns(const product_plan<typename P::scalar>& plan, index from, ind
   });
 }
 
-template <class P, bool inverse, bool in_place>
-void prime_block(const product_plan<typename P::scalar>& plan, int pass, const typename P::scalar* from,
+// In place alone, as lengths in squares have no such factors.
+template <class P, bool inverse>
+void prime_block(const product_plan<typename P::scalar>& plan, int pass, const typename P::scalar*,
                  typename P::scalar* row) {
   constexpr int C = P::width / 2;
   const index p = plan.radix[pass];
   const index count = plan.block[pass] / p;
   const index step = 2 * plan.stride * count;
-  const index in_step = in_place ? step : 2 * plan.radix[0] * count;
   const index row_points = (plan.radix[0] + C - 1) / C * C;
   const P one = splat<P>(1);
   const auto* w = plan.turns[pass];
   for (index i = 0; i < count; ++i, w += 2 * (p - 1), row += 2 * plan.stride) {
-    const auto* const in = in_place ? row : from + 2 * plan.radix[0] * i;
     with_groups<C>(0, row_points, row_points, [&](auto vectors, index first, index) {
       constexpr int V = vectors;
       P y[kernels::most_prime][V];
-      prime_transform<P, V>(plan.terms[pass], p, {in + 2 * first, in_step, P::width}, inverse, one, y);
+      prime_transform<P, V>(plan.terms[pass], p, {row + 2 * first, step, P::width}, inverse, one, y);
       auto* to = row + 2 * first;
       unroll<V>([&](auto v) SIGPAK_LAMBDA { store(to + P::width * v, y[0][v]); });
       for (index k = 1; k < p; ++k) {

@@ -133,7 +133,7 @@ template <class P> struct product_table {
     for (const int p : {17, 19, 23}) by_radix[p] = of_prime;
   }
   static constexpr product_passes<P> of_prime = {{prime_columns<P, false>, prime_columns<P, true>},
-                                                 {prime_block<P, false, true>, prime_block<P, true, true>},
+                                                 {prime_block<P, false>, prime_block<P, true>},
                                                  prime_results<P>};
 
  private:
