@@ -1001,10 +1001,10 @@ SIGPAK_API int32_t dspi_irfft (dsp_vec  *v);
 SIGPAK_API int32_t dspfi_irfft(dspf_vec *v);
 
 /* dspi_fft for every length. Where N is not a power of two: if vectors are wide, by columns and rows (Cooley, Tukey
-   1965) when its prime factors, 13 at most, suit them, and by the definition when it is odd and at most 61, in single
-   precision 37; otherwise by Bluestein's chirp transform (1970), whose sums reach 4 N^2 times the data. Tables of
-   the last lengths are kept, up to 64 MiB beside the largest, at the baseline those of the last one; for every call
-   at the same time.
+   1965) when its prime factors, 127 at most, suit them, and by the definition when it is a prime from 17 to 101, twice
+   or three times one; otherwise by Bluestein's chirp transform (1970), whose sums reach 4 N^2 times the data. Tables
+   of the last lengths are kept, up to 64 MiB beside the largest, at the baseline those of the last one; for every
+   call at the same time.
    v  real or complex; complex afterwards when N is at least 2. A lent record may end in storage of the library's own
    delta becomes 1 / (N * delta), with N = 1 for an empty record; H when it was 0, or NaN and N no power of two
    above 1. Relative error in the Euclidean norm at most 4 u sqrt(log2 N). */

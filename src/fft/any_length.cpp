@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "core/power_of_two.h"
+#include "fft/plans/radices.h"
 #include "fft/wide/kernels.h"
 #include "fft/workshop.h"
 #include "vectors/levels.h"
@@ -42,6 +43,9 @@ template <class T> bool has_short_factors(index points) noexcept {
          (kernels::has_product_plan<T>(points) || kernels::has_mixed_plan<T>(points, level->widest_lanes));
 }
 
+// The chirp, whose errors are larger, is to be faster than products by so much.
+constexpr double chirp_gain = 1.13;
+
 // Of the plans of small prime factors the cheapest. Where data and scratch memory stay in the second cache
 // nothing is gained in place.
 template <class T> algorithm cheapest_passes(index points) noexcept {
@@ -56,6 +60,8 @@ template <class T> algorithm cheapest_passes(index points) noexcept {
     best = way;
   };
   if (product) consider(algorithm::product, kernels::product_cost<T>(points));
+  if (!kernels::is_smooth(points, kernels::most_short_prime))
+    consider(algorithm::chirp, chirp_gain * kernels::chirp_cost<T>(points));
   if (kernels::has_mixed_plan<T>(points, lanes))
     consider(algorithm::mixed, kernels::mixed_cost<T>(points, lanes));
   if (!product && kernels::has_square_plan<T>(points))
@@ -63,7 +69,16 @@ template <class T> algorithm cheapest_passes(index points) noexcept {
   return best;
 }
 
-template <class T> status transform_any(T* x, index points, bool inverse) noexcept {
+namespace {
+
+template <class T> status run_directly(const kernels::direct_plan<T>* plan, T* x, bool inverse) noexcept {
+  if (plan == nullptr) return failed;
+  at_level<kernels::chirp_kernels<T>>()->run_direct(*plan, x, inverse);
+  return ok;
+}
+
+// By one of the plans of which the last ones are kept, or by a new one.
+template <class T> [[gnu::noinline]] status transform_listed(T* x, index points, bool inverse) noexcept {
   own_plans<T>();
   const int widest = at_level<kernels::fft_kernels<T>>()->widest_lanes;
   const loan<workshop<T>> shop(workshops<T>, bytes_of<T>(points));
@@ -80,8 +95,13 @@ template <class T> status transform_any(T* x, index points, bool inverse) noexce
     return run_kept(plan, *shop, x, inverse);
   }
   switch (algorithm_for<T>(points)) {
+    case algorithm::direct:
+      return run_directly(kernels::make_direct_plan<T>(points), x, inverse);
     case algorithm::product:
-      return run_kept(kernels::make_product_plan<T>(shop->plans, points), *shop, x, inverse);
+      return run_kept(points <= kernels::most_short_product
+                          ? kernels::make_short_product_plan<T>(points)
+                          : kernels::make_product_plan<T>(shop->plans, points),
+                      *shop, x, inverse);
     case algorithm::square:
       return run_kept(kernels::make_square_plan<T>(shop->plans, points), *shop, x, inverse);
     case algorithm::mixed:
@@ -89,6 +109,27 @@ template <class T> status transform_any(T* x, index points, bool inverse) noexce
     default:
       return run_kept(kernels::make_chirp_plan(shop->plans, shop->scratch, points), *shop, x, inverse);
   }
+}
+
+}  // namespace
+
+// The plans of short lengths are met first; all others are looked up in one list, without finding out first
+// which kind a length is.
+template <class T> status transform_any(T* x, index points, bool inverse) noexcept {
+  if (points <= kernels::most_short_product) {
+    const auto* const plan = kernels::find_short_product_plan<T>(points);
+    if (plan != nullptr) {
+      return with_scratch(workshops<T>, kernels::scratch_of(*plan), x, [=](T* scratch) {
+        run(*plan, x, scratch, inverse);
+        return ok;
+      });
+    }
+  }
+  if (points <= kernels::most_direct_points) {
+    const auto* const plan = kernels::find_direct_plan<T>(points);
+    if (plan != nullptr) return run_directly(plan, x, inverse);
+  }
+  return transform_listed(x, points, inverse);
 }
 
 template bool has_short_factors<double>(index) noexcept;

@@ -22,7 +22,7 @@ template <class T> void own_plans() noexcept {
     kernels::release_real_plans<T>();
     kernels::release_half_plans<T>();
     kernels::release_short_product_plans<T>();
-    kernels::release_direct_tables<T>();
+    kernels::release_direct_plans<T>();
     return workshops<T>.release();
   });
 }
@@ -138,30 +138,6 @@ template <class T> const fft_kernels<T>* level_apart(index points) noexcept {
   return planned ? at_level<fft_kernels<T>>() : nullptr;
 }
 
-template <class T> const kernels::product_plan<T>* short_product_plan(index points) noexcept {
-  return points <= kernels::most_short_product ? kernels::find_short_product_plan<T>(points) : nullptr;
-}
-
-// Null where none could be made.
-template <class T> status transform_by(const kernels::product_plan<T>* plan, T* x, bool inverse) noexcept {
-  if (plan == nullptr) return failed;
-  return with_scratch(workshops<T>, kernels::scratch_of(*plan), x, [=](T* scratch) {
-    at_level<kernels::product_kernels<T>>()->run(*plan, x, scratch, inverse);
-    return ok;
-  });
-}
-
-template <class T> status transform_directly(T* x, index points, bool inverse) noexcept {
-  const T* table = kernels::find_direct_table<T>(points);
-  if (table == nullptr) {
-    own_plans<T>();
-    table = kernels::make_direct_table<T>(points);
-    if (table == nullptr) return failed;
-  }
-  at_level<kernels::chirp_kernels<T>>()->run_direct(table, points, x, inverse);
-  return ok;
-}
-
 template <class T> void transform_pair(T* x, bool inverse) noexcept {
   const T scale = inverse ? T(1) : T(0.5);
   for (index part = 0; part < 2; ++part) {
@@ -191,48 +167,32 @@ template <class T> algorithm algorithm_for(index points) noexcept {
   const bool is_small = small_transform(at_level<kernels::small_kernels<T>>(), points, false) != nullptr;
   if (power) return is_small ? algorithm::small : algorithm::lanes;
   if (is_small) return algorithm::coprime;
-  if (has_short_factors<T>(points)) return cheapest_passes<T>(points);
-  return points % 2 != 0 && points <= kernels::most_direct_points<T> ? algorithm::direct : algorithm::chirp;
+  if (kernels::has_direct_plan(points)) return algorithm::direct;
+  return has_short_factors<T>(points) ? cheapest_passes<T>(points) : algorithm::chirp;
 }
 
 namespace {
 
-// Powers of two are met first, then short products, by their plan; long lengths of all kinds are looked up in
-// one list, without finding out first which kind it is.
+// Powers of two are met first.
 template <class T> [[gnu::noinline]] status transform_longer(T* data, index points, bool inverse) noexcept {
   const auto* const level = at_level<fft_kernels<T>>();
   const bool power = is_power_of_two(points);
   if (level != nullptr && power && points > kernels::most_small) {
     return transform_lanes(*level, data, points, inverse);
   }
-  if (const auto* const plan = short_product_plan<T>(points); plan != nullptr) {
-    return transform_by(plan, data, inverse);
-  }
-  const bool listed = points > kernels::most_short_product && !power;
-  if (level != nullptr && listed) return transform_any(data, points, inverse);
+  if (level != nullptr && points > 2 && !power) return transform_any(data, points, inverse);
   switch (algorithm_for<T>(points)) {
     case algorithm::identity:
       return ok;
     case algorithm::pair:
       transform_pair(data, inverse);
       return ok;
-    case algorithm::small:
-    case algorithm::lanes:
-    case algorithm::coprime:
-      break;  // met before
-    case algorithm::product:
-      own_plans<T>();
-      return transform_by(kernels::make_short_product_plan<T>(points), data, inverse);
-    case algorithm::direct:
-      return transform_directly(data, points, inverse);
-    case algorithm::square:
-    case algorithm::mixed:
-    case algorithm::chirp:
-      return transform_any(data, points, inverse);
     case algorithm::split_radix:
       return split_radix_transform(data, points, inverse);
     case algorithm::bluestein:
       return bluestein_transform(data, domain::complex, points, inverse);
+    default:
+      break;  // met before
   }
   return failed;
 }

@@ -209,18 +209,19 @@ TYPED_TEST(WideFft, EveryMachineTransformsRealDataAndSmoothLengths) {
 std::vector<index> smooth_lengths() {
   std::vector<index> lengths;
   for (index n = 1; n <= 600; ++n) lengths.push_back(n);
-  for (const index n : {1000, 1001, 1155, 1331, 2197, 2744, 3375, 4095, 4116, 6006, 8000, 9375, 10000, 14641,
-                        15625, 19683, 32768, 100000}) {
+  for (const index n : {1000, 1001, 1155, 1331, 2032,  2197,  2744,  3375,  4095,  4116,  4913,
+                        6006, 8000, 9375, 9976, 10000, 14641, 15625, 19683, 32768, 83521, 100000}) {
     lengths.push_back(n);
   }
   return lengths;
 }
 
 bool is_smooth(algorithm chosen) {
-  return chosen == algorithm::coprime || chosen == algorithm::product || chosen == algorithm::square ||
-         chosen == algorithm::mixed;
+  return chosen == algorithm::coprime || chosen == algorithm::direct || chosen == algorithm::product ||
+         chosen == algorithm::square || chosen == algorithm::mixed;
 }
 
+// Prime factors up to 127 are small.
 TYPED_TEST(WideFft, LengthsWithSmallPrimeFactors) {
   using V = TypeParam;
   using T = scalar<V>;
@@ -234,7 +235,8 @@ TYPED_TEST(WideFft, LengthsWithSmallPrimeFactors) {
       const auto got = wide<V>(in, inverse, 1);
       if (!watched()) {
         const auto wanted = exact_transform(exact_points<V>(signal<V>(in, true)), inverse);
-        EXPECT_LT(transform_error<V>(signal<V>(got, true), wanted, n), error_limit) << n << " " << inverse;
+        const double limit = chosen == algorithm::direct ? 1.5 : error_limit;  // long sums
+        EXPECT_LT(transform_error<V>(signal<V>(got, true), wanted, n), limit) << n << " " << inverse;
       }
       if (n < 500) continue;
       ASSERT_EQ(TWIN(_free_internal)(), 0);
@@ -281,7 +283,7 @@ TYPED_TEST(WideFft, ScalesToTheLastDigit) {
   using V = TypeParam;
   using T = scalar<V>;
   std::vector<index> lengths = {3, 6, 9, 12};
-  if constexpr (sizeof(T) == sizeof(float)) lengths = {3, 12, 30, 35, 120, 125, 1000, 2000};
+  if constexpr (sizeof(T) == sizeof(float)) lengths = {3, 12, 17, 30, 34, 35, 51, 120, 125, 272, 1000, 2000};
   for (const index n : lengths) {
     if (!is_smooth(algorithm_for<T>(n))) continue;
     for (const T height : noise<V>(32)) {
@@ -372,7 +374,7 @@ TYPED_TEST(WideFft, PlansOfTheLastLengthsStay) {
 
 TYPED_TEST(WideFft, LengthsWithLargePrimeFactorsAreLeftAlone) {
   using T = scalar<TypeParam>;
-  for (const index n : {0, 1, 17, 101, 289, 1003, 4099, 65537})
+  for (const index n : {0, 1, 131, 404, 1048, 4099, 17161, 65537})
     EXPECT_FALSE(is_smooth(algorithm_for<T>(n))) << n;
 }
 

@@ -12,6 +12,8 @@
 #include "fft/plans/chirp_rows.h"
 #include "fft/plans/circle.h"
 #include "fft/plans/pass_tables.h"
+#include "fft/plans/radices.h"
+#include "fft/plans/sines.h"
 #include "fft/wide/kernels.h"
 #include "vectors/levels.h"
 
@@ -151,6 +153,35 @@ double balance(index all_points) noexcept {
   return std::ldexp(1.0, bits / 2);
 }
 
+// What rounded constants add to the length of the results of a butterfly: the mean of their errors in its
+// matrix. Of eights that of the root of one half, which a quarter of all products take; other radices stand
+// on the transform of their odd part.
+constexpr long double lengthening(int radix) noexcept {
+  if (radix == 8) {
+    constexpr long double root = sine_of(1, 8);
+    return (static_cast<long double>(static_cast<double>(root)) - root) / root / 4;
+  }
+  const int odd = radix / (radix & -radix);
+  long double sum = 0;
+  for (int k = 1; k < odd; ++k) {
+    for (const long double x : {sine_of(k, odd), cosine_of(k, odd)}) {
+      sum += x * (static_cast<long double>(static_cast<double>(x)) - x);
+    }
+  }
+  return sum * static_cast<long double>(odd - 1) / static_cast<long double>(odd * odd);
+}
+
+// What results of forward and inverse transforms have too much on average, as those errors are the same at
+// every point and add up: of three transforms, as the filter is the result of one, and of the scale. In
+// single precision the filter makes nothing longer, and there is little to gain.
+long double excess(const chirp_plan<double>& plan) noexcept {
+  long double sum = 0;
+  for (int pass = 0; pass < plan.passes; ++pass) sum += 3 * lengthening(plan.radix[pass]);
+  const auto scale = static_cast<long double>(plan.scale[0] / plan.scale[1]);
+  return sum + (scale * static_cast<long double>(plan.points) - 1) / 2;
+}
+long double excess(const chirp_plan<float>&) noexcept { return 0; }
+
 // conj g of the points m + t K of the circle, folded; with the first round those that are points of the data
 // go to the chirp.
 template <class T>
@@ -174,7 +205,8 @@ void fill_squares(const chirp_plan<T>& plan, int round, const chirp_plan<double>
   if (round == 0) std::fill_n(plan.chirp, chirp_scalars(plan), T(0));
   const index all = all_points(plan);
   const squares chirps(plan.points, all, round, plan.rounds);
-  const factor scale(static_cast<long double>(balance(all)) / static_cast<long double>(all));
+  const factor scale(static_cast<long double>(balance(all)) / static_cast<long double>(all) *
+                     (1 - excess(plan)));
   const index block = plan.circle / wide.radix[0];
   isa::run([=, &plan, wide_lanes = wide.lanes, step = 2 * wide.stride * wide.lanes] {
     double* out = scratch;
@@ -270,19 +302,37 @@ template <class T> int rounds_of(index points) noexcept {
   return 3 * 4 * points * index{sizeof(T)} > machine::caches().second ? 2 : 1;
 }
 
-template <class T> chirp_plan<T> lay_out(index points) noexcept {
+template <class T> int narrowest_lanes(int rounds) noexcept {
   const auto* const level = at_level<chirp_kernels<T>>();
+  return rounds == 1 ? level->narrowest_lanes : level->widest_lanes;
+}
+
+template <class T> chirp_plan<T> lay_out(index points) noexcept {
+  const int widest = at_level<chirp_kernels<T>>()->widest_lanes;
   chirp_plan<T> plan = {};
   plan.points = points;
   plan.rounds = rounds_of<T>(points);
-  const int narrowest = plan.rounds == 1 ? level->narrowest_lanes : level->widest_lanes;
-  choose_circle(plan, (points + plan.rounds - 1) / plan.rounds, level->widest_lanes, narrowest);
+  choose_circle(plan, ceiling(points, plan.rounds), widest, narrowest_lanes<T>(plan.rounds));
   plan.scale[1] = static_cast<T>(1 / balance(all_points(plan)));
   plan.scale[0] = plan.scale[1] / static_cast<T>(points);
   return plan;
 }
 
+// Cycles of one unit of the cost of circles, with vectors of 512 bits and of 256; and what two rounds, which
+// leave the second cache, take longer.
+template <class T> constexpr double wide_cycles = sizeof(T) == sizeof(double) ? 2.05 : 2.3;
+template <class T> constexpr double narrow_cycles = sizeof(T) == sizeof(double) ? 1.5 : 1.8;
+constexpr double round_cost = 1.4;
+
 }  // namespace
+
+template <class T> double chirp_cost(index points) noexcept {
+  const int widest = at_level<chirp_kernels<T>>()->widest_lanes;
+  const int rounds = rounds_of<T>(points);
+  const double cycles = widest * index{sizeof(T)} < 64 ? narrow_cycles<T> : wide_cycles<T>;
+  return cycles * (rounds == 1 ? 1 : rounds * round_cost) *
+         circle_cost<T>(ceiling(points, rounds), widest, narrowest_lanes<T>(rounds));
+}
 
 template <class T> const chirp_plan<T>* find_chirp_plan(recent_list& plans, index points) noexcept {
   return kept_plan<chirp_plan<T>>(plans.find(key_of(points)));
@@ -303,6 +353,8 @@ const chirp_plan<T>* make_chirp_plan(recent_list& plans, scratch_memory<T>& scra
   return plan;
 }
 
+template double chirp_cost<double>(index) noexcept;
+template double chirp_cost<float>(index) noexcept;
 template const chirp_plan<double>* find_chirp_plan(recent_list&, index) noexcept;
 template const chirp_plan<float>* find_chirp_plan(recent_list&, index) noexcept;
 template const chirp_plan<double>* make_chirp_plan(recent_list&, scratch_memory<double>&, index) noexcept;

@@ -29,9 +29,6 @@ template <class T> class scratch_memory;
 
 namespace sigpak::kernels {
 
-// Odd lengths up to this one are transformed by the definition instead, which is more accurate and as fast.
-template <class T> inline constexpr int most_direct_points = sizeof(T) == sizeof(double) ? 61 : 37;
-
 inline constexpr int most_rounds = 2;
 
 // `vectors` is L, `lanes` 2 V; the last radix is that of the core. With u rounds the bins of one are 2 u q +
@@ -56,17 +53,14 @@ template <class T> constexpr std::int64_t scratch_of(const chirp_plan<T>& plan) 
   return 2 * plan.lanes * plan.stride * plan.radix[0];
 }
 
+// The cycles of a transform, as the costs of products count them.
+template <class T> double chirp_cost(std::int64_t points) noexcept;
+
 // The plan of the current level that is in the list already; a new one, made into it. Null where there is
 // none yet, and on failure.
 template <class T> const chirp_plan<T>* find_chirp_plan(recent_list& plans, std::int64_t points) noexcept;
 template <class T>
 const chirp_plan<T>* make_chirp_plan(recent_list& plans, scratch_memory<T>& scratch,
                                      std::int64_t points) noexcept;
-
-// The table of the definition for an odd length from 3 up to most_direct_points, which stays until the
-// release: the one that is there already; a new one. Null where there is none yet, and on failure.
-template <class T> const T* find_direct_table(std::int64_t points) noexcept;
-template <class T> const T* make_direct_table(std::int64_t points) noexcept;
-template <class T> void release_direct_tables() noexcept;
 
 }  // namespace sigpak::kernels

@@ -126,9 +126,7 @@ template <class T> void lay_out(chirp_plan<T>& plan, const circle& chosen) noexc
   plan.stride = plan.vectors / plan.radix[0] + 1;  // away from the strides of powers of two
 }
 
-}  // namespace
-
-template <class T> void choose_circle(chirp_plan<T>& plan, index points, int widest, int narrowest) noexcept {
+template <class T> circle cheapest_circle(index points, int widest, int narrowest) noexcept {
   circle best;
   for (int lanes = widest; lanes >= narrowest; lanes /= 2) {
     for (const pass_cost& core : core_costs) {
@@ -139,7 +137,17 @@ template <class T> void choose_circle(chirp_plan<T>& plan, index points, int wid
       for (index rest = least; 4 * rest <= 5 * least + 4; ++rest) consider<T>(best, step * rest, lanes, core);
     }
   }
-  lay_out(plan, best);
+  return best;
+}
+
+}  // namespace
+
+template <class T> void choose_circle(chirp_plan<T>& plan, index points, int widest, int narrowest) noexcept {
+  lay_out(plan, cheapest_circle<T>(points, widest, narrowest));
+}
+
+template <class T> double circle_cost(index points, int widest, int narrowest) noexcept {
+  return cheapest_circle<T>(points, widest, narrowest).cost;
 }
 
 template <class T> void choose_passes(chirp_plan<T>& plan, index points, int lanes) noexcept {
@@ -154,6 +162,8 @@ template <class T> void choose_passes(chirp_plan<T>& plan, index points, int lan
 
 template void choose_circle(chirp_plan<double>&, index, int, int) noexcept;
 template void choose_circle(chirp_plan<float>&, index, int, int) noexcept;
+template double circle_cost<double>(index, int, int) noexcept;
+template double circle_cost<float>(index, int, int) noexcept;
 template void choose_passes(chirp_plan<double>&, index, int) noexcept;
 template void choose_passes(chirp_plan<float>&, index, int) noexcept;
 

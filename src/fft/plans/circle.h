@@ -11,7 +11,10 @@ namespace sigpak::kernels {
 // `circle`, `lanes`, `vectors`, the passes and their blocks.
 template <class T> void choose_circle(chirp_plan<T>& plan, index points, int widest, int narrowest) noexcept;
 
-// The same for a circle of exactly `points`, which one chosen for other lanes is.
+// What that costs: sums of the costs of its passes over vectors.
+template <class T> double circle_cost(index points, int widest, int narrowest) noexcept;
+
+// The same layout for a circle of exactly `points`, which one chosen for other lanes is.
 template <class T> void choose_passes(chirp_plan<T>& plan, index points, int lanes) noexcept;
 
 }  // namespace sigpak::kernels

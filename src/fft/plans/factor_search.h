@@ -16,9 +16,7 @@ inline constexpr double pass_cost = 15;   // of waiting for the last results of 
 inline constexpr double crowd_cost = 2;   // of a vector of output among many in one set of the first cache
 
 inline constexpr butterfly_table wide_costs(8, true);
-constexpr bool is_radix(index n) noexcept { return n <= most_radix && wide_costs[n].row > 0; }
-
-constexpr index ceiling(index a, index b) noexcept { return (a + b - 1) / b; }
+constexpr bool is_radix(index n) noexcept { return n <= most_prime && wide_costs[n].row > 0; }
 
 struct factors {
   int lanes = 0;
@@ -36,10 +34,10 @@ class factor_search {
         costs_(lanes, scalar_bytes == index{sizeof(double)}),
         caches_(lanes * scalar_bytes, false) {
     begun_.lanes = lanes;
-    for (const radix_costs& costs : butterfly_costs) {
-      if (points % costs.radix != 0) continue;
-      radices_[radix_count_++] = costs.radix;
-      least_result_ = std::min(least_result_, costs_[costs.radix].result / costs.radix);
+    for (int radix = 2; radix <= most_prime; ++radix) {
+      if (!is_radix(radix) || points % radix != 0) continue;
+      radices_[radix_count_++] = radix;
+      least_result_ = std::min(least_result_, costs_[radix].result / radix);
     }
   }
 
@@ -98,7 +96,7 @@ class factor_search {
   index vector_points_;
   butterfly_table costs_;
   pass_costs caches_;
-  int radices_[std::size(butterfly_costs)] = {};  // that divide N, in rising order
+  int radices_[std::size(butterfly_costs) + std::size(primes)] = {};  // that divide N, in rising order
   int radix_count_ = 0;
   double least_result_ = 1e9;  // of a vector, which bounds what is still to come
   index row_vectors_ = 0;

@@ -15,7 +15,6 @@ namespace sigpak::kernels {
 namespace {
 
 constexpr int odd_radices[] = {13, 11, 7, 5, 3};
-constexpr index largest_factor = odd_radices[0];
 
 // Beside the passes, per vector: of a column, and of output whose vectors are split between lines.
 constexpr double transposition_cost = 7.5;
@@ -186,7 +185,7 @@ constexpr index key_of(index points, int lanes) noexcept { return points * most_
 }  // namespace
 
 template <class T> bool has_mixed_plan(index points, int lanes) noexcept {
-  return is_smooth(points, largest_factor) && has_split<T>(points, lanes);
+  return is_smooth(points, most_short_prime) && has_split<T>(points, lanes);
 }
 
 template <class T> double mixed_cost(index points, int lanes) noexcept {

@@ -18,7 +18,8 @@ constexpr int level_count = std::size(isa::levels);
 constexpr int short_keys = static_cast<int>(most_short_product + 1) * level_count;
 template <class T> constinit published<std::byte, short_keys> short_plans;
 
-constexpr index largest_factor = 13;  // that is prime
+// The largest prime factor of a short length, which is not searched for: by a larger one the chirp is faster.
+constexpr index most_prime_of_short = 97;
 
 // Beyond the second cache data and scratch memory are swept too often.
 template <class T> bool leaves_cache(index points) noexcept {
@@ -26,7 +27,9 @@ template <class T> bool leaves_cache(index points) noexcept {
 }
 
 template <class T> bool suits_products(const product_kernels<T>* level, index points) noexcept {
-  return level != nullptr && is_smooth(points, largest_factor) && !leaves_cache<T>(points);
+  if (level == nullptr) return false;
+  if (is_smooth(points, most_short_prime)) return !leaves_cache<T>(points);
+  return is_smooth(points, points <= most_short_product ? most_prime_of_short : most_prime);
 }
 
 template <class T> factors choose_factors(index points) noexcept {
@@ -41,8 +44,8 @@ template <class T> factors choose_factors(index points) noexcept {
 
 // Whether the largest radices first, so many at most, make up the rows.
 bool has_radices(index rows, int most) noexcept {
-  for (int radix = most_radix; radix > 1; --radix) {
-    for (; is_radix(radix) && rows % radix == 0; rows /= radix, --most) {
+  for (index radix = std::min<index>(most_prime, rows); radix > 1; --radix) {
+    for (; rows % radix == 0 && is_radix(radix); rows /= radix, --most) {
     }
   }
   return rows == 1 && most >= 0;
@@ -105,6 +108,9 @@ template <class T> bool has_product_plan(index points) noexcept {
   const auto* const level = at_level<product_kernels<T>>();
   if (!suits_products(level, points)) return false;
   const index least = level->narrowest_lanes / 2;
+  if (const index p = long_factor(points); p > 1) {
+    return points / p >= least && has_radices(points / p, most_factors - 1);
+  }
   for (index a = least; a <= most_radix && a * least <= points; ++a) {
     if (is_radix(a) && points % a == 0 && has_radices(points / a, most_factors - 1)) return true;
   }

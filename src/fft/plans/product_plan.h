@@ -33,6 +33,7 @@ template <class T> struct product_plan {
   T* twiddles;      // vectors of w_N^(n2 k1), k1 from 1 on within groups of n2: cosine and sine alternate
   bool is_stepped;  // data, scratch memory and twiddles would leave the second cache:
   T* firsts;        // those of the first n2 of each group, and `twiddles` has the steps from there alone
+  T* terms[most_factors];  // of passes over long primes: the cosines and sines of their transforms
   T* turns[most_factors];  // of the passes between first and last: w_L^(i j), i the butterfly, j its output
   std::uint32_t* order;    // by block of the last pass: its first k2
 };

@@ -11,7 +11,6 @@
 namespace sigpak::kernels {
 namespace {
 
-constexpr index largest_factor = 13;  // that is prime
 constexpr index least_points = 4096;
 
 // Factors A of which the level has squares.
@@ -50,7 +49,7 @@ template <class T> int narrowest(const product_kernels<T>& level, index points) 
 template <class T> factors choose_blocks(index points) noexcept {
   factors best;
   const auto* const level = at_level<product_kernels<T>>();
-  if (level == nullptr || points < least_points || !is_smooth(points, largest_factor)) return best;
+  if (level == nullptr || points < least_points || !is_smooth(points, most_short_prime)) return best;
   for (int lanes = level->widest_lanes; lanes >= narrowest<T>(*level, points); lanes /= 2) {
     for (const index a : outer_factors) {
       if (!divides(a, points, lanes / 2)) continue;
@@ -71,7 +70,7 @@ template <class T> square_plan<T> lay_out(index points) noexcept {
   plan.block = lay_out_product<T>(points / chosen.radix[0], chosen);
   plan.block.scale = 1;
   plan.block.scale_rest = T(0x1p-60);
-  set_scale(plan);
+  set_scale(plan, points);
   return plan;
 }
 

@@ -33,11 +33,11 @@ namespace sigpak {
 SIGPAK_LEVEL_TABLE(kernels::chirp_kernels<double>) = {
     SIGPAK_LEVEL::widest_d::width, SIGPAK_LEVEL::widest_d::width,
     SIGPAK_LEVEL::run_lanes<SIGPAK_LEVEL::widest_d, SIGPAK_LEVEL::widest_d>,
-    SIGPAK_LEVEL::run_direct<SIGPAK_LEVEL::widest_d>};
+    SIGPAK_LEVEL::run_direct_either<SIGPAK_LEVEL::widest_d>};
 SIGPAK_LEVEL_TABLE(kernels::chirp_kernels<float>) = {
     SIGPAK_LEVEL::widest_f::width, SIGPAK_LEVEL::f8::width,
     SIGPAK_LEVEL::run_lanes<SIGPAK_LEVEL::widest_f, SIGPAK_LEVEL::f8>,
-    SIGPAK_LEVEL::run_direct<SIGPAK_LEVEL::widest_f>};
+    SIGPAK_LEVEL::run_direct_either<SIGPAK_LEVEL::widest_f>};
 SIGPAK_LEVEL_TABLE(kernels::chirp_spectra) = {SIGPAK_LEVEL::chirp_spectrum<SIGPAK_LEVEL::widest_d>};
 
 }  // namespace sigpak

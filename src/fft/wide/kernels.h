@@ -3,6 +3,7 @@
 #pragma once
 
 #include "fft/plans/chirp_plan.h"
+#include "fft/plans/direct_plan.h"
 #include "fft/plans/half_plan.h"
 #include "fft/plans/lane_plan.h"
 #include "fft/plans/mixed_plan.h"
@@ -50,8 +51,7 @@ template <class T> struct chirp_kernels {
   int widest_lanes;
   int narrowest_lanes;
   void (*run)(const chirp_plan<T>& plan, T* x, T* scratch, bool inverse);
-  // The table holds, by vectors of k from 1 on and then by j, the cosines and sines of 2 pi j k / N.
-  void (*run_direct)(const T* table, std::int64_t points, T* x, bool inverse);
+  void (*run_direct)(const direct_plan<T>& plan, T* x, bool inverse);
 };
 
 // From vectors in scratch memory, laid out as the first pass leaves its results, to their transforms in the

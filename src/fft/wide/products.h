@@ -6,19 +6,12 @@
 #pragma once
 
 #include "fft/plans/product_plan.h"
-#include "fft/wide/butterflies_composite.h"
+#include "fft/wide/exact_scale.h"
 #include "fft/wide/passes.h"
+#include "fft/wide/product_primes.h"
 
 namespace sigpak::SIGPAK_LEVEL {
 namespace {
-
-using kernels::product_plan;
-
-// a times w or, for the inverse, its conjugate; c and s hold its parts once for each part of a.
-template <bool inverse, class P> SIGPAK_INLINE P turned_forth_or_back(P a, P c, P s) {
-  if constexpr (inverse) return fma_odd(a, c, exchanged(a) * s);
-  return turned(a, c, s);
-}
 
 // R rows of C points of a column each, to C rows of R points, which end with the last repeated up to whole
 // vectors.
@@ -103,9 +96,7 @@ void product_results(const product_plan<typename P::scalar>& plan, index row, in
   const index a_points = plan.radix[0];
   const index out_step = 2 * a_points * (plan.rows / R);
   const index in_step = inverse ? -2 * plan.stride : 2 * plan.stride;
-  const P factor = splat<P>(inverse ? T(1) : plan.scale);
-  // Above 0, so that sums beyond the range stay infinite; that of the inverse is rounded away.
-  [[maybe_unused]] const P rest = splat<P>(inverse ? T(0x1p-60) : plan.scale_rest);
+  const exact_scale<P> scale(plan, inverse);
   const std::uint32_t* order = plan.order + row / R;
   s += 2 * plan.stride * row;
   for (const T* const end = s + 2 * plan.stride * rows; s != end; s += 2 * plan.stride * R) {
@@ -118,9 +109,9 @@ void product_results(const product_plan<typename P::scalar>& plan, index row, in
       unroll<R - 1>([&](auto i) SIGPAK_LAMBDA { a[i + 1] = load<P>(others + 2 * k1 + (i + 1) * in_step); });
       if constexpr (is_single<T>) {
         transform(a);
-        unroll<R>([&](auto k) SIGPAK_LAMBDA { a[k] = fma(a[k], factor, a[k] * rest); });
+        unroll<R>([&](auto k) SIGPAK_LAMBDA { a[k] = scale(a[k]); });
       } else {
-        transform(a, factor);
+        transform(a, scale.nearest);
       }
       unroll<R>([&](auto k) SIGPAK_LAMBDA { store(out + 2 * k1 + k * out_step, a[k]); });
     }
@@ -137,7 +128,13 @@ template <class P> struct product_passes {
 };
 template <class P> struct product_table {
   product_passes<P> by_radix[kernels::most_radix + 1] = {};
-  constexpr product_table() { add<2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 20, 21, 25>(); }
+  constexpr product_table() {
+    add<2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 20, 21, 25>();
+    for (const int p : {17, 19, 23}) by_radix[p] = of_prime;
+  }
+  static constexpr product_passes<P> of_prime = {{prime_columns<P, false>, prime_columns<P, true>},
+                                                 {prime_block<P, false>, prime_block<P, true>},
+                                                 prime_results<P>};
 
  private:
   template <int... radices> constexpr void add() {
@@ -148,6 +145,9 @@ template <class P> struct product_table {
   }
 };
 template <class P> constinit const product_table<P> products{};
+template <class P> SIGPAK_INLINE const product_passes<P>& passes_over(int radix) {
+  return radix > kernels::most_radix ? product_table<P>::of_prime : products<P>.by_radix[radix];
+}
 
 // All passes from this one on over so many rows, whole blocks of it: as many at a time as the first cache
 // holds. The last pass is last(row, rows).
@@ -155,7 +155,7 @@ template <class P, class Last>
 void product_rows(const product_plan<typename P::scalar>& plan, int pass, index row, index rows,
                   typename P::scalar* s, bool inverse, const Last& last) {
   if (pass == plan.passes - 1) return last(row, rows);
-  const auto& passes = products<P>.by_radix[plan.radix[pass]];
+  const auto& passes = passes_over<P>(plan.radix[pass]);
   const index block = plan.block[pass];
   const index held = plan.resident >= rows   ? rows
                      : plan.resident > block ? plan.resident / block * block
@@ -175,9 +175,9 @@ template <class P>
 void all_product_columns(const product_plan<typename P::scalar>& plan, const typename P::scalar* x,
                          typename P::scalar* s, bool inverse) {
   constexpr int C = P::width / 2;
-  const auto pass = products<P>.by_radix[plan.radix[0]].columns[inverse];
+  const auto pass = passes_over<P>(plan.radix[0]).columns[inverse];
   if (!plan.is_stepped) return pass(plan, 0, plan.rows, plan.twiddles, x, s);
-  alignas(machine::line_bytes) typename P::scalar joined[P::width * (kernels::most_radix - 1)];
+  alignas(machine::line_bytes) typename P::scalar joined[P::width * (kernels::most_prime - 1)];
   const index turned = plan.radix[0] - 1;
   for (index group = 0; group < plan.rows; group += C) {
     join_twiddles<P>(plan.firsts + 2 * turned * (group / C), turned, plan.twiddles, joined);
@@ -188,7 +188,7 @@ void all_product_columns(const product_plan<typename P::scalar>& plan, const typ
 template <class P>
 void run_product(const product_plan<typename P::scalar>& plan, typename P::scalar* x,
                  typename P::scalar* scratch, bool inverse) {
-  const auto results = products<P>.by_radix[plan.radix[plan.passes - 1]].results;
+  const auto results = passes_over<P>(plan.radix[plan.passes - 1]).results;
   all_product_columns<P>(plan, x, scratch, inverse);
   if (plan.passes == 2) return results(plan, 0, plan.rows, scratch, x, inverse);
   product_rows<P>(plan, 1, 0, plan.rows, scratch, inverse,

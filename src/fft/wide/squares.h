@@ -64,8 +64,7 @@ void all_squares(const square_plan<typename P::scalar>& plan, typename P::scalar
   constexpr int pitch = 2 * R;
   const index distance = 2 * (plan.points / R);
   const index in_step = inverse ? -pitch : pitch;
-  const P factor = splat<P>(inverse ? T(1) : plan.scale);
-  [[maybe_unused]] const P rest = splat<P>(inverse ? T(0x1p-60) : plan.scale_rest);
+  const exact_scale<P> scale(plan, inverse);
   const P sign = sine_sign<P>(inverse);
   const T* w = plan.turns;
   alignas(machine::line_bytes) T turned_over[pitch * R];
@@ -79,9 +78,9 @@ void all_squares(const square_plan<typename P::scalar>& plan, typename P::scalar
       unroll<R - 1>([&](auto i) SIGPAK_LAMBDA { a[i + 1] = load<P>(others + (i + 1) * in_step); });
       if constexpr (is_single<T>) {
         transform(a);
-        unroll<R>([&](auto k) SIGPAK_LAMBDA { a[k] = fma(a[k], factor, a[k] * rest); });
+        unroll<R>([&](auto k) SIGPAK_LAMBDA { a[k] = scale(a[k]); });
       } else {
-        transform(a, factor);
+        transform(a, scale.nearest);
       }
       unroll<R>([&](auto k) SIGPAK_LAMBDA { store(x + k1 + distance * k, a[k]); });
     }
@@ -128,7 +127,7 @@ void run_square(const square_plan<typename P::scalar>& plan, typename P::scalar*
   const auto& over = plan.block;
   const auto& passes = squares<P>.by_radix[over.radix[0]];
   const auto first_pass = squares<P>.by_radix[over.radix[1]].rows[inverse];
-  const auto results = products<P>.by_radix[over.radix[over.passes - 1]].results;
+  const auto results = passes_over<P>(over.radix[over.passes - 1]).results;
   passes.columns[inverse](plan, x);
   for (int k1 = 0; k1 < over.radix[0]; ++k1) {
     auto* const block = x + 2 * over.points * k1;
