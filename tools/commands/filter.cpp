@@ -212,6 +212,7 @@ work add_filter(options& o) {
            {"vector", "npy", "wav", "flac", "aiff", "csv"});
   o.text("-o,--output", "FILE", "Write there; - is standard output", command->file);
   o.flag("-q,--quiet", "No warnings, no progress", command->quiet);
+  o.rarely({"--quiet"});
   add_input_options(o, command->input);
   o.footer(about);
   return [command] { run(*command); };

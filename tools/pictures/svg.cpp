@@ -224,6 +224,15 @@ std::string list(const plane& p, const curve& c, std::size_t count) {
   return out;
 }
 
+// What tells a curve from the others: its file, its channel where the file has others, or both.
+std::string name_in(const picture& p, std::size_t i) {
+  const spectrum& s = p.curves[i].s;
+  const auto of_file = [&s](const curve& c) { return c.s.name == s.name; };
+  if (std::ranges::all_of(p.curves, of_file)) return s.channel;
+  const bool shared = std::ranges::count_if(p.curves, of_file) > 1;
+  return file_name(s.name) + (shared ? ' ' + s.channel : "");
+}
+
 // At the foot of the list: which curve is which, and the noise.
 std::string legend(const picture& p) {
   double y = frame.bottom - 2;
@@ -237,7 +246,7 @@ std::string legend(const picture& p) {
   }
   for (std::size_t i = p.curves.size(); p.curves.size() > 1 && i-- > 0; y -= row_height) {
     out += line_between("curve c" + std::to_string(i % 4), list_left - 6, y - 4, list_left + 18, y - 4);
-    out += text_at(list_left + 26, y, "", shortened(file_name(p.curves[i].s.name), longest_note - 6));
+    out += text_at(list_left + 26, y, "", shortened(name_in(p, i), longest_note - 6));
   }
   return out;
 }
