@@ -98,7 +98,7 @@ class Spectrum:
         >>> spectrum(x, 8000.0).band_rms(400, 500).__round__(6)
         0.707107
         """
-        power = self.values if self.quantity in ("power", "psd") else self.values**2
+        power = self.values if self.quantity in ("power", "psd") else self.values ** 2
         half = self.rate / (2 * self.window.size * self.padding)
         left, right, weight = self.f - half, self.f + half, np.ones(self.f.size)
         if self.f[0] == 0:  # outer values have half the width, and the power of one frequency where others have two
