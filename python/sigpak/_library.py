@@ -49,6 +49,10 @@ class Precision(Calls):
         self.size = self.real.itemsize
         self.results: list[Any] = []  # records kept for the next of them
 
+    def __reduce__(self) -> str:
+        """There is one of each: a copy of what computes in it, in another process too, computes in that one."""
+        return "SINGLE" if self.is_single else "DOUBLE"
+
 
 def _candidates() -> list[str]:
     """Where the library may be. What the environment names stands alone, so that no other is taken in its place."""
