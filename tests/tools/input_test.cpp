@@ -62,6 +62,9 @@ std::string csv_of(const std::string& arguments) {
 
 TEST(Input, TablesAreUnderstoodOrRefused) {
   const std::string twice = "; --delimiter , or --decimal , tells which";
+  const std::string both =
+      "; --delimiter , takes every comma for the end of a column, and decimal commas need columns parted by "
+      "something else";
   struct {
     std::string text;
     std::string options;
@@ -79,6 +82,16 @@ TEST(Input, TablesAreUnderstoodOrRefused) {
       {"U\n20,37\n20,41\n", "", "column 1 'U' | 2 samples, no rate"},
       {"20,37\n20,41\n19,98\n", "", "TABLE: \"19,98\" can be 19 and 98, or 19.98" + twice},
       {"20,37\n20,41\n19,98\n", "--decimal ,", "column of numbers | 3 samples, no rate"},
+      {"0,1,5\n1,0,208\n2,0,041\n", "", "TABLE: \"0,041\" can be two numbers or one" + both},
+      {"0,1,5\n1,-0,208\n2,1,41\n", "", "TABLE: \"-0,208\" can be two numbers or one" + both},
+      {"time,u\n0,1,5\n1,3,208\n2,0,041\n", "", "TABLE: \"0,041\" can be two numbers or one" + both},
+      {"0,1,5\n1,0,208\n2,0,041\n", "--delimiter ,",
+       "columns 2, 3 of 3, time 1 in s, 1 Hz | 3 samples at 1 Hz, 3 s"},
+      {"t,u,v\n0,1,5\n1,0,208\n2,0,041\n", "",
+       "columns 2 'u', 3 'v' of 3, time 1 't' in s, 1 Hz | 3 samples at 1 Hz, 3 s"},
+      {"0,512,498\n1,513,480\n2,0,499\n", "",
+       "columns 2, 3 of 3, time 1 in s, 1 Hz | 3 samples at 1 Hz, 3 s"},
+      {"0,1,05\n1,0.5,208\n2,0,041\n", "", "columns 2, 3 of 3, time 1 in s, 1 Hz | 3 samples at 1 Hz, 3 s"},
       {"1,37\n2,41\n3,98\n", "--delimiter ,", "column 2 of 2, time 1 in s, 1 Hz | 3 samples at 1 Hz, 3 s"},
       {"1700000000000,1\n1700000000010,2\n1700000000020,1\n", "",
        "column 2 of 2, time 1 in ms, 100 Hz | 3 samples at 100 Hz, 0.03 s"},
