@@ -83,7 +83,7 @@ TEST(Stats, FiguresAndHistogramsAreThoseOfTheSamples) {
 // Against the definition: taps by the window method, the signal in its place, zeros beyond its ends; of
 // signals shorter than the filter too.
 class Filtered : public ::testing::TestWithParam<int> {};
-INSTANTIATE_TEST_SUITE_P(Lengths, Filtered, ::testing::Values(70'000, 256, 40, 1));
+INSTANTIATE_TEST_SUITE_P(Lengths, Filtered, ::testing::Values(70'000, 290, 256, 40, 1));
 
 TEST_P(Filtered, IsTheConvolutionWithTheSignalInItsPlace) {
   const auto x = noise(GetParam());
