@@ -50,7 +50,7 @@ void run(spectrum_command& command) {
 }
 
 constexpr const char* about =
-    "Powers of segments without their mean, averaged (Welch); lines that 1 of 1000 noises would show.\n"
+    "Averages segments (Welch), the mean taken out; lists lines that noise shows in 1 of 1000 spectra.\n"
     "  sigpak spectrum -w flattop --unit V --as rms scope.csv     amplitudes of lines, in V rms\n"
     "  arecord -d 5 -f S16_LE | sigpak spectrum --as asd --csv    a noise density, as data";
 
