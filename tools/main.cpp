@@ -40,13 +40,19 @@ constexpr command commands[] = {
     {"apply", "Any operation of the library that works in place", add_apply},
 };
 
-// Help without the options that few need, which --help-all adds.
+// Help on a screen of 25 lines: without headings, and without the options that few need, which --help-all
+// adds.
 class screen_of_help : public CLI::Formatter {
  public:
   std::string make_group(std::string group, bool is_positional,
                          std::vector<const CLI::Option*> members) const override {
-    return group == rare_options && !tells_all ? "More options: --help-all\n"
-                                               : Formatter::make_group(group, is_positional, members);
+    if (tells_all) return Formatter::make_group(group, is_positional, members);
+    if (group == rare_options) return "More options: --help-all\n";
+    std::string out;
+    for (const CLI::Option* const member : members) {
+      if (!member->get_name().starts_with("--help")) out += make_option(member, is_positional);
+    }
+    return out;
   }
   std::string make_help(const CLI::App* app, std::string name, CLI::AppFormatMode mode) const override {
     tells_all = mode == CLI::AppFormatMode::All;
@@ -103,13 +109,17 @@ int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);  // a closed pipe is then an error like others, and told by what writes
   CLI::App app("Digital signal processing at the command line", "sigpak");
   app.set_version_flag("--version", "sigpak " SIGPAK_TOOL_VERSION);
-  app.formatter(std::make_shared<screen_of_help>());
+  const auto help = std::make_shared<screen_of_help>();
+  help->label("SUBCOMMAND", "COMMAND");
+  app.formatter(help);
+  app.footer("sigpak COMMAND --help tells the options of a command, man sigpak explains them.");
   app.set_help_all_flag("--help-all", "Print the options that few need, too");
   app.require_subcommand(1);
   app.failure_message(usage_message);
   work todo;
   for (const auto& c : commands) {
     CLI::App* const sub = app.add_subcommand(c.name, c.summary);
+    sub->group("Commands");
     options o(*sub);
     sub->callback([&todo, does = c.add(o)] { todo = does; });
   }

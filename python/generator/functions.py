@@ -14,6 +14,7 @@ _HEAD = '''"""The operations as functions: arrays in, new arrays or numbers out.
 from __future__ import annotations
 
 from ._arguments import Array, ArrayLike
+from ._pairs import combined
 from ._record import Number
 from .enums import Window
 from .vec import Vec, operand, operands, scratch
@@ -71,8 +72,10 @@ def _body(operation: Operation, name: str, array: str, other: str, delta: bool) 
     given = ", ".join(a.name for a in operation.declared if a.name != other)
     spacing = ", delta" if delta else ""
     if other:
-        given = ", ".join(part for part in ("second", given) if part)
         lines = [f"    first, second = operands({array}, {other})"]
+        if not given and operation.kind != "number":
+            return [f'    return combined("{name}", "{operation.twins.double.name}", {array}, {other})']
+        given = ", ".join(part for part in ("second", given) if part)
         call = f"first.{name}({given})"
     else:
         copied = "scratch" if operation.kind == "changed" else "operand"

@@ -48,6 +48,11 @@ class Precision(Calls):
         self.complex: np.dtype[Any] = np.dtype((np.complex128, np.complex64)[twin])
         self.size = self.real.itemsize
         self.results: list[Any] = []  # records kept for the next of them
+        self.trios: list[Any] = []
+
+    def __reduce__(self) -> str:
+        """There is one of each: a copy of what computes in it, in another process too, computes in that one."""
+        return "SINGLE" if self.is_single else "DOUBLE"
 
 
 def _candidates() -> list[str]:

@@ -66,7 +66,8 @@ class Spectrum:
     def unit(self) -> str:
         """The unit of the values."""
         unit = self.sample_unit
-        squared = f"{unit}^2" if unit else ""
+        base = f"({unit})" if set(unit) & set("/^ *") else unit  # m/s^2 becomes (m/s^2)^2
+        squared = f"{base}^2" if unit else ""
         return {
             "peak": unit,
             "rms": f"{unit} rms".strip(),
@@ -80,6 +81,35 @@ class Spectrum:
         """The level at which noise shows: the median of the values, which lines do not move, corrected to the mean."""
         part = median_of_noise(self.window, self.hop, self.segments, self.average)
         return float(np.median(self.values) / (part if self.quantity in ("power", "psd") else np.sqrt(part)))
+
+    def band_rms(self, low: float = -np.inf, high: float = np.inf) -> float:
+        """The rms value of what lies in a band, of averages that are means: the root of the density's integral.
+
+        Parameters
+        ----------
+        low, high : float, optional
+            The ends of the band in Hz. What a band cuts off from a value counts in parts, so that the squares of bands
+            that adjoin add up.
+
+        Examples
+        --------
+        >>> from sigpak import cosine
+        >>> x = cosine(8000, 440.0, rate=8000.0) + cosine(8000, 50.0, rate=8000.0)
+        >>> spectrum(x, 8000.0).band_rms(400, 500).__round__(6)
+        0.707107
+        """
+        power = self.values if self.quantity in ("power", "psd") else self.values ** 2
+        half = self.rate / (2 * self.window.size * self.padding)
+        left, right, weight = self.f - half, self.f + half, np.ones(self.f.size)
+        if self.f[0] == 0:  # outer values have half the width, and the power of one frequency where others have two
+            outer = (self.f == 0) | (self.f + half / 2 > self.rate / 2)
+            left, right = np.maximum(left, 0.0), np.minimum(right, self.rate / 2)
+            weight[outer] = 2.0
+            if self.quantity == "peak":
+                weight[~outer] = 0.5
+        width = np.maximum(np.minimum(right, high) - np.maximum(left, low), 0.0)
+        square = float(np.dot(power * weight, width))
+        return float(np.sqrt(square if self.quantity in _DENSITIES else square / self.enbw))
 
     @property
     def lines(self) -> list[Line]:

@@ -7,7 +7,7 @@ from typing import Any
 
 import numpy as np
 
-from ._arguments import PRECISIONS, Array, ArrayLike, alike, choice, in_precision
+from ._arguments import Array, ArrayLike, alike, choice, in_precision
 from .enums import Interp, SplineEnds
 from .errors import Error
 from .vec import Vec
@@ -86,7 +86,6 @@ class Spline:
         self._x = None if x is None else Vec._lent(parts[1].copy(), 1.0, False)
         values = Vec._lent(parts[0], delta, False)
         self._pairs = values.cspline(self._x, choice(SplineEnds, ends), *slopes)
-        self._precision = PRECISIONS[parts[0].dtype]
 
     def __call__(self, at: ArrayLike, derivative: int = 0) -> Array:
         """The value, or the first or second derivative, at any places."""
@@ -104,7 +103,7 @@ class Spline:
         return self._pairs.array.imag.copy()
 
     def _evaluated(self, at: ArrayLike, what: int) -> Array:
-        places = Vec._lent(in_precision(self._precision, at), 1.0, False)
+        places = Vec._lent(in_precision(self._pairs._c, at), 1.0, False)
         return self._pairs.interp(self._x, places, what | self._outside)._taken()
 
 
@@ -139,11 +138,10 @@ class Surface:
             raise Error("Surface", "z", f"of shape {table.shape}", f"rows by columns {needed} are needed")
         self._x, self._y, self._z = (Vec._lent(part.copy(), 1.0, False) for part in parts)
         self._flags = choice(SplineEnds, ends) | _outside(outside)
-        self._precision = PRECISIONS[parts[0].dtype]
 
     def __call__(self, x: ArrayLike, y: ArrayLike, *, pairs: bool = False) -> Array:
         """The values over the grid of all x and y, len(y) rows of len(x); or, of pairs, at every (x, y)."""
-        columns, rows = (Vec._lent(in_precision(self._precision, part), 1.0, False) for part in (x, y))
+        columns, rows = (Vec._lent(in_precision(self._z._c, part), 1.0, False) for part in (x, y))
         flags = self._flags | (_PAIRS if pairs else 0)
         values = self._z.cspline_2d(columns, rows, self._x, self._y, flags)._taken()
         return values if pairs else values.reshape(rows.points, columns.points)

@@ -65,3 +65,24 @@ def test_wrong_arguments_are_refused(name: str, function: Callable[..., Any], tm
             refused += 1
     assert refused > 0 or len(wanted) <= 1 or function is sp.Vec.shares
     assert sp.Vec(untouched.copy()).square().array.tolist() == [x * x for x in untouched]
+
+
+def test_short_arrays_get_what_long_ones_get(real: Any) -> None:
+    draw = np.random.default_rng(12)
+    kinds = [real, np.result_type(real, np.complex64)]
+    kept = []
+    for n in (0, 1, 2, 700, 2047, 2048, 2049):
+        for kind in kinds:
+            a, b = (draw.normal(size=n).astype(kind) for _ in range(2))
+            others = (b, b[::-1], b.astype(kinds[1]), b.real.astype(np.float64))
+            for other in others:
+                found = sp.add(a, other)
+                np.testing.assert_allclose(found, a + other, rtol=1e-6 if real is np.float32 else 0)
+                assert found.flags.writeable
+                kept.append((found, found.copy()))
+    for found, copy in kept:
+        np.testing.assert_array_equal(found, copy)
+    assert not np.shares_memory(sp.mul(a, a), sp.mul(a, a))
+    with pytest.raises(sp.Error, match="div"):
+        sp.div(np.ones(3, real), np.ones(2, real))
+    assert sp.div(np.ones(2, real), np.zeros(2, real))[0] > 1e14

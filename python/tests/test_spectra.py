@@ -126,6 +126,21 @@ def test_lines_are_those_above_the_noise_and_no_leakage() -> None:
     assert sp.spectrum(np.zeros(100), segment=20).lines == [] and sp.spectrum([1.0, 2.0]).lines == []
 
 
+@pytest.mark.parametrize("quantity", QUANTITIES)
+@pytest.mark.parametrize("segment", [500, 501])
+def test_bands_add_up_to_all_there_is(quantity: str, segment: int) -> None:
+    rate, n = 1000.0, 200000
+    x = np.random.default_rng(7).normal(size=n) + 3 * (-1.0) ** np.arange(n) + 2 * sp.cosine(n, 123.0, rate=rate)
+    for padding, window in ((1, "hann"), (4, "flattop")):
+        s = sp.spectrum(x, rate, window, segment, quantity=quantity, padding=padding, centre=False)
+        parts = [s.band_rms(low, high) for low, high in ((-1.0, 100.1), (100.1, 150.3), (150.3, np.inf))]
+        np.testing.assert_allclose(np.square(parts), [0.2, 2.1, 9.7], rtol=0.03)
+        assert abs(np.hypot.reduce(parts) / s.band_rms() - 1) < 1e-12 and s.band_rms(600) == 0
+    pairs = x.view(np.complex128)
+    whole = sp.spectrum(pairs, rate, segment=segment, quantity=quantity).band_rms(-500, 500)
+    assert abs(whole / np.std(pairs) - 1) < 0.02
+
+
 def test_noise_of_any_colour_has_no_lines() -> None:
     noise = np.random.default_rng(5).normal(size=(6, 100000))
     pole = 0.91 * np.exp(0.3j * np.pi)
@@ -154,6 +169,7 @@ def test_csv_and_plot(tmp_path: Any) -> None:
     assert {"# quantity: psd", "# unit: V", "# segments: 7", "# rate: 8.0", "# window: Hann"} <= set(lines)
     back = np.loadtxt(lines[lines.index("frequency [Hz],psd [V^2/Hz]") + 1 :], delimiter=",")
     np.testing.assert_array_equal(back, np.stack([s.f, s.values], 1))
+    assert sp.spectrum(np.ones(9), quantity="psd", unit="m/s^2").unit == "(m/s^2)^2/Hz"
     units = [sp.spectrum(np.ones(9), quantity=quantity).unit for quantity in QUANTITIES]
     assert units == ["", "rms", "", "1/Hz", "1/sqrt(Hz)"]
     pytest.importorskip("matplotlib").use("Agg")

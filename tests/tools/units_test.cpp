@@ -79,6 +79,39 @@ TEST(Units, TheTestSignalOfTheFlatTopReport) {
   EXPECT_TRUE(says(density, "\"noise_floor_unit\":\"V/sqrt(Hz)\",\"lines\":[]"));
 }
 
+// Noise of the deviation 1 over 500 Hz, a line at 125 Hz and one at 500 Hz, where the outer point is.
+TEST(Units, TheRmsOfABand) {
+  std::mt19937 engine(3);
+  std::normal_distribution<double> noise;
+  const auto x = samples(
+      [&](int i) { return 2 * std::sin(0.25 * pi * i) + (i % 2 == 0 ? 3 : -3) + noise(engine); }, 200000);
+  const auto file = write_vector("band", x, 1e-3, 0);
+  const auto pairs = samples([&](int) { return noise(engine); }, 200000);
+  const auto complex = write_vector("pairs", pairs, 1e-3, 0, true);
+  struct {
+    std::string arguments;
+    double from, to, square;
+  } const cases[] = {{"--from 100 --to 150 " + file, 100, 150, 2 + 0.1},
+                     {"--from 0.1 --to 99.9 --as psd --db " + file, 0.1, 99.9, 0.1996},
+                     {"--to 450 " + file, 0, 450, 2 + 0.9},
+                     {"--from 450 -w flattop " + file, 450, 500, 9 + 0.1},
+                     {"--from 0 " + file, 0, 500, 2 + 9 + 1},
+                     {"--from 250.1 --to 250.6 -s 1000 " + file, 250.1, 250.6, 1e-3},
+                     {"--from -400 --to -300 " + complex, -400, -300, 2 * 0.1},
+                     {"--to 600 " + complex, -500, 500, 2}};
+  for (const auto& c : cases) {
+    const auto out = run("spectrum --json " + c.arguments).out;
+    const auto band = out.substr(std::min(out.find("\"band\""), out.size()));
+    const double rms = number_after(band, "\"rms\":");
+    EXPECT_NEAR(rms * rms / c.square, 1, 0.05) << c.arguments << '\n' << band.substr(0, 100);
+    EXPECT_NEAR(number_after(band, "\"from\":"), c.from, 0.05) << c.arguments;
+    EXPECT_NEAR(number_after(band, "\"to\":"), c.to, 0.05) << c.arguments;
+  }
+  EXPECT_TRUE(says(run("spectrum --from 100 --to 150 " + file).out, "\nband 100 to 150 Hz: rms 1.4"));
+  for (const std::string without : {"spectrum ", "spectrum --average maximum --to 100 "})
+    EXPECT_EQ(run(without + file).out.find("\nband"), std::string::npos) << without;
+}
+
 // A = 2 at 1 kHz, Hann under 1000 samples: ENBW 1.5 Hz, where it lies on a bin.
 TEST(Units, OfALineInEveryQuantity) {
   constexpr double enbw = 1.5;

@@ -69,7 +69,7 @@ TEST(Usage, HelpIsAScreenWithTwoExamples) {
     const auto r = run(command + " --help");
     EXPECT_EQ(r.status, 0) << command;
     EXPECT_EQ(r.err, "") << command;
-    EXPECT_LE(std::ranges::count(r.out, '\n'), 44) << command;
+    EXPECT_LE(std::ranges::count(r.out, '\n'), 25) << command;
     EXPECT_EQ(r.out.find("INT"), std::string::npos) << command;
     std::istringstream in(r.out);
     int examples = 0;

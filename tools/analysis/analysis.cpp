@@ -103,6 +103,7 @@ void describe(spectrum& s, const subject& about, std::size_t channel, const anal
   s.understood = about.understood;
   s.channel = about.channels[channel].name;
   if (s.channel.empty()) s.channel = std::to_string(channel + 1);
+  s.among_others = about.channels.size() > 1;
   s.unit = options.unit.value_or(about.channels[channel].unit);
   s.full_scale = about.is_full_scale && !options.unit && options.gain == 1;
   s.two_sided = about.is_complex;

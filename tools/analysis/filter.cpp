@@ -102,19 +102,23 @@ const record& filter::process(const record& block) {
   return out_;
 }
 
-const record& filter::finish() {
+const record& filter::finish(const record& last) {
   if (factor_ > 1) {
-    out_.points = 0;
+    process(last);
+    record tail;
     if (state_.points > 0)
-      require(dspd_rsmp(nullptr, &out_, &taps_, 1, static_cast<std::int32_t>(factor_), &state_));
+      require(dspd_rsmp(nullptr, &tail, &taps_, 1, static_cast<std::int32_t>(factor_), &state_));
+    require(dsp_append(&out_, &tail));
     return out_;
   }
-  // Twice the zeros that are needed, so that the library may go through the transform.
-  const std::size_t behind = (taps_.points - 1) / 2 - late_;
-  record zeros(taps_.points - 1, state_.is_complex());
-  require(dspi_zero(&zeros));
-  process(zeros);
-  out_.points = static_cast<std::uint32_t>(behind);
+  // Zeros behind it, so many that the library may go through the transform.
+  const std::size_t half = (taps_.points - 1) / 2;
+  const std::size_t told = last.points + half - late_;
+  record block(std::max<std::size_t>(last.points + half, taps_.points - 1), last.is_complex());
+  require(dspi_zero(&block));
+  std::ranges::copy(last.scalars(), block.data);
+  process(block);
+  out_.points = static_cast<std::uint32_t>(told);
   return out_;
 }
 

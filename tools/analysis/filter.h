@@ -44,7 +44,9 @@ class filter {
 
   // What can be told so far; until the next call.
   const record& process(const record& block);
-  const record& finish();
+
+  // With the last block, which may be short or empty.
+  const record& finish(const record& last);
 
  private:
   const record& taps_;

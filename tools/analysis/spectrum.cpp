@@ -32,6 +32,20 @@ std::string spectrum::window_name() const {
   return dsp_window_to_str(window, text, sizeof text) == 0 ? text : "";
 }
 
+double power_in(const spectrum& s, double from, double to) {
+  double sum = 0;
+  for (std::size_t i = 0; i < s.power.points; ++i) {
+    const std::size_t place = s.offset() + i;
+    const bool outer = !s.two_sided && (place == 0 || place + 1 == s.whole());
+    const double middle = s.frequency(static_cast<double>(i));
+    const double left = std::max(outer && place == 0 ? middle : middle - s.step() / 2, from);
+    const double right = std::min(outer && place > 0 ? middle : middle + s.step() / 2, to);
+    // an outer point has half the width, and the power of one frequency where the others have that of two
+    if (left < right) sum += s.power.data[i] * (right - left) * (outer ? 2 : 1);
+  }
+  return sum / s.enbw();
+}
+
 void crop(spectrum& s, double from, double to) {
   constexpr double tolerance = 1e-9;  // in points
   const double last = static_cast<double>(s.power.points) - 1;

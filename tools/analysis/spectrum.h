@@ -25,8 +25,9 @@ averaging averaging_named(const std::string& name);  // a data_error for another
 // the density D as D times enbw(). Real signals show every frequency once; their outer bins, at 0 and at half
 // the rate, stand for one frequency where the others stand for two.
 struct spectrum {
-  std::string name;     // of the file
-  std::string channel;  // name of the channel, or its number
+  std::string name;           // of the file
+  std::string channel;        // name of the channel, or its number
+  bool among_others = false;  // whether others of the same file are told too
   std::string kind;
   std::string understood;
   std::string unit;       // of the samples
@@ -64,6 +65,10 @@ struct spectrum {
   std::size_t whole() const { return two_sided ? padding * segment : padding * segment / 2 + 1; }
   std::size_t offset() const { return static_cast<std::size_t>(start) + (two_sided ? whole() / 2 : 0); }
 };
+
+// The mean square of what lies in a band, windows and averages taken off. Bands that adjoin add up: a point
+// stands for half a step on either side, and what a band cuts off counts in parts.
+double power_in(const spectrum& s, double from, double to);
 
 // The part of the spectrum in a band, both ends included; a data_error when nothing lies there.
 void crop(spectrum& s, double from, double to);

@@ -108,8 +108,8 @@ class bank {
     to.write(frames_);
   }
 
-  void finish(signal_writer& to) {
-    for (std::size_t c = 0; c < channels_; ++c) place(filters_[c].finish(), c);
+  void finish(block_reader& blocks, signal_writer& to) {
+    for (std::size_t c = 0; c < channels_; ++c) place(filters_[c].finish(blocks.channel(c)), c);
     to.write(frames_);
   }
 
@@ -139,11 +139,11 @@ void filter_piece(source& in, const filter_command& c, writer& out, progress_lin
   bank filters(taps, c.factor, result.channels.size());
   filters.process(blocks, *to);
   blocks.lengthen(std::max(block_points, blocks_of_taps * taps.points));
-  while (blocks.read() > 0) {
+  while (blocks.read() >= taps.points) {
     filters.process(blocks, *to);
     progress.show(in);
   }
-  filters.finish(*to);
+  filters.finish(blocks, *to);
   to->finish();
   if (!c.quiet) warn(to->warnings());
 }
@@ -212,6 +212,7 @@ work add_filter(options& o) {
            {"vector", "npy", "wav", "flac", "aiff", "csv"});
   o.text("-o,--output", "FILE", "Write there; - is standard output", command->file);
   o.flag("-q,--quiet", "No warnings, no progress", command->quiet);
+  o.rarely({"--quiet"});
   add_input_options(o, command->input);
   o.footer(about);
   return [command] { run(*command); };

@@ -3,6 +3,7 @@
 #include "commands/gallery.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "analysis/noise.h"
 #include "output/writer.h"
@@ -21,11 +22,21 @@ void refuse_unlike(const std::string& a, const std::string& b) {
                      (b.empty() ? "plain numbers" : b));
 }
 
+// Only means tell a power; what is left of the greatest or least of the segments belongs to none of them.
+std::optional<told_band> band_of(const spectrum& s, const band& limits) {
+  const bool is_mean = s.average == averaging::mean || s.average == averaging::exponential;
+  if (limits.is_whole() || !is_mean) return std::nullopt;
+  const double from = std::max(limits.from, s.first());
+  const double to = std::min(limits.to, s.last());
+  return told_band{from, to, std::sqrt(power_in(s, from, to))};
+}
+
 }  // namespace
 
 shown_spectrum::shown_spectrum(spectrum of, const measure& in, const telling_options& telling)
     : s(std::move(of)), told(in) {
   lines = strongest_lines(s, {telling.lines, telling.least_snr, telling.limits.from, telling.limits.to});
+  band = band_of(s, telling.limits);
   if (!telling.limits.is_whole()) crop(s, telling.limits.from, telling.limits.to);
   floor = noise_floor(s);
 }

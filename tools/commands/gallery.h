@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "commands/spectrum_options.h"
+#include "output/report.h"
 #include "output/screen.h"
 #include "pictures/picture.h"
 
@@ -18,6 +19,7 @@ struct shown_spectrum {
   spectrum s;
   measure told;
   std::vector<line> lines;
+  std::optional<told_band> band;
   double floor;
 };
 

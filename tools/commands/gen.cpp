@@ -263,6 +263,8 @@ work add_gen(options& o) {
            {"vector", "npy", "wav", "flac", "aiff", "csv"});
   o.count("--bits", "Of a sample in npy and sound", command->format.bits, 8, 64);
   o.text("-o,--output", "FILE", "Write there; - is standard output", command->file);
+  o.rarely({"--slope", "--start", "--code", "--up", "--down", "--passband", "--span", "--rolloff", "--phase",
+            "--bits"});
   o.footer(about);
   return [command] { run(*command); };
 }

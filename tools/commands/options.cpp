@@ -131,6 +131,10 @@ void options::choice(const char* names, const char* help, std::string& value,
 
 void options::rare() { app_.option_defaults()->group(rare_options); }
 
+void options::rarely(std::initializer_list<const char*> names) {
+  for (const char* const name : names) app_.get_option(name)->group(rare_options);
+}
+
 void options::footer(const char* text) { app_.footer(text); }
 
 }  // namespace tool

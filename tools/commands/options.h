@@ -46,6 +46,9 @@ class options {
   // The options that follow are told by --help-all alone.
   void rare();
 
+  // These too; names of one option each.
+  void rarely(std::initializer_list<const char*> names);
+
   // Stands below the options.
   void footer(const char* text);
 

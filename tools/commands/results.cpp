@@ -30,6 +30,7 @@ void add_result_options(options& o, result_options& result, std::initializer_lis
   o.text("-o,--output", "FILE", "Write there; - is standard output", result.file);
   o.flag("--keep-going", "Leave out files that cannot be used", result.keep_going);
   o.flag("-q,--quiet", "No warnings, no progress", result.quiet);
+  o.rarely({"--format", "--keep-going", "--quiet"});
 }
 
 results::results(const telling_options& telling, const picture_options& drawing, const result_options& result)
@@ -53,7 +54,7 @@ void results::take(spectrum s, const measure& told) {
 void results::write(const shown_spectrum& k) {
   if (format_ == "csv") return write_csv(out_, k.s, k.told);
   if (format_ == "vector") return out_.write(vector_text(shown_values(k.s, k.told)));
-  const finding f{k.s, k.told, k.lines, k.floor};
+  const finding f{k.s, k.told, k.lines, k.band, k.floor};
   if (format_ == "json") return out_.write(json_of(f, result_.all));
   if (format_ != "table") return;
   const std::string text = (count_++ == 0 ? "" : "\n") + table_of(f);

@@ -50,8 +50,7 @@ void run(spectrum_command& command) {
 }
 
 constexpr const char* about =
-    "Long signals are cut into segments, their powers averaged (Welch); the mean is taken out. Lines are\n"
-    "listed that noise alone would show in fewer than 1 of 1000 spectra. docs: man sigpak.\n\n"
+    "Averages segments (Welch), the mean taken out; lists lines that noise shows in 1 of 1000 spectra.\n"
     "  sigpak spectrum -w flattop --unit V --as rms scope.csv     amplitudes of lines, in V rms\n"
     "  arecord -d 5 -f S16_LE | sigpak spectrum --as asd --csv    a noise density, as data";
 

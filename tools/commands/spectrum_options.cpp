@@ -118,17 +118,19 @@ void add_analysis_options(options& o, analysis_options& analysis) {
         choice_taker(analysis.average, averagings), "mean");
   o.count("--settled", "Segments in the memory of an exponential average", analysis.settled, 1, 1000000);
   add_sample_options(o, analysis.unit, analysis.gain);
+  o.rarely({"--overlap", "--average", "--settled"});
 }
 
 void add_telling_options(options& o, telling_options& telling) {
   o.add("--as", "WORD", "V peak, V rms, V^2 power, V/sqrt(Hz) asd, V^2/Hz psd", quantity_taker(telling.what),
         "peak");
   o.flag("--db", "As levels in dB", telling.as_level);
-  o.number("--from", "FREQ", "Begin of the band that is told", telling.limits.from, -highest_frequency,
-           highest_frequency);
+  o.number("--from", "FREQ", "Begin of the band that is told, with its rms", telling.limits.from,
+           -highest_frequency, highest_frequency);
   o.number("--to", "FREQ", "End of it", telling.limits.to, -highest_frequency, highest_frequency);
   o.count("-l,--lines", "Lines that are listed at most", telling.lines, 1, 10000);
   o.number("--min-snr", "DB", "List lines that stand so far above the noise", telling.least_snr, -1000, 1000);
+  o.rarely({"--min-snr"});
 }
 
 void add_picture_options(options& o, picture_options& drawing) {
@@ -138,6 +140,7 @@ void add_picture_options(options& o, picture_options& drawing) {
   o.choice("--theme", "Colours of it", drawing.theme, {"light", "dark"});
   o.add("--color", "WORD", "On the terminal: auto, always, never", choice_taker(drawing.color, colors),
         "auto");
+  o.rarely({"--axis", "--title", "--theme", "--color"});
 }
 
 }  // namespace tool

@@ -105,6 +105,41 @@ char told_apart(const std::vector<table_line>& lines, const std::vector<std::str
                    "; --delimiter , or --decimal , tells which");
 }
 
+// Two cells that are hardly two whole numbers: a zero stands before more digits, or a minus before it.
+bool is_decimal(std::string_view whole, std::string_view fraction) {
+  const bool digits = fraction.find_first_not_of("0123456789") == std::string_view::npos;
+  return digits && !fraction.empty() && (whole == "-0" || (fraction.size() > 1 && fraction[0] == '0'));
+}
+
+// Whether there are as many names above the numbers as there are columns.
+bool has_names(const std::vector<table_line>& lines, std::size_t columns) {
+  std::vector<std::string_view> names;
+  std::vector<std::string_view> cells;
+  for (const auto& line : lines) {
+    if (trimmed(line.text).empty() || !split(line.text, ',', cells)) continue;
+    if (kind_of(cells[0], ".") == cell_kind::number) break;
+    names = cells;
+  }
+  return names.size() == columns;
+}
+
+// "2,0,208": where commas part the columns and the digits too, nothing tells which does what.
+void refuse_commas_of_two_kinds(const std::vector<table_line>& lines,
+                                const std::vector<std::string_view>& sample, std::size_t columns) {
+  std::string found;
+  std::vector<std::string_view> cells;
+  for (const auto line : sample) {
+    if (!split(line, ',', cells) || kind_of(cells[0], ".") != cell_kind::number) continue;
+    if (line.find_first_of(".:eE\"") != std::string_view::npos) return;
+    const auto at = std::adjacent_find(cells.begin(), cells.end(), is_decimal);
+    if (at != cells.end()) found = std::string(at[0]) + ',' + std::string(at[1]);
+  }
+  if (found.empty() || has_names(lines, columns)) return;
+  throw data_error('"' + found +
+                   "\" can be two numbers or one; --delimiter , takes every comma for the end of a " +
+                   "column, and decimal commas need columns parted by something else");
+}
+
 }  // namespace
 
 std::size_t usual_from(std::size_t lines) {
@@ -159,6 +194,7 @@ char find_delimiter(const std::vector<table_line>& lines, const input_options& o
     best = delimiter;
     best_fit = f;
   }
+  if (best == ',' && options.decimal == 0) refuse_commas_of_two_kinds(lines, sample, best_fit.columns);
   return best;
 }
 

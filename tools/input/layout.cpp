@@ -79,12 +79,23 @@ bool is_row(const cell_list& cells, const table_layout& t) {
   return any;
 }
 
+// For people: what stands in the place of numbers.
+std::string beginning_of(const std::vector<table_line>& lines) {
+  constexpr std::size_t most = 40;
+  const auto told = std::ranges::find_if(lines, [](const table_line& l) { return !trimmed(l.text).empty(); });
+  if (told == lines.end()) return {};
+  const std::string_view text = trimmed(told->text);
+  const bool plain = std::ranges::all_of(text, [](char c) { return c >= ' ' && c < '\x7F'; });
+  if (!plain) return {};
+  return "; it begins \"" + std::string(text.substr(0, most)) + (text.size() > most ? "..." : "") + '"';
+}
+
 std::size_t find_first_row(const std::vector<table_line>& lines, const table_layout& t) {
   cell_list cells;
   for (std::size_t i = 0; i < lines.size(); ++i) {
     if (cells_of(lines[i].text, t.delimiter, cells) && is_row(cells, t)) return i;
   }
-  throw data_error("no line of numbers in it");
+  throw data_error("no line of numbers in it" + beginning_of(lines));
 }
 
 // "t [s]  U [V]": units between blanks belong to the names before them.

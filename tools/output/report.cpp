@@ -66,6 +66,17 @@ std::string lined_up(const std::vector<row>& rows) {
   return out;
 }
 
+std::string band_text(const finding& f) {
+  const auto place = [](double x) { return number_text(x, 6); };
+  return "band " + place(f.band->from) + " to " + place(f.band->to) + ' ' + frequency_unit(f.s) + ": rms " +
+         with_unit(f.band->rms, sample_unit(f.s)) + '\n';
+}
+
+// Where several channels of a file are told, each says which it is.
+std::string title_of(const spectrum& s) {
+  return s.among_others ? s.name + ", channel '" + s.channel + '\'' : s.name;
+}
+
 void write_lines(json& out, const finding& f) {
   out.key("lines").open('[');
   for (const line& l : f.lines) {
@@ -93,9 +104,11 @@ void write_analysis(json& out, const spectrum& s) {
 
 std::string table_of(const finding& f) {
   const spectrum& s = f.s;
-  std::string out = s.name + ": " + source_text(s) + '\n' + analysis_text(s) + '\n';
+  std::string out = title_of(s) + ": " + source_text(s) + '\n' + analysis_text(s) + '\n';
   if (!s.two_sided) out += "mean " + with_unit(s.mean, sample_unit(s)) + ", ";
-  out += "rms " + with_unit(s.rms, sample_unit(s)) + ", noise floor " + floor_text(f.told, f.floor) + "\n\n";
+  out += "rms " + with_unit(s.rms, sample_unit(s)) + ", noise floor " + floor_text(f.told, f.floor) + '\n';
+  if (f.band) out += band_text(f);
+  out += '\n';
   if (f.lines.empty()) return out + "no line above the noise\n";
   std::vector<row> rows{heading(f)};
   for (const line& l : f.lines) rows.push_back(row_of(f, l));
@@ -113,6 +126,10 @@ std::string json_of(const finding& f, bool all) {
       .member("level_unit", f.told.level_unit())
       .member("quantity", quantity_name(f.told.what()));
   out.member("mean", f.s.two_sided ? std::nan("") : f.s.mean).member("rms", f.s.rms);
+  if (f.band) {
+    out.key("band").open('{').member("from", f.band->from).member("to", f.band->to);
+    out.member("rms", f.band->rms).close();
+  }
   out.member("noise_floor", density.value(f.floor)).member("noise_floor_unit", density.unit());
   write_lines(out, f);
   if (all) {

@@ -2,6 +2,7 @@
 // What is told about a spectrum: as a table for people, or as JSON for programs.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,11 +11,19 @@
 
 namespace tool {
 
-// The spectrum, its lines, and the mean square with which its noise shows.
+// A part of the spectrum, and the root mean square of what lies in it.
+struct told_band {
+  double from;
+  double to;
+  double rms;
+};
+
+// The spectrum, its lines, and the mean square with which its noise shows; the band where one was asked for.
 struct finding {
   const spectrum& s;
   measure told;
   const std::vector<line>& lines;
+  const std::optional<told_band>& band;
   double floor;
 };
 

@@ -16,7 +16,9 @@ constexpr std::size_t block_points = std::size_t{1} << 16;
 class vector_writer final : public signal_writer {
  public:
   vector_writer(writer& out, const subject& about) : out_(out), block_(block_points, about.is_complex) {
-    if (about.channels.size() != 1) throw data_error("a vector holds one channel; choose it with --channel");
+    if (about.channels.size() != 1)
+      throw data_error(
+          "a vector holds one channel; --channel chooses it, --format wav, npy and csv hold all");
     block_.delta = about.rate > 0 ? 1 / about.rate : 1;
   }
 
