@@ -243,7 +243,7 @@ TEST(Pipelines, RunAsTheManualHasThem) {
   const auto channels = run_shell("sigpak spectrum -c all b.wav a.wav --svg both.svg").out;
   EXPECT_TRUE(says(channels, "b.wav, channel '2': WAV"));
   EXPECT_TRUE(says(channels, "\na.wav: WAV"));
-  EXPECT_TRUE(says(read_file(path("both.svg")), ">b.wav 2<"));
+  EXPECT_TRUE(says(read_file(path("both.svg")), ">b.wav, 2<"));
   EXPECT_TRUE(says(run_shell("sigpak spectrum -c all b.wav --svg -").out, ">2</text>"));
   const auto filtered = run_shell(
       "sigpak filter --low-pass 7k --decimate 3 in.flac | sigpak spectrum --csv | sigpak plot "
