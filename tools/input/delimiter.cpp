@@ -123,7 +123,7 @@ bool has_names(const std::vector<table_line>& lines, std::size_t columns) {
   return names.size() == columns;
 }
 
-// "2,0,208": where commas part the columns and the digits too, nothing tells which does what.
+// "2,0,041": where commas part the columns and the digits too, nothing tells which does what.
 void refuse_commas_of_two_kinds(const std::vector<table_line>& lines,
                                 const std::vector<std::string_view>& sample, std::size_t columns) {
   std::string found;
