@@ -20,9 +20,6 @@ inline constexpr index way_bytes = index{page_bytes};
 // From here on large pages are worth asking for.
 inline constexpr std::size_t worth_large_pages = std::size_t{4} << 20;
 
-// From here on data come from memory, and the processor foresees too little of what is called for.
-inline constexpr index worth_fetching = index{8} << 20;
-
 // Bytes of the first two caches of a core, and of the last one as far as one core may count on it; the ways
 // of the first.
 struct cache_sizes {

@@ -36,6 +36,13 @@ template <class T> SIGPAK_INLINE index to_whole_vectors(const T* x, index n) {
 // Into all caches but the nearest.
 SIGPAK_INLINE void prefetch(const void* from) { __builtin_prefetch(from, 0, 2); }
 
+// Whether so many bytes are half of the last cache and more: most of them come from memory then, and the
+// processor foresees too little of what is met. No last cache is as small as the least that is asked about.
+SIGPAK_INLINE bool come_from_memory(index bytes) {
+  constexpr index least = 2 * machine::way_bytes;
+  return bytes >= least && 2 * bytes >= machine::caches().last;
+}
+
 // Calls for `count` scalars that are met a while after those at x, line by line. There may be none any more.
 template <int count, class T> SIGPAK_INLINE void fetch_ahead(const T* x) {
   constexpr index ahead = 512;

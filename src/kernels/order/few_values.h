@@ -115,7 +115,7 @@ template <class T> class few_values {
       return end;
     }
     store(to, all);
-    const bool far = count * index{sizeof(T)} >= machine::worth_fetching;
+    const bool far = come_from_memory(count * index{sizeof(T)});
     for (T* at = to + to_whole_vectors(to, count); end - at >= width; at += width) {
       if (far) fetch_ahead<width>(at);
       store(at, all);

@@ -125,7 +125,7 @@ template <class Step, class T> void run_pairs(const T* a, const T* b, T* out, in
     run_rest<Step>(a + 2 * i, b + 2 * i, out + 2 * i, count);
     i += count;
   }
-  const bool far = 2 * points * index{sizeof(T)} >= machine::worth_fetching;
+  const bool far = come_from_memory(2 * points * index{sizeof(T)});
   for (; i + P::width <= points; i += P::width) {
     if (far) {
       fetch_ahead<2 * P::width>(a + 2 * i);
@@ -155,7 +155,7 @@ template <class T> void square_magnitudes(const T* z, T* out, index points) noex
     magnitudes_of_rest(z + 2 * i, out + i, count);
     i += count;
   }
-  const bool far = 2 * points * index{sizeof(T)} >= machine::worth_fetching;
+  const bool far = come_from_memory(2 * points * index{sizeof(T)});
   for (; i + P::width <= points; i += P::width) {
     if (far) fetch_ahead<2 * P::width>(z + 2 * i);
     magnitude_step::run<P>(z + 2 * i, out + i);
@@ -212,7 +212,7 @@ template <class T> void turn(T* z, index points, double re, double im) noexcept 
   index i = points_to_line(z, points, 2);
   turn_rest(z, i, re, im);
   // Floats, half a vector at a time, come too slowly unless they are called for; doubles gain nothing.
-  const bool far = is_single<T> && 2 * points * index{sizeof(T)} >= machine::worth_fetching;
+  const bool far = is_single<T> && come_from_memory(2 * points * index{sizeof(T)});
   for (; i + vectors * real::width / 2 <= points; i += vectors * real::width / 2) {
     T* const to = z + 2 * i;
     if (far) fetch_ahead<vectors * real::width>(to);
